@@ -1,0 +1,138 @@
+// The capture service: which displays and windows there are, and live pictures of a part of one display with a set of
+// windows left out.
+//
+// Threads: every call is made on the main thread. Completions come on any thread, exactly once, and never inside the
+// call that was given them; one that cannot come any more (the desktop is gone) is destroyed. A `StreamOutput` is
+// called on the serial queue it was added with, a `StreamDelegate` on any thread. Ownership: a stream holds its output
+// and its delegate weakly. Destroying a stream stops it. Failure: values; descriptions are sentences.
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Platform/Error.h"
+#include "Platform/Geometry.h"
+#include "Platform/RunLoop.h"
+
+namespace platform {
+
+struct RunningApplication {
+  std::string bundleIdentifier;
+  friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
+};
+
+// One window as the service describes it.
+struct CaptureWindow {
+  std::uint32_t windowID = 0;
+  std::int64_t windowLayer = 0;  // 0: ordinary windows; larger is further in front
+  Rect frame;                    // points, global space
+  bool isOnScreen = false;
+  std::optional<RunningApplication> owningApplication;
+  friend bool operator==(const CaptureWindow&, const CaptureWindow&) = default;
+};
+
+struct CaptureDisplay {
+  std::uint32_t displayID = 0;
+  friend bool operator==(const CaptureDisplay&, const CaptureDisplay&) = default;
+};
+
+struct ShareableContent {
+  std::vector<CaptureDisplay> displays;
+  std::vector<CaptureWindow> windows;
+};
+
+struct ShareableContentOptions {
+  bool excludingDesktopWindows = false;
+  bool onScreenWindowsOnly = false;
+  friend bool operator==(const ShareableContentOptions&, const ShareableContentOptions&) = default;
+};
+
+// The whole picture of one display without these windows.
+struct ContentFilter {
+  CaptureDisplay display;
+  std::vector<CaptureWindow> excludingWindows;
+};
+
+enum class PixelFormat : std::uint32_t { bgra32 = 0x42475241 };
+
+// A time as a fraction of a second: value / timescale.
+struct MediaTime {
+  std::int64_t value = 0;
+  std::int32_t timescale = 1;
+  friend bool operator==(const MediaTime&, const MediaTime&) = default;
+};
+
+struct StreamConfiguration {
+  DisplayRect sourceRect;  // the part of the display, in points from its top-left corner
+  std::int64_t width = 0;  // size of the frames in pixels
+  std::int64_t height = 0;
+  MediaTime minimumFrameInterval;
+  PixelFormat pixelFormat = PixelFormat::bgra32;
+  bool showsCursor = false;
+  int queueDepth = 0;  // frames that may be under way at once
+  friend bool operator==(const StreamConfiguration&, const StreamConfiguration&) = default;
+};
+
+enum class FrameStatus : std::int64_t { complete = 0, idle = 1, blank = 2, suspended = 3, started = 4, stopped = 5 };
+
+// What a frame says of itself. The status is a plain integer since a service may send ones that are not named here; it
+// is absent when the frame carries none or one that is not an integer.
+struct FrameInfo {
+  std::optional<std::int64_t> status;
+};
+
+// One frame. Immutable, shared; the picture lives wherever the adapter keeps pictures.
+class SampleBuffer {
+ public:
+  virtual ~SampleBuffer() = default;
+  [[nodiscard]] virtual bool isValid() const = 0;
+  // Absent when the buffer has no attachments that describe frames.
+  [[nodiscard]] virtual std::optional<std::vector<FrameInfo>> attachments() const = 0;
+};
+
+enum class StreamOutputType : int { screen = 0, audio = 1 };
+
+class CaptureStream;
+
+class StreamOutput {
+ public:
+  virtual ~StreamOutput() = default;
+  virtual void streamDidOutput(std::shared_ptr<const SampleBuffer> sample, StreamOutputType type) = 0;
+};
+
+class StreamDelegate {
+ public:
+  virtual ~StreamDelegate() = default;
+  virtual void streamDidStop(const Error& error) = 0;
+};
+
+class CaptureStream {
+ public:
+  using Completion = std::function<void(std::expected<void, Error>)>;
+
+  virtual ~CaptureStream() = default;
+  virtual std::expected<void, Error> addOutput(std::weak_ptr<StreamOutput> output, StreamOutputType type,
+                                               std::shared_ptr<SerialQueue> queue) = 0;
+  // Called once, after the output was added. On success the first frame is on its way.
+  virtual void startCapture(Completion completion) = 0;
+  // No frame is delivered after the completion.
+  virtual void stopCapture(Completion completion) = 0;
+};
+
+class CaptureService {
+ public:
+  using ContentCompletion = std::function<void(std::expected<ShareableContent, Error>)>;
+
+  virtual ~CaptureService() = default;
+  virtual void shareableContent(ShareableContentOptions options, ContentCompletion completion) = 0;
+  virtual std::shared_ptr<CaptureStream> makeStream(const ContentFilter& filter,
+                                                    const StreamConfiguration& configuration,
+                                                    std::weak_ptr<StreamDelegate> delegate) = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,68 @@
+// The application's shell: the launch, the status item and its menu, and the commands that menu and hot keys share.
+//
+// Threads: main thread only.
+// Lifetime: always held by a shared pointer; everything that is handed to others holds the delegate weakly.
+#pragma once
+
+#include <memory>
+
+#include "Platform/Platform.h"
+#include "Quillfade/HotKeyManager.h"
+#include "Quillfade/OverlayController.h"
+#include "Quillfade/RegionSelector.h"
+
+namespace quillfade {
+
+class AppDelegate final : public platform::ApplicationDelegate,
+                          public platform::MenuDelegate,
+                          public std::enable_shared_from_this<AppDelegate> {
+ public:
+  explicit AppDelegate(platform::Platform& platform);
+
+  void applicationDidFinishLaunching() override;
+  void screensChanged();
+
+  void menuWillOpen(platform::Menu& menu) override;
+  void menuDidClose(platform::Menu& menu) override;
+
+  // The commands. Those that can show the live cover pass the permission gate first.
+  void toggleCover();
+  void peek();
+  void wholeScreen();
+  void selectArea();
+  void chooseStyle(const platform::MenuItem& item);
+  void toggleOutline();
+  void toggleLaunchAtLogin();
+  void showAbout();
+  void quit();
+
+  [[nodiscard]] const std::shared_ptr<platform::StatusItem>& statusItem() const { return statusItem_; }
+  [[nodiscard]] OverlayController& overlay() const { return *overlay_; }
+  [[nodiscard]] RegionSelector& selector() const { return *selector_; }
+  [[nodiscard]] const std::shared_ptr<HotKeyManager>& hotKeys() const { return hotKeys_; }
+
+ private:
+  using Command = void (AppDelegate::*)();
+
+  [[nodiscard]] platform::Application& application() const;
+
+  void createStatusItem();
+  void bindHotKeys();
+  void startDemonstration();
+
+  void updateStatusButton();
+  void rebuildMenu();
+  [[nodiscard]] platform::MenuItem commandItem(std::string title, Command command) const;
+  [[nodiscard]] platform::MenuItem styleMenuItem() const;
+
+  // False when the command must be abandoned.
+  [[nodiscard]] bool ensureLivePermission();
+
+  platform::Platform& platform_;
+  std::shared_ptr<platform::StatusItem> statusItem_;
+  std::shared_ptr<OverlayController> overlay_;
+  std::shared_ptr<RegionSelector> selector_;
+  std::shared_ptr<HotKeyManager> hotKeys_;
+};
+
+}  // namespace quillfade

@@ -1,0 +1,101 @@
+#include "Quillfade/ExclusionRules.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+
+namespace quillfade {
+namespace {
+
+constexpr std::int64_t highLayerMinimum = 500;
+constexpr std::int64_t conferencingLayerMinimum = 1;
+constexpr double coverageThreshold = 0.3;
+
+constexpr std::array<std::string_view, 7> conferencingFragments{"slack", "skype",   "zoom",           "teams",
+                                                                "webex", "discord", "screencaptureui"};
+
+// Full Unicode lowercase as far as it can matter here: the fragments are ASCII, and beyond the ASCII capitals only two
+// characters have a lowercase form that holds an ASCII letter.
+std::string lowercased(std::string_view text) {
+  constexpr std::string_view kelvinSign = "\xE2\x84\xAA";
+  constexpr std::string_view capitalIWithDot = "\xC4\xB0";
+  std::string result;
+  result.reserve(text.size());
+  while (!text.empty()) {
+    if (text.starts_with(kelvinSign)) {
+      result += 'k';
+      text.remove_prefix(kelvinSign.size());
+    } else if (text.starts_with(capitalIWithDot)) {
+      result += "i\xCC\x87";
+      text.remove_prefix(capitalIWithDot.size());
+    } else {
+      const char character = text.front();
+      result += character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+      text.remove_prefix(1);
+    }
+  }
+  return result;
+}
+
+bool belongsToConferencing(const platform::CaptureWindow& window) {
+  // The table keeps its capitals, so that some entries are reached by their fragment only. That is intended.
+  const std::string identifier = lowercased(ownerIdentifier(window).value_or(""));
+  return conferencing().contains(identifier) || std::ranges::any_of(conferencingFragments, [&](std::string_view part) {
+           return identifier.find(part) != std::string::npos;
+         });
+}
+
+bool isExcluded(const platform::CaptureWindow& window, double screenArea,
+                const std::optional<std::string>& ownIdentifier) {
+  if (!window.isOnScreen) return false;
+  if (ownerIdentifier(window) == ownIdentifier) return true;
+  if (!(screenArea > 0)) return false;
+  const double windowArea = window.frame.width() * window.frame.height();
+  if (!std::isfinite(windowArea)) return false;
+  const double coverage = windowArea / screenArea;
+  if (window.windowLayer >= highLayerMinimum && coverage > coverageThreshold) return true;
+  return belongsToConferencing(window) && window.windowLayer >= conferencingLayerMinimum &&
+         coverage > coverageThreshold;
+}
+
+}  // namespace
+
+const std::set<std::string, std::less<>>& conferencing() {
+  static const std::set<std::string, std::less<>> identifiers{
+      "com.tinyspeck.slackmacgap",  "com.slack.Slack", "us.zoom.xos", "com.microsoft.teams2", "com.microsoft.teams",
+      "com.cisco.webexmeetingsapp", "com.hnc.Discord",
+  };
+  return identifiers;
+}
+
+std::optional<std::string> ownerIdentifier(const platform::CaptureWindow& window) {
+  if (!window.owningApplication) return std::nullopt;
+  return window.owningApplication->bundleIdentifier;
+}
+
+std::vector<platform::CaptureWindow> excludedWindows(const platform::ShareableContent& content,
+                                                     const platform::Screen& screen,
+                                                     const std::optional<std::string>& ownIdentifier) {
+  const double screenArea = screen.frame.width() * screen.frame.height();
+  std::vector<platform::CaptureWindow> excluded;
+  std::ranges::copy_if(content.windows, std::back_inserter(excluded), [&](const platform::CaptureWindow& window) {
+    return isExcluded(window, screenArea, ownIdentifier);
+  });
+  return excluded;
+}
+
+std::string key(std::span<const platform::CaptureWindow> windows) {
+  std::vector<std::uint32_t> numbers;
+  numbers.reserve(windows.size());
+  for (const auto& window : windows) numbers.push_back(window.windowID);
+  std::ranges::sort(numbers);
+  std::string text;
+  for (const auto number : numbers) {
+    if (!text.empty()) text += ',';
+    text += std::to_string(number);
+  }
+  return text;
+}
+
+}  // namespace quillfade

@@ -1,0 +1,34 @@
+// Which windows a live mirror leaves out of its picture, and a key by which a change of that set is noticed.
+//
+// Threads: pure functions, safe on any thread.
+#pragma once
+
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Platform/Capture.h"
+#include "Platform/Screens.h"
+
+namespace quillfade {
+
+// The bundle identifiers of known conferencing programs, compared exactly as they are written.
+[[nodiscard]] const std::set<std::string, std::less<>>& conferencing();
+
+// The identifier of the window's owner; absent when it has none.
+[[nodiscard]] std::optional<std::string> ownerIdentifier(const platform::CaptureWindow& window);
+
+// The windows of `content` to leave out, in its order. An overlay is recognised by being large and above the normal
+// layer; windows of the application itself are left out always. `ownIdentifier` is the application's own identifier;
+// the screen counts only by its area.
+[[nodiscard]] std::vector<platform::CaptureWindow> excludedWindows(const platform::ShareableContent& content,
+                                                                   const platform::Screen& screen,
+                                                                   const std::optional<std::string>& ownIdentifier);
+
+// The window numbers in ascending order, joined by ",". Equal sets have equal keys, whatever their order.
+[[nodiscard]] std::string key(std::span<const platform::CaptureWindow> windows);
+
+}  // namespace quillfade

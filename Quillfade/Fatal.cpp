@@ -1,0 +1,30 @@
+#include "Quillfade/Fatal.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <iostream>
+#include <limits>
+
+namespace quillfade {
+
+void fatalError(std::string_view message) {
+  std::cerr << "quillfade: fatal error: " << message << std::endl;
+  std::abort();
+}
+
+std::int64_t wholeNumber(double value) {
+  // 2^63 is the first value beyond the range; -2^63 still fits.
+  constexpr double limit = 9223372036854775808.0;
+  const double whole = std::trunc(value);
+  if (!(whole >= -limit && whole < limit)) fatalError("a size or position is not representable as a whole number");
+  return static_cast<std::int64_t>(whole);
+}
+
+std::int64_t roundedNumber(double value) { return wholeNumber(std::round(value)); }
+
+void countUp(std::int64_t& counter) {
+  if (counter == std::numeric_limits<std::int64_t>::max()) fatalError("a counter ran over");
+  ++counter;
+}
+
+}  // namespace quillfade

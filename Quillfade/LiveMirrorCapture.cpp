@@ -1,0 +1,152 @@
+// The capture of a mirror: how it starts and restarts, how frames reach the view, how the set of excluded windows is
+// kept current.
+
+#include <algorithm>
+#include <utility>
+
+#include "Quillfade/CaptureSteps.h"
+#include "Quillfade/ExclusionRules.h"
+#include "Quillfade/Fatal.h"
+#include "Quillfade/LiveMirror.h"
+
+namespace quillfade {
+namespace {
+
+constexpr platform::MediaTime minimumFrameInterval{1, 30};
+constexpr int queueDepth = 6;
+constexpr double refreshInterval = 1.5;
+
+bool isComplete(const platform::SampleBuffer& sample) {
+  if (!sample.isValid()) return false;
+  const auto attachments = sample.attachments();
+  return attachments && !attachments->empty() &&
+         attachments->front().status == static_cast<std::int64_t>(platform::FrameStatus::complete);
+}
+
+}  // namespace
+
+void LiveMirror::start() {
+  countUp(generation_);
+  runStart(weak_from_this(), generation_, platform_.runLoop());
+}
+
+Task LiveMirror::runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t startGeneration,
+                          platform::RunLoop& runLoop) {
+  co_await nextTurn(runLoop);
+  const auto mirror = weakMirror.lock();
+  if (!mirror) co_return;
+
+  const ContentResult content = co_await shareableContent(mirror->platform_);
+  if (!content) {
+    mirror->startFailed(content.error());
+    co_return;
+  }
+  if (mirror->isStale(startGeneration)) co_return;
+  const auto info = mirror->screenInfo();
+  if (!info) co_return;
+  const auto display = std::ranges::find(content->displays, info->displayID, &platform::CaptureDisplay::displayID);
+  if (display == content->displays.end()) co_return;
+
+  const auto excluded = excludedWindows(*content, info->screen, mirror->platform_.process().bundleIdentifier());
+  mirror->currentExclusionKey_ = key(excluded);
+  mirror->log_.logCandidates(*content, excluded);
+  const platform::ContentFilter filter{*display, excluded};
+  const auto newStream = mirror->platform_.capture().makeStream(filter, mirror->configuration(*info), mirror);
+  const auto added = newStream->addOutput(mirror, platform::StreamOutputType::screen, mirror->sampleQueue_);
+  if (!added) {
+    mirror->startFailed(added.error());
+    co_return;
+  }
+  const StreamResult started = co_await startCapture(runLoop, newStream);
+  if (!started) {
+    mirror->startFailed(started.error());
+    co_return;
+  }
+  if (mirror->isStale(startGeneration)) {
+    co_await stopCapture(runLoop, newStream);
+    co_return;
+  }
+  // The new stream runs before the old one stops, so the picture never has a gap.
+  const auto oldStream = std::exchange(mirror->stream_, newStream);
+  if (oldStream) co_await stopCapture(runLoop, oldStream);
+  mirror->log_.log("stream started, excluding " + std::to_string(excluded.size()) + " window(s)");
+}
+
+void LiveMirror::startFailed(const platform::Error& error) {
+  log_.log("stream start failed: " + error.localizedDescription);
+  platform_.runLoop().post([mirror = shared_from_this()] {
+    if (mirror->mirrorView_) mirror->mirrorView_->setStatus(failureStatus);
+  });
+}
+
+platform::StreamConfiguration LiveMirror::configuration(const ScreenInfo& info) const {
+  const auto& frame = info.screen.frame;
+  return {
+      .sourceRect = {targetRect_.minX() - frame.minX(), frame.maxY() - targetRect_.maxY(), targetRect_.width(),
+                     targetRect_.height()},
+      .width = roundedNumber(targetRect_.width() * info.backingScaleFactor),
+      .height = roundedNumber(targetRect_.height() * info.backingScaleFactor),
+      .minimumFrameInterval = minimumFrameInterval,
+      .pixelFormat = platform::PixelFormat::bgra32,
+      .showsCursor = true,
+      .queueDepth = queueDepth,
+  };
+}
+
+void LiveMirror::streamDidOutput(std::shared_ptr<const platform::SampleBuffer> sample,
+                                 platform::StreamOutputType type) {
+  if (type != platform::StreamOutputType::screen || !isComplete(*sample)) return;
+  platform_.runLoop().post([weakMirror = weak_from_this(), sample = std::move(sample)] {
+    if (const auto mirror = weakMirror.lock()) mirror->showFrame(sample);
+  });
+}
+
+void LiveMirror::showFrame(std::shared_ptr<const platform::SampleBuffer> sample) {
+  if (!mirrorView_) return;
+  auto& renderer = mirrorView_->displayLayer().sampleBufferRenderer();
+  if (renderer.status() == platform::RendererStatus::failed) renderer.flush();
+  renderer.enqueue(std::move(sample));
+  mirrorView_->hideStatus();
+  if (!didLogFirstFrame_) {
+    didLogFirstFrame_ = true;
+    log_.log("first live frame received");
+  }
+}
+
+void LiveMirror::streamDidStop(const platform::Error& error) {
+  log_.log("stream stopped: " + error.localizedDescription);
+}
+
+void LiveMirror::startRefreshTimer() {
+  if (refreshTimer_) refreshTimer_->invalidate();
+  refreshTimer_ = platform_.runLoop().every(refreshInterval, [weakMirror = weak_from_this()] {
+    if (const auto mirror = weakMirror.lock()) mirror->refreshExclusions();
+  });
+  platform_.runLoop().addToCommonModes(*refreshTimer_);
+}
+
+void LiveMirror::refreshExclusions() {
+  if (isShowing_) runRefresh(weak_from_this(), platform_.runLoop());
+}
+
+Task LiveMirror::runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunLoop& runLoop) {
+  co_await nextTurn(runLoop);
+  const auto mirror = weakMirror.lock();
+  if (!mirror || !mirror->isShowing_) co_return;
+  const auto info = mirror->screenInfo();
+  if (!info) co_return;
+
+  const ContentResult content = co_await shareableContent(mirror->platform_);
+  if (!content) {
+    mirror->log_.log("exclusion refresh failed: " + content.error().localizedDescription);
+    co_return;
+  }
+  const std::string newKey =
+      key(excludedWindows(*content, info->screen, mirror->platform_.process().bundleIdentifier()));
+  if (newKey == mirror->currentExclusionKey_) co_return;
+  mirror->currentExclusionKey_ = newKey;
+  mirror->log_.log("overlay set changed, restarting capture");
+  mirror->start();
+}
+
+}  // namespace quillfade

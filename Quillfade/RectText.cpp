@@ -1,0 +1,82 @@
+#include "Quillfade/RectText.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <locale>
+#include <optional>
+#include <sstream>
+
+namespace quillfade {
+namespace {
+
+std::string numberText(double value) {
+  std::array<char, 32> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+  return {digits.data(), end};
+}
+
+// Reads the text from left to right; after the first mismatch every further read fails too.
+class Reader {
+ public:
+  explicit Reader(std::string_view text) : rest_(text) {}
+
+  bool punctuation(char wanted) {
+    skipBlanks();
+    if (rest_.empty() || rest_.front() != wanted) return fail();
+    rest_.remove_prefix(1);
+    return true;
+  }
+
+  bool number(double& value) {
+    skipBlanks();
+    const auto length = std::min(rest_.find_first_not_of("+-.0123456789eE"), rest_.size());
+    // A stream with the classic locale reads the same on every desktop, whatever its decimal sign.
+    std::istringstream stream{std::string{rest_.substr(0, length)}};
+    stream.imbue(std::locale::classic());
+    if (failed_ || length == 0 || !(stream >> value) || stream.peek() != std::istringstream::traits_type::eof() ||
+        !std::isfinite(value)) {
+      return fail();
+    }
+    rest_.remove_prefix(length);
+    return true;
+  }
+
+  bool pair(double& first, double& second) {
+    return punctuation('{') && number(first) && punctuation(',') && number(second) && punctuation('}');
+  }
+
+  bool end() {
+    skipBlanks();
+    return !failed_ && rest_.empty();
+  }
+
+ private:
+  void skipBlanks() { rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t\r\n"), rest_.size())); }
+
+  bool fail() {
+    failed_ = true;
+    return false;
+  }
+
+  std::string_view rest_;
+  bool failed_ = false;
+};
+
+}  // namespace
+
+std::string rectText(const platform::Rect& rect) {
+  return "{{" + numberText(rect.origin.x) + ", " + numberText(rect.origin.y) + "}, {" + numberText(rect.size.width) +
+         ", " + numberText(rect.size.height) + "}}";
+}
+
+platform::Rect rectFromText(std::string_view text) {
+  platform::Rect rect;
+  Reader reader(text);
+  const bool complete = reader.punctuation('{') && reader.pair(rect.origin.x, rect.origin.y) &&
+                        reader.punctuation(',') && reader.pair(rect.size.width, rect.size.height) &&
+                        reader.punctuation('}') && reader.end();
+  return complete ? rect : platform::Rect{};
+}
+
+}  // namespace quillfade
