@@ -16,6 +16,7 @@
 #include "Platform/LoginItem.h"
 #include "Platform/Permission.h"
 #include "Platform/Process.h"
+#include "Platform/RemoteControl.h"
 #include "Platform/RunLoop.h"
 #include "Platform/Screens.h"
 #include "Platform/Settings.h"
@@ -47,6 +48,7 @@ class Platform {
   virtual HotKeys& hotKeys() = 0;
   virtual LoginItem& loginItem() = 0;
   virtual Workspace& workspace() = 0;
+  virtual RemoteControl& remoteControl() = 0;
 };
 
 // Defined once by the adapter that is linked in. Never null: an adapter that cannot reach its desktop says so to the

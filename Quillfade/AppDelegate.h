@@ -31,6 +31,8 @@ class AppDelegate final : public platform::ApplicationDelegate,
   void wholeScreen();
   void selectArea();
   void chooseStyle(const platform::MenuItem& item);
+  // From the command line only. Unlike the menu, it leads back from the solid cover to the live one, with permission.
+  void setStyle(CoverStyle style);
   void toggleOutline();
   void toggleLaunchAtLogin();
   void showAbout();
@@ -55,8 +57,12 @@ class AppDelegate final : public platform::ApplicationDelegate,
   [[nodiscard]] platform::MenuItem commandItem(std::string title, Command command) const;
   [[nodiscard]] platform::MenuItem styleMenuItem() const;
 
+  enum class Permission { granted, settingsOpened, solidPreferred };
+
   // False when the command must be abandoned.
   [[nodiscard]] bool ensureLivePermission();
+  // Asks the desktop, and then the user.
+  [[nodiscard]] Permission askForPermission();
 
   platform::Platform& platform_;
   std::shared_ptr<platform::StatusItem> statusItem_;

@@ -50,17 +50,22 @@ platform::AboutPanel aboutPanel() {
 
 bool AppDelegate::ensureLivePermission() {
   if (overlay_->style() != CoverStyle::live) return true;
+  const Permission permission = askForPermission();
+  if (permission == Permission::solidPreferred) overlay_->setStyle(CoverStyle::solid);
+  return permission != Permission::settingsOpened;
+}
+
+AppDelegate::Permission AppDelegate::askForPermission() {
   auto& access = platform_.screenCaptureAccess();
-  if (access.preflight()) return true;
+  if (access.preflight()) return Permission::granted;
   (void)access.request();
-  if (access.preflight()) return true;
+  if (access.preflight()) return Permission::granted;
   application().activateIgnoringOtherApps();
-  if (platform_.dialogs().runModal(permissionAlert()) == platform::alertFirstButtonReturn) {
-    platform_.workspace().openURL(privacySettingsLink());
-    return false;
+  if (platform_.dialogs().runModal(permissionAlert()) != platform::alertFirstButtonReturn) {
+    return Permission::solidPreferred;
   }
-  overlay_->setStyle(CoverStyle::solid);
-  return true;
+  platform_.workspace().openURL(privacySettingsLink());
+  return Permission::settingsOpened;
 }
 
 void AppDelegate::toggleCover() {
@@ -103,6 +108,11 @@ void AppDelegate::chooseStyle(const platform::MenuItem& item) {
   // That is intended.
   if (*chosen == CoverStyle::live && (!ensureLivePermission() || overlay_->style() != CoverStyle::live)) return;
   overlay_->setStyle(*chosen);
+}
+
+void AppDelegate::setStyle(CoverStyle style) {
+  if (style == CoverStyle::live && askForPermission() != Permission::granted) return;
+  overlay_->setStyle(style);
 }
 
 void AppDelegate::toggleOutline() {

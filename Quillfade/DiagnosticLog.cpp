@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include "Quillfade/EscapedText.h"
 #include "Quillfade/ExclusionRules.h"
 #include "Quillfade/Fatal.h"
 #include "Quillfade/Utf8.h"
@@ -41,37 +42,11 @@ std::string candidateEntry(const platform::CaptureWindow& window) {
          std::to_string(wholeNumber(window.frame.height()));
 }
 
-std::string escaped(std::string_view entry) {
-  constexpr std::string_view hexadecimal = "0123456789ABCDEF";
-  std::string text;
-  for (const char character : entry) {
-    const auto code = static_cast<unsigned char>(character);
-    if (character == '"' || character == '\\') {
-      text += '\\';
-      text += character;
-    } else if (character == '\n') {
-      text += "\\n";
-    } else if (character == '\r') {
-      text += "\\r";
-    } else if (character == '\t') {
-      text += "\\t";
-    } else if (code < 0x20 || code == 0x7F) {
-      text += "\\u{";
-      text += hexadecimal[code >> 4];
-      text += hexadecimal[code & 0xF];
-      text += '}';
-    } else {
-      text += character;
-    }
-  }
-  return text;
-}
-
 std::string listText(std::span<const std::string> entries) {
   std::string text = "[";
   for (const auto& entry : entries) {
     if (text.size() > 1) text += ", ";
-    text += '"' + escaped(entry) + '"';
+    text += '"' + escapedText(entry) + '"';
   }
   return text + ']';
 }

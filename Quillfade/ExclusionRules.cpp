@@ -46,19 +46,6 @@ bool belongsToConferencing(const platform::CaptureWindow& window) {
          });
 }
 
-bool isExcluded(const platform::CaptureWindow& window, double screenArea,
-                const std::optional<std::string>& ownIdentifier) {
-  if (!window.isOnScreen) return false;
-  if (ownerIdentifier(window) == ownIdentifier) return true;
-  if (!(screenArea > 0)) return false;
-  const double windowArea = window.frame.width() * window.frame.height();
-  if (!std::isfinite(windowArea)) return false;
-  const double coverage = windowArea / screenArea;
-  if (window.windowLayer >= highLayerMinimum && coverage > coverageThreshold) return true;
-  return belongsToConferencing(window) && window.windowLayer >= conferencingLayerMinimum &&
-         coverage > coverageThreshold;
-}
-
 }  // namespace
 
 const std::set<std::string, std::less<>>& conferencing() {
@@ -74,13 +61,54 @@ std::optional<std::string> ownerIdentifier(const platform::CaptureWindow& window
   return window.owningApplication->bundleIdentifier;
 }
 
+Judgement judge(const platform::CaptureWindow& window, const platform::Screen& screen,
+                const std::optional<std::string>& ownIdentifier) {
+  if (!window.isOnScreen) return Judgement::keptOffScreen;
+  if (ownerIdentifier(window) == ownIdentifier) return Judgement::excludedOwn;
+  const double screenArea = screen.frame.width() * screen.frame.height();
+  if (!(screenArea > 0)) return Judgement::keptScreenWithoutArea;
+  const double windowArea = window.frame.width() * window.frame.height();
+  if (!std::isfinite(windowArea)) return Judgement::keptWindowWithoutArea;
+  const bool isLarge = windowArea / screenArea > coverageThreshold;
+  if (window.windowLayer >= highLayerMinimum && isLarge) return Judgement::excludedHighLayer;
+  if (!belongsToConferencing(window)) return Judgement::keptOrdinary;
+  const bool floats = window.windowLayer >= conferencingLayerMinimum;
+  return floats && isLarge ? Judgement::excludedConferencing : Judgement::keptConferencing;
+}
+
+bool isExcluded(Judgement judgement) {
+  return judgement == Judgement::excludedOwn || judgement == Judgement::excludedHighLayer ||
+         judgement == Judgement::excludedConferencing;
+}
+
+std::string_view reason(Judgement judgement) {
+  switch (judgement) {
+    case Judgement::keptOffScreen:
+      return "not on screen";
+    case Judgement::excludedOwn:
+      return "belongs to Quillfade";
+    case Judgement::keptScreenWithoutArea:
+      return "the screen has no area";
+    case Judgement::keptWindowWithoutArea:
+      return "its size is beyond measure";
+    case Judgement::excludedHighLayer:
+      return "large, on an overlay layer";
+    case Judgement::keptOrdinary:
+      return "no large overlay";
+    case Judgement::excludedConferencing:
+      return "large, floating, of a conferencing program";
+    case Judgement::keptConferencing:
+      return "of a conferencing program, but small or not floating";
+  }
+  return "";
+}
+
 std::vector<platform::CaptureWindow> excludedWindows(const platform::ShareableContent& content,
                                                      const platform::Screen& screen,
                                                      const std::optional<std::string>& ownIdentifier) {
-  const double screenArea = screen.frame.width() * screen.frame.height();
   std::vector<platform::CaptureWindow> excluded;
   std::ranges::copy_if(content.windows, std::back_inserter(excluded), [&](const platform::CaptureWindow& window) {
-    return isExcluded(window, screenArea, ownIdentifier);
+    return isExcluded(judge(window, screen, ownIdentifier));
   });
   return excluded;
 }

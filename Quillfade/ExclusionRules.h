@@ -21,6 +21,25 @@ namespace quillfade {
 // The identifier of the window's owner; absent when it has none.
 [[nodiscard]] std::optional<std::string> ownerIdentifier(const platform::CaptureWindow& window);
 
+// What the rules say of one window.
+enum class Judgement {
+  keptOffScreen,
+  excludedOwn,
+  keptScreenWithoutArea,
+  keptWindowWithoutArea,
+  excludedHighLayer,
+  keptOrdinary,
+  excludedConferencing,
+  keptConferencing,
+};
+
+// `ownIdentifier` is the application's own identifier; the screen counts only by its area.
+[[nodiscard]] Judgement judge(const platform::CaptureWindow& window, const platform::Screen& screen,
+                              const std::optional<std::string>& ownIdentifier);
+[[nodiscard]] bool isExcluded(Judgement judgement);
+// In a few words, for a person.
+[[nodiscard]] std::string_view reason(Judgement judgement);
+
 // The windows of `content` to leave out, in its order. An overlay is recognised by being large and above the normal
 // layer; windows of the application itself are left out always. `ownIdentifier` is the application's own identifier;
 // the screen counts only by its area.

@@ -1,6 +1,12 @@
 #include "Quillfade/ProcessEntry.h"
 
+#include <iostream>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "Quillfade/Fatal.h"
+#include "Quillfade/RemoteCommands.h"
 
 namespace quillfade {
 
@@ -17,6 +23,23 @@ int runApplication(platform::Platform& platform) {
   delegate = nullptr;
   app = nullptr;
   return 0;
+}
+
+int runOnlyInstance(platform::Platform& platform) {
+  using Claim = platform::RemoteControl::Claim;
+  const auto claim = platform.remoteControl().claim(
+      [&platform](const std::vector<std::string>& arguments, platform::RemoteControl::Completion completion) {
+        runRemoteCommand(platform, delegate, arguments, std::move(completion));
+      });
+  if (claim == Claim::taken) {
+    std::cout << "Quillfade is running already." << std::endl;
+    return 0;
+  }
+  if (claim == Claim::unavailable) {
+    std::cerr << "quillfade: There is no session bus: commands like \"quillfade toggle\" will not reach this instance."
+              << std::endl;
+  }
+  return runApplication(platform);
 }
 
 }  // namespace quillfade

@@ -1,20 +1,14 @@
 #include "Quillfade/RectText.h"
 
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <locale>
 #include <optional>
 #include <sstream>
 
+#include "Quillfade/NumberText.h"
+
 namespace quillfade {
 namespace {
-
-std::string numberText(double value) {
-  std::array<char, 32> digits{};
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-  return {digits.data(), end};
-}
 
 // Reads the text from left to right; after the first mismatch every further read fails too.
 class Reader {

@@ -1,9 +1,37 @@
+#include <iostream>
 #include <span>
+#include <string>
+#include <variant>
+#include <vector>
 
 #include "Platform/Platform.h"
+#include "Quillfade/CommandLine.h"
 #include "Quillfade/ProcessEntry.h"
 
+namespace {
+
+using namespace quillfade;
+
+int finish(const platform::RemoteReply& reply) {
+  (reply.status == exitstatus::success ? std::cout : std::cerr) << reply.output << std::flush;
+  return reply.status;
+}
+
+int send(const std::vector<std::string>& arguments) {
+  const auto reply = platform::sendToRunningInstance(arguments);
+  return finish(reply ? *reply : platform::RemoteReply{exitstatus::failure, reply.error().localizedDescription + '\n'});
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  const auto parsed = parseCommand(arguments);
+  if (!parsed) return finish({exitstatus::usage, parsed.error() + " Try \"quillfade --help\".\n"});
+  if (std::holds_alternative<command::Help>(*parsed)) return finish({exitstatus::success, helpText()});
+  if (std::holds_alternative<command::Version>(*parsed)) return finish({exitstatus::success, versionText()});
+  if (!std::holds_alternative<command::Start>(*parsed)) return send(arguments);
+
   const auto platform = platform::makePlatform(std::span<char* const>(argv, static_cast<std::size_t>(argc)));
-  return quillfade::runApplication(*platform);
+  return runOnlyInstance(*platform);
 }

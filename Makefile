@@ -1,0 +1,34 @@
+# Short names for what CMakePresets.json and Scripts/ do.
+
+.PHONY: build test asan tsan format lint clean help
+
+build: ## the program, optimised: build/quillfade
+	cmake --preset release
+	cmake --build --preset release --target quillfade
+	ln -sf release/Platform/Linux/quillfade build/quillfade
+
+test: ## every test, the static checks included
+	./test
+
+asan: ## the tests with the address and undefined-behaviour sanitizers
+	cmake --preset asan
+	cmake --build --preset asan
+	ctest --preset asan --label-exclude lint
+
+tsan: ## the tests with the thread sanitizer
+	cmake --preset tsan
+	cmake --build --preset tsan
+	ctest --preset tsan --label-exclude lint
+
+format: ## formats the sources in place
+	Scripts/format
+
+lint: ## checks the formatting and runs the static checks
+	cmake --preset debug
+	ctest --preset debug --label-regex lint
+
+clean: ## removes everything that was built
+	rm -rf build demo-output
+
+help: ## this list
+	@grep -E '^[a-z]+:.*##' Makefile | sed 's/:.*## /\t/'

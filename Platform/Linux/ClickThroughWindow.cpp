@@ -1,0 +1,83 @@
+#include "Platform/Linux/ClickThroughWindow.h"
+
+#include <utility>
+
+#include "Platform/Linux/Desktop/OverlayDescription.h"
+#include "Platform/Linux/Desktop/TextAndColors.h"
+#include "Platform/Linux/Desktop/Views.h"
+
+namespace platform::x11 {
+namespace {
+
+Argb resolved(const Color& color) { return toQColor(color).rgba(); }
+
+}  // namespace
+
+ClickThroughWindow::ClickThroughWindow(const Surroundings& surroundings, const WindowAttributes& attributes)
+    : surroundings_(surroundings),
+      backgroundColor_(attributes.backgroundColor),
+      frame_(attributes.contentRect),
+      window_(surroundings.connection, toPixels(frame_, surroundings.screens.geometries()),
+              {.background = resolved(attributes.backgroundColor)}),
+      palette_([this] { viewsChanged(); }) {
+  surroundings_.stage.add(window_);
+}
+
+ClickThroughWindow::~ClickThroughWindow() {
+  leaveContent();
+  surroundings_.stage.remove(window_);
+}
+
+void ClickThroughWindow::leaveContent() {
+  if (content_) content_->leaveWindow();
+}
+
+void ClickThroughWindow::setContentView(std::shared_ptr<View> view) {
+  leaveContent();
+  content_ = nodeOf(*view);
+  content_->enterWindow(*this, frame_.size);
+  window_.forgetFrames();
+  window_.setLook(look());
+}
+
+void ClickThroughWindow::setFrame(const Rect& frame, bool display) {
+  frame_ = frame;
+  window_.setFrame(toPixels(frame, surroundings_.screens.geometries()));
+  if (content_) content_->setFrame({{0, 0}, frame.size});
+  if (display) window_.setLook(look());
+}
+
+void ClickThroughWindow::orderFrontRegardless() {
+  window_.setLook(look());
+  surroundings_.stage.orderFront(window_);
+}
+
+void ClickThroughWindow::orderOut() { window_.orderOut(); }
+
+void ClickThroughWindow::viewsChanged() {
+  if (std::exchange(*updateIsPosted_, true)) return;
+  surroundings_.runLoop.post([this, guard = std::weak_ptr(updateIsPosted_)] {
+    const auto isPosted = guard.lock();
+    if (!isPosted) return;
+    *isPosted = false;
+    window_.setLook(look());
+  });
+}
+
+bool ClickThroughWindow::presentSample(std::shared_ptr<const SampleBuffer> sample) {
+  auto frame = std::dynamic_pointer_cast<const Frame>(std::move(sample));
+  if (!frame) return false;
+  // A late frame of an older stream is dropped, which is no failure.
+  window_.presentFrame(std::move(frame));
+  return true;
+}
+
+void ClickThroughWindow::forgetSamples() { window_.forgetFrames(); }
+
+OverlayLook ClickThroughWindow::look() const {
+  const OverlayContent content = content_ ? describe(*content_) : OverlayContent{};
+  const double scale = scaleAt(frame_, surroundings_.screens.geometries());
+  return lookOf(content, backgroundColor_, window_.frame().height, scale);
+}
+
+}  // namespace platform::x11

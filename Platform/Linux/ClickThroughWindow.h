@@ -1,0 +1,63 @@
+// A window of the application that no pointer touches: a mirror or the solid cover, on an overlay window of X.
+//
+// Threads, units and axes: as the port says.
+// Ownership: keeps a reference to its surroundings, which outlive it. It shares its content view and leaves it before
+// it goes.
+#pragma once
+
+#include <memory>
+
+#include "Platform/Linux/Desktop/DesktopScreens.h"
+#include "Platform/Linux/Desktop/PaletteWatch.h"
+#include "Platform/Linux/Desktop/ViewHost.h"
+#include "Platform/Linux/Desktop/ViewNode.h"
+#include "Platform/Linux/OverlayStage.h"
+#include "Platform/Windows.h"
+
+namespace platform::x11 {
+
+class ClickThroughWindow final : public Window, private ViewHost {
+ public:
+  struct Surroundings {
+    Connection& connection;
+    OverlayStage& stage;
+    const DesktopScreens& screens;
+    RunLoop& runLoop;
+  };
+
+  ClickThroughWindow(const Surroundings& surroundings, const WindowAttributes& attributes);
+  ~ClickThroughWindow() override;
+  ClickThroughWindow(const ClickThroughWindow&) = delete;
+  ClickThroughWindow& operator=(const ClickThroughWindow&) = delete;
+
+  void setContentView(std::shared_ptr<View> view) override;
+  void setFrame(const Rect& frame, bool display) override;
+  [[nodiscard]] Rect frame() const override { return frame_; }
+  void orderFrontRegardless() override;
+  void makeKeyAndOrderFront() override { orderFrontRegardless(); }
+  // Nothing that clicks pass through can have the keyboard.
+  void makeKey() override {}
+  void makeFirstResponder(View& /*view*/) override {}
+  void orderOut() override;
+
+ private:
+  void viewsChanged() override;
+  bool presentSample(std::shared_ptr<const SampleBuffer> sample) override;
+  void forgetSamples() override;
+  [[nodiscard]] Rect windowFrame() const override { return frame_; }
+
+  [[nodiscard]] OverlayLook look() const;
+  void leaveContent();
+
+  Surroundings surroundings_;
+  Color backgroundColor_;
+  Rect frame_;
+  OverlayWindow window_;
+  std::shared_ptr<ViewNode> content_;
+  // Guards posted work: it does nothing once the window is gone.
+  std::shared_ptr<bool> updateIsPosted_ = std::make_shared<bool>(false);
+  // Roles among the colours follow the desktop's light or dark look.
+  PaletteWatch palette_;
+};
+
+}  // namespace platform::x11

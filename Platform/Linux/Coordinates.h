@@ -1,0 +1,49 @@
+// The one place where the application's points become device pixels and back.
+//
+// Points: origin at the bottom-left corner of the primary screen, y up. Device pixels: the X root window's own, origin
+// at its top-left corner, y down. The toolkit keeps the top-left corner of every screen at its place in pixels and
+// divides only the screen's size by its scale factor; points follow it, so screens of different scale never overlap in
+// points but may have gaps between them. Threads: pure functions of plain values.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+
+#include "Platform/Geometry.h"
+
+namespace platform::x11 {
+
+// Device pixels in root coordinates, half-open.
+struct PixelRect {
+  std::int32_t x = 0;
+  std::int32_t y = 0;
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+
+  [[nodiscard]] std::int32_t right() const { return x + width; }
+  [[nodiscard]] std::int32_t bottom() const { return y + height; }
+  [[nodiscard]] bool isEmpty() const { return width <= 0 || height <= 0; }
+  friend bool operator==(const PixelRect&, const PixelRect&) = default;
+};
+
+[[nodiscard]] PixelRect intersection(const PixelRect& a, const PixelRect& b);  // empty (all zero) when they do not meet
+
+// One screen in both spaces.
+struct ScreenGeometry {
+  PixelRect pixels;
+  double scale = 1;  // pixels per point
+  Rect points;
+};
+
+// Fills in `points` from `pixels` and `scale`; the first screen is the primary one.
+void placeInPoints(std::span<ScreenGeometry> screens);
+
+// By the screen that holds the rectangle's centre, else the nearest one. Edges are rounded, not sizes, so that
+// neighbours in points stay neighbours in pixels. Without any screen, one point is one pixel.
+[[nodiscard]] PixelRect toPixels(const Rect& points, std::span<const ScreenGeometry> screens);
+// Pixels per point there.
+[[nodiscard]] double scaleAt(const Rect& points, std::span<const ScreenGeometry> screens);
+[[nodiscard]] Rect toPoints(const PixelRect& pixels, std::span<const ScreenGeometry> screens);
+
+}  // namespace platform::x11

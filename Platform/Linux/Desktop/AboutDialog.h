@@ -1,0 +1,14 @@
+// The About panel's look.
+#pragma once
+
+#include <QDialog>
+#include <memory>
+
+#include "Platform/Dialogs.h"
+
+namespace platform::x11 {
+
+// Not shown yet. Its text can be selected; Escape closes it.
+[[nodiscard]] std::unique_ptr<QDialog> makeAboutDialog(const AboutPanel& panel);
+
+}  // namespace platform::x11

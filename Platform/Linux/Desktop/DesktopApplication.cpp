@@ -1,0 +1,50 @@
+#include "Platform/Linux/Desktop/DesktopApplication.h"
+
+#include <QIcon>
+#include <QTimer>
+#include <QWidget>
+
+#include "Platform/Linux/Desktop/DesktopProcess.h"
+#include "Platform/Linux/Desktop/WindowActivation.h"
+
+namespace platform::x11 {
+
+namespace {
+
+// Under a Wayland session with an X server beside it, the X server is the one that this adapter talks to.
+void preferX11() {
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY"))
+    qputenv("QT_QPA_PLATFORM", "xcb");
+}
+
+}  // namespace
+
+DesktopApplication::DesktopApplication(std::span<char* const> arguments)
+    : arguments_(arguments.begin(), arguments.end()), argumentCount_(static_cast<int>(arguments.size())) {
+  arguments_.push_back(nullptr);
+  preferX11();
+  application_.emplace(argumentCount_, arguments_.data());
+  QApplication::setApplicationName(QStringLiteral("quillfade"));
+  QApplication::setApplicationDisplayName(QStringLiteral("Quillfade"));
+  QGuiApplication::setDesktopFileName(QString::fromLatin1(applicationIdentifier));
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/org.quillfade.Quillfade.svg")));
+  QApplication::setQuitOnLastWindowClosed(false);
+  signals_.emplace([this] { terminate(); });
+}
+
+void DesktopApplication::run() {
+  QTimer::singleShot(0, &*application_, [this] {
+    if (const auto delegate = delegate_.lock()) delegate->applicationDidFinishLaunching();
+  });
+  QApplication::exec();
+}
+
+void DesktopApplication::activateIgnoringOtherApps() {
+  for (QWidget* widget : QApplication::topLevelWidgets())
+    if (widget->isVisible() && widget->windowType() == Qt::Dialog) bringToFront(*widget);
+}
+
+// Not `quit`, which closes all windows first: an alert would take that for an answer.
+void DesktopApplication::terminate() { QCoreApplication::exit(); }
+
+}  // namespace platform::x11

@@ -1,0 +1,41 @@
+// The application object: Qt's, as an accessory that lives in the tray and owns no main window.
+//
+// Threads: main thread only; make it before anything else of Qt, and destroy it after.
+// SIGTERM, SIGINT and SIGHUP end `run` as `terminate` does.
+#pragma once
+
+#include <QApplication>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "Platform/Application.h"
+#include "Platform/Linux/Desktop/TerminationSignals.h"
+
+namespace platform::x11 {
+
+class DesktopApplication : public Application {
+ public:
+  // Without a desktop that Qt can reach, this ends the process with Qt's own explanation.
+  explicit DesktopApplication(std::span<char* const> arguments);
+
+  void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override { delegate_ = std::move(delegate); }
+  // Nothing here has a place among running applications whatever the policy: only its dialogs ever show.
+  void setActivationPolicy(ActivationPolicy policy) override { policy_ = policy; }
+  void run() override;
+  // Brings its dialogs to the front. Windows that open later come to the front by themselves.
+  void activateIgnoringOtherApps() override;
+  void terminate() override;
+
+  [[nodiscard]] ActivationPolicy activationPolicy() const { return policy_; }
+
+ private:
+  std::vector<char*> arguments_;  // Qt keeps a reference to both
+  int argumentCount_;
+  std::optional<QApplication> application_;
+  std::optional<TerminationSignals> signals_;
+  std::weak_ptr<ApplicationDelegate> delegate_;
+  ActivationPolicy policy_ = ActivationPolicy::regular;
+};
+
+}  // namespace platform::x11

@@ -1,0 +1,42 @@
+// The status menu as a Qt menu, which a tray's host or this process shows.
+//
+// Threads: main thread only. Actions run from the event loop, after the menu has closed: whatever they do, the menu
+// that they came from is no longer on the stack.
+#pragma once
+
+#include <QMenu>
+#include <memory>
+#include <vector>
+
+#include "Platform/Linux/Desktop/MenuSession.h"
+#include "Platform/StatusBar.h"
+
+namespace platform::x11 {
+
+class DesktopMenu : public Menu {
+ public:
+  explicit DesktopMenu(RunLoop& runLoop);
+
+  void setDelegate(std::weak_ptr<MenuDelegate> delegate) override { delegate_ = std::move(delegate); }
+  void removeAllItems() override;
+  void addItem(MenuItem item) override;
+
+  [[nodiscard]] QMenu& qtMenu() { return menu_; }
+  // Opens it at the pointer, in this process.
+  void popUpAtPointer();
+  // The program that showed the menu has gone.
+  void hostVanished() { session_.close(); }
+
+ private:
+  void append(QMenu& menu, MenuItem item);
+  void appendSubmenu(QMenu& menu, const MenuItem& item);
+
+  RunLoop& runLoop_;
+  std::weak_ptr<MenuDelegate> delegate_;
+  QMenu menu_;
+  std::vector<std::unique_ptr<QMenu>> submenus_;
+  bool popsUpHere_ = false;
+  MenuSession session_;  // last: it may end while the rest still stands
+};
+
+}  // namespace platform::x11

@@ -1,0 +1,18 @@
+// This process, as it sees itself.
+#pragma once
+
+#include "Platform/Process.h"
+
+namespace platform::x11 {
+
+// One name for the process everywhere: desktop entry, autostart entry, bus names, capture records.
+inline constexpr const char* applicationIdentifier = "org.quillfade.Quillfade";
+
+class DesktopProcess : public Process {
+ public:
+  [[nodiscard]] std::optional<std::string> environmentVariable(const std::string& name) const override;
+  [[nodiscard]] std::optional<std::string> bundleIdentifier() const override { return applicationIdentifier; }
+  [[nodiscard]] std::string homeDirectory() const override;
+};
+
+}  // namespace platform::x11

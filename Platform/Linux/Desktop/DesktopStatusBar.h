@@ -1,0 +1,26 @@
+// The status item in whatever tray the desktop has.
+//
+// The item exists from the moment it is made; it shows up when there is a tray, and again when a tray comes back.
+#pragma once
+
+#include "Platform/Linux/Desktop/TrayHosts.h"
+#include "Platform/RunLoop.h"
+#include "Platform/StatusBar.h"
+
+namespace platform::x11 {
+
+class DesktopStatusBar : public StatusBar {
+ public:
+  explicit DesktopStatusBar(RunLoop& runLoop) : runLoop_(runLoop) {}
+
+  // Every item is as wide as the tray makes its icons.
+  std::shared_ptr<StatusItem> makeStatusItem(double length) override;
+  std::shared_ptr<Menu> makeMenu() override;
+  std::shared_ptr<Image> systemSymbol(const std::string& name, const std::string& accessibilityDescription) override;
+
+ private:
+  RunLoop& runLoop_;
+  TrayHosts hosts_;
+};
+
+}  // namespace platform::x11

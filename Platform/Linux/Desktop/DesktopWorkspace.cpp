@@ -1,0 +1,78 @@
+#include "Platform/Linux/Desktop/DesktopWorkspace.h"
+
+#include <QDesktopServices>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QUrl>
+#include <utility>
+
+#include "Platform/Linux/Desktop/SettingsPrograms.h"
+#include "Platform/Linux/Desktop/UserDirectories.h"
+#include "Platform/Linux/Desktop/WindowActivation.h"
+
+namespace platform::x11 {
+
+namespace {
+
+bool start(const std::vector<std::string>& command) {
+  const QString program = QStandardPaths::findExecutable(QString::fromStdString(command.front()));
+  if (program.isEmpty()) return false;
+  QStringList arguments;
+  for (std::size_t i = 1; i < command.size(); ++i) arguments << QString::fromStdString(command[i]);
+  return QProcess::startDetached(program, arguments);
+}
+
+std::string listed(const std::vector<std::string>& names) {
+  std::string text;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i > 0) text += i + 1 == names.size() ? " and " : ", ";
+    text += names[i];
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string explanationOf(const std::vector<std::string>& missingExtensions) {
+  if (missingExtensions.empty())
+    return "No settings program was found on this desktop. Nothing that the live view needs is missing on this "
+           "display.";
+  const bool isOne = missingExtensions.size() == 1;
+  return "The live view needs the X extension" + std::string(isOne ? " " : "s ") + listed(missingExtensions) +
+         ", which this display does not offer. Switch " + (isOne ? "it" : "them") +
+         " on in the X server's configuration, or log in to a session on an X.Org server.";
+}
+
+DesktopWorkspace::DesktopWorkspace(std::vector<std::string> missingExtensions)
+    : missingExtensions_(std::move(missingExtensions)) {}
+
+DesktopWorkspace::~DesktopWorkspace() { delete explanation_.data(); }
+
+void DesktopWorkspace::openURL(const std::string& url) {
+  const QUrl link(QString::fromStdString(url));
+  if (link.scheme() == QLatin1String("x-apple.systempreferences"))
+    openSettings();
+  else
+    QDesktopServices::openUrl(link);
+}
+
+void DesktopWorkspace::openSettings() {
+  for (const auto& command : settingsPrograms(environmentVariable("XDG_CURRENT_DESKTOP").value_or("")))
+    if (start(command)) return;
+  explain();
+}
+
+void DesktopWorkspace::explain() {
+  if (!explanation_) {
+    explanation_ = new QMessageBox(QMessageBox::Information, {},
+                                   QString::fromStdString(explanationOf(missingExtensions_)), QMessageBox::Ok);
+    explanation_->setTextFormat(Qt::PlainText);
+    explanation_->setWindowFlag(Qt::WindowStaysOnTopHint);
+    explanation_->setAttribute(Qt::WA_DeleteOnClose);
+    explanation_->setModal(false);
+  }
+  explanation_->show();
+  bringToFront(*explanation_);
+}
+
+}  // namespace platform::x11

@@ -1,0 +1,37 @@
+// Opening links on this desktop.
+//
+// A link into the system settings becomes the desktop's own settings program. Where there is none, a message says what
+// the display lacks, since that is what the user was sent to the settings for.
+#pragma once
+
+#include <QMessageBox>
+#include <QPointer>
+#include <string>
+#include <vector>
+
+#include "Platform/Workspace.h"
+
+namespace platform::x11 {
+
+class DesktopWorkspace : public Workspace {
+ public:
+  // The X extensions that capturing needs and that this display does not have, by name.
+  explicit DesktopWorkspace(std::vector<std::string> missingExtensions);
+  ~DesktopWorkspace() override;
+  DesktopWorkspace(const DesktopWorkspace&) = delete;
+  DesktopWorkspace& operator=(const DesktopWorkspace&) = delete;
+
+  void openURL(const std::string& url) override;
+
+ private:
+  void openSettings();
+  void explain();
+
+  std::vector<std::string> missingExtensions_;
+  QPointer<QMessageBox> explanation_;
+};
+
+// One sentence on what is missing and one on how to get it.
+[[nodiscard]] std::string explanationOf(const std::vector<std::string>& missingExtensions);
+
+}  // namespace platform::x11

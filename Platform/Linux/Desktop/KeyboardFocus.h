@@ -1,0 +1,26 @@
+// The keyboard for windows that no window manager manages.
+//
+// Nobody gives such windows the focus, and nobody gives it back to the program that had it: both are done here.
+// Threads: main thread only.
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+namespace platform::x11 {
+
+// While a loan is held, the focus may be moved among our windows. When the last holder lets go, with its window already
+// off the screen, the focus returns to where it was, unless it has moved elsewhere by itself.
+class FocusLoan;
+
+class KeyboardFocus {
+ public:
+  [[nodiscard]] std::shared_ptr<FocusLoan> borrow();
+  // The window must be shown.
+  static void give(QWidget& window);
+
+ private:
+  std::weak_ptr<FocusLoan> loan_;
+};
+
+}  // namespace platform::x11

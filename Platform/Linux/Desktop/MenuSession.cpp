@@ -1,0 +1,25 @@
+#include "Platform/Linux/Desktop/MenuSession.h"
+
+#include <utility>
+
+namespace platform::x11 {
+
+MenuSession::MenuSession(RunLoop& runLoop, std::function<void()> willOpen, std::function<void()> didClose)
+    : runLoop_(runLoop), willOpen_(std::move(willOpen)), didClose_(std::move(didClose)) {}
+
+MenuSession::~MenuSession() { close(); }
+
+void MenuSession::open(Closing closing) {
+  close();
+  isOpen_ = true;
+  if (closing == Closing::perhapsUnreported) limit_ = runLoop_.after(longestUnreportedOpening, [this] { close(); });
+  willOpen_();
+}
+
+void MenuSession::close() {
+  if (!std::exchange(isOpen_, false)) return;
+  if (const auto limit = std::exchange(limit_, nullptr)) limit->cancel();
+  didClose_();
+}
+
+}  // namespace platform::x11

@@ -1,0 +1,43 @@
+// One opening of a menu, from its beginning to its end, whatever the program that shows it reports.
+//
+// A tray's host shows the menu in another process. It may ask for the content without opening anything, report an
+// opening twice, never report the end, or go away in between. Each beginning has exactly one end all the same. Threads:
+// main thread only; both callbacks come there, from inside the calls below or from the run loop.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "Platform/RunLoop.h"
+
+namespace platform::x11 {
+
+class MenuSession {
+ public:
+  // For hosts that never say that the menu closed: long enough for anyone to read a dozen lines and choose, short
+  // enough that what waits for the closing is not given up for lost.
+  static constexpr double longestUnreportedOpening = 60;
+
+  MenuSession(RunLoop& runLoop, std::function<void()> willOpen, std::function<void()> didClose);
+  // Ends an opening that is under way.
+  ~MenuSession();
+  MenuSession(const MenuSession&) = delete;
+  MenuSession& operator=(const MenuSession&) = delete;
+
+  // A menu of our own process always reports its end and may stay open for as long as the user likes. An opening that
+  // comes while one is under way ends that first: its closing was not reported, and the new one needs fresh content.
+  enum class Closing { reported, perhapsUnreported };
+  void open(Closing closing);
+  // Harmless when nothing is open.
+  void close();
+  [[nodiscard]] bool isOpen() const { return isOpen_; }
+
+ private:
+  RunLoop& runLoop_;
+  std::function<void()> willOpen_;
+  std::function<void()> didClose_;
+  std::shared_ptr<DelayedTask> limit_;
+  bool isOpen_ = false;
+};
+
+}  // namespace platform::x11

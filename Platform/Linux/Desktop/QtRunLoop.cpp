@@ -1,0 +1,76 @@
+#include "Platform/Linux/Desktop/QtRunLoop.h"
+
+#include <QPointer>
+#include <QTimer>
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "Platform/Linux/Desktop/MutexQueue.h"
+
+namespace platform::x11 {
+
+namespace {
+
+std::chrono::milliseconds interval(double seconds) {
+  constexpr double longest = std::numeric_limits<int>::max();
+  const double milliseconds = std::ceil(seconds * 1000);
+  if (!(milliseconds > 0)) return std::chrono::milliseconds{0};
+  return std::chrono::milliseconds{std::llround(std::min(milliseconds, longest))};
+}
+
+class TimerHandle : public DelayedTask, public Timer {
+ public:
+  explicit TimerHandle(QTimer* timer) : timer_(timer) {}
+  void cancel() override { end(); }
+  void invalidate() override { end(); }
+
+ private:
+  // May be called from inside the timer's own job, so the timer goes later; the job goes as soon as it has returned.
+  void end() {
+    QTimer* timer = std::exchange(timer_, nullptr);
+    if (!timer) return;
+    timer->stop();
+    timer->disconnect();
+    timer->deleteLater();
+  }
+
+  QPointer<QTimer> timer_;
+};
+
+QTimer* makeTimer(QObject& owner, double seconds) {
+  auto* timer = new QTimer(&owner);
+  timer->setTimerType(Qt::PreciseTimer);
+  timer->setInterval(interval(seconds));
+  return timer;
+}
+
+}  // namespace
+
+void QtRunLoop::post(Job job) { QMetaObject::invokeMethod(&context_, std::move(job), Qt::QueuedConnection); }
+
+std::shared_ptr<DelayedTask> QtRunLoop::after(double seconds, Job job) {
+  QTimer* timer = makeTimer(context_, seconds);
+  timer->setSingleShot(true);
+  QObject::connect(timer, &QTimer::timeout, timer, [timer, job = std::move(job)] {
+    timer->deleteLater();
+    job();
+  });
+  timer->start();
+  return std::make_shared<TimerHandle>(timer);
+}
+
+std::shared_ptr<Timer> QtRunLoop::every(double seconds, Job job) {
+  QTimer* timer = makeTimer(context_, seconds);
+  QObject::connect(timer, &QTimer::timeout, timer, std::move(job));
+  timer->start();
+  return std::make_shared<TimerHandle>(timer);
+}
+
+std::shared_ptr<SerialQueue> QtRunLoop::makeSerialQueue(const std::string& /*label*/, QualityOfService /*quality*/) {
+  return std::make_shared<MutexQueue>();
+}
+
+}  // namespace platform::x11

@@ -1,0 +1,26 @@
+// The run loop port on Qt's event loop.
+//
+// Timers keep firing inside the loops that alerts and pop-up menus run, as Qt's timers all do.
+#pragma once
+
+#include <QObject>
+
+#include "Platform/RunLoop.h"
+
+namespace platform::x11 {
+
+// Make it on the main thread, after the application object.
+class QtRunLoop : public RunLoop {
+ public:
+  void post(Job job) override;
+  std::shared_ptr<DelayedTask> after(double seconds, Job job) override;
+  std::shared_ptr<Timer> every(double seconds, Job job) override;
+  // Every timer fires in all loops.
+  void addToCommonModes(Timer& /*timer*/) override {}
+  std::shared_ptr<SerialQueue> makeSerialQueue(const std::string& label, QualityOfService quality) override;
+
+ private:
+  QObject context_;  // where posted jobs wait, and the owner of all timers
+};
+
+}  // namespace platform::x11

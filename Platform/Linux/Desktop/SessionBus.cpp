@@ -1,0 +1,105 @@
+#include "Platform/Linux/Desktop/SessionBus.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QStringList>
+#include <limits>
+#include <utility>
+
+namespace platform::x11 {
+namespace {
+
+const QString busName = QStringLiteral("org.quillfade.Quillfade");
+const QString objectPath = QStringLiteral("/org/quillfade/Quillfade");
+const QString interfaceName = QStringLiteral("org.quillfade.Quillfade");
+const QString runMethod = QStringLiteral("Run");
+const QString runSignature = QStringLiteral("as");
+
+const QString introspection = QStringLiteral(R"(  <interface name="org.quillfade.Quillfade">
+    <method name="Run">
+      <arg name="arguments" type="as" direction="in"/>
+      <arg name="status" type="i" direction="out"/>
+      <arg name="output" type="s" direction="out"/>
+    </method>
+  </interface>
+)");
+
+}  // namespace
+
+class SessionBus::Object final : public QDBusVirtualObject {
+ public:
+  explicit Object(Handler handler) : handler_(std::move(handler)) {}
+
+  [[nodiscard]] QString introspect(const QString& path) const override {
+    return path == objectPath ? introspection : QString{};
+  }
+
+  // Anything but the one method is left to the bus library, which refuses it.
+  bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+    if (message.interface() != interfaceName || message.member() != runMethod || message.signature() != runSignature) {
+      return false;
+    }
+    std::vector<std::string> arguments;
+    for (const QString& word : message.arguments().value(0).toStringList()) arguments.push_back(word.toStdString());
+    message.setDelayedReply(true);
+    handler_(arguments, [message, connection](const RemoteReply& reply) {
+      connection.send(message.createReply({reply.status, QString::fromStdString(reply.output)}));
+    });
+    return true;
+  }
+
+ private:
+  Handler handler_;
+};
+
+SessionBus::SessionBus() = default;
+
+SessionBus::~SessionBus() {
+  if (!object_) return;
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  bus.unregisterService(busName);
+  bus.unregisterObject(objectPath);
+}
+
+RemoteControl::Claim SessionBus::claim(Handler handler) {
+  QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) return Claim::unavailable;
+  object_ = std::make_unique<Object>(std::move(handler));
+  // The object first: whoever sees the name may send at once.
+  bus.registerVirtualObject(objectPath, object_.get());
+  if (bus.registerService(busName)) return Claim::first;
+  bus.unregisterObject(objectPath);
+  object_ = nullptr;
+  return bus.interface()->isServiceRegistered(busName) ? Claim::taken : Claim::unavailable;
+}
+
+}  // namespace platform::x11
+
+namespace platform {
+
+std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& arguments) {
+  int argumentCount = 0;
+  QCoreApplication application(argumentCount, nullptr);
+  const QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) {
+    return std::unexpected(Error{"There is no session bus, so a running Quillfade cannot be reached."});
+  }
+  QStringList words;
+  for (const auto& word : arguments) words.append(QString::fromStdString(word));
+  QDBusMessage call = QDBusMessage::createMethodCall(x11::busName, x11::objectPath, x11::interfaceName, x11::runMethod);
+  call.setAutoStartService(false);
+  call << words;
+  // No time limit: a command may wait for the user to answer an alert.
+  const QDBusMessage reply = bus.call(call, QDBus::Block, std::numeric_limits<int>::max());
+  if (reply.type() == QDBusMessage::ReplyMessage && reply.arguments().size() == 2) {
+    return RemoteReply{reply.arguments().at(0).toInt(), reply.arguments().at(1).toString().toStdString()};
+  }
+  if (reply.errorName() == QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown")) {
+    return std::unexpected(Error{"Quillfade is not running."});
+  }
+  return std::unexpected(Error{"The running Quillfade did not answer: " + reply.errorMessage().toStdString()});
+}
+
+}  // namespace platform

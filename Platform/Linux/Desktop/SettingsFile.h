@@ -1,0 +1,40 @@
+// The settings as one JSON object in a file of the user's.
+//
+// Threads: main thread only.
+// Failure: a file that cannot be understood is moved aside and nothing in it is lost; one that cannot be read, or that
+// is no regular file, is left alone. Where settings cannot be saved they still hold for this process. Each of these is
+// told once, in one line on standard error.
+#pragma once
+
+#include <QJsonObject>
+#include <string>
+
+#include "Platform/Settings.h"
+
+namespace platform::x11 {
+
+class SettingsFile : public Settings {
+ public:
+  // Reads the file, which need not exist.
+  explicit SettingsFile(std::string path);
+
+  [[nodiscard]] std::optional<SettingValue> object(const std::string& key) const override;
+  // On the disk when it returns.
+  void set(const std::string& key, SettingValue value) override;
+
+ private:
+  void load();
+  void moveAside(const std::string& target);
+  void save();
+  void reportOnce(const std::string& reason);
+
+  std::string path_;
+  QJsonObject values_;  // with everything that was in the file, known or not
+  bool mayReplaceFile_ = true;
+  bool reported_ = false;
+};
+
+// Where this user's settings are.
+[[nodiscard]] std::string settingsPath();
+
+}  // namespace platform::x11

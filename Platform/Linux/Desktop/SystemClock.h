@@ -1,0 +1,13 @@
+// The system's wall clock.
+#pragma once
+
+#include "Platform/Clock.h"
+
+namespace platform::x11 {
+
+class SystemClock : public Clock {
+ public:
+  [[nodiscard]] std::chrono::system_clock::time_point now() const override { return std::chrono::system_clock::now(); }
+};
+
+}  // namespace platform::x11

@@ -1,0 +1,20 @@
+// The application's colours and fonts in Qt's terms. Both roles and faces follow the desktop's settings at the moment
+// of asking.
+//
+// Threads: main thread only.
+// Units: a font size in points is the same number of Qt's device-independent pixels.
+#pragma once
+
+#include <QColor>
+#include <QFont>
+
+#include "Platform/Canvas.h"
+#include "Platform/Color.h"
+
+namespace platform::x11 {
+
+[[nodiscard]] QColor toQColor(const Color& color);
+// With `monospacedDigits`, all digits of the font are equally wide.
+[[nodiscard]] QFont toQFont(const Font& font);
+
+}  // namespace platform::x11

@@ -1,0 +1,17 @@
+// Where this user's files are.
+//
+// Threads: any. Paths are absolute, without a trailing slash.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace platform::x11 {
+
+[[nodiscard]] std::optional<std::string> environmentVariable(const std::string& name);
+// $HOME when it is absolute, else what the system's user database says, else "/".
+[[nodiscard]] std::string homeDirectory();
+// $XDG_CONFIG_HOME when it is absolute, else ~/.config.
+[[nodiscard]] std::string configurationDirectory();
+
+}  // namespace platform::x11

@@ -1,0 +1,14 @@
+// Bringing one of our managed windows to the front, with the keyboard.
+//
+// Threads: main thread only.
+#pragma once
+
+#include <QWidget>
+
+namespace platform::x11 {
+
+// Window managers refuse a program that steals the focus on its own account. Here the user asked, through a tray or a
+// global key that the window manager knows nothing of, so the request is made in the user's name, as a pager makes it.
+void bringToFront(QWidget& window);
+
+}  // namespace platform::x11

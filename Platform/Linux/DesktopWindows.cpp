@@ -1,0 +1,22 @@
+#include "Platform/Linux/DesktopWindows.h"
+
+#include <utility>
+
+#include "Platform/Linux/Desktop/WidgetWindow.h"
+#include "Platform/Linux/ScreenGrab.h"
+
+namespace platform::x11 {
+
+std::unique_ptr<Window> DesktopWindows::makeWindow(const WindowAttributes& attributes) {
+  if (attributes.ignoresMouseEvents) return std::make_unique<ClickThroughWindow>(surroundings_, attributes);
+  auto grab = [&connection = surroundings_.connection](const PixelRect& part) { return grabScreen(connection, part); };
+  return std::make_unique<WidgetWindow>(attributes, surroundings_.screens, focus_, std::move(grab));
+}
+
+EventMonitor DesktopWindows::addLocalKeyDownMonitor(std::function<bool(const KeyEvent&)> handler) {
+  return keyMonitors_.add(std::move(handler));
+}
+
+void DesktopWindows::removeMonitor(EventMonitor monitor) { keyMonitors_.remove(monitor); }
+
+}  // namespace platform::x11

@@ -1,0 +1,32 @@
+// Makes the application's windows: those that nothing can touch on overlay windows of X, the others on widgets of Qt.
+//
+// Threads: main thread only.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "Platform/Linux/ClickThroughWindow.h"
+#include "Platform/Linux/Desktop/KeyMonitors.h"
+#include "Platform/Linux/Desktop/KeyboardFocus.h"
+#include "Platform/Windows.h"
+
+namespace platform::x11 {
+
+class DesktopWindows final : public Windows {
+ public:
+  explicit DesktopWindows(const ClickThroughWindow::Surroundings& surroundings) : surroundings_(surroundings) {}
+
+  std::unique_ptr<Window> makeWindow(const WindowAttributes& attributes) override;
+  // X11 has no levels: windows at this one are kept on top of all others by raising them.
+  [[nodiscard]] WindowLevel shieldingLevel() const override { return 2147483628; }
+  EventMonitor addLocalKeyDownMonitor(std::function<bool(const KeyEvent&)> handler) override;
+  void removeMonitor(EventMonitor monitor) override;
+
+ private:
+  ClickThroughWindow::Surroundings surroundings_;
+  KeyMonitors keyMonitors_;
+  KeyboardFocus focus_;
+};
+
+}  // namespace platform::x11

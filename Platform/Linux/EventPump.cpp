@@ -1,0 +1,47 @@
+#include "Platform/Linux/EventPump.h"
+
+#include <QAbstractEventDispatcher>
+#include <cstdlib>
+#include <iostream>
+#include <utility>
+
+namespace platform::x11 {
+
+EventPump::EventPump(Connection& connection, EventHandler onEvent, BatchHandler afterBatch)
+    : connection_(connection),
+      onEvent_(std::move(onEvent)),
+      afterBatch_(std::move(afterBatch)),
+      notifier_(connection.fileDescriptor(), QSocketNotifier::Read) {
+  QObject::connect(&notifier_, &QSocketNotifier::activated, [this] { readAll(); });
+  // Waiting for a reply may have read events that no longer make the descriptor readable.
+  beforeSleep_ = QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
+                                  [this] { drainQueue(); });
+}
+
+EventPump::~EventPump() { QObject::disconnect(beforeSleep_); }
+
+void EventPump::readAll() {
+  while (const auto event = connection_.nextEvent()) onEvent_(*event);
+  drainQueue();
+}
+
+void EventPump::drainQueue() {
+  while (true) {
+    afterBatch_();
+    // Flushing may read as well.
+    connection_.flush();
+    auto event = connection_.nextQueuedEvent();
+    if (!event) break;
+    for (; event; event = connection_.nextQueuedEvent()) onEvent_(*event);
+  }
+  endIfBroken();
+}
+
+void EventPump::endIfBroken() const {
+  if (!connection_.isBroken()) return;
+  std::cerr << "quillfade: The connection to the X server was lost." << std::endl;
+  // Without destructors: they would talk to the server that is gone.
+  std::_Exit(EXIT_FAILURE);
+}
+
+}  // namespace platform::x11

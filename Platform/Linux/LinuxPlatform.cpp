@@ -1,0 +1,79 @@
+#include "Platform/Linux/LinuxPlatform.h"
+
+#include <cstdlib>
+#include <iostream>
+
+#include "Platform/Linux/Desktop/QtX11.h"
+#include "Platform/Linux/Desktop/UserDirectories.h"
+#include "Platform/Linux/X11/Redirection.h"
+
+namespace platform::x11 {
+namespace {
+
+[[noreturn]] void endProcess(const std::string& sentence) {
+  std::cerr << "quillfade: " << sentence << std::endl;
+  std::_Exit(EXIT_FAILURE);
+}
+
+std::unique_ptr<Connection> openConnection() {
+  auto connection = Connection::open("");
+  if (!connection) endProcess(connection.error().localizedDescription);
+  // Without the extensions there is nothing to redirect for: the solid cover needs none of it.
+  if ((*connection)->missingExtensions().empty()) {
+    if (const auto redirected = redirectSubwindows(**connection); !redirected) {
+      endProcess(redirected.error().localizedDescription);
+    }
+  }
+  return std::move(*connection);
+}
+
+std::vector<std::uint32_t> resourceBases(const Connection& connection) {
+  std::vector<std::uint32_t> bases{connection.resourceBase()};
+  if (auto* qt = qtConnection()) bases.push_back(xcb_get_setup(qt)->resource_id_base);
+  return bases;
+}
+
+std::string programPath() { return QCoreApplication::applicationFilePath().toStdString(); }
+
+}  // namespace
+
+LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
+    : application_(arguments),
+      connection_(openConnection()),
+      ownClients_(resourceBases(*connection_)),
+      settings_(settingsPath()),
+      scene_(*connection_),
+      windowList_(*connection_, scene_, ownClients_),
+      stage_(*connection_, scene_, windowList_, runLoop_),
+      windows_({*connection_, stage_, screens_, runLoop_}),
+      capture_(*connection_, screens_, runLoop_, ownClients_, windowList_, stage_),
+      statusBar_(runLoop_),
+      hotKeys_(*connection_),
+      loginItem_(configurationDirectory(), programPath()),
+      workspace_(connection_->missingExtensions()),
+      events_(*connection_, [this](const xcb_generic_event_t& event) { handle(event); }, [this] { settle(); }) {
+  scene_.setListener(&windowList_);
+}
+
+void LinuxPlatform::handle(const xcb_generic_event_t& event) {
+  scene_.handle(event);
+  windowList_.handle(event);
+  hotKeys_.handle(event);
+  stage_.handle(event);
+}
+
+void LinuxPlatform::settle() {
+  scene_.collectReplies();
+  stage_.settle();
+  capture_.settle();
+}
+
+}  // namespace platform::x11
+
+namespace platform {
+
+std::unique_ptr<Platform> makePlatform(std::span<char* const> arguments) {
+  return std::make_unique<x11::LinuxPlatform>(arguments);
+}
+
+}  // namespace platform

@@ -1,0 +1,86 @@
+// The Linux/X11 desktop: everything that makes up the adapter, assembled.
+//
+// Threads: main thread only.
+// Lifetime: members are in the order in which they are made; each needs only those before it.
+#pragma once
+
+#include <span>
+
+#include "Platform/Linux/ClickThroughWindow.h"
+#include "Platform/Linux/Desktop/AutostartItem.h"
+#include "Platform/Linux/Desktop/DesktopApplication.h"
+#include "Platform/Linux/Desktop/DesktopDialogs.h"
+#include "Platform/Linux/Desktop/DesktopProcess.h"
+#include "Platform/Linux/Desktop/DesktopScreens.h"
+#include "Platform/Linux/Desktop/DesktopStatusBar.h"
+#include "Platform/Linux/Desktop/DesktopWorkspace.h"
+#include "Platform/Linux/Desktop/PosixFiles.h"
+#include "Platform/Linux/Desktop/QtRunLoop.h"
+#include "Platform/Linux/Desktop/SessionBus.h"
+#include "Platform/Linux/Desktop/SettingsFile.h"
+#include "Platform/Linux/Desktop/SystemClock.h"
+#include "Platform/Linux/Desktop/Views.h"
+#include "Platform/Linux/DesktopWindows.h"
+#include "Platform/Linux/EventPump.h"
+#include "Platform/Linux/OverlayStage.h"
+#include "Platform/Linux/ScreenCapture.h"
+#include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/X11/HotKeys.h"
+#include "Platform/Linux/X11/Scene.h"
+#include "Platform/Linux/X11/WindowList.h"
+#include "Platform/Platform.h"
+
+namespace platform::x11 {
+
+class LinuxPlatform final : public Platform {
+ public:
+  explicit LinuxPlatform(std::span<char* const> arguments);
+
+  Application* sharedApplication() override { return &application_; }
+  RunLoop& runLoop() override { return runLoop_; }
+  Process& process() override { return process_; }
+  Clock& clock() override { return clock_; }
+  Files& files() override { return files_; }
+  Settings& settings() override { return settings_; }
+  Screens& screens() override { return screens_; }
+  Windows& windows() override { return windows_; }
+  platform::Views& views() override { return views_; }
+  CaptureService& capture() override { return capture_; }
+  ScreenCaptureAccess& screenCaptureAccess() override { return capture_; }
+  StatusBar& statusBar() override { return statusBar_; }
+  Dialogs& dialogs() override { return dialogs_; }
+  platform::HotKeys& hotKeys() override { return hotKeys_; }
+  LoginItem& loginItem() override { return loginItem_; }
+  Workspace& workspace() override { return workspace_; }
+  RemoteControl& remoteControl() override { return remoteControl_; }
+
+ private:
+  void handle(const xcb_generic_event_t& event);
+  void settle();
+
+  DesktopApplication application_;
+  // The product's own, apart from Qt's.
+  std::unique_ptr<Connection> connection_;
+  std::vector<std::uint32_t> ownClients_;
+  QtRunLoop runLoop_;
+  DesktopProcess process_;
+  SystemClock clock_;
+  PosixFiles files_;
+  SettingsFile settings_;
+  DesktopScreens screens_;
+  DesktopViews views_;
+  Scene scene_;
+  WindowList windowList_;
+  OverlayStage stage_;
+  DesktopWindows windows_;
+  ScreenCapture capture_;
+  DesktopStatusBar statusBar_;
+  DesktopDialogs dialogs_;
+  HotKeys hotKeys_;
+  AutostartItem loginItem_;
+  DesktopWorkspace workspace_;
+  SessionBus remoteControl_;
+  EventPump events_;
+};
+
+}  // namespace platform::x11

@@ -1,0 +1,61 @@
+// The capture service of an X11 desktop, and the permission to use it.
+//
+// X11 asks nobody's permission: capturing is allowed exactly where the server has the extensions that it is built on.
+// Threads, ownership, failure: as the ports say.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Platform/Capture.h"
+#include "Platform/Linux/Desktop/DesktopScreens.h"
+#include "Platform/Linux/OverlayStage.h"
+#include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/X11/WindowList.h"
+#include "Platform/Permission.h"
+#include "Platform/RunLoop.h"
+
+namespace platform::x11 {
+
+class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
+ public:
+  // `ownClients`: the resource bases of this program's connections.
+  ScreenCapture(const Connection& connection, const DesktopScreens& screens, RunLoop& runLoop,
+                std::vector<std::uint32_t> ownClients, WindowList& windows, const OverlayStage& stage);
+
+  void shareableContent(ShareableContentOptions options, ContentCompletion completion) override;
+  std::shared_ptr<platform::CaptureStream> makeStream(const ContentFilter& filter,
+                                                      const StreamConfiguration& configuration,
+                                                      std::weak_ptr<StreamDelegate> delegate) override;
+
+  // Answers what waits for an event. To be called after each batch of events.
+  void settle();
+
+  [[nodiscard]] bool preflight() override { return connection_.missingExtensions().empty(); }
+  bool request() override { return preflight(); }
+
+ private:
+  struct Request {
+    ShareableContentOptions options;
+    ContentCompletion completion;
+  };
+
+  [[nodiscard]] std::expected<ShareableContent, Error> content(const ShareableContentOptions& options);
+  [[nodiscard]] ScreenGeometry geometry(const CaptureDisplay& display) const;
+
+  const Connection& connection_;
+  const DesktopScreens& screens_;
+  RunLoop& runLoop_;
+  std::vector<std::uint32_t> ownClients_;
+  WindowList& windows_;
+  const OverlayStage& stage_;
+  std::vector<Request> waiting_;
+  std::uint64_t streamCount_ = 0;
+};
+
+// One sentence for a person.
+[[nodiscard]] std::string missingExtensionsSentence(const std::vector<std::string>& missing);
+
+}  // namespace platform::x11

@@ -1,0 +1,130 @@
+#include "Platform/Linux/X11/CaptureSession.h"
+
+#include <poll.h>
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <string>
+#include <utility>
+
+namespace platform::x11 {
+
+namespace {
+
+// The protocol's coordinates have 16 bits.
+constexpr std::int32_t largestExtent = 32767;
+
+// A client that makes changes faster than they can be taken in must not keep frames from being made.
+constexpr int mostEventsAtOnce = 1000;
+
+constexpr std::chrono::milliseconds longestWaitForAnswer{20};
+
+std::string missingExtensionsSentence(const std::vector<std::string>& names) {
+  std::string sentence = "The display server lacks ";
+  for (std::size_t index = 0; index < names.size(); ++index) sentence += (index == 0 ? "" : ", ") + names[index];
+  return sentence +
+         (names.size() == 1 ? ", an extension that live pictures need." : ", extensions that live pictures need.");
+}
+
+timespec toTimespec(std::chrono::nanoseconds duration) {
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(duration);
+  return {seconds.count(), (duration - seconds).count()};
+}
+
+}  // namespace
+
+std::expected<std::unique_ptr<CaptureSession>, Error> CaptureSession::open(const CaptureStreamSettings& settings,
+                                                                           std::shared_ptr<Wakeup> wakeup) {
+  const PixelRect& source = settings.source;
+  if (source.isEmpty()) return std::unexpected(Error{"The area to show is empty."});
+  if (source.width > largestExtent || source.height > largestExtent)
+    return std::unexpected(Error{"The area to show is larger than the display server can handle."});
+  auto opened = Connection::open(settings.displayName);
+  if (!opened) return std::unexpected(opened.error());
+  const std::shared_ptr<Connection> connection = std::move(*opened);
+  if (settings.unexpectedError) connection->setUnexpectedErrorHandler(settings.unexpectedError);
+  if (const auto missing = connection->missingExtensions(); !missing.empty())
+    return std::unexpected(Error{missingExtensionsSentence(missing)});
+  auto buffer = FrameBuffer::make(connection, source.width, source.height, settings.serial, wakeup);
+  if (!buffer) return std::unexpected(buffer.error());
+  std::unique_ptr<CaptureSession> session(
+      new CaptureSession(settings, connection, std::move(*buffer), std::move(wakeup)));
+  if (session->isLost()) return std::unexpected(Error{"The connection to the display server was lost."});
+  return session;
+}
+
+CaptureSession::CaptureSession(const CaptureStreamSettings& settings, std::shared_ptr<Connection> connection,
+                               std::shared_ptr<FrameBuffer> buffer, std::shared_ptr<Wakeup> wakeup)
+    : connection_(std::move(connection)),
+      wakeup_(std::move(wakeup)),
+      buffer_(std::move(buffer)),
+      scene_(*connection_),
+      compositor_(*connection_, scene_, settings.source,
+                  {settings.excludedWindows, settings.ownClients, connection_->resourceMask()}, buffer_->picture()),
+      painted_(*connection_),
+      interval_(settings.minimumFrameInterval),
+      nextFrameDue_(Clock::now()),
+      nextExaminationDue_(nextFrameDue_) {}
+
+void CaptureSession::takeIn(const xcb_generic_event_t& event) {
+  scene_.handle(event);
+  compositor_.handle(event);
+}
+
+void CaptureSession::takeInAll() {
+  for (int taken = 0; taken < mostEventsAtOnce; ++taken) {
+    const Event event = connection_->nextEvent();
+    if (!event) break;
+    takeIn(*event);
+  }
+  scene_.collectReplies();
+  compositor_.collectReplies();
+}
+
+std::shared_ptr<const Frame> CaptureSession::nextFrame() {
+  takeInAll();
+  isWholeWanted_ = buffer_->takeWholeRequest() || isWholeWanted_;
+  const Clock::time_point now = Clock::now();
+  if (buffer_->isLent() || now < nextFrameDue_) return nullptr;
+  const Compositor::Changes changes = compositor_.changes();
+  if (isWholeWanted_ || changes == Compositor::Changes::certain) return compose(now);
+  if (changes == Compositor::Changes::possible && now >= nextExaminationDue_) {
+    compositor_.examine();
+    nextExaminationDue_ = now + interval_;
+  }
+  return nullptr;
+}
+
+std::shared_ptr<const Frame> CaptureSession::compose(Clock::time_point now) {
+  nextFrameDue_ = now + interval_;
+  buffer_->reclaim();
+  compositor_.paint(painted_);
+  return buffer_->lend(painted_, std::exchange(isWholeWanted_, false));
+}
+
+std::optional<CaptureSession::Clock::time_point> CaptureSession::nextDeadline() const {
+  // Looking for one answer may read another one, which then does not make the descriptor readable again.
+  if (compositor_.isExamining()) return Clock::now() + longestWaitForAnswer;
+  // Giving a frame back notifies.
+  if (buffer_->isLent()) return std::nullopt;
+  const Compositor::Changes changes = compositor_.changes();
+  if (isWholeWanted_ || changes == Compositor::Changes::certain) return nextFrameDue_;
+  if (changes == Compositor::Changes::possible) return std::max(nextFrameDue_, nextExaminationDue_);
+  return std::nullopt;
+}
+
+void CaptureSession::wait() {
+  connection_->flush();
+  // Sending may have read answers and events: they would not make the descriptor readable again.
+  if (scene_.collectReplies() || compositor_.collectReplies()) return;
+  if (const Event event = connection_->nextQueuedEvent()) return takeIn(*event);
+  const auto deadline = nextDeadline();
+  timespec limit{};
+  if (deadline) limit = toTimespec(std::max(*deadline - Clock::now(), Clock::duration::zero()));
+  std::array<pollfd, 2> descriptors{{{connection_->fileDescriptor(), POLLIN, 0}, {wakeup_->descriptor(), POLLIN, 0}}};
+  ::ppoll(descriptors.data(), descriptors.size(), deadline ? &limit : nullptr, nullptr);
+  wakeup_->clear();
+}
+
+}  // namespace platform::x11

@@ -1,0 +1,59 @@
+// A capture that runs: one connection, the scene on it, the compositor, and the pace at which frames are made.
+//
+// Threads: everything on one thread, which alternates `nextFrame` and `wait`.
+// Ownership: RAII. The picture lives on as long as a frame of it does.
+// Failure: `open` says in a sentence why it cannot run; a connection that is lost later shows in `isLost`.
+#pragma once
+
+#include <chrono>
+#include <expected>
+#include <memory>
+#include <optional>
+
+#include "Platform/Error.h"
+#include "Platform/Linux/X11/CaptureStreamSettings.h"
+#include "Platform/Linux/X11/Compositor.h"
+#include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/X11/Frame.h"
+#include "Platform/Linux/X11/FrameBuffer.h"
+#include "Platform/Linux/X11/Scene.h"
+#include "Platform/Linux/X11/Wakeup.h"
+
+namespace platform::x11 {
+
+class CaptureSession {
+ public:
+  static std::expected<std::unique_ptr<CaptureSession>, Error> open(const CaptureStreamSettings& settings,
+                                                                    std::shared_ptr<Wakeup> wakeup);
+
+  [[nodiscard]] bool isLost() const { return connection_->isBroken(); }
+  // Takes in what has happened. A frame if there is something new to show, the last frame has been given back, and the
+  // frame interval is over: so the first change after a rest is shown at once. Never blocks.
+  [[nodiscard]] std::shared_ptr<const Frame> nextFrame();
+  // Until there may be a next frame, the wakeup was notified, or the connection was lost.
+  void wait();
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  CaptureSession(const CaptureStreamSettings& settings, std::shared_ptr<Connection> connection,
+                 std::shared_ptr<FrameBuffer> buffer, std::shared_ptr<Wakeup> wakeup);
+  void takeIn(const xcb_generic_event_t& event);
+  void takeInAll();
+  // When there will be something to do without anything further happening.
+  [[nodiscard]] std::optional<Clock::time_point> nextDeadline() const;
+  [[nodiscard]] std::shared_ptr<const Frame> compose(Clock::time_point now);
+
+  std::shared_ptr<Connection> connection_;
+  std::shared_ptr<Wakeup> wakeup_;
+  std::shared_ptr<FrameBuffer> buffer_;
+  Scene scene_;
+  Compositor compositor_;
+  Region painted_;
+  const Clock::duration interval_;
+  Clock::time_point nextFrameDue_;
+  Clock::time_point nextExaminationDue_;
+  bool isWholeWanted_ = false;
+};
+
+}  // namespace platform::x11

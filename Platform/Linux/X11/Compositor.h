@@ -1,0 +1,121 @@
+// Paints a part of the screen without some of its windows into a picture, and later just what has changed in it.
+//
+// It paints the windows' own off-screen pixels, bottom to top, and never reads the screen: so a window that shows the
+// result can never see itself. The pointer is not part of any window's pixels, so it is never painted.
+//
+// Threads: that of its connection. Pass it every event after the scene has seen it.
+// Units and axes: `source` in root pixels; the picture's and the regions' origin is the source's top-left corner.
+// Ownership: it keeps references to the connection and the scene, which must outlive it, and is the scene's listener.
+// Preconditions: all extensions are there; somebody keeps the screen's windows redirected.
+// Failure: windows may vanish at any time; what is painted then is corrected when the event arrives. Painting never
+// waits for the server, except to look up the wallpaper of a compositing manager when either has changed.
+#pragma once
+
+#include <xcb/render.h>
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/X11/Region.h"
+#include "Platform/Linux/X11/Scene.h"
+#include "Platform/Linux/X11/Wallpaper.h"
+#include "Platform/Linux/X11/WindowContent.h"
+#include "Platform/Linux/X11/WindowFilter.h"
+
+namespace platform::x11 {
+
+class Compositor final : private SceneListener {
+ public:
+  // `target` has the root visual's format and the source's size. The whole of it is to be painted first.
+  Compositor(Connection& connection, Scene& scene, const PixelRect& source, WindowFilter filter,
+             xcb_render_picture_t target);
+  ~Compositor() override;
+  Compositor(const Compositor&) = delete;
+  Compositor& operator=(const Compositor&) = delete;
+
+  void handle(const xcb_generic_event_t& event);
+
+  enum class Changes : std::uint8_t {
+    none,
+    // A window that reaches beyond the source was drawn to, perhaps outside: `examine` finds out.
+    possible,
+    certain,
+  };
+  [[nodiscard]] Changes changes() const;
+  // Asks the server what the possible changes come to. `collectReplies`, which never blocks, says whether the answer
+  // came.
+  void examine();
+  bool collectReplies();
+  [[nodiscard]] bool isExamining() const { return examination_.has_value(); }
+
+  // Brings the picture up to date and leaves in `painted` what may differ now.
+  void paint(Region& painted);
+  // As if the picture had never been painted.
+  void invalidate();
+
+ private:
+  // Reports of this damage that precede the request with this number were taken with it.
+  struct Taking {
+    xcb_damage_damage_t damage;
+    std::uint32_t sequence;
+  };
+  struct Layer {
+    const SceneWindow* window;
+    WindowContent* content;
+  };
+
+  void windowAdded(const SceneWindow& window) override;
+  void windowRemoved(const SceneWindow& window, Departure departure) override;
+  void windowChanged(const SceneWindow& before, const SceneWindow& after) override;
+  void windowReshaped(const SceneWindow& window) override;
+  void windowRestacked(const SceneWindow& window) override;
+  void compositingManagerChanged(bool isRunning) override;
+
+  [[nodiscard]] bool isVisible(const SceneWindow& window) const;
+  [[nodiscard]] bool isTranslucent(const SceneWindow& window) const;
+  [[nodiscard]] bool isCovered(const SceneWindow& window) const;
+  [[nodiscard]] WindowContent* contentOf(xcb_window_t window) const;
+  void watch(const SceneWindow& window);
+  void soil(const SceneWindow& window);
+  void soil(const PixelRect& rect);
+  void noteDamage(const xcb_damage_notify_event_t& event);
+  void noteTaking(const WindowContent& content);
+  void gatherDamage();
+  void gatherSoil();
+  void forgetPending();
+  [[nodiscard]] std::vector<Layer> layersToPaint(bool& reachesWallpaper) const;
+  void paintLayers();
+  void paintOpaque(const Layer& layer);
+  void paintTranslucent(const Layer& layer, Region& visible);
+  void paintWallpaper();
+  void composite(const Layer& layer, std::uint8_t operation, const Region& clip);
+
+  Connection& connection_;
+  Scene& scene_;
+  const PixelRect source_;
+  WindowFilter filter_;
+  const xcb_render_picture_t target_;
+  Wallpaper wallpaper_;
+  std::map<xcb_window_t, std::unique_ptr<WindowContent>> contents_;
+  std::deque<Taking> takings_;
+
+  // What is to be painted: rectangles in root pixels, windows' damage not taken yet, and `pending_` in the server.
+  std::vector<PixelRect> soiled_;
+  Region pending_;
+  std::vector<PixelRect> pendingBounds_;
+  bool isPendingCertain_ = false;
+  std::optional<std::uint32_t> examination_;
+
+  // The whole source, and scratch space, in the server.
+  Region bounds_;
+  Region parts_;
+  Region remaining_;
+  Region clip_;
+};
+
+}  // namespace platform::x11

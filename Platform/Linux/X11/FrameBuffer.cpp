@@ -1,0 +1,141 @@
+#include "Platform/Linux/X11/FrameBuffer.h"
+
+#include <utility>
+
+#include "Platform/Linux/X11/Frame.h"
+
+namespace platform::x11 {
+
+namespace {
+
+constexpr int longestWaitForServer = 1000;  // milliseconds
+
+}  // namespace
+
+std::expected<std::shared_ptr<FrameBuffer>, Error> FrameBuffer::make(std::shared_ptr<Connection> connection,
+                                                                     std::int32_t width, std::int32_t height,
+                                                                     std::uint64_t streamSerial,
+                                                                     std::shared_ptr<Wakeup> wakeup) {
+  xcb_connection_t* c = connection->get();
+  std::shared_ptr<FrameBuffer> buffer(
+      new FrameBuffer(std::move(connection), width, height, streamSerial, std::move(wakeup)));
+  const Reply<xcb_generic_error_t> refused(xcb_request_check(
+      c, xcb_create_pixmap_checked(c, buffer->depth(), buffer->pixmap_, buffer->connection_->root(),
+                                   static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height))));
+  if (refused) return std::unexpected(Error{"The display server has no room for the picture."});
+  xcb_render_create_picture(c, buffer->picture_, buffer->pixmap_, buffer->format(), 0, nullptr);
+  buffer->createFences();
+  return buffer;
+}
+
+FrameBuffer::FrameBuffer(std::shared_ptr<Connection> connection, std::int32_t width, std::int32_t height,
+                         std::uint64_t streamSerial, std::shared_ptr<Wakeup> wakeup)
+    : connection_(std::move(connection)),
+      width_(width),
+      height_(height),
+      streamSerial_(streamSerial),
+      wakeup_(std::move(wakeup)),
+      pixmap_(connection_->newId()),
+      picture_(connection_->newId()),
+      changed_(*connection_) {}
+
+FrameBuffer::~FrameBuffer() {
+  // What the last reader sent names the picture, which goes with the connection.
+  if (loan_ != Loan::read || connection_->isBroken()) return;
+  awaitRead();
+  connection_->synchronize(longestWaitForServer);
+}
+
+void FrameBuffer::createFences() {
+  composed_ = connection_->newId();
+  consumed_ = connection_->newId();
+  xcb_sync_create_fence(connection_->get(), connection_->root(), composed_, 0);
+  xcb_sync_create_fence(connection_->get(), connection_->root(), consumed_, 0);
+  // A reader may name them at once, on a connection that the server gets to first: they must be there by then.
+  connection_->synchronize(longestWaitForServer);
+}
+
+void FrameBuffer::destroyFences() {
+  xcb_sync_destroy_fence(connection_->get(), composed_);
+  xcb_sync_destroy_fence(connection_->get(), consumed_);
+}
+
+void FrameBuffer::awaitRead() { xcb_sync_await_fence(connection_->get(), 1, &consumed_); }
+
+bool FrameBuffer::isLent() const {
+  const std::lock_guard lock(mutex_);
+  return loan_ == Loan::lent;
+}
+
+bool FrameBuffer::takeWholeRequest() {
+  const std::lock_guard lock(mutex_);
+  return std::exchange(isWholeRequested_, false);
+}
+
+void FrameBuffer::reclaim() {
+  Loan outcome = Loan::none;
+  {
+    const std::lock_guard lock(mutex_);
+    outcome = std::exchange(loan_, Loan::none);
+  }
+  if (outcome == Loan::read) {
+    awaitRead();
+    xcb_sync_reset_fence(connection_->get(), consumed_);
+    changed_.clear();
+    isEverythingChanged_ = false;
+  } else if (outcome == Loan::dropped) {
+    // Whether the reader waits for a fence is not known. A fence that goes lets go of all who wait for it.
+    destroyFences();
+    createFences();
+  }
+}
+
+std::shared_ptr<const Frame> FrameBuffer::lend(const Region& painted, bool isWhole) {
+  isEverythingChanged_ = isEverythingChanged_ || isWhole;
+  if (isEverythingChanged_)
+    changed_.set(PixelRect{0, 0, width_, height_});
+  else
+    changed_.unite(painted);
+  xcb_sync_trigger_fence(connection_->get(), composed_);
+  connection_->flush();
+  {
+    const std::lock_guard lock(mutex_);
+    loan_ = Loan::lent;
+  }
+  return std::make_shared<const Frame>(shared_from_this(), isEverythingChanged_);
+}
+
+// The stream may have gone, and its fences with it, only if the server has: errors mean nothing to the reader.
+void FrameBuffer::awaitComposed(xcb_connection_t* reader) const {
+  xcb_discard_reply(reader, xcb_sync_await_fence_checked(reader, 1, &composed_).sequence);
+  // Each side resets the fence that it waits for. Were it reset by the other side, whose requests the server may get to
+  // later, a reader could find the fence as the frame before left it, and copy that one again.
+  xcb_discard_reply(reader, xcb_sync_reset_fence_checked(reader, composed_).sequence);
+}
+
+void FrameBuffer::finishReading(xcb_connection_t* reader) {
+  xcb_discard_reply(reader, xcb_sync_trigger_fence_checked(reader, consumed_).sequence);
+  // The stream's connection is about to wait for this request, so it must be on its way.
+  xcb_flush(reader);
+  endLoan(Loan::read);
+}
+
+void FrameBuffer::drop() { endLoan(Loan::dropped); }
+
+void FrameBuffer::endLoan(Loan outcome) {
+  {
+    const std::lock_guard lock(mutex_);
+    loan_ = outcome;
+  }
+  wakeup_->notify();
+}
+
+void FrameBuffer::requestWhole() {
+  {
+    const std::lock_guard lock(mutex_);
+    isWholeRequested_ = true;
+  }
+  wakeup_->notify();
+}
+
+}  // namespace platform::x11

@@ -1,0 +1,190 @@
+#include "Platform/Linux/X11/Identity.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace platform::x11 {
+
+namespace {
+
+struct KnownOwner {
+  std::string_view name;  // class, instance or process name, in lower case
+  std::string_view identifier;
+};
+
+// The system cuts process names off after 15 bytes; the names that matter there fit or stand here in that length, too.
+constexpr std::array knownOwners{
+    KnownOwner{"zoom", "us.zoom.xos"},
+    KnownOwner{"zoom workplace", "us.zoom.xos"},
+    KnownOwner{"zoom meeting", "us.zoom.xos"},
+    KnownOwner{"slack", "com.tinyspeck.slackmacgap"},
+    KnownOwner{"teams-for-linux", "com.microsoft.teams2"},
+    KnownOwner{"microsoft teams", "com.microsoft.teams2"},
+    KnownOwner{"microsoft teams - preview", "com.microsoft.teams"},
+    KnownOwner{"microsoft teams - insiders", "com.microsoft.teams"},
+    KnownOwner{"teams", "com.microsoft.teams"},
+    KnownOwner{"webex", "com.cisco.webexmeetingsapp"},
+    KnownOwner{"ciscocollabhost", "com.cisco.webexmeetingsapp"},
+    KnownOwner{"ciscocollabhostcef", "com.cisco.webexmeetingsapp"},
+    KnownOwner{"discord", "com.hnc.Discord"},
+    KnownOwner{"discordptb", "com.hnc.Discord"},
+    KnownOwner{"discordcanary", "com.hnc.Discord"},
+};
+
+// Programs whose transparent sheets take the pointer while one draws, so that the input region does not tell them.
+constexpr std::array<std::string_view, 8> annotationPrograms{
+    "gromit-mpx", "gromit", "ardesia", "pylote", "pensela", "screenpen", "epic pen", "openboard",
+};
+
+std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view blanks = " \t\r\n";
+  const auto first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+bool equalIgnoringAsciiCase(std::string_view text, std::string_view lowerCase) {
+  return std::ranges::equal(text, lowerCase, {}, [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; });
+}
+
+std::array<std::string_view, 3> names(const WindowProperties& window) {
+  return {window.className, window.instanceName, window.processName};
+}
+
+bool isAnnotationProgram(const WindowProperties& window) {
+  return std::ranges::any_of(names(window), [](std::string_view name) {
+    return std::ranges::any_of(annotationPrograms,
+                               [&](std::string_view known) { return equalIgnoringAsciiCase(trimmed(name), known); });
+  });
+}
+
+// The layer of a type that says by itself where a window belongs.
+std::optional<std::int64_t> layerOfType(const WindowProperties& window) {
+  if (window.types.empty()) return std::nullopt;
+  switch (window.types.front()) {
+    case WindowType::desktop:
+      return layers::below;
+    case WindowType::dock:
+      return layers::dock;
+    case WindowType::notification:
+      return layers::notification;
+    case WindowType::menu:
+    case WindowType::dropdownMenu:
+    case WindowType::popupMenu:
+    case WindowType::combo:
+    case WindowType::tooltip:
+    case WindowType::dragAndDrop:
+      return layers::unmanaged;
+    default:
+      // Toolkits call an overlay a utility, a splash screen or a toolbar just to keep it off the task bar.
+      return std::nullopt;
+  }
+}
+
+bool hasFloatingType(const WindowProperties& window) {
+  if (window.types.empty()) return false;
+  const WindowType type = window.types.front();
+  return type == WindowType::toolbar || type == WindowType::utility || type == WindowType::splash;
+}
+
+// Its size is the program's doing and not the window manager's: an ordinary window may be translucent and undecorated,
+// but it covers the screen only as long as the user wants it maximised or full-screen.
+bool choseItsSize(const WindowProperties& window) {
+  return window.hasFixedSize || !(window.state.isFullScreen || window.state.isMaximized);
+}
+
+// A pane over a whole monitor through which one sees what lies beneath.
+bool isPane(const WindowProperties& window, std::span<const PixelRect> monitors) {
+  return (window.hasAlpha || window.isShaped) && !window.isDecorated && coversMonitor(window.frame, monitors);
+}
+
+bool isOverlayPane(const WindowProperties& pane) {
+  if (!pane.isManaged) {
+    if (isAnnotationProgram(pane)) return true;
+    // A moving wallpaper is such a pane, too, but lies beneath everything.
+    return pane.hasEmptyInput && !pane.isBeneathOrdinaryWindows;
+  }
+  if (pane.hasEmptyInput) return pane.state.isAbove || pane.state.isFullScreen;
+  return pane.state.isAbove && (choseItsSize(pane) || isAnnotationProgram(pane));
+}
+
+// The length of the UTF-8 sequence at the start of `bytes`; 0 when there is none.
+std::size_t sequenceLength(std::string_view bytes) {
+  const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+  const unsigned lead = at(0);
+  if (lead < 0x80) return 1;
+  const std::size_t length = lead >= 0xC2 && lead < 0xE0 ? 2 : lead >= 0xE0 && lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+  if (lead < 0xC2 || length == 0 || bytes.size() < length) return 0;
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((at(i) & 0xC0U) != 0x80U) return 0;
+  }
+  // Overlong forms, surrogates and what lies beyond the last code point.
+  const unsigned second = at(1);
+  if ((lead == 0xE0 && second < 0xA0) || (lead == 0xED && second >= 0xA0)) return 0;
+  if ((lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second >= 0x90)) return 0;
+  return length;
+}
+
+}  // namespace
+
+std::optional<std::string> ownerIdentifier(const WindowProperties& window) {
+  if (window.isOwn) return std::string(ownIdentifier);
+  for (const std::string_view name : names(window)) {
+    const auto known = std::ranges::find_if(
+        knownOwners, [&](const KnownOwner& owner) { return equalIgnoringAsciiCase(trimmed(name), owner.name); });
+    if (known != knownOwners.end()) return std::string(known->identifier);
+  }
+  for (const std::string_view name : names(window)) {
+    if (!trimmed(name).empty()) return validUtf8(name);
+  }
+  return std::nullopt;
+}
+
+std::int64_t windowLayer(const WindowProperties& window, std::span<const PixelRect> monitors) {
+  if (window.isOwn) return layers::own;
+  if (const auto layer = layerOfType(window)) return *layer;
+  if (window.state.isBelow) return layers::below;
+  const bool pane = isPane(window, monitors);
+  if (pane && isOverlayPane(window)) return layers::overlay;
+  if (!window.isManaged) return layers::unmanaged;
+  // A pane that is not kept above is still none of the ordinary windows.
+  if (window.state.isAbove || hasFloatingType(window) || (pane && choseItsSize(window))) return layers::floating;
+  return layers::ordinary;
+}
+
+bool coversMonitor(const PixelRect& frame, std::span<const PixelRect> monitors) {
+  return std::ranges::any_of(monitors, [&](const PixelRect& monitor) {
+    const PixelRect common = intersection(frame, monitor);
+    const auto area = [](const PixelRect& rect) { return std::int64_t{rect.width} * rect.height; };
+    return !monitor.isEmpty() && area(common) * 10 >= area(monitor) * 9;
+  });
+}
+
+bool isScreenLocker(const WindowProperties& window, std::span<const PixelRect> monitors) {
+  if (window.isOwn || window.isManaged || window.isShaped || window.isBeneathOrdinaryWindows) return false;
+  // No locker lets clicks through, but wallpapers do.
+  if (window.hasEmptyInput || layerOfType(window) || windowLayer(window, monitors) >= layers::overlay) return false;
+  return std::ranges::any_of(monitors, [&](const PixelRect& monitor) {
+    return !monitor.isEmpty() && intersection(window.frame, monitor) == monitor;
+  });
+}
+
+std::string validUtf8(std::string_view bytes) {
+  std::string text;
+  text.reserve(bytes.size());
+  while (!bytes.empty()) {
+    const std::size_t length = sequenceLength(bytes);
+    if (length > 0) {
+      text.append(bytes.substr(0, length));
+    } else {
+      const auto byte = static_cast<unsigned char>(bytes.front());
+      text.push_back(static_cast<char>(0xC0U | (byte >> 6U)));
+      text.push_back(static_cast<char>(0x80U | (byte & 0x3FU)));
+    }
+    bytes.remove_prefix(std::max<std::size_t>(length, 1));
+  }
+  return text;
+}
+
+}  // namespace platform::x11

@@ -1,0 +1,51 @@
+// Whose a window is and how far in front it belongs: what the rules about overlays are told of a window.
+//
+// Owner: conferencing programs are given the identifiers under which they are known on every system; all others go by
+// the class that their windows carry.
+// Layer: 0 for ordinary windows, full-screen ones included; larger is further in front; `overlay` and more only for
+// sheets that lie over a whole monitor to be drawn on. Small windows, menus, panels, notifications, drag icons and
+// whatever opaque window hides a locked session never reach it. Threads: pure functions of plain values.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "Platform/Linux/Coordinates.h"
+#include "Platform/Linux/X11/WindowProperties.h"
+
+namespace platform::x11 {
+
+// The identifier of this program, as its own windows' owner.
+inline constexpr std::string_view ownIdentifier = "org.quillfade.Quillfade";
+
+namespace layers {
+inline constexpr std::int64_t below = -1;  // desktops, and windows kept below the ordinary ones
+inline constexpr std::int64_t ordinary = 0;
+inline constexpr std::int64_t floating = 3;
+inline constexpr std::int64_t dock = 20;
+inline constexpr std::int64_t notification = 25;
+inline constexpr std::int64_t unmanaged = 101;  // menus, tooltips, drag icons, anything that no window manager places
+inline constexpr std::int64_t overlay = 500;
+inline constexpr std::int64_t own = 1000;
+}  // namespace layers
+
+// Valid UTF-8; absent when nothing names the owner.
+[[nodiscard]] std::optional<std::string> ownerIdentifier(const WindowProperties& window);
+
+[[nodiscard]] std::int64_t windowLayer(const WindowProperties& window, std::span<const PixelRect> monitors);
+
+// Whether the rectangle covers at least nine tenths of one of the monitors. Overlays stay a row short of the screen, or
+// leave room for a panel, so that nothing takes them for full-screen windows.
+[[nodiscard]] bool coversMonitor(const PixelRect& frame, std::span<const PixelRect> monitors);
+
+// Whether the window hides the whole of a monitor from everybody, as the lock screen does: not managed, opaque or at
+// least taking all input, with nothing ordinary above it. Nothing may be shown above such a window.
+[[nodiscard]] bool isScreenLocker(const WindowProperties& window, std::span<const PixelRect> monitors);
+
+// Bytes that are no UTF-8 are read as Latin-1, one by one.
+[[nodiscard]] std::string validUtf8(std::string_view bytes);
+
+}  // namespace platform::x11

@@ -1,0 +1,50 @@
+// What lies beneath all windows: the background of the root window, or what a compositing manager paints in its place.
+//
+// Threads: that of its connection.
+// Units and axes: root pixels.
+// Ownership: RAII; the connection must outlive it.
+// Failure: where no picture can be had, a plain grey one, as compositing managers paint without a wallpaper.
+#pragma once
+
+#include <xcb/render.h>
+#include <xcb/xcb.h>
+
+#include <optional>
+
+#include "Platform/Linux/Coordinates.h"
+#include "Platform/Linux/X11/Connection.h"
+
+namespace platform::x11 {
+
+class Wallpaper {
+ public:
+  Wallpaper(Connection& connection, const PixelRect& source);
+  ~Wallpaper();
+  Wallpaper(const Wallpaper&) = delete;
+  Wallpaper& operator=(const Wallpaper&) = delete;
+
+  // Whether the event means that the wallpaper is another one. A program that paints the root window's background
+  // without saying so in the usual properties is not noticed before the picture is made anew.
+  [[nodiscard]] bool isChangedBy(const xcb_generic_event_t& event) const;
+  void forget();
+
+  // Made on first use; under a compositing manager that takes an answer from the server. `part` is the rectangle of the
+  // picture that lies in the source.
+  [[nodiscard]] xcb_render_picture_t picture(bool hasCompositingManager);
+  [[nodiscard]] PixelRect part() const { return part_; }
+
+ private:
+  void makeFromRootWindow();
+  [[nodiscard]] bool makeFromProperty(xcb_atom_t property);
+  void makeGrey();
+
+  Connection& connection_;
+  PixelRect source_;
+  // The two names under which setters of wallpapers leave the pixmap, in the order in which they are believed.
+  xcb_atom_t rootPixmap_;
+  xcb_atom_t setRootPixmap_;
+  std::optional<xcb_render_picture_t> picture_;
+  PixelRect part_;
+};
+
+}  // namespace platform::x11

@@ -1,0 +1,59 @@
+// The pixels of one top-level window, wherever it is hidden: its off-screen picture, its outline and what was drawn to
+// it since the last look. Everything stays in the X server.
+//
+// Threads: that of its connection.
+// Units and axes: rectangles in root pixels; the outline in pixels of the picture being composed.
+// Ownership: RAII; the connection must outlive it.
+// Failure: the window may be gone, unmapped or of another size at any moment. Every request about it is sent with its
+// errors expected; what cannot be had leaves an empty outline or a picture that paints nothing, until the event arrives
+// that tells.
+#pragma once
+
+#include <xcb/damage.h>
+#include <xcb/render.h>
+
+#include <cstdint>
+#include <optional>
+
+#include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/X11/Region.h"
+#include "Platform/Linux/X11/SceneModel.h"
+
+namespace platform::x11 {
+
+class WindowContent {
+ public:
+  WindowContent(Connection& connection, const SceneWindow& window);
+  ~WindowContent();
+  WindowContent(const WindowContent&) = delete;
+  WindowContent& operator=(const WindowContent&) = delete;
+
+  // The window as of now, with its border. Named on first use.
+  [[nodiscard]] xcb_render_picture_t picture();
+  // Its bounding shape, for a picture whose top-left corner is that of `source`.
+  [[nodiscard]] const Region& outline(const SceneWindow& window, const PixelRect& source);
+  // After a resize, an unmap or a change of the compositing manager the window has other pixels.
+  void forgetPicture();
+  void forgetOutline() { hasOutline_ = false; }
+
+  [[nodiscard]] xcb_damage_damage_t damage() const { return damage_; }
+  [[nodiscard]] bool isDamaged() const { return isDamaged_; }
+  void noteDamage() { isDamaged_ = true; }
+  // Moves the damage into `parts`, in pixels from the inner corner of the window's border. Empty if the window is gone.
+  void takeDamage(Region& parts);
+  // The request that took the damage last: earlier reports of it mean nothing any more.
+  [[nodiscard]] std::uint32_t lastTaking() const { return lastTaking_; }
+
+ private:
+  Connection& connection_;
+  xcb_window_t window_;
+  xcb_render_pictformat_t format_;
+  xcb_damage_damage_t damage_;
+  bool isDamaged_ = false;
+  std::uint32_t lastTaking_ = 0;
+  std::optional<xcb_render_picture_t> picture_;
+  Region outline_;
+  bool hasOutline_ = false;
+};
+
+}  // namespace platform::x11

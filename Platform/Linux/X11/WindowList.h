@@ -1,0 +1,98 @@
+// The windows of the screen as the capture service lists them: scene, properties and identity in one.
+//
+// What the windows say of themselves is remembered; an announced change marks a window as stale, and the next request
+// reads all stale windows again, together. With nothing stale a request sends nothing.
+// Threads: main thread, on the main connection. Whoever reads the connection passes every event to `handle` after the
+// scene has seen it, and makes the list the scene's listener or passes on what the scene's listener hears.
+// Units and axes: frames are points in the global space, the stacking is bottom to top.
+// Ownership: keeps references to the connection and the scene, which outlive it.
+// Failure: a window that goes away while it is read, or writes nonsense, is listed with what is known of it.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <vector>
+
+#include "Platform/Capture.h"
+#include "Platform/Linux/Coordinates.h"
+#include "Platform/Linux/X11/ClientProperties.h"
+#include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/X11/ProcessNames.h"
+#include "Platform/Linux/X11/Scene.h"
+#include "Platform/Linux/X11/WindowProperties.h"
+
+namespace platform::x11 {
+
+class WindowList final : public SceneListener {
+ public:
+  // `ownClients`: the resource bases of this program's connections.
+  WindowList(Connection& connection, const Scene& scene, std::vector<std::uint32_t> ownClients);
+  ~WindowList() override;
+  WindowList(const WindowList&) = delete;
+  WindowList& operator=(const WindowList&) = delete;
+
+  void setScreens(std::vector<ScreenGeometry> screens);
+  // Called when a list that was handed out is no longer true; once, until the next one is.
+  void setChanged(std::function<void()> changed) { changed_ = std::move(changed); }
+
+  // Input-only windows are left out: there is nothing of them to capture.
+  [[nodiscard]] std::vector<CaptureWindow> windows(const ShareableContentOptions& options);
+
+  // What is known of one top-level; absent when it is none.
+  [[nodiscard]] std::optional<WindowProperties> properties(xcb_window_t topLevel);
+  [[nodiscard]] bool isOwn(xcb_window_t topLevel) const;
+  // Whether nothing may be shown above it.
+  [[nodiscard]] bool isScreenLocker(xcb_window_t topLevel);
+
+  void handle(const xcb_generic_event_t& event);
+
+  void windowAdded(const SceneWindow& window) override;
+  void windowRemoved(const SceneWindow& window, Departure departure) override;
+  void windowChanged(const SceneWindow& before, const SceneWindow& after) override;
+  void windowReshaped(const SceneWindow& window) override;
+  void windowRestacked(const SceneWindow& window) override;
+  void compositingManagerChanged(bool isRunning) override;
+
+ private:
+  struct Record {
+    bool isStale = true;
+    ClientProperties own;  // of the top-level itself
+    // The window of another client inside, as in a window manager's frame.
+    xcb_window_t inner = XCB_NONE;
+    ClientProperties ofInner;
+    std::string processName;
+  };
+
+  void refresh();
+  void readTopLevels(const std::vector<xcb_window_t>& stale);
+  void readInnerWindows(const std::vector<xcb_window_t>& stale);
+  void readProcessNames(const std::vector<xcb_window_t>& stale);
+  void setInner(xcb_window_t topLevel, xcb_window_t inner);
+  void watch(xcb_window_t window);
+  void markStale(xcb_window_t window);
+  void markChanged();
+  void handleReparent(const xcb_reparent_notify_event_t& event);
+  [[nodiscard]] bool isOwnClient(xcb_window_t window) const;
+  [[nodiscard]] std::int64_t layer(const WindowProperties& window) const;
+  [[nodiscard]] WindowProperties describe(const SceneWindow& window) const;
+  [[nodiscard]] std::vector<WindowProperties> describeAll() const;
+
+  Connection& connection_;
+  const Scene& scene_;
+  std::vector<std::uint32_t> ownClients_;
+  PropertyAtoms atoms_;
+  ProcessNames processNames_;
+  std::vector<ScreenGeometry> screens_;
+  std::vector<PixelRect> monitors_;
+  std::map<xcb_window_t, Record> records_;
+  // Which top-level the windows inside frames belong to.
+  std::map<xcb_window_t, xcb_window_t> frameOf_;
+  std::function<void()> changed_;
+  bool isHandedOut_ = false;
+};
+
+}  // namespace platform::x11

@@ -1,0 +1,47 @@
+#include "Platform/Simulated/Desktop.h"
+
+#include <algorithm>
+
+namespace platform {
+
+namespace simulated {
+
+Desktop::Desktop() {
+  files_.makeDirectory(process_.home + "/Library/Logs");
+  arrangeScreens({Screen{{{0, 0}, {1440, 900}}, 1, 2}});
+}
+
+Desktop::~Desktop() {
+  runLoop_.drop();
+  capture_.drop();
+  // What the completions held may have handed over more work.
+  runLoop_.drop();
+  expectNothingLeft();
+}
+
+void Desktop::arrangeScreens(const std::vector<Screen>& screens) {
+  screens_.arrange(screens);
+  capture_.content.displays.clear();
+  for (const Screen& screen : screens) {
+    if (screen.displayID) capture_.content.displays.push_back({*screen.displayID});
+  }
+}
+
+void Desktop::expectNothingLeft() const {
+  if (std::ranges::any_of(windows_.made(), &WindowState::isAlive)) misuse("a window outlives the desktop");
+  if (std::ranges::any_of(capture_.streams(), &Stream::isHeld)) misuse("a stream outlives the desktop");
+  if (!statusBar_.items().empty()) misuse("a status item outlives the desktop");
+  if (hotKeys_.hasHandler()) misuse("a hot-key handler outlives the desktop");
+}
+
+}  // namespace simulated
+
+std::unique_ptr<Platform> makePlatform(std::span<char* const> /*arguments*/) {
+  return std::make_unique<simulated::Desktop>();
+}
+
+std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& /*arguments*/) {
+  return std::unexpected(Error{"Quillfade is not running."});
+}
+
+}  // namespace platform

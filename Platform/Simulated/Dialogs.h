@@ -1,0 +1,38 @@
+// Alerts that are answered at once, by a script, and the About panel.
+//
+// Threads: main thread only.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <vector>
+
+#include "Platform/Dialogs.h"
+#include "Platform/Simulated/Record.h"
+
+namespace platform::simulated {
+
+class Dialogs final : public platform::Dialogs {
+ public:
+  explicit Dialogs(Record& record) : record_(record) {}
+
+  int runModal(const Alert& alert) override;
+  void orderFrontAboutPanel(const AboutPanel& panel) override;
+
+  // The answers to the next alerts. Without one, the alert is closed.
+  void answerWith(int response) { answers_.push_back(response); }
+  // What goes on while an alert is up; called once for each.
+  void setDuringAlert(std::function<void()> work) { duringAlert_ = std::move(work); }
+
+  [[nodiscard]] const std::vector<Alert>& alerts() const { return alerts_; }
+  [[nodiscard]] const std::vector<AboutPanel>& aboutPanels() const { return aboutPanels_; }
+
+ private:
+  Record& record_;
+  std::deque<int> answers_;
+  std::function<void()> duringAlert_;
+  std::vector<Alert> alerts_;
+  std::vector<AboutPanel> aboutPanels_;
+};
+
+}  // namespace platform::simulated

@@ -1,0 +1,86 @@
+// The small services of a desktop: permission, login item, links, settings.
+//
+// Threads: main thread only.
+#pragma once
+
+#include <deque>
+#include <expected>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Platform/LoginItem.h"
+#include "Platform/Permission.h"
+#include "Platform/Settings.h"
+#include "Platform/Simulated/Record.h"
+#include "Platform/Workspace.h"
+
+namespace platform::simulated {
+
+class ScreenCaptureAccess final : public platform::ScreenCaptureAccess {
+ public:
+  explicit ScreenCaptureAccess(Record& record) : record_(record) {}
+
+  [[nodiscard]] bool preflight() override;
+  bool request() override;
+
+  bool isGranted = true;
+  bool grantsOnRequest = false;
+  std::deque<bool> nextPreflights;  // answered before `isGranted` is asked
+
+  [[nodiscard]] int preflightCount() const { return preflightCount_; }
+  [[nodiscard]] int requestCount() const { return requestCount_; }
+
+ private:
+  Record& record_;
+  int preflightCount_ = 0;
+  int requestCount_ = 0;
+};
+
+class LoginItem final : public platform::LoginItem {
+ public:
+  explicit LoginItem(Record& record) : record_(record) {}
+
+  [[nodiscard]] LoginItemStatus status() const override;
+  std::expected<void, Error> registerItem() override;
+  std::expected<void, Error> unregisterItem() override;
+
+  LoginItemStatus currentStatus = LoginItemStatus::notRegistered;
+  std::optional<std::string> failure;  // refuses every change with this description
+
+ private:
+  Record& record_;
+};
+
+class Workspace final : public platform::Workspace {
+ public:
+  explicit Workspace(Record& record) : record_(record) {}
+  void openURL(const std::string& url) override;
+  [[nodiscard]] const std::vector<std::string>& openedURLs() const { return openedURLs_; }
+
+ private:
+  Record& record_;
+  std::vector<std::string> openedURLs_;
+};
+
+class Settings final : public platform::Settings {
+ public:
+  explicit Settings(Record& record) : record_(record) {}
+
+  [[nodiscard]] std::optional<SettingValue> object(const std::string& key) const override;
+  void set(const std::string& key, SettingValue value) override;
+
+  // What an earlier run of the program left; not among the writes.
+  std::map<std::string, SettingValue> values;
+  [[nodiscard]] const std::vector<std::pair<std::string, SettingValue>>& writes() const { return writes_; }
+  [[nodiscard]] const std::vector<std::string>& reads() const { return reads_; }
+
+ private:
+  Record& record_;
+  std::vector<std::pair<std::string, SettingValue>> writes_;
+  mutable std::vector<std::string> reads_;
+};
+
+}  // namespace platform::simulated

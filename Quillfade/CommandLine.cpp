@@ -1,0 +1,98 @@
+#include "Quillfade/CommandLine.h"
+
+#include <locale>
+#include <sstream>
+
+#include "Quillfade/Identity.h"
+#include "Quillfade/OverlayController.h"
+
+namespace quillfade {
+namespace {
+
+using Parsed = std::expected<Command, std::string>;
+using Words = std::vector<std::string>;
+
+Parsed tooMany(const std::string& name) { return std::unexpected("\"" + name + "\" does not take that many words."); }
+
+Parsed plain(const Words& words, const Command& command) {
+  return words.size() == 1 ? Parsed{command} : tooMany(words[0]);
+}
+
+Parsed parsePeek(const Words& words) {
+  if (words.size() > 2) return tooMany(words[0]);
+  if (words.size() == 1) return command::Peek{OverlayController::defaultPeekLength};
+  std::istringstream stream(words[1]);
+  stream.imbue(std::locale::classic());
+  double seconds = 0;
+  if (!(stream >> seconds) || stream.peek() != std::istringstream::traits_type::eof() ||
+      !(seconds > 0 && seconds <= longestPeek)) {
+    return std::unexpected("A peek takes a number of seconds above 0 and up to 3600, not \"" + words[1] + "\".");
+  }
+  return command::Peek{seconds};
+}
+
+Parsed parseStyle(const Words& words) {
+  if (words.size() == 2 && words[1] == "solid") return command::Style{CoverStyle::solid};
+  if (words.size() == 2 && words[1] == "live") return command::Style{CoverStyle::live};
+  return std::unexpected("A style is \"solid\" or \"live\".");
+}
+
+Parsed parseOutline(const Words& words) {
+  if (words.size() == 2 && (words[1] == "on" || words[1] == "off")) return command::Outline{words[1] == "on"};
+  return std::unexpected("The outline is \"on\" or \"off\".");
+}
+
+Parsed parseStatus(const Words& words) {
+  if (words.size() == 1) return command::Status{};
+  if (words.size() == 2 && words[1] == "--json") return command::Status{.asJson = true};
+  return std::unexpected("A status takes no other word than \"--json\".");
+}
+
+}  // namespace
+
+Parsed parseCommand(const Words& words) {
+  if (words.empty()) return command::Start{};
+  const std::string& name = words.front();
+  if (name == "toggle") return plain(words, command::Toggle{});
+  if (name == "peek") return parsePeek(words);
+  if (name == "whole-screen") return plain(words, command::WholeScreen{});
+  if (name == "select-area") return plain(words, command::SelectArea{});
+  if (name == "style") return parseStyle(words);
+  if (name == "outline") return parseOutline(words);
+  if (name == "status") return parseStatus(words);
+  if (name == "windows") return plain(words, command::Windows{});
+  if (name == "quit") return plain(words, command::Quit{});
+  if (name == "--help" || name == "-h") return plain(words, command::Help{});
+  if (name == "--version") return plain(words, command::Version{});
+  return std::unexpected("There is no command \"" + name + "\".");
+}
+
+std::string versionText() { return std::string{applicationName} + ' ' + std::string{applicationVersion} + '\n'; }
+
+std::string helpText() {
+  return R"(Usage: quillfade [COMMAND]
+
+Without a command, Quillfade starts and lives in the tray. With one, the running Quillfade carries it out:
+
+  toggle              hide annotations, or show them again
+  peek [SECONDS]      take the cover away for so long (5 seconds when none are given)
+  whole-screen        cover the whole screen
+  select-area         select the area to keep covered
+  style solid|live    cover with a plain window, or with a live copy of the screen
+                      ("style live" is the one way back from the solid cover to the live one)
+  outline on|off      draw a hairline around the cover
+  status [--json]     tell what is covered, and how
+  windows             list the windows on screen, and which a live copy leaves out, and why
+  quit                end Quillfade
+
+  --help              print this
+  --version           print the version
+
+Environment:
+  QUILLFADE_DEMO=1    start with a fixed area covered
+
+Exit status: 0 done; 1 Quillfade is not running, or the command could not be carried out; 2 no such command.
+)";
+}
+
+}  // namespace quillfade

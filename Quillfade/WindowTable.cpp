@@ -1,0 +1,68 @@
+#include "Quillfade/WindowTable.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+#include "Quillfade/EscapedText.h"
+#include "Quillfade/ExclusionRules.h"
+#include "Quillfade/Fatal.h"
+#include "Quillfade/ScreenChoice.h"
+
+namespace quillfade {
+namespace {
+
+using Row = std::array<std::string, 7>;
+
+// Characters, not bytes: continuation bytes take no place of their own.
+std::size_t displayWidth(const std::string& text) {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }));
+}
+
+Row rowOf(const platform::CaptureWindow& window, const platform::Screen& screen,
+          const std::optional<std::string>& ownIdentifier) {
+  const Judgement judgement = judge(window, screen, ownIdentifier);
+  const double coverage =
+      100 * window.frame.width() * window.frame.height() / (screen.frame.width() * screen.frame.height());
+  return {std::to_string(window.windowID),
+          escapedText(ownerIdentifier(window).value_or("?")),
+          std::to_string(window.windowLayer),
+          std::to_string(wholeNumber(window.frame.width())) + "x" + std::to_string(wholeNumber(window.frame.height())),
+          std::isfinite(coverage) ? std::to_string(wholeNumber(coverage)) + "%" : "-",
+          isExcluded(judgement) ? "left out" : "kept",
+          std::string{reason(judgement)}};
+}
+
+std::string layOut(const std::vector<Row>& rows) {
+  std::array<std::size_t, std::tuple_size_v<Row>> widths{};
+  for (const auto& row : rows) {
+    for (std::size_t column = 0; column < row.size(); ++column) {
+      widths.at(column) = std::max(widths.at(column), displayWidth(row.at(column)));
+    }
+  }
+  std::string text;
+  for (const auto& row : rows) {
+    for (std::size_t column = 0; column + 1 < row.size(); ++column) {
+      text += row.at(column) + std::string(widths.at(column) - displayWidth(row.at(column)) + 2, ' ');
+    }
+    text += row.back() + '\n';
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string windowTable(const platform::ShareableContent& content, const std::optional<platform::Rect>& region,
+                        platform::Platform& platform) {
+  const auto& screens = platform.screens();
+  const auto screen = region ? screenByCenter(*region, screens) : screens.main();
+  if (!screen) return "There is no screen.\n";
+  const auto ownIdentifier = platform.process().bundleIdentifier();
+  std::vector<Row> rows{{"ID", "OWNER", "LAYER", "SIZE", "COVERS", "LIVE COPY", "WHY"}};
+  for (const auto& window : content.windows) rows.push_back(rowOf(window, *screen, ownIdentifier));
+  return layOut(rows);
+}
+
+}  // namespace quillfade

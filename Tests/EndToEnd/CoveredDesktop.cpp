@@ -1,0 +1,75 @@
+#include "Tests/EndToEnd/CoveredDesktop.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+namespace endtoend {
+
+std::size_t ink(const Picture& picture, const PixelRect& part) {
+  return picture.count(support::GromitMpx::defaultInk, part, inkTolerance);
+}
+
+std::string regionText(const PixelRect& part) {
+  const int bottom = wholeScreen.height - part.bottom();
+  return "{{" + std::to_string(part.x) + ", " + std::to_string(bottom) + "}, {" + std::to_string(part.width) + ", " +
+         std::to_string(part.height) + "}}";
+}
+
+std::string settingsWithRegion(const PixelRect& part, bool outline) {
+  return R"({"enabled": true, "outline": )" + std::string(outline ? "true" : "false") + R"(, "region": ")" +
+         regionText(part) + "\"}";
+}
+
+CoveredDesktop::CoveredDesktop()
+    : board_(client_.createWindow({.frame = {20, 20, 1240, 760}, .overrideRedirect = false, .mapped = false})) {
+  client_.setAtoms(board_, "_NET_WM_WINDOW_TYPE", {"_NET_WM_WINDOW_TYPE_DESKTOP"});
+  client_.setBackgroundChecks(board_, 20, 0x20507a, 0xe8e0d0);
+  client_.map(board_);
+  client_.sync();
+}
+
+support::QuillfadeProgram& CoveredDesktop::cover(const support::QuillfadeOptions& options) {
+  quillfade_.emplace(QUILLFADE_EXECUTABLE, server_.display(), options);
+  if (!quillfade_->waitForMessage(firstFrame)) {
+    throw std::runtime_error("No live frame came: " + quillfade_->process().output() +
+                             support::readFile(quillfade_->logPath()));
+  }
+  return *quillfade_;
+}
+
+std::vector<support::Stroke> CoveredDesktop::crossingStrokes() { return {{100, 150, 900, 650}, {100, 650, 900, 150}}; }
+
+void CoveredDesktop::drawInk() {
+  gromit_.emplace(server_.display());
+  gromit_->draw(crossingStrokes());
+  const PixelRect below{0, area.bottom(), wholeScreen.width, wholeScreen.height - area.bottom()};
+  ASSERT_TRUE(shows([&](const Picture& screen) { return ink(screen, below) > 1000; })) << "No ink came to the screen.";
+}
+
+bool CoveredDesktop::shows(const std::function<bool(const Picture&)>& condition, std::chrono::milliseconds deadline) {
+  std::optional<Picture> last;
+  const bool held = support::waitUntil(
+      [&] {
+        last = client_.screenshot();
+        return condition(*last);
+      },
+      deadline);
+  if (!held) keepForInspection(*last);
+  return held;
+}
+
+bool CoveredDesktop::showsNoInk(const PixelRect& part, std::chrono::milliseconds deadline) {
+  return shows([&](const Picture& screen) { return ink(screen, part) == 0; }, deadline);
+}
+
+void CoveredDesktop::keepForInspection(const Picture& picture) {
+  const char* directory = std::getenv("QUILLFADE_TEST_PICTURES");
+  if (directory == nullptr) return;
+  const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+  std::string name = std::string(test->test_suite_name()) + "." + test->name() + ".png";
+  std::ranges::replace(name, '/', '-');
+  writePng(picture, std::filesystem::path(directory) / name);
+}
+
+}  // namespace endtoend

@@ -1,0 +1,53 @@
+// What the user sees when the desktop lets the program down.
+
+#include "Tests/EndToEnd/CoveredDesktop.h"
+
+namespace endtoend {
+namespace {
+
+class Failure : public CoveredDesktop {};
+
+TEST_F(Failure, AnXServerThatDiesEndsTheProgramWithAMessageAndWholeSettings) {
+  auto& quillfade = cover();
+  const std::string settings = support::readFile(quillfade.settingsPath());
+  ASSERT_FALSE(settings.empty());
+  server_.kill();
+  EXPECT_EQ(quillfade.process().waitForExit(), 1) << quillfade.process().output();
+  EXPECT_THAT(quillfade.process().output(), testing::HasSubstr("X server"));
+  EXPECT_EQ(support::readFile(quillfade.settingsPath()), settings);
+}
+
+TEST_F(Failure, WithoutADisplayTheProgramSaysSo) {
+  support::QuillfadeProgram quillfade(QUILLFADE_EXECUTABLE, ":54321");
+  EXPECT_EQ(quillfade.process().waitForExit(), 1) << quillfade.process().output();
+  EXPECT_THAT(quillfade.process().output(), testing::HasSubstr(":54321"));
+}
+
+TEST_F(Failure, AskedToEndTheProgramEndsWithSuccess) {
+  auto& quillfade = cover();
+  const Picture covered = client_.screenshot();
+  quillfade.process().signal(SIGTERM);
+  EXPECT_EQ(quillfade.process().waitForExit(), 0) << quillfade.process().output();
+  EXPECT_NE(client_.screenshot().differences(covered), 0U) << "The cover is still there.";
+}
+
+TEST(Incapable, AServerWithoutOffScreenWindowsGetsTheFailureTextAndTheLogSaysWhy) {
+  const support::XServer server({.arguments = {"-extension", "Composite"}});
+  support::XClient client(server.display());
+  support::QuillfadeProgram quillfade(QUILLFADE_EXECUTABLE, server.display());
+  const auto failureLogged = [&] {
+    return std::ranges::any_of(quillfade.messages(),
+                               [](const std::string& line) { return line.starts_with("stream start failed: "); });
+  };
+  ASSERT_TRUE(support::waitUntil(failureLogged)) << quillfade.process().output();
+  // White text at 65 % on black; nothing else is on this screen.
+  const PixelRect label{area.x, area.y + area.height / 2 - 20, area.width, 40};
+  EXPECT_TRUE(support::waitUntil([&] {
+    const Picture screen = client.screenshot();
+    return screen.count(0xa6a6a6, label, 8) > 300 && screen.count(0, area, 8) > 100'000;
+  }));
+  EXPECT_TRUE(quillfade.process().isRunning());
+}
+
+}  // namespace
+}  // namespace endtoend

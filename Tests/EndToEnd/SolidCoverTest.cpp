@@ -1,0 +1,42 @@
+// The solid cover, and which cover the settings ask for.
+
+#include "Tests/EndToEnd/CoveredDesktop.h"
+
+namespace endtoend {
+namespace {
+
+class SolidCover : public CoveredDesktop {};
+
+TEST_F(SolidCover, EverythingInsideIsOneColourAndEverythingOutsideStays) {
+  drawInk();
+  const Picture inked = client_.screenshot();
+  const support::QuillfadeProgram quillfade(QUILLFADE_EXECUTABLE, server_.display(),
+                                            {.settings = R"({"style": 1, "outline": false})"});
+  const auto isOneColor = [](const Picture& part) {
+    return part == Picture(part.width(), part.height(), part.at(0, 0));
+  };
+  EXPECT_TRUE(shows([&](const Picture& screen) { return isOneColor(screen.cropped(area)); }));
+  const Picture covered = client_.screenshot();
+  EXPECT_EQ(covered.differences(inked), covered.differences(inked, area));
+  EXPECT_FALSE(std::filesystem::exists(quillfade.logPath())) << "Only live mirrors write the log.";
+}
+
+TEST_F(SolidCover, AClickReachesTheWindowBeneath) {
+  client_.selectInput(board_, XCB_EVENT_MASK_BUTTON_PRESS);
+  const Picture open = client_.screenshot();
+  const support::QuillfadeProgram quillfade(QUILLFADE_EXECUTABLE, server_.display(), {.settings = R"({"style": 1})"});
+  ASSERT_TRUE(shows([&](const Picture& screen) { return screen.differences(open, area) > 10'000; }));
+  support::Input(server_.display()).click(500, 400);
+  EXPECT_TRUE(client_.waitForEvent(XCB_BUTTON_PRESS, support::defaultDeadline));
+}
+
+TEST_F(SolidCover, TheDemonstrationIsRememberedForTheNextStart) {
+  const auto& quillfade = cover();
+  EXPECT_TRUE(support::waitUntil([&] {
+    const std::string settings = support::readFile(quillfade.settingsPath());
+    return settings.contains("{{240, 240}, {520, 340}}") && settings.contains("\"enabled\"");
+  })) << support::readFile(quillfade.settingsPath());
+}
+
+}  // namespace
+}  // namespace endtoend

@@ -1,0 +1,63 @@
+// What the tests of the capture engine share.
+//
+// Threads: that of each connection.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "Platform/Linux/X11/Compositor.h"
+#include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/X11/Scene.h"
+#include "Tests/Support/Picture.h"
+
+namespace platform::x11 {
+
+inline void failOnError(const xcb_generic_error_t& error) {
+  ADD_FAILURE() << "X error " << int{error.error_code} << " of request " << int{error.major_code} << "."
+                << error.minor_code << ", resource " << error.resource_id;
+}
+
+// A connection on which every error that nobody expected fails the test.
+inline std::unique_ptr<Connection> connectTo(const std::string& display) {
+  auto connection = Connection::open(display);
+  if (!connection) throw std::runtime_error(connection.error().localizedDescription);
+  (*connection)->setUnexpectedErrorHandler(failOnError);
+  return std::move(*connection);
+}
+
+// A part of the screen composed into a pixmap.
+class Composition {
+ public:
+  Composition(const std::string& display, const PixelRect& source, std::vector<xcb_window_t> excluded = {},
+              std::vector<std::uint32_t> ownClients = {});
+
+  // Takes in everything that other clients have synchronised with the server before; or just a part of it, when another
+  // client may be faster than this one.
+  void catchUp(int mostEvents = std::numeric_limits<int>::max());
+  // Paints what has changed. False when there was nothing to paint.
+  bool update(int mostEvents = std::numeric_limits<int>::max());
+  // The pixmap's pixels.
+  [[nodiscard]] support::Picture picture();
+  // The rectangles that the last painting may have changed.
+  [[nodiscard]] std::vector<PixelRect> painted();
+  [[nodiscard]] Compositor& compositor() { return compositor_; }
+  [[nodiscard]] Connection& connection() { return *connection_; }
+
+ private:
+  static xcb_render_picture_t makeTarget(Connection& connection, xcb_pixmap_t pixmap, const PixelRect& source);
+
+  std::unique_ptr<Connection> connection_;
+  PixelRect source_;
+  xcb_pixmap_t pixmap_;
+  xcb_render_picture_t target_;
+  Scene scene_;
+  Compositor compositor_;
+  Region painted_;
+};
+
+}  // namespace platform::x11

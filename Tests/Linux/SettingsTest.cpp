@@ -1,0 +1,220 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "Platform/Linux/Desktop/AtomicFile.h"
+#include "Platform/Linux/Desktop/SettingsFile.h"
+#include "Platform/Linux/Desktop/UserDirectories.h"
+#include "Tests/Support/TemporaryDirectory.h"
+
+namespace fs = std::filesystem;
+using platform::SettingValue;
+using platform::x11::SettingsFile;
+using support::readFile;
+using support::writeFile;
+
+namespace {
+
+class SettingsTest : public ::testing::Test {
+ protected:
+  [[nodiscard]] SettingsFile open() const { return SettingsFile(path.string()); }
+  // What standard error got while this ran.
+  template <typename Action>
+  static std::string errorsOf(Action action) {
+    ::testing::internal::CaptureStderr();
+    action();
+    return ::testing::internal::GetCapturedStderr();
+  }
+  static long linesIn(const std::string& text) { return std::count(text.begin(), text.end(), '\n'); }
+  static unsigned modeOf(const fs::path& file) {
+    struct stat status{};
+    EXPECT_EQ(::stat(file.c_str(), &status), 0);
+    return status.st_mode & 07777U;
+  }
+  std::size_t filesInDirectory() const {
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(path.parent_path()), {}));
+  }
+  void expectHoldsWithoutSaving() {
+    const std::string errors = errorsOf([&] {
+      SettingsFile settings = open();
+      settings.set("enabled", true);
+      settings.set("enabled", false);
+      EXPECT_EQ(settings.object("enabled"), SettingValue(false));
+    });
+    EXPECT_EQ(linesIn(errors), 1) << errors;
+  }
+
+  support::TemporaryDirectory directory;
+  fs::path path = directory.path() / "configuration/quillfade/settings.json";
+};
+
+// Sets a variable for the life of the object.
+class Variable {
+ public:
+  Variable(const char* name, const char* value) : name_(name) {
+    if (const char* before = std::getenv(name)) before_ = before;
+    value ? ::setenv(name, value, 1) : ::unsetenv(name);
+  }
+  ~Variable() { before_ ? ::setenv(name_, before_->c_str(), 1) : ::unsetenv(name_); }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+
+ private:
+  const char* name_;
+  std::optional<std::string> before_;
+};
+
+}  // namespace
+
+TEST_F(SettingsTest, WithoutAFileEverythingIsAbsentAndNothingIsWritten) {
+  EXPECT_EQ(errorsOf([&] { EXPECT_EQ(open().object("enabled"), std::nullopt); }), "");
+  EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(SettingsTest, ValuesKeepTheirTypesFromOneRunToTheNext) {
+  {
+    SettingsFile settings = open();
+    settings.set("enabled", true);
+    settings.set("style", std::int64_t{1});
+    settings.set("large", std::int64_t{9007199254740993});
+    settings.set("region", std::string("{{0, 25}, {1440, 875}} \"×\"\n"));
+    EXPECT_EQ(settings.object("style"), SettingValue(std::int64_t{1}));
+  }
+  const SettingsFile settings = open();
+  EXPECT_EQ(settings.object("enabled"), SettingValue(true));
+  EXPECT_EQ(settings.object("style"), SettingValue(std::int64_t{1}));
+  EXPECT_EQ(settings.object("large"), SettingValue(std::int64_t{9007199254740993}));
+  EXPECT_EQ(settings.object("region"), SettingValue(std::string("{{0, 25}, {1440, 875}} \"×\"\n")));
+}
+
+TEST_F(SettingsTest, TheFileAndTheDirectoriesMadeForItAreTheUsersAlone) {
+  open().set("enabled", true);
+  EXPECT_EQ(modeOf(path), 0600U);
+  EXPECT_EQ(modeOf(path.parent_path()), 0700U);
+  EXPECT_EQ(modeOf(path.parent_path().parent_path()), 0700U);
+  EXPECT_EQ(filesInDirectory(), 1U);
+}
+
+TEST_F(SettingsTest, WholeNumbersReadAsIntegersAndWhateverElseIsThereAsAbsent) {
+  writeFile(path, R"({"a": 1, "b": 1.0, "c": -2, "d": 1.5, "e": [1], "f": {"g": 1}, "h": null, "i": 1e300, "j": 0})");
+  const SettingsFile settings = open();
+  EXPECT_EQ(settings.object("a"), SettingValue(std::int64_t{1}));
+  EXPECT_EQ(settings.object("b"), SettingValue(std::int64_t{1}));
+  EXPECT_EQ(settings.object("c"), SettingValue(std::int64_t{-2}));
+  EXPECT_EQ(settings.object("j"), SettingValue(std::int64_t{0}));
+  for (const char* key : {"d", "e", "f", "h", "i"}) EXPECT_EQ(settings.object(key), std::nullopt) << key;
+}
+
+TEST_F(SettingsTest, WhatItDoesNotUnderstandSurvivesAChange) {
+  writeFile(path, R"({"later": {"deep": [1, 2.5, null]}, "fraction": 0.1, "outline": false})");
+  open().set("outline", true);
+  const std::string content = readFile(path);
+  for (const char* part : {"\"later\"", "\"deep\"", "2.5", "null", "0.1", "\"outline\": true"})
+    EXPECT_NE(content.find(part), std::string::npos) << part << " in " << content;
+}
+
+TEST_F(SettingsTest, ADamagedFileIsMovedAsideWhole) {
+  for (const char* damaged : {"{\"enabled\": tr", "", "[1]", "{} trailing", "\"text\"", "{\"a\": \"\xff\"}"}) {
+    fs::remove_all(path.parent_path());
+    writeFile(path, damaged);
+    const std::string errors = errorsOf([&] {
+      SettingsFile settings = open();
+      EXPECT_EQ(settings.object("enabled"), std::nullopt);
+      EXPECT_FALSE(fs::exists(path));
+      settings.set("enabled", true);
+    });
+    EXPECT_EQ(linesIn(errors), 1) << errors;
+    EXPECT_EQ(readFile(path.string() + ".damaged"), damaged);
+    EXPECT_EQ(open().object("enabled"), SettingValue(true));
+  }
+}
+
+TEST_F(SettingsTest, FilesMovedAsideEarlierAreKept) {
+  for (const char* damaged : {"first", "second", "third"}) {
+    writeFile(path, damaged);
+    EXPECT_NE(errorsOf([&] { (void)open(); }), "");
+  }
+  EXPECT_EQ(readFile(path.string() + ".damaged"), "first");
+  EXPECT_EQ(readFile(path.string() + ".damaged.1"), "second");
+  EXPECT_EQ(readFile(path.string() + ".damaged.2"), "third");
+}
+
+TEST_F(SettingsTest, ADirectoryInItsPlaceIsLeftAloneAndValuesHoldForTheProcess) {
+  fs::create_directories(path / "inside");
+  expectHoldsWithoutSaving();
+  EXPECT_TRUE(fs::is_directory(path / "inside"));
+}
+
+TEST_F(SettingsTest, APipeInItsPlaceNeitherBlocksNorGoes) {
+  fs::create_directories(path.parent_path());
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  expectHoldsWithoutSaving();
+  EXPECT_TRUE(fs::is_fifo(path));
+}
+
+TEST_F(SettingsTest, AFileWhereADirectoryShouldBeStopsNothing) {
+  writeFile(path.parent_path(), "in the way");
+  expectHoldsWithoutSaving();
+  EXPECT_EQ(readFile(path.parent_path()), "in the way");
+}
+
+TEST_F(SettingsTest, ADirectoryThatCannotBeMadeStopsNothing) {
+  // Not even the superuser makes directories there.
+  path = "/proc/quillfade/settings.json";
+  expectHoldsWithoutSaving();
+}
+
+TEST_F(SettingsTest, ALinkIsFollowedAndStaysALink) {
+  const fs::path target = directory.path() / "dotfiles/settings.json";
+  writeFile(target, R"({"style": 1})");
+  fs::create_directories(path.parent_path());
+  fs::create_symlink("../../dotfiles/settings.json", path);
+  {
+    SettingsFile settings = open();
+    EXPECT_EQ(settings.object("style"), SettingValue(std::int64_t{1}));
+    settings.set("enabled", true);
+  }
+  EXPECT_TRUE(fs::is_symlink(path));
+  EXPECT_FALSE(fs::is_symlink(target));
+  EXPECT_NE(readFile(target).find("\"enabled\": true"), std::string::npos);
+}
+
+TEST_F(SettingsTest, ALinkToNothingIsFilledWhereItPoints) {
+  const fs::path target = directory.path() / "elsewhere/settings.json";
+  fs::create_directories(path.parent_path());
+  fs::create_symlink(target, path);
+  open().set("enabled", true);
+  EXPECT_TRUE(fs::is_symlink(path));
+  EXPECT_EQ(open().object("enabled"), SettingValue(true));
+  EXPECT_TRUE(fs::is_regular_file(target));
+}
+
+TEST_F(SettingsTest, LinksInACircleStopNothing) {
+  fs::create_directories(path.parent_path());
+  fs::create_symlink("settings.json", path);
+  expectHoldsWithoutSaving();
+  EXPECT_TRUE(fs::is_symlink(path));
+}
+
+TEST_F(SettingsTest, ThePathFollowsTheEnvironmentWhenThatIsAbsolute) {
+  const Variable home("HOME", "/home/someone/");
+  {
+    const Variable configuration("XDG_CONFIG_HOME", "/somewhere/else");
+    EXPECT_EQ(platform::x11::settingsPath(), "/somewhere/else/quillfade/settings.json");
+  }
+  {
+    const Variable configuration("XDG_CONFIG_HOME", "relative");
+    EXPECT_EQ(platform::x11::settingsPath(), "/home/someone/.config/quillfade/settings.json");
+  }
+  const Variable configuration("XDG_CONFIG_HOME", nullptr);
+  EXPECT_EQ(platform::x11::settingsPath(), "/home/someone/.config/quillfade/settings.json");
+}
+
+TEST_F(SettingsTest, WithoutAnAbsoluteHomeTheUserDatabaseDecides) {
+  const Variable home("HOME", "not/absolute");
+  const std::string found = platform::x11::homeDirectory();
+  EXPECT_TRUE(found.starts_with('/')) << found;
+}

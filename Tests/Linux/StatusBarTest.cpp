@@ -1,0 +1,242 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDBusArgument>
+#include <QMenu>
+#include <QPixmap>
+#include <cstdlib>
+#include <optional>
+
+#include "Platform/Linux/Desktop/DesktopStatusBar.h"
+#include "Platform/Linux/Desktop/DesktopStatusItem.h"
+#include "Platform/Linux/Desktop/QtRunLoop.h"
+#include "Platform/Linux/Desktop/SymbolImage.h"
+#include "Tests/Linux/QtEnvironment.h"
+#include "Tests/Linux/TrayHost.h"
+#include "Tests/Support/Input.h"
+
+using namespace platform;
+using platform::x11::SymbolImage;
+
+namespace {
+
+constexpr std::uint32_t allModifiers = modifierflags::control | modifierflags::option | modifierflags::command;
+
+// Fills the menu anew at each opening, as the application does.
+class Delegate : public MenuDelegate {
+ public:
+  void menuWillOpen(platform::Menu& menu) override {
+    calls += "open ";
+    menu.removeAllItems();
+    menu.addItem(titled("Quillfade · idle"));
+    MenuItem separator;
+    separator.isSeparator = true;
+    menu.addItem(separator);
+    MenuItem command = choosable("Hide Annotations");
+    command.keyEquivalent = "d";
+    command.keyEquivalentModifierMask = allModifiers;
+    command.isEnabled = false;  // a wish that its action overrules
+    command.state = ControlState::on;
+    menu.addItem(command);
+    MenuItem mode = titled("Mode");
+    mode.submenu.push_back(choosable("Solid cover"));
+    mode.submenu.back().tag = 1;
+    menu.addItem(mode);
+  }
+  void menuDidClose(platform::Menu&) override { calls += "close "; }
+
+  std::string calls;
+
+ private:
+  static MenuItem titled(const char* title) {
+    MenuItem item;
+    item.title = title;
+    return item;
+  }
+  MenuItem choosable(const char* title) {
+    MenuItem item = titled(title);
+    item.action = [this](const MenuItem& chosen) { calls += chosen.title + "/" + std::to_string(chosen.tag) + " "; };
+    return item;
+  }
+};
+
+class StatusBarTest : public qt::Test {
+ protected:
+  void makeItem() {
+    item = bar.makeStatusItem(StatusBar::squareLength);
+    const auto image = bar.systemSymbol("pencil", "Quillfade");
+    item->button()->setImage(image);
+    image->setTemplate(true);
+    item->button()->setToolTip("Quillfade · idle");
+    const auto menu = bar.makeMenu();
+    menu->setDelegate(delegate);
+    item->setMenu(menu);
+  }
+  void showItem() {
+    tray.emplace();
+    makeItem();
+    ASSERT_TRUE(qt::runUntil([&] { return tray->hasItem(); }));
+  }
+  [[nodiscard]] const std::string& calls() const { return delegate->calls; }
+
+  x11::QtRunLoop runLoop;
+  std::optional<qt::TrayHost> tray;
+  x11::DesktopStatusBar bar{runLoop};
+  std::shared_ptr<Delegate> delegate = std::make_shared<Delegate>();
+  std::shared_ptr<StatusItem> item;
+};
+
+// How many pixels of a picture have any ink, and whether all of that ink has this colour.
+struct Ink {
+  int pixels = 0;
+  bool isAll = true;
+};
+bool isNear(int a, int b) { return std::abs(a - b) <= 8; }  // edges are blended
+Ink inkOf(const QIcon& icon, const QColor& color) {
+  const QImage picture = icon.pixmap(22, 22).toImage().convertToFormat(QImage::Format_ARGB32);
+  Ink ink;
+  for (int y = 0; y < picture.height(); ++y)
+    for (int x = 0; x < picture.width(); ++x) {
+      const QColor pixel = picture.pixelColor(x, y);
+      if (pixel.alpha() < 200) continue;
+      ++ink.pixels;
+      ink.isAll = ink.isAll && isNear(pixel.red(), color.red()) && isNear(pixel.green(), color.green()) &&
+                  isNear(pixel.blue(), color.blue());
+    }
+  return ink;
+}
+
+}  // namespace
+
+TEST_F(StatusBarTest, ThereIsADrawingForEachStateAndNoneForOtherNames) {
+  EXPECT_NE(bar.systemSymbol("pencil", "Quillfade"), nullptr);
+  EXPECT_NE(bar.systemSymbol("pencil.slash", "Quillfade"), nullptr);
+  EXPECT_EQ(bar.systemSymbol("no.such.symbol", "Quillfade"), nullptr);
+}
+
+TEST_F(StatusBarTest, ATemplateIsDrawnInTheInkThatSuitsTheBar) {
+  const QColor ink(10, 200, 30);
+  for (const char* name : {"pencil", "pencil.slash"}) {
+    const auto image = SymbolImage::named(name, "Quillfade");
+    const Ink plain = inkOf(image->icon(ink), Qt::black);
+    EXPECT_TRUE(plain.isAll);
+    EXPECT_GT(plain.pixels, 20);
+    image->setTemplate(true);
+    const Ink tinted = inkOf(image->icon(ink), ink);
+    EXPECT_TRUE(tinted.isAll);
+    EXPECT_EQ(tinted.pixels, plain.pixels);
+  }
+}
+
+TEST_F(StatusBarTest, TheItemShowsUpInATrayThatIsThere) {
+  showItem();
+  const auto toolTip = tray->itemProperty(QStringLiteral("ToolTip")).value<QDBusArgument>();
+  QString icon, title, description;
+  QList<QDBusArgument> pixmaps;
+  toolTip.beginStructure();
+  toolTip >> icon;
+  toolTip.beginArray();
+  while (!toolTip.atEnd()) {
+    int width = 0, height = 0;
+    QByteArray pixels;
+    toolTip.beginStructure();
+    toolTip >> width >> height >> pixels;
+    toolTip.endStructure();
+  }
+  toolTip.endArray();
+  toolTip >> title >> description;
+  EXPECT_EQ(title, QStringLiteral("Quillfade · idle"));
+  EXPECT_EQ(tray->itemProperty(QStringLiteral("Status")), QStringLiteral("Active"));
+}
+
+TEST_F(StatusBarTest, TheItemShowsUpWhenTheTrayComesLater) {
+  makeItem();
+  qt::runPending();
+  tray.emplace();
+  EXPECT_TRUE(qt::runUntil([&] { return tray->hasItem(); }));
+}
+
+TEST_F(StatusBarTest, TheItemShowsUpAgainWhenTheTrayIsStartedAnew) {
+  showItem();
+  tray.reset();
+  qt::runPending();
+  tray.emplace();
+  EXPECT_TRUE(qt::runUntil([&] { return tray->hasItem(); }));
+}
+
+TEST_F(StatusBarTest, TheIconFollowsTheDesktopsColours) {
+  showItem();
+  const QSystemTrayIcon* icon = std::dynamic_pointer_cast<x11::DesktopStatusItem>(item)->trayIcon();
+  const QPalette before = QApplication::palette();
+  for (const QColor ink : {QColor(Qt::white), QColor(20, 20, 200)}) {
+    QPalette palette = before;
+    palette.setColor(QPalette::WindowText, ink);
+    QApplication::setPalette(palette);
+    EXPECT_TRUE(qt::runUntil([&] { return inkOf(icon->icon(), ink).isAll; }));
+    EXPECT_GT(inkOf(icon->icon(), ink).pixels, 20);
+  }
+  QApplication::setPalette(before);
+}
+
+TEST_F(StatusBarTest, TheMenuIsFilledWhenItOpensAndEveryItemLooksAsAsked) {
+  showItem();
+  EXPECT_TRUE(tray->items().empty());
+  tray->aboutToShow();
+  EXPECT_EQ(calls(), "open ");
+  const auto items = tray->items();
+  ASSERT_EQ(items.size(), 4U);
+  EXPECT_EQ(items[0].title(), "Quillfade · idle");
+  EXPECT_FALSE(items[0].isEnabled());
+  EXPECT_TRUE(items[1].isSeparator());
+  EXPECT_EQ(items[2].title(), "Hide Annotations");
+  EXPECT_TRUE(items[2].isEnabled());  // it has an action
+  EXPECT_TRUE(items[2].isChecked());
+  EXPECT_EQ(items[2].shortcut(), "Super+Control+Alt+D");
+  ASSERT_EQ(items[3].children.size(), 1U);
+  EXPECT_TRUE(items[3].isEnabled());
+  EXPECT_EQ(items[3].children[0].title(), "Solid cover");
+  EXPECT_FALSE(items[3].children[0].isChecked());
+  tray->event(0, QStringLiteral("closed"));
+  EXPECT_EQ(calls(), "open close ");
+}
+
+TEST_F(StatusBarTest, EachOpeningShowsTheSameItemsOnce) {
+  showItem();
+  for (int round = 0; round < 3; ++round) {
+    tray->aboutToShow();
+    EXPECT_EQ(tray->items().size(), 4U);
+    tray->event(0, QStringLiteral("closed"));
+  }
+  EXPECT_EQ(calls(), "open close open close open close ");
+}
+
+TEST_F(StatusBarTest, AChosenItemRunsAfterTheMenuHasClosedEvenIfTheHostDoesNotSaySo) {
+  showItem();
+  tray->aboutToShow();
+  tray->event(tray->items()[3].children[0].id, QStringLiteral("clicked"));
+  EXPECT_TRUE(qt::runUntil([&] { return calls() == "open close Solid cover/1 "; })) << calls();
+  tray->event(0, QStringLiteral("closed"));
+  EXPECT_EQ(calls(), "open close Solid cover/1 ");
+}
+
+TEST_F(StatusBarTest, AnOpeningEndsWhenTheTrayVanishes) {
+  showItem();
+  tray->aboutToShow();
+  tray.reset();
+  EXPECT_TRUE(qt::runUntil([&] { return calls() == "open close "; })) << calls();
+}
+
+TEST_F(StatusBarTest, APlainClickOpensTheMenuHereAndItClosesAsMenusDo) {
+  showItem();
+  support::Input input(qt::display());
+  input.moveTo(400, 300);
+  tray->activateItem(400, 300);
+  EXPECT_TRUE(qt::runUntil([&] { return QApplication::activePopupWidget() != nullptr; }));
+  EXPECT_EQ(calls(), "open ");
+  EXPECT_TRUE(qt::runUntil([&] {
+    input.press(XK_Escape);
+    qt::runPending();
+    return QApplication::activePopupWidget() == nullptr;
+  }));
+  EXPECT_EQ(calls(), "open close ");
+}

@@ -1,0 +1,60 @@
+// A tray on the session bus: the list of items that programs register with, and the panel that shows them.
+//
+// It serves the bus on a thread and a connection of its own, as another process would.
+// Threads: main thread only. Every call runs Qt's event loop until it is answered; one that is not throws.
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QString>
+#include <QThread>
+#include <QVariant>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace qt {
+
+// A line of a menu as the panel gets it.
+struct ShownItem {
+  int id = 0;
+  QVariantMap properties;
+  std::vector<ShownItem> children;
+
+  [[nodiscard]] std::string title() const;
+  [[nodiscard]] bool isSeparator() const;
+  [[nodiscard]] bool isEnabled() const;
+  [[nodiscard]] bool isChecked() const;
+  // As in "Super+Control+Alt+D".
+  [[nodiscard]] std::string shortcut() const;
+};
+
+class TrayHost {
+ public:
+  TrayHost();
+  ~TrayHost();
+  TrayHost(const TrayHost&) = delete;
+  TrayHost& operator=(const TrayHost&) = delete;
+
+  // Until the only item has registered itself, and what it says of itself.
+  [[nodiscard]] bool hasItem() const;
+  [[nodiscard]] QVariant itemProperty(const QString& name);
+  void activateItem(int x, int y);
+
+  void aboutToShow();
+  [[nodiscard]] std::vector<ShownItem> items();
+  void event(int id, const QString& name);
+
+ private:
+  class Registry;
+
+  QDBusMessage call(const QString& path, const QString& interface, const QString& method,
+                    const QVariantList& arguments);
+  [[nodiscard]] QString menuPath();
+
+  QString name_;
+  QThread thread_;
+  std::unique_ptr<Registry> registry_;
+};
+
+}  // namespace qt

@@ -1,0 +1,80 @@
+#include "Tests/Support/Desktop.h"
+
+#include <stdexcept>
+
+#include "Tests/Support/XClient.h"
+
+namespace support {
+
+namespace {
+
+std::string withoutLineEnd(std::string text) {
+  while (text.ends_with('\n')) text.pop_back();
+  return text;
+}
+
+std::vector<std::string> command(WindowManager::Kind kind) {
+  if (kind == WindowManager::Kind::openbox) return {"openbox", "--sm-disable"};
+  return {"xfwm4", "--compositor=off", "--sm-client-disable"};
+}
+
+}  // namespace
+
+Environment PrivateHome::environment(const std::string& display) const {
+  const std::string home = path().string();
+  std::filesystem::create_directories(path() / "runtime");
+  std::filesystem::permissions(path() / "runtime", std::filesystem::perms::owner_all);
+  return {{"DISPLAY", display},
+          {"HOME", home},
+          {"XDG_CONFIG_HOME", configuration().string()},
+          {"XDG_CACHE_HOME", home + "/.cache"},
+          {"XDG_DATA_HOME", home + "/.local/share"},
+          {"XDG_STATE_HOME", home + "/.local/state"},
+          {"XDG_RUNTIME_DIR", home + "/runtime"}};
+}
+
+WindowManager::WindowManager(const std::string& display, Kind kind) {
+  Environment environment = home_.environment(display);
+  if (kind == Kind::xfwm4) {
+    bus_.emplace();
+    environment["DBUS_SESSION_BUS_ADDRESS"] = bus_->address();
+  }
+  process_.emplace(command(kind), environment);
+  XClient client(display);
+  const bool ready = waitUntil([&] {
+    const auto check = client.numbers(client.root(), "_NET_SUPPORTING_WM_CHECK");
+    return check.size() == 1 && client.numbers(check[0], "_NET_SUPPORTING_WM_CHECK") == check &&
+           !client.numbers(client.root(), "_NET_NUMBER_OF_DESKTOPS").empty();
+  });
+  if (!ready) throw std::runtime_error("The window manager did not come up: " + process_->output());
+}
+
+CompositingManager::CompositingManager(const std::string& display) : display_(display) {
+  process_.emplace(std::vector<std::string>{"picom", "--backend", "xrender", "--config", "/dev/null"},
+                   home_.environment(display));
+  XClient client(display);
+  if (!waitUntil([&] { return client.selectionOwner("_NET_WM_CM_S0") != XCB_NONE; })) {
+    throw std::runtime_error("The compositing manager did not come up: " + process_->output());
+  }
+}
+
+void CompositingManager::stop() {
+  process_->terminate();
+  XClient client(display_);
+  if (!waitUntil([&] { return client.selectionOwner("_NET_WM_CM_S0") == XCB_NONE; })) {
+    throw std::runtime_error("The compositing manager did not go.");
+  }
+}
+
+SessionBus::SessionBus() {
+  const std::string wanted = "unix:path=" + (directory_.path() / "bus").string();
+  process_.emplace(std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",
+                                            "--address=" + wanted},
+                   Environment{{"HOME", directory_.path().string()}});
+  if (!waitUntil([&] { return process_->output().contains('\n'); })) {
+    throw std::runtime_error("The session bus did not come up: " + process_->output());
+  }
+  address_ = withoutLineEnd(process_->output());
+}
+
+}  // namespace support

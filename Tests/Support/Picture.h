@@ -1,0 +1,48 @@
+// A picture read from the X server, as plain values.
+//
+// Units and axes: device pixels, origin at the top-left corner, y down; each pixel 0x00RRGGBB.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <vector>
+
+#include "Platform/Linux/Coordinates.h"
+
+namespace support {
+
+using platform::x11::PixelRect;
+
+class Picture {
+ public:
+  Picture(int width, int height, std::vector<std::uint32_t> pixels);
+  Picture(int width, int height, std::uint32_t color);
+
+  [[nodiscard]] int width() const { return width_; }
+  [[nodiscard]] int height() const { return height_; }
+  [[nodiscard]] PixelRect bounds() const { return {0, 0, width_, height_}; }
+  [[nodiscard]] std::uint32_t at(int x, int y) const;
+
+  // The part of the picture inside the rectangle, which may reach over its edges.
+  [[nodiscard]] Picture cropped(const PixelRect& part) const;
+
+  [[nodiscard]] std::size_t count(std::uint32_t color) const { return count(color, bounds()); }
+  // `tolerance`: by how much each of red, green and blue may be off.
+  [[nodiscard]] std::size_t count(std::uint32_t color, const PixelRect& part, int tolerance = 0) const;
+  // How many pixels differ; all of them when the sizes do.
+  [[nodiscard]] std::size_t differences(const Picture& other) const { return differences(other, bounds()); }
+  [[nodiscard]] std::size_t differences(const Picture& other, const PixelRect& part) const;
+
+  friend bool operator==(const Picture&, const Picture&) = default;
+
+ private:
+  int width_;
+  int height_;
+  std::vector<std::uint32_t> pixels_;
+};
+
+// Throws when the file cannot be written.
+void writePng(const Picture& picture, const std::filesystem::path& path);
+
+}  // namespace support
