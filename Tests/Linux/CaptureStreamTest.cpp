@@ -169,7 +169,21 @@ class CaptureStreamTest : public ::testing::Test {
     const auto first = receiver->take();
     EXPECT_NE(first, nullptr);
     reader.read(*first);
+    // From here on the server has carried out all that the stream sent.
+    EXPECT_TRUE(reader.synchronize());
     return stream;
+  }
+
+  // Draws until there is a frame: what is drawn before the server has got to the last one is in that one already.
+  std::shared_ptr<const Frame> frameOfDrawing(xcb_window_t window, const PixelRect& part) {
+    std::shared_ptr<const Frame> frame;
+    EXPECT_TRUE(waitUntil([&] {
+      client.fill(window, part, ++lastColor);
+      client.sync();
+      frame = receiver->take(50ms);
+      return frame != nullptr;
+    }));
+    return frame;
   }
 
   Picture screen() { return client.screenshot(area); }
@@ -183,6 +197,7 @@ class CaptureStreamTest : public ::testing::Test {
   std::unique_ptr<Connection> keeper = connectTo(server.display());
   Reader reader{server.display()};
   CaptureStreamSettings settings;
+  std::uint32_t lastColor = 0x405060;
   std::shared_ptr<Receiver> receiver = std::make_shared<Receiver>();
   std::shared_ptr<InlineQueue> queue = std::make_shared<InlineQueue>();
 };
@@ -250,15 +265,9 @@ TEST_F(CaptureStreamTest, ABusyClientBringsNoMoreFramesThanTheIntervalAllows) {
   const auto window = client.createWindow({.frame = {100, 50, 120, 90}});
   client.sync();
   const auto stream = startAndRead();
-  std::uint32_t color = 0;
   for (int frames = 0; frames < 20; ++frames) {
-    std::shared_ptr<const Frame> frame;
-    ASSERT_TRUE(waitUntil([&] {
-      client.fill(window, {0, 0, 120, 90}, ++color);
-      client.sync();
-      frame = receiver->take(1ms);
-      return frame != nullptr;
-    }));
+    const auto frame = frameOfDrawing(window, {0, 0, 120, 90});
+    ASSERT_NE(frame, nullptr);
     reader.read(*frame);
   }
   const auto arrivals = receiver->arrivals();
@@ -273,10 +282,8 @@ TEST_F(CaptureStreamTest, ABusyClientGetsAlmostAllTheFramesThatTheIntervalAllows
   settings.minimumFrameInterval = 100ms;
   const auto stream = startAndRead();
   const auto begin = std::chrono::steady_clock::now();
-  for (std::uint32_t frames = 0; frames < 10; ++frames) {
-    client.fill(window, {0, 0, 120, 90}, frames);
-    client.sync();
-    const auto frame = receiver->take();
+  for (int frames = 0; frames < 10; ++frames) {
+    const auto frame = frameOfDrawing(window, {0, 0, 120, 90});
     ASSERT_NE(frame, nullptr);
     reader.read(*frame);
   }
@@ -309,9 +316,7 @@ TEST_F(CaptureStreamTest, TheChangesOfADroppedFrameComeWithTheNext) {
   client.fill(window, {0, 0, 20, 20}, 0xff0000);
   client.sync();
   ASSERT_NE(receiver->take(), nullptr);
-  client.fill(window, {50, 50, 20, 20}, 0x00ff00);
-  client.sync();
-  const auto next = receiver->take();
+  const auto next = frameOfDrawing(window, {50, 50, 20, 20});
   ASSERT_NE(next, nullptr);
   EXPECT_FALSE(next->isWhole());
   reader.read(*next);
@@ -324,9 +329,7 @@ TEST_F(CaptureStreamTest, ADroppedWholeFrameIsFollowedByAWholeOne) {
   const auto stream = makeStream();
   ASSERT_TRUE(start(*stream).has_value());
   ASSERT_NE(receiver->take(), nullptr);
-  client.fill(window, {0, 0, 20, 20}, 0xff0000);
-  client.sync();
-  const auto next = receiver->take();
+  const auto next = frameOfDrawing(window, {0, 0, 20, 20});
   ASSERT_NE(next, nullptr);
   EXPECT_TRUE(next->isWhole());
 }
@@ -336,17 +339,13 @@ TEST_F(CaptureStreamTest, AReaderThatGivesUpInTheMiddleHangsNobody) {
   client.sync();
   const auto stream = startAndRead();
   for (std::uint32_t round = 0; round < 3; ++round) {
-    client.fill(window, {0, 0, 20, 20}, round);
-    client.sync();
-    auto frame = receiver->take();
+    auto frame = frameOfDrawing(window, {0, 0, 20, 20});
     ASSERT_NE(frame, nullptr);
     ASSERT_TRUE(frame->beginReading(reader.connection().get()));
     // What it sent goes out only after the stream went on.
     if (round == 1) reader.connection().flush();
     frame.reset();
-    client.fill(window, {40, 40, 20, 20}, round + 77);
-    client.sync();
-    const auto next = receiver->take();
+    const auto next = frameOfDrawing(window, {40, 40, 20, 20});
     ASSERT_NE(next, nullptr);
     reader.read(*next);
     EXPECT_EQ(shown().differences(screen()), 0U) << "round " << round;

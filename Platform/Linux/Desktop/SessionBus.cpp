@@ -96,7 +96,7 @@ std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::s
   if (reply.type() == QDBusMessage::ReplyMessage && reply.arguments().size() == 2) {
     return RemoteReply{reply.arguments().at(0).toInt(), reply.arguments().at(1).toString().toStdString()};
   }
-  if (reply.errorName() == QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown")) {
+  if (reply.errorName() == QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner")) {
     return std::unexpected(Error{"Quillfade is not running."});
   }
   return std::unexpected(Error{"The running Quillfade did not answer: " + reply.errorMessage().toStdString()});
