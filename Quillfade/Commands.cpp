@@ -111,8 +111,9 @@ void AppDelegate::chooseStyle(const platform::MenuItem& item) {
 }
 
 void AppDelegate::setStyle(CoverStyle style) {
-  if (style == CoverStyle::live && askForPermission() != Permission::granted) return;
-  overlay_->setStyle(style);
+  const Permission permission = style == CoverStyle::live ? askForPermission() : Permission::granted;
+  if (permission == Permission::settingsOpened) return;
+  overlay_->setStyle(permission == Permission::granted ? style : CoverStyle::solid);
 }
 
 void AppDelegate::toggleOutline() {

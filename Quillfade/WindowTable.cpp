@@ -21,6 +21,12 @@ std::size_t displayWidth(const std::string& text) {
       std::ranges::count_if(text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }));
 }
 
+// A foreign window may claim any size; only those that a person can read are written out.
+std::string wholeText(double value, const char* unit = "") {
+  constexpr double largestReadable = 1e9;
+  return std::abs(value) < largestReadable ? std::to_string(wholeNumber(value)) + unit : "-";
+}
+
 Row rowOf(const platform::CaptureWindow& window, const platform::Screen& screen,
           const std::optional<std::string>& ownIdentifier) {
   const Judgement judgement = judge(window, screen, ownIdentifier);
@@ -29,8 +35,8 @@ Row rowOf(const platform::CaptureWindow& window, const platform::Screen& screen,
   return {std::to_string(window.windowID),
           escapedText(ownerIdentifier(window).value_or("?")),
           std::to_string(window.windowLayer),
-          std::to_string(wholeNumber(window.frame.width())) + "x" + std::to_string(wholeNumber(window.frame.height())),
-          std::isfinite(coverage) ? std::to_string(wholeNumber(coverage)) + "%" : "-",
+          wholeText(window.frame.width()) + "x" + wholeText(window.frame.height()),
+          wholeText(coverage, "%"),
           isExcluded(judgement) ? "left out" : "kept",
           std::string{reason(judgement)}};
 }

@@ -38,8 +38,8 @@ std::string programPath() { return QCoreApplication::applicationFilePath().toStd
 }  // namespace
 
 LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
-    : application_(arguments),
-      connection_(openConnection()),
+    : connection_(openConnection()),
+      application_(arguments),
       ownClients_(resourceBases(*connection_)),
       settings_(settingsPath()),
       scene_(*connection_),

@@ -58,9 +58,9 @@ class LinuxPlatform final : public Platform {
   void handle(const xcb_generic_event_t& event);
   void settle();
 
-  DesktopApplication application_;
-  // The product's own, apart from Qt's.
+  // The product's own, apart from Qt's, and before it: without a display this ends the process in a sentence.
   std::unique_ptr<Connection> connection_;
+  DesktopApplication application_;
   std::vector<std::uint32_t> ownClients_;
   QtRunLoop runLoop_;
   DesktopProcess process_;

@@ -40,11 +40,12 @@ TEST(Incapable, AServerWithoutOffScreenWindowsGetsTheFailureTextAndTheLogSaysWhy
                                [](const std::string& line) { return line.starts_with("stream start failed: "); });
   };
   ASSERT_TRUE(support::waitUntil(failureLogged)) << quillfade.process().output();
-  // White text at 65 % on black; nothing else is on this screen.
-  const PixelRect label{area.x, area.y + area.height / 2 - 20, area.width, 40};
+  EXPECT_EQ(quillfade.messages().front(), "show region=520x340 at 240,240 permission=false");
+  // White text at 65 % on black, nothing else being on this screen. It starts where no shorter text would.
+  const PixelRect firstWord{area.x + 30, area.y + area.height / 2 - 15, 60, 30};
   EXPECT_TRUE(support::waitUntil([&] {
     const Picture screen = client.screenshot();
-    return screen.count(0xa6a6a6, label, 8) > 300 && screen.count(0, area, 8) > 100'000;
+    return screen.count(0xa6a6a6, firstWord, 8) > 20 && screen.count(0, inside, 8) > 170'000;
   }));
   EXPECT_TRUE(quillfade.process().isRunning());
 }

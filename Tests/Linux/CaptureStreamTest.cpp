@@ -444,6 +444,27 @@ TEST_F(CaptureStreamTest, AFrameThatIsReadAfterTheStopShowsTheLastPicture) {
   EXPECT_EQ(shown().differences(then), 0U);
 }
 
+TEST_F(CaptureStreamTest, AFrameThatIsKeptAfterTheStopReceivesNothingMoreFromTheServer) {
+  const auto window = client.createWindow({.frame = {100, 50, 120, 90}});
+  client.sync();
+  const auto eventsSelected = [&] {
+    const auto attributes = awaitReply(keeper->get(), xcb_get_window_attributes_reply,
+                                       xcb_get_window_attributes(keeper->get(), keeper->root()));
+    return attributes->all_event_masks;
+  };
+  auto stream = makeStream();
+  ASSERT_TRUE(start(*stream).has_value());
+  const auto frame = receiver->take();
+  ASSERT_NE(frame, nullptr);
+  EXPECT_TRUE(waitUntil([&] { return eventsSelected() != 0; }));
+  stream.reset();
+  EXPECT_TRUE(waitUntil([&] { return eventsSelected() == 0; }));
+  client.fill(window, {0, 0, 20, 20}, 0xff0000);
+  client.sync();
+  reader.read(*frame);
+  EXPECT_TRUE(reader.synchronize());
+}
+
 TEST_F(CaptureStreamTest, AStreamMayBeDestroyedWithoutBeingStopped) {
   for (int round = 0; round < 10; ++round) {
     auto stream = makeStream();

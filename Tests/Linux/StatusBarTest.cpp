@@ -132,7 +132,6 @@ TEST_F(StatusBarTest, TheItemShowsUpInATrayThatIsThere) {
   showItem();
   const auto toolTip = tray->itemProperty(QStringLiteral("ToolTip")).value<QDBusArgument>();
   QString icon, title, description;
-  QList<QDBusArgument> pixmaps;
   toolTip.beginStructure();
   toolTip >> icon;
   toolTip.beginArray();
@@ -145,6 +144,7 @@ TEST_F(StatusBarTest, TheItemShowsUpInATrayThatIsThere) {
   }
   toolTip.endArray();
   toolTip >> title >> description;
+  toolTip.endStructure();
   EXPECT_EQ(title, QStringLiteral("Quillfade · idle"));
   EXPECT_EQ(tray->itemProperty(QStringLiteral("Status")), QStringLiteral("Active"));
 }

@@ -1,5 +1,6 @@
 #include "Tests/Support/Desktop.h"
 
+#include <sstream>
 #include <stdexcept>
 
 #include "Tests/Support/XClient.h"
@@ -8,9 +9,14 @@ namespace support {
 
 namespace {
 
-std::string withoutLineEnd(std::string text) {
-  while (text.ends_with('\n')) text.pop_back();
-  return text;
+// The address stands on a line of its own, maybe after warnings; empty while that line is not complete.
+std::string addressIn(const std::string& output) {
+  std::istringstream lines(output.substr(0, output.rfind('\n') + 1));
+  std::string line;
+  while (std::getline(lines, line)) {
+    if (line.starts_with("unix:")) return line;
+  }
+  return {};
 }
 
 std::vector<std::string> command(WindowManager::Kind kind) {
@@ -71,10 +77,9 @@ SessionBus::SessionBus() {
   process_.emplace(std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",
                                             "--address=" + wanted},
                    Environment{{"HOME", directory_.path().string()}});
-  if (!waitUntil([&] { return process_->output().contains('\n'); })) {
+  if (!waitUntil([&] { return !(address_ = addressIn(process_->output())).empty(); })) {
     throw std::runtime_error("The session bus did not come up: " + process_->output());
   }
-  address_ = withoutLineEnd(process_->output());
 }
 
 }  // namespace support

@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <optional>
 #include <utility>
 
@@ -78,6 +79,13 @@ void logError(const xcb_generic_error_t& error) {
                error.major_code, error.minor_code, error.resource_id);
 }
 
+std::string unreachableSentence(const std::string& displayName) {
+  const char* fromEnvironment = std::getenv("DISPLAY");
+  const std::string name = displayName.empty() && fromEnvironment != nullptr ? fromEnvironment : displayName;
+  if (name.empty()) return "There is no X11 display: the environment variable DISPLAY is not set.";
+  return "The X11 display " + name + " cannot be reached.";
+}
+
 }  // namespace
 
 std::expected<std::unique_ptr<Connection>, Error> Connection::open(const std::string& displayName) {
@@ -85,7 +93,7 @@ std::expected<std::unique_ptr<Connection>, Error> Connection::open(const std::st
   xcb_connection_t* connection = xcb_connect(displayName.empty() ? nullptr : displayName.c_str(), &screenNumber);
   if (xcb_connection_has_error(connection) != 0) {
     xcb_disconnect(connection);
-    return std::unexpected(Error{"The display server “" + displayName + "” cannot be reached."});
+    return std::unexpected(Error{unreachableSentence(displayName)});
   }
   xcb_screen_iterator_t screen = xcb_setup_roots_iterator(xcb_get_setup(connection));
   for (int skipped = 0; skipped < screenNumber && screen.rem > 1; ++skipped) xcb_screen_next(&screen);

@@ -31,6 +31,8 @@ Scene::~Scene() {
     for (const SceneWindow& window : windows()) connection_.ignoreErrors(xcb_shape_select_input(c, window.id, 0));
   }
   for (const Query& query : queries_) xcb_discard_reply(c, query.sequence);
+  // The connection may live on unread; then no event must come that fills it.
+  connection_.flush();
 }
 
 void Scene::build() {

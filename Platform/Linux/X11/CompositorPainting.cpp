@@ -1,0 +1,87 @@
+// The part of the compositor that paints.
+#include <algorithm>
+#include <ranges>
+
+#include "Platform/Linux/X11/Compositor.h"
+
+namespace platform::x11 {
+
+// Top to bottom, as far as anything can show through.
+std::vector<Compositor::Layer> Compositor::layersToPaint(bool& reachesWallpaper) const {
+  std::vector<Layer> layers;
+  reachesWallpaper = true;
+  for (const SceneWindow& window : scene_.windows() | std::views::reverse) {
+    WindowContent* content = contentOf(window.id);
+    if (content == nullptr) continue;
+    const auto touches = [&](const PixelRect& rect) { return !intersection(rect, window.outer).isEmpty(); };
+    if (std::ranges::none_of(pendingBounds_, touches)) continue;
+    layers.push_back({&window, content});
+    reachesWallpaper =
+        isTranslucent(window) || window.isShaped ||
+        !std::ranges::all_of(pendingBounds_, [&](const PixelRect& r) { return intersection(window.outer, r) == r; });
+    if (!reachesWallpaper) break;
+  }
+  return layers;
+}
+
+// Opaque windows go first, from the top, each where nothing above it has been painted: so no pixel is painted twice.
+// Then what shines through goes on top, from the bottom.
+void Compositor::paintLayers() {
+  struct Veil {
+    Layer layer;
+    std::unique_ptr<Region> visible;
+  };
+  std::vector<Veil> veils;
+  bool reachesWallpaper = true;
+  for (const Layer& layer : layersToPaint(reachesWallpaper)) {
+    if (!isTranslucent(*layer.window)) {
+      paintOpaque(layer);
+      continue;
+    }
+    veils.push_back({layer, std::make_unique<Region>(connection_)});
+    veils.back().visible->copy(remaining_);
+  }
+  if (reachesWallpaper) paintWallpaper();
+  for (const Veil& veil : veils | std::views::reverse) paintTranslucent(veil.layer, *veil.visible);
+}
+
+void Compositor::paintOpaque(const Layer& layer) {
+  const Region& outline = layer.content->outline(*layer.window, source_);
+  if (layer.window->isShaped) {
+    clip_.copy(remaining_);
+    clip_.intersect(outline);
+    composite(layer, XCB_RENDER_PICT_OP_SRC, clip_);
+  } else {
+    composite(layer, XCB_RENDER_PICT_OP_SRC, remaining_);
+  }
+  remaining_.subtract(outline);
+}
+
+void Compositor::paintTranslucent(const Layer& layer, Region& visible) {
+  visible.intersect(layer.content->outline(*layer.window, source_));
+  composite(layer, XCB_RENDER_PICT_OP_OVER, visible);
+}
+
+void Compositor::composite(const Layer& layer, std::uint8_t operation, const Region& clip) {
+  const PixelRect& outer = layer.window->outer;
+  const PixelRect shown = intersection(outer, source_);
+  xcb_xfixes_set_picture_clip_region(connection_.get(), target_, clip.id(), 0, 0);
+  // The window may have lost its pixels.
+  connection_.ignoreErrors(xcb_render_composite(
+      connection_.get(), operation, layer.content->picture(), XCB_NONE, target_,
+      static_cast<std::int16_t>(shown.x - outer.x), static_cast<std::int16_t>(shown.y - outer.y), 0, 0,
+      static_cast<std::int16_t>(shown.x - source_.x), static_cast<std::int16_t>(shown.y - source_.y),
+      static_cast<std::uint16_t>(shown.width), static_cast<std::uint16_t>(shown.height)));
+}
+
+void Compositor::paintWallpaper() {
+  const xcb_render_picture_t picture = wallpaper_.picture(scene_.hasCompositingManager());
+  xcb_xfixes_set_picture_clip_region(connection_.get(), target_, remaining_.id(), 0, 0);
+  // The pixmap of a compositing manager's wallpaper belongs to another client.
+  connection_.ignoreErrors(xcb_render_composite(
+      connection_.get(), XCB_RENDER_PICT_OP_SRC, picture, XCB_NONE, target_,
+      static_cast<std::int16_t>(wallpaper_.part().x), static_cast<std::int16_t>(wallpaper_.part().y), 0, 0, 0, 0,
+      static_cast<std::uint16_t>(source_.width), static_cast<std::uint16_t>(source_.height)));
+}
+
+}  // namespace platform::x11

@@ -1,0 +1,18 @@
+// Colours, fonts and text attributes as AppKit has them.
+//
+// Threads: main thread only. A role stays a role: the colour follows the light or dark look where it is drawn.
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include "Platform/Canvas.h"
+#include "Platform/Color.h"
+
+namespace platform::mac {
+
+[[nodiscard]] NSColor* nsColor(const Color& color);
+[[nodiscard]] NSFont* nsFont(const Font& font);
+[[nodiscard]] NSDictionary<NSAttributedStringKey, id>* attributes(NSFont* font, NSColor* color);
+[[nodiscard]] NSDictionary<NSAttributedStringKey, id>* attributes(const TextStyle& style);
+
+}  // namespace platform::mac

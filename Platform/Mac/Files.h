@@ -1,0 +1,17 @@
+// Files through Foundation.
+//
+// Threads: any. Failure: what Foundation throws at a file handle comes back as a value as well.
+#pragma once
+
+#include "Platform/Files.h"
+
+namespace platform::mac {
+
+class Files final : public platform::Files {
+ public:
+  [[nodiscard]] bool fileExists(const std::string& path) const override;
+  std::expected<std::unique_ptr<FileHandle>, Error> openForWriting(const std::string& path) override;
+  std::expected<void, Error> write(const std::string& path, std::string_view bytes) override;
+};
+
+}  // namespace platform::mac

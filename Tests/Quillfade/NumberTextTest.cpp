@@ -1,0 +1,29 @@
+#include "Quillfade/NumberText.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <limits>
+
+namespace quillfade {
+namespace {
+
+TEST(NumberText, WholeNumbersHaveNoPoint) {
+  EXPECT_EQ(numberText(0), "0");
+  EXPECT_EQ(numberText(1440), "1440");
+  EXPECT_EQ(numberText(-2000), "-2000");
+}
+
+TEST(NumberText, FractionsAreAsShortAsTheyCanBe) {
+  EXPECT_EQ(numberText(0.1), "0.1");
+  EXPECT_EQ(numberText(-899.25), "-899.25");
+}
+
+TEST(NumberText, EveryNumberReadsBackAsItself) {
+  for (const double value : {1.0 / 3, 1e300, 5e-324, 123456789.123456789, std::numeric_limits<double>::max()}) {
+    EXPECT_EQ(std::strtod(numberText(value).c_str(), nullptr), value);
+  }
+}
+
+}  // namespace
+}  // namespace quillfade
