@@ -16,7 +16,7 @@
   return self;
 }
 
-- (void)applicationDidFinishLaunching:(NSNotification*)__unused notification {
+- (void)applicationDidFinishLaunching:(NSNotification*)notification {
   if (const auto delegate = _delegate.lock()) delegate->applicationDidFinishLaunching();
 }
 

@@ -19,7 +19,7 @@
   return self;
 }
 
-- (void)screensChanged:(NSNotification*)__unused notification {
+- (void)screensChanged:(NSNotification*)notification {
   if (const auto callback = _callback.lock()) (*callback)();
 }
 

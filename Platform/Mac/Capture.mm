@@ -1,0 +1,36 @@
+#include "Platform/Mac/Capture.h"
+
+#include <utility>
+
+#include "Platform/Mac/Bridge.h"
+#include "Platform/Mac/CaptureContent.h"
+#include "Platform/Mac/CaptureStream.h"
+
+namespace platform::mac {
+
+void CaptureService::shareableContent(ShareableContentOptions options, ContentCompletion completion) {
+  const std::weak_ptr<LatestContent> weakLatest = latest_;
+  auto received = ^(SCShareableContent* _Nullable content, NSError* _Nullable error) {
+    // On the main thread: there the latest content lives, and the screens may be asked for.
+    dispatch_async(dispatch_get_main_queue(), ^{
+      if (content == nil) {
+        completion(std::unexpected(fromNSError(error)));
+        return;
+      }
+      if (const auto latest = weakLatest.lock()) latest->content = content;
+      completion(describe(content));
+    });
+  };
+  [SCShareableContent getShareableContentExcludingDesktopWindows:options.excludingDesktopWindows
+                                             onScreenWindowsOnly:options.onScreenWindowsOnly
+                                               completionHandler:received];
+}
+
+std::shared_ptr<platform::CaptureStream> CaptureService::makeStream(const ContentFilter& filter,
+                                                                    const StreamConfiguration& configuration,
+                                                                    std::weak_ptr<StreamDelegate> delegate) {
+  return std::make_shared<CaptureStream>(contentFilter(filter, latest_->content), streamConfiguration(configuration),
+                                         std::move(delegate));
+}
+
+}  // namespace platform::mac

@@ -1,0 +1,38 @@
+// One stream of ScreenCaptureKit.
+//
+// Threads: calls on the main thread; frames come on the queue that the output was added with, the end on any thread.
+// Ownership: the forwarder that the service calls knows output and delegate weakly; a stop under way keeps stream and
+// forwarder until it is done. Failure: a stream whose display went away before it was made fails when it is started.
+#pragma once
+
+#import <ScreenCaptureKit/ScreenCaptureKit.h>
+
+#include <memory>
+
+#include "Platform/Capture.h"
+
+@class QLFStreamForwarder;
+
+namespace platform::mac {
+
+class CaptureStream final : public platform::CaptureStream {
+ public:
+  CaptureStream(SCContentFilter* _Nullable filter, SCStreamConfiguration* configuration,
+                std::weak_ptr<StreamDelegate> delegate);
+  ~CaptureStream() override;
+  CaptureStream(const CaptureStream&) = delete;
+  CaptureStream& operator=(const CaptureStream&) = delete;
+
+  std::expected<void, Error> addOutput(std::weak_ptr<StreamOutput> output, StreamOutputType type,
+                                       std::shared_ptr<platform::SerialQueue> queue) override;
+  void startCapture(Completion completion) override;
+  void stopCapture(Completion completion) override;
+
+ private:
+  QLFStreamForwarder* forwarder_;
+  SCStream* _Nullable stream_ = nil;
+  dispatch_queue_t _Nullable queue_ = nil;
+  bool isRunning_ = false;
+};
+
+}  // namespace platform::mac

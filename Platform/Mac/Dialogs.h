@@ -1,0 +1,16 @@
+// Alerts and the standard About panel.
+//
+// Threads: main thread only.
+#pragma once
+
+#include "Platform/Dialogs.h"
+
+namespace platform::mac {
+
+class Dialogs final : public platform::Dialogs {
+ public:
+  int runModal(const Alert& alert) override;
+  void orderFrontAboutPanel(const AboutPanel& panel) override;
+};
+
+}  // namespace platform::mac

@@ -1,0 +1,28 @@
+// System-wide hot keys through the Carbon event manager.
+//
+// Threads: main thread only. Ownership: an installed handler's context lives here until the handler is removed.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "Platform/HotKeys.h"
+
+namespace platform::mac {
+
+class HotKeys final : public platform::HotKeys {
+ public:
+  HotKeys();
+  ~HotKeys() override;
+  std::optional<HotKeyHandlerReference> installHandler(HotKeyHandler handler, void* userData) override;
+  void removeHandler(HotKeyHandlerReference handler) override;
+  std::optional<HotKeyReference> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) override;
+  void unregisterHotKey(HotKeyReference reference) override;
+
+ private:
+  struct Installation;
+
+  std::vector<std::unique_ptr<Installation>> installations_;
+};
+
+}  // namespace platform::mac

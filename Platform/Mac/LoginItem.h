@@ -1,0 +1,17 @@
+// The application's own login item.
+//
+// Threads: main thread only.
+#pragma once
+
+#include "Platform/LoginItem.h"
+
+namespace platform::mac {
+
+class LoginItem final : public platform::LoginItem {
+ public:
+  [[nodiscard]] LoginItemStatus status() const override;
+  std::expected<void, Error> registerItem() override;
+  std::expected<void, Error> unregisterItem() override;
+};
+
+}  // namespace platform::mac

@@ -1,0 +1,74 @@
+// macOS 14 and later: AppKit, ScreenCaptureKit, Carbon hot keys, ServiceManagement.
+//
+// Threads: main thread only, except where a port says otherwise.
+//
+// Lifetime: the system may keep an Objective-C object longer than we keep its C++ side. So no Objective-C object of this
+// adapter holds a C++ object otherwise than by std::weak_ptr, and it locks that pointer for the length of one call; no
+// block captures `this` or a member. Scripts/check-mac reads the sources and holds everybody to it. The other way round
+// C++ objects hold Objective-C objects strongly, by reference counting.
+//
+// Nothing here decides anything: every text, threshold and order of steps is the application's.
+#pragma once
+
+#include "Platform/Mac/Application.h"
+#include "Platform/Mac/Capture.h"
+#include "Platform/Mac/Clock.h"
+#include "Platform/Mac/Dialogs.h"
+#include "Platform/Mac/Files.h"
+#include "Platform/Mac/HotKeys.h"
+#include "Platform/Mac/LoginItem.h"
+#include "Platform/Mac/Permission.h"
+#include "Platform/Mac/Process.h"
+#include "Platform/Mac/RemoteControl.h"
+#include "Platform/Mac/RunLoop.h"
+#include "Platform/Mac/Screens.h"
+#include "Platform/Mac/Settings.h"
+#include "Platform/Mac/StatusBar.h"
+#include "Platform/Mac/Views.h"
+#include "Platform/Mac/Windows.h"
+#include "Platform/Mac/Workspace.h"
+#include "Platform/Platform.h"
+
+namespace platform::mac {
+
+class MacPlatform final : public Platform {
+ public:
+  platform::Application* sharedApplication() override { return &application_; }
+  platform::RunLoop& runLoop() override { return runLoop_; }
+  platform::Process& process() override { return process_; }
+  platform::Clock& clock() override { return clock_; }
+  platform::Files& files() override { return files_; }
+  platform::Settings& settings() override { return settings_; }
+  platform::Screens& screens() override { return screens_; }
+  platform::Windows& windows() override { return windows_; }
+  platform::Views& views() override { return views_; }
+  platform::CaptureService& capture() override { return capture_; }
+  platform::ScreenCaptureAccess& screenCaptureAccess() override { return screenCaptureAccess_; }
+  platform::StatusBar& statusBar() override { return statusBar_; }
+  platform::Dialogs& dialogs() override { return dialogs_; }
+  platform::HotKeys& hotKeys() override { return hotKeys_; }
+  platform::LoginItem& loginItem() override { return loginItem_; }
+  platform::Workspace& workspace() override { return workspace_; }
+  platform::RemoteControl& remoteControl() override { return remoteControl_; }
+
+ private:
+  Application application_;
+  RunLoop runLoop_;
+  Process process_;
+  Clock clock_;
+  Files files_;
+  Settings settings_;
+  Screens screens_;
+  Windows windows_;
+  Views views_;
+  CaptureService capture_;
+  ScreenCaptureAccess screenCaptureAccess_;
+  StatusBar statusBar_;
+  Dialogs dialogs_;
+  HotKeys hotKeys_;
+  LoginItem loginItem_;
+  Workspace workspace_;
+  RemoteControl remoteControl_;
+};
+
+}  // namespace platform::mac

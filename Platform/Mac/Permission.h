@@ -1,0 +1,16 @@
+// The Screen Recording permission.
+//
+// Threads: main thread only.
+#pragma once
+
+#include "Platform/Permission.h"
+
+namespace platform::mac {
+
+class ScreenCaptureAccess final : public platform::ScreenCaptureAccess {
+ public:
+  [[nodiscard]] bool preflight() override;
+  bool request() override;
+};
+
+}  // namespace platform::mac

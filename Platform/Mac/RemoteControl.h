@@ -1,0 +1,16 @@
+// There is no way in for commands on macOS: the system itself keeps one instance of a bundle, and hot keys and menu
+// reach it.
+//
+// Threads: main thread only.
+#pragma once
+
+#include "Platform/RemoteControl.h"
+
+namespace platform::mac {
+
+class RemoteControl final : public platform::RemoteControl {
+ public:
+  Claim claim(Handler /*handler*/) override { return Claim::unavailable; }
+};
+
+}  // namespace platform::mac

@@ -1,0 +1,14 @@
+// A view that hands everything AppKit asks of it to a responder.
+//
+// Threads: main thread only. Ownership: the view knows its responder weakly and is a plain view once that is gone.
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include <memory>
+
+#include "Platform/Views.h"
+
+@interface QLFResponderView : NSView
+- (instancetype)initWithFrame:(NSRect)frame responder:(std::weak_ptr<platform::ViewResponder>)responder;
+@end

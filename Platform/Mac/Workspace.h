@@ -1,0 +1,15 @@
+// Opening links.
+//
+// Threads: main thread only.
+#pragma once
+
+#include "Platform/Workspace.h"
+
+namespace platform::mac {
+
+class Workspace final : public platform::Workspace {
+ public:
+  void openURL(const std::string& url) override;
+};
+
+}  // namespace platform::mac

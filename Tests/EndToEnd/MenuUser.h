@@ -1,0 +1,33 @@
+// A tray's host on the session bus and someone who uses the menu that it shows.
+//
+// Threads: one at a time. Every call is answered when it returns, or throws.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Tests/Linux/TrayHost.h"
+
+namespace endtoend {
+
+class MenuUser {
+ public:
+  // Waits until the program's item has come to the tray.
+  MenuUser();
+
+  // The lines of the menu as the host gets them when it opens; "" for a separator.
+  std::vector<qt::ShownItem> open();
+  [[nodiscard]] std::vector<qt::ShownItem> lines() { return host_.items(); }
+  void close() { host_.event(0, QStringLiteral("closed")); }
+  // Opens the menu, and chooses the line of this title, submenus included.
+  void choose(const std::string& title);
+  // The title of the item's tooltip.
+  [[nodiscard]] std::string toolTip();
+
+ private:
+  qt::TrayHost host_;
+};
+
+[[nodiscard]] const qt::ShownItem* findLine(const std::vector<qt::ShownItem>& lines, const std::string& title);
+
+}  // namespace endtoend

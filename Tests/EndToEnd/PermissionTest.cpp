@@ -1,0 +1,135 @@
+// A display on which nothing can be captured: the alert, and what follows each of its answers.
+
+#include <cstdlib>
+
+#include "Tests/EndToEnd/DrivenDesktop.h"
+
+namespace endtoend {
+namespace {
+
+using testing::HasSubstr;
+
+class PermissionRefused : public DrivenDesktop {
+ protected:
+  PermissionRefused() : DrivenDesktop({.arguments = {"-extension", "Composite"}}) {}
+
+  // Sends a command that asks for permission, and waits for the alert. The command ends with the answer.
+  void ask(const std::vector<std::string>& words) {
+    std::vector<std::string> command{QUILLFADE_EXECUTABLE};
+    command.insert(command.end(), words.begin(), words.end());
+    command_.emplace(command, support::Environment{{"DBUS_SESSION_BUS_ADDRESS", busAddress()}});
+    alert_ = waitForDialog();
+    ASSERT_TRUE(alert_) << "There is no alert.";
+    ASSERT_TRUE(support::waitUntil([&] { return focusedWindow() == *alert_; })) << "The alert takes no keys.";
+    EXPECT_TRUE(command_->isRunning());
+  }
+  void answer(const std::vector<support::KeySymbol>& keys) {
+    for (const auto key : keys) input_.press(key);
+    EXPECT_EQ(command_->waitForExit(), 0) << command_->output();
+    EXPECT_TRUE(support::waitUntil([&] { return !client_.isViewable(*alert_); }));
+  }
+  // A program of this name at the front of PATH that leaves a trace.
+  support::Environment withProgram(const std::string& name) {
+    const auto program = directory_.path() / name;
+    support::writeFile(program, "#!/bin/sh\necho \"$0 $*\" > " + trace().string() + "\n");
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    const char* path = std::getenv("PATH");
+    return {{"PATH", directory_.path().string() + ":" + (path ? path : "")}};
+  }
+  [[nodiscard]] std::filesystem::path trace() const { return directory_.path() / "trace"; }
+  [[nodiscard]] Picture alertPicture() { return client_.screenshot(client_.frame(*alert_).value()); }
+
+  support::TemporaryDirectory directory_;
+  std::optional<support::ChildProcess> command_;
+  std::optional<xcb_window_t> alert_;
+};
+
+const std::string notCovered = R"({"enabled": false, "style": "live", "outline": true, "region": null})";
+
+TEST_F(PermissionRefused, UseSolidCoverCovers) {
+  start();
+  ask({"toggle"});
+  EXPECT_TRUE(support::waitUntil([&] { return alertPicture().count(0) > 500; })) << "The alert shows no text.";
+  keepPicture(client_.screenshot(), "alert");
+  answer({XK_Tab, XK_space});
+  EXPECT_THAT(status(), HasSubstr(R"("enabled": true, "style": "solid")"));
+  EXPECT_THAT(status(), HasSubstr(R"("width": 1280, "height": 800)"));
+  EXPECT_TRUE(shows([](const Picture& screen) { return screen.count(boardColor) == 0; }));
+}
+
+TEST_F(PermissionRefused, OpenSystemSettingsChangesNothingAndOpensThem) {
+  auto environment = withProgram("mate-control-center");
+  environment["XDG_CURRENT_DESKTOP"] = "MATE";
+  start({}, environment);
+  ask({"toggle"});
+  answer({XK_Return});
+  EXPECT_THAT(status(), HasSubstr(notCovered));
+  EXPECT_TRUE(showsNoCover());
+  EXPECT_TRUE(support::waitUntil([&] { return std::filesystem::exists(trace()); })) << "No settings were opened.";
+}
+
+TEST_F(PermissionRefused, WithoutASettingsProgramASentenceTellsWhatIsMissing) {
+  start({}, {{"PATH", "/nonexistent"}});
+  ask({"toggle"});
+  const xcb_window_t alert = *alert_;
+  answer({XK_Return});
+  EXPECT_THAT(status(), HasSubstr(notCovered));
+  const auto explanation = waitForDialog();
+  ASSERT_TRUE(explanation);
+  EXPECT_NE(*explanation, alert);
+  keepPicture(client_.screenshot(), "explanation");
+  ASSERT_TRUE(support::waitUntil([&] { return focusedWindow() == *explanation; }));
+  input_.press(XK_Escape);
+  EXPECT_TRUE(support::waitUntil([&] { return !client_.isViewable(*explanation); }));
+  EXPECT_EQ(run({"status"}).status, 0);
+}
+
+TEST_F(PermissionRefused, EscapeMeansTheSolidCover) {
+  start();
+  ask({"whole-screen"});
+  answer({XK_Escape});
+  EXPECT_THAT(status(), HasSubstr(R"("enabled": true, "style": "solid")"));
+}
+
+TEST_F(PermissionRefused, TheKeyShowsTheAlertAboveEverythingUnderAWindowManagerToo) {
+  const support::WindowManager manager(server_.display());
+  start();
+  const auto editor = client_.createWindow({.frame = {0, 0, 1280, 780}, .overrideRedirect = false});
+  client_.setClass(editor, "editor", "Editor");
+  ASSERT_TRUE(support::waitUntil([&] { return client_.isViewable(editor); }));
+  press(XK_d);
+  alert_ = waitForDialog();
+  ASSERT_TRUE(alert_);
+  ASSERT_TRUE(support::waitUntil([&] { return focusedWindow() == *alert_; }));
+  keepPicture(client_.screenshot(), "alert");
+  input_.press(XK_Tab);
+  input_.press(XK_space);
+  EXPECT_TRUE(becomes(R"("enabled": true, "style": "solid")"));
+}
+
+TEST_F(PermissionRefused, OtherCommandsAreCarriedOutWhileTheAlertWaits) {
+  start();
+  ask({"style", "live"});
+  EXPECT_EQ(run({"outline", "off"}), (Answer{0, ""}));
+  EXPECT_THAT(status(), HasSubstr("\"outline\": false"));
+  answer({XK_Tab, XK_space});
+  EXPECT_THAT(status(), HasSubstr("\"style\": \"solid\""));
+}
+
+TEST_F(PermissionRefused, TheSolidCoverNeverAsks) {
+  start(solidOff);
+  for (const auto& words : std::vector<std::vector<std::string>>{{"toggle"}, {"toggle"}, {"whole-screen"}}) {
+    EXPECT_EQ(run(words), (Answer{0, ""}));
+  }
+  EXPECT_THAT(status(), HasSubstr("\"enabled\": true"));
+}
+
+TEST_F(PermissionRefused, TheListOfWindowsIsAFailureWithAReason) {
+  start();
+  const Answer answer = run({"windows"});
+  EXPECT_EQ(answer.status, 1);
+  EXPECT_THAT(answer.output, HasSubstr("Composite"));
+}
+
+}  // namespace
+}  // namespace endtoend
