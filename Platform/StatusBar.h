@@ -25,6 +25,7 @@ class Image {
 class StatusButton {
  public:
   virtual ~StatusButton() = default;
+  // Null: no image.
   virtual void setImage(std::shared_ptr<Image> image) = 0;
   [[nodiscard]] virtual std::shared_ptr<Image> image() const = 0;
   virtual void setToolTip(const std::string& text) = 0;

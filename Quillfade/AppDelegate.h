@@ -54,8 +54,8 @@ class AppDelegate final : public platform::ApplicationDelegate,
 
   void updateStatusButton();
   void rebuildMenu();
-  [[nodiscard]] platform::MenuItem commandItem(std::string title, Command command) const;
-  [[nodiscard]] platform::MenuItem styleMenuItem() const;
+  [[nodiscard]] platform::MenuItem commandItem(std::string title, Command command);
+  [[nodiscard]] platform::MenuItem styleMenuItem();
 
   enum class Permission { granted, settingsOpened, solidPreferred };
 

@@ -59,17 +59,17 @@ void AppDelegate::menuWillOpen(platform::Menu& /*menu*/) {
 
 void AppDelegate::menuDidClose(platform::Menu& /*menu*/) { overlay_->setMenuOpen(false); }
 
-MenuItem AppDelegate::commandItem(std::string title, Command command) const {
+MenuItem AppDelegate::commandItem(std::string title, Command command) {
   // The menu outlives nothing here, but its items are handed out: they hold the delegate weakly like all else.
-  const std::weak_ptr<AppDelegate> weakDelegate = std::const_pointer_cast<AppDelegate>(shared_from_this());
+  const auto weakDelegate = weak_from_this();
   return {.title = std::move(title), .action = [weakDelegate, command](const MenuItem&) {
             if (const auto delegate = weakDelegate.lock()) ((*delegate).*command)();
           }};
 }
 
-MenuItem AppDelegate::styleMenuItem() const {
+MenuItem AppDelegate::styleMenuItem() {
   MenuItem mode{.title = "Mode"};
-  const std::weak_ptr<AppDelegate> weakDelegate = std::const_pointer_cast<AppDelegate>(shared_from_this());
+  const auto weakDelegate = weak_from_this();
   for (const CoverStyle style : allCoverStyles) {
     MenuItem item{.title = std::string{title(style)}, .action = [weakDelegate](const MenuItem& chosen) {
                     if (const auto delegate = weakDelegate.lock()) delegate->chooseStyle(chosen);

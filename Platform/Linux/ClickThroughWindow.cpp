@@ -3,22 +3,15 @@
 #include <utility>
 
 #include "Platform/Linux/Desktop/OverlayDescription.h"
-#include "Platform/Linux/Desktop/TextAndColors.h"
 #include "Platform/Linux/Desktop/Views.h"
 
 namespace platform::x11 {
-namespace {
-
-Argb resolved(const Color& color) { return toQColor(color).rgba(); }
-
-}  // namespace
-
 ClickThroughWindow::ClickThroughWindow(const Surroundings& surroundings, const WindowAttributes& attributes)
     : surroundings_(surroundings),
       backgroundColor_(attributes.backgroundColor),
       frame_(attributes.contentRect),
-      window_(surroundings.connection, toPixels(frame_, surroundings.screens.geometries()),
-              {.background = resolved(attributes.backgroundColor)}),
+      window_(surroundings.connection, toCapturedPixels(frame_, surroundings.screens.geometries()),
+              lookOf({}, attributes.backgroundColor, 1, 1)),
       palette_([this] { viewsChanged(); }) {
   surroundings_.stage.add(window_);
 }
@@ -42,7 +35,7 @@ void ClickThroughWindow::setContentView(std::shared_ptr<View> view) {
 
 void ClickThroughWindow::setFrame(const Rect& frame, bool display) {
   frame_ = frame;
-  window_.setFrame(toPixels(frame, surroundings_.screens.geometries()));
+  window_.setFrame(toCapturedPixels(frame, surroundings_.screens.geometries()));
   if (content_) content_->setFrame({{0, 0}, frame.size});
   if (display) window_.setLook(look());
 }

@@ -78,6 +78,21 @@ PixelRect toPixels(const Rect& points, std::span<const ScreenGeometry> screens) 
   return {left, top, right - left, bottom - top};
 }
 
+PixelRect capturedPixels(const DisplayRect& source, std::int64_t width, std::int64_t height,
+                         const ScreenGeometry& screen) {
+  return {screen.pixels.x + rounded(source.x * screen.scale), screen.pixels.y + rounded(source.y * screen.scale),
+          rounded(static_cast<double>(std::max<std::int64_t>(0, width))),
+          rounded(static_cast<double>(std::max<std::int64_t>(0, height)))};
+}
+
+PixelRect toCapturedPixels(const Rect& points, std::span<const ScreenGeometry> screens) {
+  const ScreenGeometry* found = screenAt(points.center(), screens, [](const auto& screen) { return screen.points; });
+  const ScreenGeometry& screen = found ? *found : noScreen;
+  return capturedPixels({points.minX() - screen.points.minX(), screen.points.maxY() - points.maxY(), 0, 0},
+                        std::llround(points.width() * screen.scale), std::llround(points.height() * screen.scale),
+                        screen);
+}
+
 double scaleAt(const Rect& points, std::span<const ScreenGeometry> screens) {
   const ScreenGeometry* found = screenAt(points.center(), screens, [](const auto& screen) { return screen.points; });
   return found ? found->scale : noScreen.scale;

@@ -42,6 +42,12 @@ void placeInPoints(std::span<ScreenGeometry> screens);
 // By the screen that holds the rectangle's centre, else the nearest one. Edges are rounded, not sizes, so that
 // neighbours in points stay neighbours in pixels. Without any screen, one point is one pixel.
 [[nodiscard]] PixelRect toPixels(const Rect& points, std::span<const ScreenGeometry> screens);
+// Where a window goes that shows a capture of the same rectangle pixel by pixel: its corner and its size are rounded,
+// as those of the capture are, and not its edges.
+[[nodiscard]] PixelRect toCapturedPixels(const Rect& points, std::span<const ScreenGeometry> screens);
+// The part of one screen that a capture of `source` shows, in frames of this size.
+[[nodiscard]] PixelRect capturedPixels(const DisplayRect& source, std::int64_t width, std::int64_t height,
+                                       const ScreenGeometry& screen);
 // Pixels per point there.
 [[nodiscard]] double scaleAt(const Rect& points, std::span<const ScreenGeometry> screens);
 [[nodiscard]] Rect toPoints(const PixelRect& pixels, std::span<const ScreenGeometry> screens);

@@ -39,7 +39,7 @@ void EventPump::drainQueue() {
 
 void EventPump::endIfBroken() const {
   if (!connection_.isBroken()) return;
-  std::cerr << "quillfade: The connection to the X server was lost." << std::endl;
+  std::cerr << "quillfade: " << connectionLostSentence << std::endl;
   // Without destructors: they would talk to the server that is gone.
   std::_Exit(EXIT_FAILURE);
 }

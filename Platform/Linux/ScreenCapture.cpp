@@ -61,14 +61,4 @@ ScreenGeometry ScreenCapture::geometry(const CaptureDisplay& display) const {
   return index < geometries.size() ? geometries[index] : ScreenGeometry{};
 }
 
-std::string missingExtensionsSentence(const std::vector<std::string>& missing) {
-  std::string names;
-  for (std::size_t index = 0; index < missing.size(); ++index) {
-    if (index > 0) names += index + 1 == missing.size() ? " and " : ", ";
-    names += missing[index];
-  }
-  return "This display lacks the X extension" + std::string{missing.size() == 1 ? " " : "s "} + names +
-         ", without which nothing can be captured.";
-}
-
 }  // namespace platform::x11

@@ -55,7 +55,4 @@ class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
   std::uint64_t streamCount_ = 0;
 };
 
-// One sentence for a person.
-[[nodiscard]] std::string missingExtensionsSentence(const std::vector<std::string>& missing);
-
 }  // namespace platform::x11

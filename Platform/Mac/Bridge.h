@@ -1,7 +1,7 @@
 // Plain values on their way between the ports and Foundation.
 //
-// Threads: any. Ownership: what comes back is autoreleased or a plain value. Failure: text that is not UTF-8 becomes the
-// empty text, since AppKit accepts no null titles.
+// Threads: any. Ownership: what comes back is autoreleased or a plain value. Failure: text that is not UTF-8 becomes
+// the empty text, since AppKit accepts no null titles.
 #pragma once
 
 #import <Foundation/Foundation.h>
@@ -23,8 +23,8 @@ namespace platform::mac {
 [[nodiscard]] Rect fromNSRect(NSRect rect);
 [[nodiscard]] NSPoint nsPoint(Point point);
 [[nodiscard]] Point fromNSPoint(NSPoint point);
-[[nodiscard]] Error fromNSError(NSError* _Nullable error);
+[[nodiscard]] Error fromNSError(NSError* error);
 // Absent unless the object is a number without a fraction.
-[[nodiscard]] std::optional<std::int64_t> integerValue(id _Nullable object);
+[[nodiscard]] std::optional<std::int64_t> integerValue(id object);
 
 }  // namespace platform::mac

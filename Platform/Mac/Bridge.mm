@@ -25,11 +25,11 @@ NSPoint nsPoint(Point point) { return {.x = point.x, .y = point.y}; }
 
 Point fromNSPoint(NSPoint point) { return {point.x, point.y}; }
 
-Error fromNSError(NSError* _Nullable error) {
+Error fromNSError(NSError* error) {
   return {error != nil ? stdString(error.localizedDescription) : std::string{"The system gave no reason."}};
 }
 
-std::optional<std::int64_t> integerValue(id _Nullable object) {
+std::optional<std::int64_t> integerValue(id object) {
   if (![object isKindOfClass:[NSNumber class]]) return std::nullopt;
   NSNumber* number = object;
   const std::int64_t value = number.longLongValue;

@@ -10,7 +10,7 @@ namespace platform::mac {
 
 void CaptureService::shareableContent(ShareableContentOptions options, ContentCompletion completion) {
   const std::weak_ptr<LatestContent> weakLatest = latest_;
-  auto received = ^(SCShareableContent* _Nullable content, NSError* _Nullable error) {
+  auto received = ^(SCShareableContent* content, NSError* error) {
     // On the main thread: there the latest content lives, and the screens may be asked for.
     dispatch_async(dispatch_get_main_queue(), ^{
       if (content == nil) {

@@ -11,7 +11,7 @@ namespace platform::mac {
 
 [[nodiscard]] ShareableContent describe(SCShareableContent* content);
 // Null when the content does not hold the filter's display. Windows that it does not hold are gone, and left out.
-[[nodiscard]] SCContentFilter* _Nullable contentFilter(const ContentFilter& filter, SCShareableContent* _Nullable content);
+[[nodiscard]] SCContentFilter* contentFilter(const ContentFilter& filter, SCShareableContent* content);
 [[nodiscard]] SCStreamConfiguration* streamConfiguration(const StreamConfiguration& configuration);
 
 }  // namespace platform::mac

@@ -15,7 +15,7 @@ CaptureWindow describe(SCWindow* window, double primaryHeight) {
       .windowID = window.windowID,
       .windowLayer = window.windowLayer,
       .frame = fromTopLeft(fromNSRect(window.frame), primaryHeight),
-      .isOnScreen = static_cast<bool>(window.isOnScreen),
+      .isOnScreen = static_cast<bool>(window.onScreen),
   };
   if (SCRunningApplication* owner = window.owningApplication) {
     described.owningApplication = RunningApplication{stdString(owner.bundleIdentifier)};
@@ -23,7 +23,7 @@ CaptureWindow describe(SCWindow* window, double primaryHeight) {
   return described;
 }
 
-SCDisplay* _Nullable findDisplay(SCShareableContent* _Nullable content, std::uint32_t displayID) {
+SCDisplay* findDisplay(SCShareableContent* content, std::uint32_t displayID) {
   for (SCDisplay* display in content.displays) {
     if (display.displayID == displayID) return display;
   }
@@ -44,7 +44,7 @@ ShareableContent describe(SCShareableContent* content) {
   return described;
 }
 
-SCContentFilter* _Nullable contentFilter(const ContentFilter& filter, SCShareableContent* _Nullable content) {
+SCContentFilter* contentFilter(const ContentFilter& filter, SCShareableContent* content) {
   SCDisplay* display = findDisplay(content, filter.display.displayID);
   if (display == nil) return nil;
   NSMutableArray<SCWindow*>* excluding = [NSMutableArray array];

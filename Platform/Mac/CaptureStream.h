@@ -17,8 +17,7 @@ namespace platform::mac {
 
 class CaptureStream final : public platform::CaptureStream {
  public:
-  CaptureStream(SCContentFilter* _Nullable filter, SCStreamConfiguration* configuration,
-                std::weak_ptr<StreamDelegate> delegate);
+  CaptureStream(SCContentFilter* filter, SCStreamConfiguration* configuration, std::weak_ptr<StreamDelegate> delegate);
   ~CaptureStream() override;
   CaptureStream(const CaptureStream&) = delete;
   CaptureStream& operator=(const CaptureStream&) = delete;
@@ -30,8 +29,8 @@ class CaptureStream final : public platform::CaptureStream {
 
  private:
   QLFStreamForwarder* forwarder_;
-  SCStream* _Nullable stream_ = nil;
-  dispatch_queue_t _Nullable queue_ = nil;
+  SCStream* stream_ = nil;
+  dispatch_queue_t queue_ = nil;
   bool isRunning_ = false;
 };
 

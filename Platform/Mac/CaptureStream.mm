@@ -33,9 +33,7 @@
   _output.reset();
 }
 
-- (void)stream:(SCStream*)stream
-    didOutputSampleBuffer:(CMSampleBufferRef)sampleBuffer
-                   ofType:(SCStreamOutputType)type {
+- (void)stream:(SCStream*)stream didOutputSampleBuffer:(CMSampleBufferRef)sampleBuffer ofType:(SCStreamOutputType)type {
   if (const auto output = _output.lock()) {
     output->streamDidOutput(std::make_shared<platform::mac::SampleBuffer>(sampleBuffer),
                             static_cast<platform::StreamOutputType>(type));
@@ -54,7 +52,7 @@ namespace {
 static_assert(static_cast<NSInteger>(StreamOutputType::screen) == SCStreamOutputTypeScreen);
 static_assert(static_cast<NSInteger>(StreamOutputType::audio) == SCStreamOutputTypeAudio);
 
-std::expected<void, Error> resultOf(NSError* _Nullable error) {
+std::expected<void, Error> resultOf(NSError* error) {
   if (error == nil) return {};
   return std::unexpected(fromNSError(error));
 }
@@ -63,14 +61,13 @@ Error noDisplay() { return {"The display to capture is no longer there."}; }
 
 // Later than the call that it is given in.
 void failLater(platform::CaptureStream::Completion completion) {
-  dispatchJob(dispatch_get_main_queue(), [completion = std::move(completion)] {
-    completion(std::unexpected(noDisplay()));
-  });
+  dispatchJob(dispatch_get_main_queue(),
+              [completion = std::move(completion)] { completion(std::unexpected(noDisplay())); });
 }
 
 }  // namespace
 
-CaptureStream::CaptureStream(SCContentFilter* _Nullable filter, SCStreamConfiguration* configuration,
+CaptureStream::CaptureStream(SCContentFilter* filter, SCStreamConfiguration* configuration,
                              std::weak_ptr<StreamDelegate> delegate)
     : forwarder_([[QLFStreamForwarder alloc] initWithDelegate:std::move(delegate)]) {
   if (filter == nil) return;
@@ -100,7 +97,7 @@ std::expected<void, Error> CaptureStream::addOutput(std::weak_ptr<StreamOutput> 
 void CaptureStream::startCapture(Completion completion) {
   if (stream_ == nil) return failLater(std::move(completion));
   isRunning_ = true;
-  [stream_ startCaptureWithCompletionHandler:^(NSError* _Nullable error) {
+  [stream_ startCaptureWithCompletionHandler:^(NSError* error) {
     completion(resultOf(error));
   }];
 }
@@ -111,7 +108,7 @@ void CaptureStream::stopCapture(Completion completion) {
   QLFStreamForwarder* forwarder = forwarder_;
   SCStream* stream = stream_;
   dispatch_queue_t queue = queue_;
-  [stream stopCaptureWithCompletionHandler:^(NSError* _Nullable error) {
+  [stream stopCaptureWithCompletionHandler:^(NSError* error) {
     // Behind the last frame that is under way.
     dispatch_async(queue, ^{
       [forwarder close];

@@ -11,9 +11,9 @@ namespace {
 static_assert(alertFirstButtonReturn == NSAlertFirstButtonReturn);
 
 NSAttributedString* credits(const AboutPanel& panel) {
-  return [[NSAttributedString alloc] initWithString:nsString(panel.credits)
-                                         attributes:attributes([NSFont systemFontOfSize:panel.creditsFontSize],
-                                                               nsColor(panel.creditsColor))];
+  return [[NSAttributedString alloc]
+      initWithString:nsString(panel.credits)
+          attributes:attributes([NSFont systemFontOfSize:panel.creditsFontSize], nsColor(panel.creditsColor))];
 }
 
 }  // namespace

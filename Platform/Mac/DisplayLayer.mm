@@ -22,8 +22,7 @@ void Renderer::enqueue(std::shared_ptr<const platform::SampleBuffer> sample) {
 }
 
 void DisplayLayer::setVideoGravity(VideoGravity gravity) {
-  layer_.videoGravity =
-      gravity == VideoGravity::resize ? AVLayerVideoGravityResize : AVLayerVideoGravityResizeAspect;
+  layer_.videoGravity = gravity == VideoGravity::resize ? AVLayerVideoGravityResize : AVLayerVideoGravityResizeAspect;
 }
 
 void DisplayLayer::setFrame(const Rect& frame) { layer_.frame = nsRect(frame); }

@@ -63,7 +63,7 @@ std::expected<std::unique_ptr<FileHandle>, Error> Files::openForWriting(const st
 
 Result Files::write(const std::string& path, std::string_view bytes) {
   NSError* error = nil;
-  if ([nsData(bytes) writeToURL:fileURL(path) options:NSDataWritingOptions{} error:&error]) return {};
+  if ([nsData(bytes) writeToURL:fileURL(path) options:NSDataWritingOptions {} error:&error]) return {};
   return std::unexpected(fromNSError(error));
 }
 

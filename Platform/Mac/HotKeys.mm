@@ -18,8 +18,8 @@ class PressEvent final : public HotKeyEvent {
 
   [[nodiscard]] std::optional<platform::HotKeyID> hotKeyID() const override {
     EventHotKeyID read{.signature = 0, .id = 0};
-    const OSStatus status = GetEventParameter(event_, kEventParamDirectObject, typeEventHotKeyID, nullptr, sizeof(read),
-                                              nullptr, &read);
+    const OSStatus status =
+        GetEventParameter(event_, kEventParamDirectObject, typeEventHotKeyID, nullptr, sizeof(read), nullptr, &read);
     if (status != noErr) return std::nullopt;
     return platform::HotKeyID{read.signature, read.id};
   }
@@ -70,8 +70,7 @@ std::optional<HotKeyReference> HotKeys::registerHotKey(std::uint32_t keyCode, st
                                                        platform::HotKeyID id) {
   EventHotKeyRef reference = nullptr;
   const EventHotKeyID hotKeyID{.signature = id.signature, .id = id.id};
-  const OSStatus status =
-      RegisterEventHotKey(keyCode, modifiers, hotKeyID, GetApplicationEventTarget(), 0, &reference);
+  const OSStatus status = RegisterEventHotKey(keyCode, modifiers, hotKeyID, GetApplicationEventTarget(), 0, &reference);
   if (status != noErr || reference == nullptr) return std::nullopt;
   return std::bit_cast<HotKeyReference>(reference);
 }

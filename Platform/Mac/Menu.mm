@@ -41,7 +41,7 @@
 // The target of one menu item, which keeps it alive as its represented object.
 @interface QLFMenuTarget : NSObject
 - (instancetype)initWithItem:(std::weak_ptr<const platform::MenuItem>)item;
-- (void)perform:(nullable id)sender;
+- (void)perform:(id)sender;
 @end
 
 @implementation QLFMenuTarget {
@@ -54,7 +54,7 @@
   return self;
 }
 
-- (void)perform:(nullable id)sender {
+- (void)perform:(id)sender {
   if (const auto item = _item.lock()) item->action(*item);
 }
 

@@ -7,7 +7,7 @@
 namespace platform::mac {
 namespace {
 
-std::optional<std::string> optionalString(NSString* _Nullable text) {
+std::optional<std::string> optionalString(NSString* text) {
   if (text == nil) return std::nullopt;
   return stdString(text);
 }

@@ -61,7 +61,7 @@
   if (!responder || !responder->keyDown({event.keyCode})) [super keyDown:event];
 }
 
-- (void)cancelOperation:(nullable id)sender {
+- (void)cancelOperation:(id)sender {
   if (const auto responder = _responder.lock()) responder->cancelOperation();
 }
 

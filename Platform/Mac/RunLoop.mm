@@ -56,7 +56,7 @@ std::shared_ptr<DelayedTask> RunLoop::after(double seconds, Job job) {
 std::shared_ptr<Timer> RunLoop::every(double seconds, Job job) {
   return std::make_shared<RepeatingTimer>([NSTimer scheduledTimerWithTimeInterval:seconds
                                                                           repeats:YES
-                                                                            block:^(NSTimer* timer) {
+                                                                            block:^([[maybe_unused]] NSTimer* timer) {
                                                                               job();
                                                                             }]);
 }

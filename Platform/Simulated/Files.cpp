@@ -32,6 +32,7 @@ class Files::Handle final : public FileHandle {
   }
 
   std::expected<void, Error> write(std::string_view bytes) override {
+    files_.record_.note("files: append " + path_);
     const std::lock_guard lock(files_.mutex_);
     expectOpen("write");
     if (files_.failures_.handleWrite) return failure("The file cannot be written.");

@@ -39,6 +39,7 @@ void HotKeys::removeHandler(HotKeyHandlerReference handler) {
 
 std::optional<HotKeyReference> HotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) {
   record_.call("hot keys: register " + std::to_string(id.id));
+  if (duringRegistration) duringRegistration(id);
   HotKeyRegistration registration{{}, keyCode, modifiers, id};
   const bool isTaken = takenKeyCodes.contains(keyCode) || std::ranges::any_of(registered_, [&](const auto& each) {
                          return each.keyCode == keyCode && each.modifiers == modifiers;

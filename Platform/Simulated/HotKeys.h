@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <set>
 #include <vector>
@@ -32,12 +33,13 @@ class HotKeys final : public platform::HotKeys {
 
   bool refusesHandlers = false;
   std::set<std::uint32_t> takenKeyCodes;  // held by another application
+  // Runs inside every registration, where a desktop may already deliver a press.
+  std::function<void(HotKeyID)> duringRegistration;
 
   // Every attempt, failed ones included; those have no reference (0).
   [[nodiscard]] const std::vector<HotKeyRegistration>& attempts() const { return attempts_; }
   [[nodiscard]] const std::vector<HotKeyRegistration>& registered() const { return registered_; }
   [[nodiscard]] bool hasHandler() const { return handler_ != nullptr; }
-  [[nodiscard]] HotKeyHandler installedHandler() const { return handler_; }
   [[nodiscard]] void* userData() const { return userData_; }
 
   // Absent when nobody registered the combination or nobody listens; else the handler's status.

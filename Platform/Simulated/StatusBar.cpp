@@ -4,6 +4,11 @@
 
 namespace platform::simulated {
 
+void Image::setTemplate(bool isTemplate) {
+  record_.call("image " + name_ + (isTemplate ? ": template" : ": no template"));
+  isTemplate_ = isTemplate;
+}
+
 void StatusButton::setImage(std::shared_ptr<platform::Image> image) {
   auto own = std::dynamic_pointer_cast<Image>(image);
   if (image && !own) misuse("StatusButton::setImage was given an image of another desktop");
@@ -60,7 +65,7 @@ std::shared_ptr<platform::Image> StatusBar::systemSymbol(const std::string& name
                                                          const std::string& accessibilityDescription) {
   record_.call("status bar: symbol " + name);
   if (missingSymbols.contains(name)) return nullptr;
-  return std::make_shared<Image>(name, accessibilityDescription);
+  return std::make_shared<Image>(record_, name, accessibilityDescription);
 }
 
 std::vector<std::shared_ptr<StatusItem>> StatusBar::items() const {

@@ -18,14 +18,16 @@ namespace platform::simulated {
 
 class Image final : public platform::Image {
  public:
-  Image(std::string name, std::string description) : name_(std::move(name)), description_(std::move(description)) {}
-  void setTemplate(bool isTemplate) override { isTemplate_ = isTemplate; }
+  Image(Record& record, std::string name, std::string description)
+      : record_(record), name_(std::move(name)), description_(std::move(description)) {}
+  void setTemplate(bool isTemplate) override;
 
   [[nodiscard]] const std::string& name() const { return name_; }
   [[nodiscard]] const std::string& description() const { return description_; }
   [[nodiscard]] bool isTemplate() const { return isTemplate_; }
 
  private:
+  Record& record_;
   const std::string name_;
   const std::string description_;
   bool isTemplate_ = false;

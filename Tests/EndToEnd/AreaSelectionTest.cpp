@@ -1,6 +1,5 @@
 // Selecting an area with a real mouse: what the screen shows meanwhile, and what is stored in the end.
 
-#include <array>
 #include <cmath>
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
@@ -108,10 +107,12 @@ TEST_P(OnEachDesktop, EscapeCancelsAndTheCoverThatWasOnComesBack) {
   EXPECT_THAT(status(), HasSubstr("\"enabled\": true"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, OnEachDesktop, testing::Values(Kind::bare, Kind::managed, Kind::composited),
-                         [](const auto& kind) {
-                           return std::array{"Bare", "Managed", "Composited"}.at(static_cast<std::size_t>(kind.param));
-                         });
+std::string nameOf(const testing::TestParamInfo<Kind>& kind) {
+  if (kind.param == Kind::bare) return "Bare";
+  return kind.param == Kind::managed ? "Managed" : "Composited";
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, OnEachDesktop, testing::Values(Kind::bare, Kind::managed, Kind::composited), nameOf);
 
 TEST_F(AreaSelection, TheInstructionStandsInTheMiddleBelowTheTopEdge) {
   start(solidOff);
@@ -149,8 +150,7 @@ TEST_F(AreaSelection, AScreenLeftOfAndBelowThePrimaryOneHasNegativeCoordinates) 
   start(solidOff);
   EXPECT_EQ(run({"select-area"}).status, 0);
   const std::uint32_t dimmed = under(0.38, boardColor);
-  ASSERT_TRUE(
-      shows([&](const Picture& s) { return isColor(s, 3, 797, dimmed) && isColor(s, 1276, 3, dimmed); }));
+  ASSERT_TRUE(shows([&](const Picture& s) { return isColor(s, 3, 797, dimmed) && isColor(s, 1276, 3, dimmed); }));
   EXPECT_TRUE(isColor(client_.screenshot(), 1276, 797, boardColor)) << "No screen shows this corner.";
   input_.drag(400, 700, 100, 450);
   EXPECT_TRUE(isStored("{{-540, -100}, {300, 250}}")) << support::readFile(quillfade().settingsPath());

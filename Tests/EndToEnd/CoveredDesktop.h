@@ -45,7 +45,7 @@ class CoveredDesktop : public testing::Test {
 
   // Lines that cross the edges of the area.
   static std::vector<support::Stroke> crossingStrokes();
-  // Starts gromit-mpx and draws them; waits until they show outside of `covered`.
+  // Starts gromit-mpx and draws them; waits until they show below the area.
   void drawInk();
 
   [[nodiscard]] bool shows(const std::function<bool(const Picture&)>& condition,

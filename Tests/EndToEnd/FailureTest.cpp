@@ -35,11 +35,10 @@ TEST(Incapable, AServerWithoutOffScreenWindowsGetsTheFailureTextAndTheLogSaysWhy
   const support::XServer server({.arguments = {"-extension", "Composite"}});
   support::XClient client(server.display());
   support::QuillfadeProgram quillfade(QUILLFADE_EXECUTABLE, server.display());
-  const auto failureLogged = [&] {
-    return std::ranges::any_of(quillfade.messages(),
-                               [](const std::string& line) { return line.starts_with("stream start failed: "); });
-  };
-  ASSERT_TRUE(support::waitUntil(failureLogged)) << quillfade.process().output();
+  const std::string sentence = "This display lacks the X extension Composite, without which nothing can be captured.";
+  ASSERT_TRUE(quillfade.waitForMessage("stream start failed: " + sentence)) << support::readFile(quillfade.logPath());
+  EXPECT_TRUE(quillfade.waitForMessage("exclusion refresh failed: " + sentence, 2))
+      << support::readFile(quillfade.logPath());
   EXPECT_EQ(quillfade.messages().front(), "show region=520x340 at 240,240 permission=false");
   // White text at 65 % on black, nothing else being on this screen. It starts where no shorter text would.
   const PixelRect firstWord{area.x + 30, area.y + area.height / 2 - 15, 60, 30};

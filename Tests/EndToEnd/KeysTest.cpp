@@ -1,6 +1,7 @@
 // The four key combinations, pressed while another program has the keyboard.
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
+#include "Tests/Support/Reply.h"
 
 namespace endtoend {
 namespace {
@@ -48,7 +49,7 @@ TEST_F(Keys, DHidesAnnotationsBehindTheLiveCover) {
 
 TEST_F(Keys, TheyWorkWhateverLocksAreOn) {
   start(solidOff);
-  for (const support::KeySymbol lock : {XK_Num_Lock, XK_Caps_Lock, XK_Num_Lock}) {
+  for (const support::KeySymbol lock : std::initializer_list<support::KeySymbol>{XK_Num_Lock, XK_Caps_Lock, XK_Num_Lock}) {
     const int before = locks();
     input_.press(lock);
     ASSERT_TRUE(support::waitUntil([&] { return locks() != before; })) << "The lock does not change.";

@@ -5,16 +5,16 @@
 namespace endtoend {
 namespace {
 
-class SolidCover : public CoveredDesktop {};
+class SolidCover : public CoveredDesktop {
+ protected:
+  static bool isOneColor(const Picture& part) { return part == Picture(part.width(), part.height(), part.at(0, 0)); }
+};
 
 TEST_F(SolidCover, EverythingInsideIsOneColourAndEverythingOutsideStays) {
   drawInk();
   const Picture inked = client_.screenshot();
   const support::QuillfadeProgram quillfade(QUILLFADE_EXECUTABLE, server_.display(),
                                             {.settings = R"({"style": 1, "outline": false})"});
-  const auto isOneColor = [](const Picture& part) {
-    return part == Picture(part.width(), part.height(), part.at(0, 0));
-  };
   EXPECT_TRUE(shows([&](const Picture& screen) { return isOneColor(screen.cropped(area)); }));
   const Picture covered = client_.screenshot();
   EXPECT_EQ(covered.differences(inked), covered.differences(inked, area));
@@ -31,11 +31,20 @@ TEST_F(SolidCover, AClickReachesTheWindowBeneath) {
 }
 
 TEST_F(SolidCover, TheDemonstrationIsRememberedForTheNextStart) {
-  const auto& quillfade = cover();
-  EXPECT_TRUE(support::waitUntil([&] {
-    const std::string settings = support::readFile(quillfade.settingsPath());
-    return settings.contains("{{240, 240}, {520, 340}}") && settings.contains("\"enabled\"");
-  })) << support::readFile(quillfade.settingsPath());
+  const Picture open = client_.screenshot();
+  const auto coversTheArea = [&](const Picture& screen) { return isOneColor(screen.cropped(inside)); };
+  const support::PrivateHome home;
+  support::writeFile(home.configuration() / "quillfade/settings.json", R"({"style": 1})");
+  auto environment = home.environment(server_.display());
+  environment["QUILLFADE_DEMO"] = "1";
+  {
+    const support::ChildProcess first({QUILLFADE_EXECUTABLE}, environment);
+    ASSERT_TRUE(shows(coversTheArea));
+  }
+  ASSERT_TRUE(shows([&](const Picture& screen) { return screen == open; }));
+  environment.erase("QUILLFADE_DEMO");
+  const support::ChildProcess second({QUILLFADE_EXECUTABLE}, environment);
+  EXPECT_TRUE(shows(coversTheArea));
 }
 
 }  // namespace

@@ -551,7 +551,7 @@ TEST_F(CaptureStreamTest, AMissingExtensionIsASentence) {
   const Result result = start(*stream);
   ASSERT_FALSE(result.has_value());
   EXPECT_EQ(result.error().localizedDescription,
-            "The display server lacks Composite, an extension that live pictures need.");
+            "This display lacks the X extension Composite, without which nothing can be captured.");
 }
 
 TEST_F(CaptureStreamTest, AnEmptyOrEndlessAreaIsASentence) {

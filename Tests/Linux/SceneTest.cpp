@@ -7,7 +7,6 @@
 
 #include <atomic>
 #include <optional>
-#include <random>
 #include <thread>
 #include <vector>
 
@@ -20,7 +19,6 @@
 namespace platform::x11 {
 namespace {
 
-using support::WindowOptions;
 using support::XClient;
 using support::XServer;
 

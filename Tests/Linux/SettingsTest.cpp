@@ -1,9 +1,14 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 
 #include "Platform/Linux/Desktop/AtomicFile.h"
 #include "Platform/Linux/Desktop/SettingsFile.h"
@@ -50,6 +55,35 @@ class SettingsTest : public ::testing::Test {
   support::TemporaryDirectory directory;
   fs::path path = directory.path() / "configuration/quillfade/settings.json";
 };
+
+struct Outcome {
+  int status = 0;      // as waitpid gives it
+  std::string errors;  // what went to standard error
+};
+
+// Runs `action` in a process of its own, in which no file grows beyond so many bytes; the process ends with 0 when
+// `action` returns true. Its standard error is a pipe, to which the limit does not apply.
+Outcome withFilesNoLargerThan(rlim_t bytes, const std::function<bool()>& action) {
+  std::array<int, 2> ends{};
+  EXPECT_EQ(::pipe(ends.data()), 0);
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const rlimit limit{bytes, bytes};
+    // Ignored, the signal leaves the write to fail with an error.
+    const bool isSet = ::dup2(ends[1], STDERR_FILENO) >= 0 && ::setrlimit(RLIMIT_FSIZE, &limit) == 0 &&
+                       std::signal(SIGXFSZ, SIG_IGN) != SIG_ERR;
+    ::_exit(isSet && action() ? 0 : 1);
+  }
+  ::close(ends[1]);
+  Outcome outcome;
+  std::array<char, 4096> buffer{};
+  for (ssize_t count; (count = ::read(ends[0], buffer.data(), buffer.size())) > 0;) {
+    outcome.errors.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+  ::close(ends[0]);
+  EXPECT_EQ(::waitpid(child, &outcome.status, 0), child);
+  return outcome;
+}
 
 // Sets a variable for the life of the object.
 class Variable {
@@ -165,6 +199,23 @@ TEST_F(SettingsTest, ADirectoryThatCannotBeMadeStopsNothing) {
   // Not even the superuser makes directories there.
   path = "/proc/quillfade/settings.json";
   expectHoldsWithoutSaving();
+}
+
+TEST_F(SettingsTest, AWriteThatFailsPartWayLeavesTheOldFileAndNothingElse) {
+  const std::string old = R"({"style": 1})";
+  writeFile(path, old);
+  const std::string large(64 * 1024, 'x');
+  const Outcome outcome = withFilesNoLargerThan(1000, [&] {
+    SettingsFile settings = open();
+    settings.set("large", large);
+    settings.set("enabled", true);
+    return settings.object("large") == SettingValue(large) && settings.object("enabled") == SettingValue(true);
+  });
+  EXPECT_TRUE(WIFEXITED(outcome.status) && WEXITSTATUS(outcome.status) == 0) << outcome.status;
+  EXPECT_EQ(readFile(path), old);
+  EXPECT_EQ(filesInDirectory(), 1U);
+  EXPECT_EQ(linesIn(outcome.errors), 1) << outcome.errors;
+  EXPECT_NE(outcome.errors.find("Could not write " + path.string()), std::string::npos) << outcome.errors;
 }
 
 TEST_F(SettingsTest, ALinkIsFollowedAndStaysALink) {

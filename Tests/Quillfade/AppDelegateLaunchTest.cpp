@@ -51,15 +51,24 @@ TEST_F(AppDelegateLaunch, FourHotKeysAreRegistered) {
   EXPECT_THAT(delegate->hotKeys()->refs(), SizeIs(4));
 }
 
+TEST_F(AppDelegateLaunch, TheHotKeysAreKeptOnlyOnceAllFourAreBound) {
+  std::vector<bool> kept;
+  desktop.hotKeys().duringRegistration = [&](platform::HotKeyID) { kept.push_back(delegate->hotKeys() != nullptr); };
+  launch();
+  EXPECT_THAT(kept, ElementsAre(false, false, false, false));
+  EXPECT_NE(delegate->hotKeys(), nullptr);
+}
+
 TEST_F(AppDelegateLaunch, TheStepsComeInTheirOrder) {
   launch();
-  EXPECT_THAT(desktop.record().entries(),
-              ElementsAre("application: activation policy 1", "status bar: make item", "status bar: symbol pencil",
-                          "status button: image pencil", "status button: tooltip Quillfade", "status bar: make menu",
-                          "menu: set delegate", "status item: set menu", "hot keys: install handler",
-                          "hot keys: register 1", "hot keys: register 2", "hot keys: register 3",
-                          "hot keys: register 4", "screens: observe changes", "status bar: symbol pencil",
-                          "status button: image pencil", std::string("status button: tooltip ") + idleText));
+  EXPECT_THAT(
+      desktop.record().entries(),
+      ElementsAre("application: activation policy 1", "status bar: make item", "status bar: symbol pencil",
+                  "status button: image pencil", "image pencil: template", "status button: tooltip Quillfade",
+                  "status bar: make menu", "menu: set delegate", "status item: set menu", "hot keys: install handler",
+                  "hot keys: register 1", "hot keys: register 2", "hot keys: register 3", "hot keys: register 4",
+                  "screens: observe changes", "status bar: symbol pencil", "image pencil: template",
+                  "status button: image pencil", std::string("status button: tooltip ") + idleText));
 }
 
 TEST_F(AppDelegateLaunch, RestoringAndTheDemonstrationComeLast) {

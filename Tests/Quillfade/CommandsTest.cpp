@@ -113,12 +113,27 @@ TEST_F(ShowOutline, OnlyFlipsTheSettingWhileTheCoverIsOff) {
 }
 
 TEST_F(ShowOutline, RebuildsACoverThatIsOn) {
-  launchWithCoverOn(CoverStyle::solid);
-  EXPECT_THAT(shownWindows().front()->contentView->subviews(), SizeIs(1));
+  for (const CoverStyle style : {CoverStyle::live, CoverStyle::solid}) {
+    launchWithCoverOn(style);
+    const auto outlined = shownWindows().front()->contentView->subviews().size();
+    delegate->toggleOutline();
+    EXPECT_TRUE(overlay().isEnabled());
+    ASSERT_THAT(shownWindows(), SizeIs(1));
+    EXPECT_THAT(shownWindows().front()->contentView->subviews(), SizeIs(outlined - 1));
+    delegate->toggleOutline();
+    overlay().setEnabled(false);
+  }
+}
+
+TEST_F(ShowOutline, SwitchesACoverThatIsOnOffAndOnAgain) {
+  launchWithCoverOn();
+  const std::size_t before = desktop.settings().writes().size();
   delegate->toggleOutline();
-  EXPECT_TRUE(overlay().isEnabled());
-  EXPECT_THAT(shownWindows(), SizeIs(1));
-  EXPECT_THAT(shownWindows().front()->contentView->subviews(), IsEmpty());
+  EXPECT_THAT(overlay().liveMirrors(), SizeIs(1));
+  using Write = std::pair<std::string, platform::SettingValue>;
+  const std::vector<Write> writes(desktop.settings().writes().begin() + static_cast<std::ptrdiff_t>(before),
+                                  desktop.settings().writes().end());
+  EXPECT_THAT(writes, ElementsAre(Write{"outline", false}, Write{"enabled", false}, Write{"enabled", true}));
 }
 
 using LaunchAtLogin = CommandsTest;

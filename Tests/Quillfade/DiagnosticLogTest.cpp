@@ -100,6 +100,22 @@ TEST_F(DiagnosticLogTest, AFullDiskLosesTheLineAndKeepsTheFile) {
   EXPECT_EQ(desktop.files().openHandleCount(), 0);
 }
 
+TEST_F(DiagnosticLogTest, AFileThatOpensButCannotBeAppendedToLosesTheLineAndKeepsWhatItHas) {
+  for (const simulated::FileFailures& failures :
+       {simulated::FileFailures{.seek = true}, simulated::FileFailures{.handleWrite = true}}) {
+    desktop.files().put(std::string(logPath), "earlier content\n");
+    desktop.files().fail(failures);
+    log.log("lost");
+    EXPECT_EQ(file(), "earlier content\n");
+    EXPECT_EQ(desktop.files().openHandleCount(), 0);
+    desktop.files().fail({});
+    log.log("kept");
+    EXPECT_TRUE(file()->starts_with("earlier content\n["));
+    EXPECT_TRUE(file()->ends_with("] kept\n"));
+    EXPECT_FALSE(file()->contains("lost"));
+  }
+}
+
 TEST_F(DiagnosticLogTest, AFailureToCloseIsIgnored) {
   log.log("one");
   desktop.files().fail({.close = true});

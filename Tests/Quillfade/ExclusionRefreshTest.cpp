@@ -170,6 +170,19 @@ TEST_F(ExclusionRefresh, WithoutAScreenNothingIsAskedFor) {
   EXPECT_EQ(requestCount(), 1U);
 }
 
+TEST_F(ExclusionRefresh, TheScreenIsTheOneThereWasWhenTheContentWasAskedFor) {
+  showAndStart();
+  desktop.capture().contentAnswering.isHeld = true;
+  tick();
+  // An overlay that is large on the old screen and small on the new one.
+  openOverlay(7);
+  desktop.arrangeScreens({{{{0, 0}, {9000, 9000}}, 1, 2}});
+  contentRequest(1)->answer(desktop.capture().content);
+  desktop.runLoop().settle();
+  EXPECT_EQ(countLogged(restarting), 1U);
+  EXPECT_EQ(mirror->currentExclusionKey(), "7");
+}
+
 TEST_F(ExclusionRefresh, TicksStopWhenTheMirrorHides) {
   showAndStart();
   mirror->hide();
@@ -194,7 +207,7 @@ TEST_F(ExclusionRefresh, ShowingTwiceLeavesOneTimer) {
   EXPECT_TRUE(timers.front()->inCommonModes);
 }
 
-TEST_F(ExclusionRefresh, ARefreshUnderWayWhenTheMirrorHidesStartsNothing) {
+TEST_F(ExclusionRefresh, ARefreshUnderWayWhenTheMirrorHidesGoesToItsEndButItsRestartDoesNot) {
   showAndStart();
   desktop.capture().contentAnswering.isHeld = true;
   tick();
@@ -203,6 +216,9 @@ TEST_F(ExclusionRefresh, ARefreshUnderWayWhenTheMirrorHidesStartsNothing) {
   contentRequest(1)->answer(desktop.capture().content);
   desktop.capture().contentAnswering.isHeld = false;
   desktop.runLoop().settle();
+  EXPECT_EQ(mirror->currentExclusionKey(), "7");
+  EXPECT_EQ(logMessages().back(), restarting);
+  EXPECT_EQ(requestCount(), 3U);
   EXPECT_EQ(streams().size(), 1U);
   EXPECT_THAT(desktop.capture().runningStreams(), IsEmpty());
 }

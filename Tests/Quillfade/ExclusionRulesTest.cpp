@@ -92,8 +92,8 @@ TEST(ExclusionRules, EveryEntryOfTheTableIsAConferencingProgram) {
 }
 
 TEST(ExclusionRules, AFragmentAnywhereMakesAConferencingProgram) {
-  for (const char* owner : {"org.sample.SlackBridge", "org.sample.myzoomer", "TEAMS", "x.webex", "org.DisCord.canary",
-                            "com.apple.screencaptureui"}) {
+  for (const char* owner : {"org.sample.SlackBridge", "org.sample.Skype2", "org.sample.myzoomer", "TEAMS", "x.webex",
+                            "org.DisCord.canary", "com.apple.screencaptureui"}) {
     EXPECT_TRUE(isLeftOut(covering(0.5, owner, 1))) << owner;
   }
   for (const char* owner : {"org.sample.slac.k", "org.sample.notes", ""}) {
@@ -103,6 +103,9 @@ TEST(ExclusionRules, AFragmentAnywhereMakesAConferencingProgram) {
 
 TEST(ExclusionRules, LowercasingCoversEveryCharacterThatCanMatter) {
   EXPECT_TRUE(isLeftOut(covering(0.5, "org.slac\xE2\x84\xAA", 1)));  // the Kelvin sign is a capital k
+  // A capital I with a dot becomes an i and a combining dot, so what stands after it is no neighbour of the i.
+  EXPECT_TRUE(isLeftOut(covering(0.5, "SCREENCAPTUREU\xC4\xB0", 1)));
+  EXPECT_FALSE(isLeftOut(covering(0.5, "D\xC4\xB0SCORD", 1)));
 }
 
 TEST(ExclusionRules, AWindowWithoutAnOwnerFallsUnderTheHighLayerRuleOnly) {

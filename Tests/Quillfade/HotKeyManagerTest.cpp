@@ -94,30 +94,9 @@ TEST_F(HotKeyManagerTest, TheActionIsKeptThoughTheKeyIsTaken) {
 }
 
 TEST_F(HotKeyManagerTest, TheActionIsStoredBeforeTheKeyIsRegistered) {
-  // A desktop that delivers a press from inside the registration finds the action there.
-  class EagerHotKeys final : public platform::HotKeys {
-   public:
-    explicit EagerHotKeys(simulated::HotKeys& inner) : inner_(inner) {}
-    std::optional<platform::HotKeyHandlerReference> installHandler(platform::HotKeyHandler handler,
-                                                                   void* data) override {
-      return inner_.installHandler(handler, data);
-    }
-    void removeHandler(platform::HotKeyHandlerReference handler) override { inner_.removeHandler(handler); }
-    std::optional<platform::HotKeyReference> registerHotKey(std::uint32_t, std::uint32_t, HotKeyID id) override {
-      inner_.send(id);
-      return std::nullopt;
-    }
-    void unregisterHotKey(platform::HotKeyReference reference) override { inner_.unregisterHotKey(reference); }
-
-   private:
-    simulated::HotKeys& inner_;
-  };
-  manager = nullptr;
-  EagerHotKeys eager(keys);
-  manager = std::make_shared<HotKeyManager>(eager);
+  keys.duringRegistration = [this](HotKeyID id) { keys.send(id); };
   bind(2, "d");
   EXPECT_THAT(ran, ElementsAre("d"));
-  manager = nullptr;
 }
 
 TEST_F(HotKeyManagerTest, AForeignSignatureStillRunsTheActionOfItsNumber) {

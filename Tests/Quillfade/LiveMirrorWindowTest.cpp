@@ -1,5 +1,3 @@
-#include <cmath>
-
 #include "Tests/Quillfade/MirrorTest.h"
 
 namespace quillfade {
@@ -219,8 +217,11 @@ TEST_F(LiveMirrorWindow, ACaptureThatNeverStartsLeavesTheWaitingText) {
 using LiveMirrorWindowDeathTest = LiveMirrorWindow;
 
 TEST_F(LiveMirrorWindowDeathTest, ARegionThatDoesNotFitWholeNumbersEndsTheProcess) {
-  EXPECT_DEATH(mirror->show({{0, 0}, {1e300, 50}}, false), "fatal error");
-  EXPECT_DEATH(mirror->show({{0, std::nan("")}, {50, 50}}, false), "");
+  // One number of the log line at a time.
+  for (const Rect& rect : {Rect{{0, 0}, {1e300, 50}}, Rect{{0, 0}, {50, 1e300}}, Rect{{-1e300, 0}, {50, 50}},
+                           Rect{{0, -1e300}, {50, 50}}}) {
+    EXPECT_DEATH(mirror->show(rect, false), "fatal error: a size or position");
+  }
 }
 
 }  // namespace

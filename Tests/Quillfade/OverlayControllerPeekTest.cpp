@@ -70,6 +70,15 @@ TEST_F(Peek, IsCancelledBySwitchingOn) {
   EXPECT_THAT(shownWindows(), SizeIs(1));
 }
 
+TEST_F(Peek, IsCancelledByARefusalToSwitchOn) {
+  switchedOn(CoverStyle::live);
+  controller->peek();
+  desktop.arrangeScreens({});
+  controller->setEnabled(true);
+  EXPECT_FALSE(controller->isEnabled());
+  EXPECT_THAT(desktop.runLoop().liveDelayedTasks(), IsEmpty());
+}
+
 TEST_F(Peek, DoesNothingOnceTheControllerIsGone) {
   switchedOn(CoverStyle::live);
   controller->peek();

@@ -87,6 +87,20 @@ TEST_F(OverlayControllerState, RestoringSwitchesAStoredCoverOn) {
   EXPECT_THAT(writtenKeys(), ElementsAre("enabled"));
 }
 
+TEST_F(OverlayControllerState, RestoringTakesWhateverAffirmsForOn) {
+  const std::vector<std::pair<SettingValue, bool>> cases{
+      {integer(1), true},  {integer(2), true},         {std::string("YES"), true},
+      {integer(0), false}, {std::string("no"), false},
+  };
+  store("region", "{{100, 100}, {800, 600}}");
+  for (const auto& [value, isOn] : cases) {
+    store("enabled", value);
+    make().restore();
+    EXPECT_EQ(controller->isEnabled(), isOn) << testing::PrintToString(value);
+    controller = nullptr;
+  }
+}
+
 TEST_F(OverlayControllerState, RestoringWithoutARegionLeavesTheCoverOffAndTheStoreAsItIs) {
   store("enabled", true);
   make().restore();
@@ -122,6 +136,44 @@ TEST_F(OverlayControllerState, SwitchingOnStoresItAndTellsAfterwards) {
   });
   controller->setEnabled(true);
   EXPECT_TRUE(sawEverything);
+}
+
+TEST_F(OverlayControllerState, SwitchingOnStoresItBeforeTheCoverIsPresented) {
+  for (const CoverStyle style : {CoverStyle::live, CoverStyle::solid}) {
+    make().setStyle(style);
+    controller->setRegion(region);
+    const std::string nextWindow = "window " + std::to_string(desktop.windows().made().size() + 1);
+    desktop.record().clear();
+    controller->setEnabled(true);
+    EXPECT_LT(placeOf("settings: enabled"), placeOf(nextWindow + ": make"));
+    controller->setEnabled(false);
+  }
+}
+
+TEST_F(OverlayControllerState, SwitchingOffStoresItBeforeTheCoverIsHidden) {
+  for (const CoverStyle style : {CoverStyle::live, CoverStyle::solid}) {
+    switchedOn(style);
+    const std::string window = "window " + std::to_string(desktop.windows().made().size());
+    desktop.record().clear();
+    controller->setEnabled(false);
+    EXPECT_LT(placeOf("settings: enabled"), placeOf(window + ": order out"));
+  }
+}
+
+TEST_F(OverlayControllerState, ARefusalIsStoredBeforeTheCoverIsHidden) {
+  switchedOn(CoverStyle::live);
+  desktop.arrangeScreens({});
+  desktop.record().clear();
+  controller->setEnabled(true);
+  EXPECT_LT(placeOf("settings: enabled"), placeOf("window 1: order out"));
+}
+
+TEST_F(OverlayControllerState, ANewRegionIsStoredBeforeTheOldCoverIsHiddenAndTheNewOneShown) {
+  switchedOn(CoverStyle::live);
+  desktop.record().clear();
+  controller->setRegion({{0, 0}, {200, 200}});
+  EXPECT_LT(placeOf("settings: region"), placeOf("window 1: order out"));
+  EXPECT_LT(placeOf("window 1: order out"), placeOf("window 2: make"));
 }
 
 TEST_F(OverlayControllerState, SwitchingOnWithoutARegionIsRefused) {

@@ -21,13 +21,11 @@ class DesktopApplication : public Application {
 
   void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override { delegate_ = std::move(delegate); }
   // Nothing here has a place among running applications whatever the policy: only its dialogs ever show.
-  void setActivationPolicy(ActivationPolicy policy) override { policy_ = policy; }
+  void setActivationPolicy(ActivationPolicy /*policy*/) override {}
   void run() override;
   // Brings its dialogs to the front. Windows that open later come to the front by themselves.
   void activateIgnoringOtherApps() override;
   void terminate() override;
-
-  [[nodiscard]] ActivationPolicy activationPolicy() const { return policy_; }
 
  private:
   std::vector<char*> arguments_;  // Qt keeps a reference to both
@@ -35,7 +33,6 @@ class DesktopApplication : public Application {
   std::optional<QApplication> application_;
   std::optional<TerminationSignals> signals_;
   std::weak_ptr<ApplicationDelegate> delegate_;
-  ActivationPolicy policy_ = ActivationPolicy::regular;
 };
 
 }  // namespace platform::x11

@@ -1,12 +1,10 @@
 // This process, as it sees itself.
 #pragma once
 
+#include "Platform/Linux/ApplicationIdentifier.h"
 #include "Platform/Process.h"
 
 namespace platform::x11 {
-
-// One name for the process everywhere: desktop entry, autostart entry, bus names, capture records.
-inline constexpr const char* applicationIdentifier = "org.quillfade.Quillfade";
 
 class DesktopProcess : public Process {
  public:

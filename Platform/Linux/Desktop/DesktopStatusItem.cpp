@@ -36,8 +36,7 @@ void DesktopStatusItem::hostVanished() {
 void DesktopStatusItem::setImage(std::shared_ptr<Image> image) {
   if (image_) image_->setListener({});
   image_ = std::dynamic_pointer_cast<SymbolImage>(std::move(image));
-  if (!image_) qFatal("This image belongs to another desktop.");
-  image_->setListener([this] { draw(); });
+  if (image_) image_->setListener([this] { draw(); });
   draw();
 }
 

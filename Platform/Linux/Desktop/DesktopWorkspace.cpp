@@ -9,6 +9,7 @@
 #include "Platform/Linux/Desktop/SettingsPrograms.h"
 #include "Platform/Linux/Desktop/UserDirectories.h"
 #include "Platform/Linux/Desktop/WindowActivation.h"
+#include "Platform/Linux/X11/Connection.h"
 
 namespace platform::x11 {
 
@@ -22,15 +23,6 @@ bool start(const std::vector<std::string>& command) {
   return QProcess::startDetached(program, arguments);
 }
 
-std::string listed(const std::vector<std::string>& names) {
-  std::string text;
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    if (i > 0) text += i + 1 == names.size() ? " and " : ", ";
-    text += names[i];
-  }
-  return text;
-}
-
 }  // namespace
 
 std::string explanationOf(const std::vector<std::string>& missingExtensions) {
@@ -38,7 +30,7 @@ std::string explanationOf(const std::vector<std::string>& missingExtensions) {
     return "No settings program was found on this desktop. Nothing that the live view needs is missing on this "
            "display.";
   const bool isOne = missingExtensions.size() == 1;
-  return "The live view needs the X extension" + std::string(isOne ? " " : "s ") + listed(missingExtensions) +
+  return "The live view needs the X extension" + std::string(isOne ? " " : "s ") + enumerated(missingExtensions) +
          ", which this display does not offer. Switch " + (isOne ? "it" : "them") +
          " on in the X server's configuration, or log in to a session on an X.Org server.";
 }

@@ -8,23 +8,26 @@
 #include <limits>
 #include <utility>
 
+#include "Platform/Linux/ApplicationIdentifier.h"
+
 namespace platform::x11 {
 namespace {
 
-const QString busName = QStringLiteral("org.quillfade.Quillfade");
-const QString objectPath = QStringLiteral("/org/quillfade/Quillfade");
-const QString interfaceName = QStringLiteral("org.quillfade.Quillfade");
+const QString busName = QString::fromLatin1(applicationIdentifier);
+const QString objectPath = '/' + QString{busName}.replace('.', '/');
+const QString interfaceName = busName;
 const QString runMethod = QStringLiteral("Run");
 const QString runSignature = QStringLiteral("as");
 
-const QString introspection = QStringLiteral(R"(  <interface name="org.quillfade.Quillfade">
+const QString introspection = QStringLiteral(R"(  <interface name="%1">
     <method name="Run">
       <arg name="arguments" type="as" direction="in"/>
       <arg name="status" type="i" direction="out"/>
       <arg name="output" type="s" direction="out"/>
     </method>
   </interface>
-)");
+)")
+                                  .arg(interfaceName);
 
 }  // namespace
 

@@ -20,13 +20,6 @@ constexpr int mostEventsAtOnce = 1000;
 
 constexpr std::chrono::milliseconds longestWaitForAnswer{20};
 
-std::string missingExtensionsSentence(const std::vector<std::string>& names) {
-  std::string sentence = "The display server lacks ";
-  for (std::size_t index = 0; index < names.size(); ++index) sentence += (index == 0 ? "" : ", ") + names[index];
-  return sentence +
-         (names.size() == 1 ? ", an extension that live pictures need." : ", extensions that live pictures need.");
-}
-
 timespec toTimespec(std::chrono::nanoseconds duration) {
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(duration);
   return {seconds.count(), (duration - seconds).count()};
@@ -50,7 +43,7 @@ std::expected<std::unique_ptr<CaptureSession>, Error> CaptureSession::open(const
   if (!buffer) return std::unexpected(buffer.error());
   std::unique_ptr<CaptureSession> session(
       new CaptureSession(settings, connection, std::move(*buffer), std::move(wakeup)));
-  if (session->isLost()) return std::unexpected(Error{"The connection to the display server was lost."});
+  if (session->isLost()) return std::unexpected(Error{connectionLostSentence});
   return session;
 }
 

@@ -107,8 +107,7 @@ class CaptureStream::Worker {
   }
 
   void reportLoss() {
-    if (const auto delegate = delegate_.lock())
-      delegate->streamDidStop({"The connection to the display server was lost."});
+    if (const auto delegate = delegate_.lock()) delegate->streamDidStop({connectionLostSentence});
   }
 
   const CaptureStreamSettings settings_;

@@ -5,27 +5,10 @@
 
 namespace platform::x11 {
 
-namespace {
-
-std::int32_t pixelsOf(double points, double scale) {
-  constexpr double farthestPixel = 1 << 20;
-  const double pixels = std::round(points * scale);
-  return std::isnan(pixels) ? 0 : static_cast<std::int32_t>(std::clamp(pixels, -farthestPixel, farthestPixel));
-}
-
-std::int32_t extentOf(std::int64_t pixels) {
-  constexpr std::int64_t largest = 1 << 20;
-  return static_cast<std::int32_t>(std::clamp<std::int64_t>(pixels, 0, largest));
-}
-
-}  // namespace
-
 CaptureStreamSettings captureStreamSettings(const StreamConfiguration& configuration, const ScreenGeometry& display) {
   CaptureStreamSettings settings;
   // Frames show the screen pixel by pixel, so the size in pixels rules and the source only says where.
-  settings.source = {display.pixels.x + pixelsOf(configuration.sourceRect.x, display.scale),
-                     display.pixels.y + pixelsOf(configuration.sourceRect.y, display.scale),
-                     extentOf(configuration.width), extentOf(configuration.height)};
+  settings.source = capturedPixels(configuration.sourceRect, configuration.width, configuration.height, display);
   const MediaTime interval = configuration.minimumFrameInterval;
   if (interval.value > 0 && interval.timescale > 0) {
     const double seconds = static_cast<double>(interval.value) / interval.timescale;

@@ -75,8 +75,10 @@ std::array<Version, extensionCount> queryVersions(const Connection& connection) 
 }
 
 void logError(const xcb_generic_error_t& error) {
-  std::fprintf(stderr, "quillfade: unexpected X error %u of request %u.%u, resource 0x%x\n", error.error_code,
-               error.major_code, error.minor_code, error.resource_id);
+  std::fprintf(stderr,
+               "quillfade: The display server refused request %u.%u about 0x%x (error %u). This is a bug of Quillfade; "
+               "please report it.\n",
+               error.major_code, error.minor_code, error.resource_id, error.error_code);
 }
 
 std::string unreachableSentence(const std::string& displayName) {
@@ -98,7 +100,7 @@ std::expected<std::unique_ptr<Connection>, Error> Connection::open(const std::st
   xcb_screen_iterator_t screen = xcb_setup_roots_iterator(xcb_get_setup(connection));
   for (int skipped = 0; skipped < screenNumber && screen.rem > 1; ++skipped) xcb_screen_next(&screen);
   std::unique_ptr<Connection> opened(new Connection(connection, screenNumber, screen.data));
-  if (opened->isBroken()) return std::unexpected(Error{"The connection to the display server was lost."});
+  if (opened->isBroken()) return std::unexpected(Error{connectionLostSentence});
   return opened;
 }
 
@@ -242,6 +244,20 @@ void Connection::removeRootEvents(std::uint32_t mask) {
 
 void Connection::selectRootEvents() {
   xcb_change_window_attributes(connection_, root(), XCB_CW_EVENT_MASK, &rootEventMask_);
+}
+
+std::string enumerated(const std::vector<std::string>& names) {
+  std::string text;
+  for (std::size_t index = 0; index < names.size(); ++index) {
+    if (index > 0) text += index + 1 == names.size() ? " and " : ", ";
+    text += names[index];
+  }
+  return text;
+}
+
+std::string missingExtensionsSentence(const std::vector<std::string>& missing) {
+  return "This display lacks the X extension" + std::string{missing.size() == 1 ? " " : "s "} + enumerated(missing) +
+         ", without which nothing can be captured.";
 }
 
 }  // namespace platform::x11

@@ -121,4 +121,11 @@ class Connection {
   ErrorHandler unexpectedError_;
 };
 
+// Why nothing can be captured: one sentence for a person. `missing` names one extension at least.
+[[nodiscard]] std::string missingExtensionsSentence(const std::vector<std::string>& missing);
+// "A", "A and B", "A, B and C".
+[[nodiscard]] std::string enumerated(const std::vector<std::string>& names);
+
+inline constexpr const char* connectionLostSentence = "The connection to the display server was lost.";
+
 }  // namespace platform::x11

@@ -4,6 +4,8 @@
 #include <array>
 #include <cstddef>
 
+#include "Platform/Linux/ApplicationIdentifier.h"
+
 namespace platform::x11 {
 
 namespace {
@@ -129,7 +131,7 @@ std::size_t sequenceLength(std::string_view bytes) {
 }  // namespace
 
 std::optional<std::string> ownerIdentifier(const WindowProperties& window) {
-  if (window.isOwn) return std::string(ownIdentifier);
+  if (window.isOwn) return applicationIdentifier;
   for (const std::string_view name : names(window)) {
     const auto known = std::ranges::find_if(
         knownOwners, [&](const KnownOwner& owner) { return equalIgnoringAsciiCase(trimmed(name), owner.name); });

@@ -18,9 +18,6 @@
 
 namespace platform::x11 {
 
-// The identifier of this program, as its own windows' owner.
-inline constexpr std::string_view ownIdentifier = "org.quillfade.Quillfade";
-
 namespace layers {
 inline constexpr std::int64_t below = -1;  // desktops, and windows kept below the ordinary ones
 inline constexpr std::int64_t ordinary = 0;

@@ -127,7 +127,7 @@ void OverlayWindow::orderFront(std::optional<xcb_window_t> below) {
   xcb_configure_window(connection_.get(), window_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
   if (below) {
     const std::array<std::uint32_t, 2> values{*below, XCB_STACK_MODE_BELOW};
-    connection_.ignoreErrors(xcb_configure_window_checked(
+    connection_.ignoreErrors(xcb_configure_window(
         connection_.get(), window_, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values.data()));
   }
   if (std::exchange(isShown_, true)) return;

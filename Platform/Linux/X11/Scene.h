@@ -45,9 +45,9 @@ class Scene {
   enum class Part : std::uint8_t { attributes, geometry, shape };
   // A question about one window that is under way.
   struct Query {
-    Part part;
+    Part part = Part::attributes;
     SceneModel::Stub window;
-    std::uint32_t sequence;
+    std::uint32_t sequence = 0;
   };
   void build();
   void describeStubs();

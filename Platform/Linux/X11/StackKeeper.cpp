@@ -99,7 +99,7 @@ void StackKeeper::noteRaise(Kept& kept, std::span<const xcb_window_t> rivals, Ti
 
 void apply(Connection& connection, const StackKeeper::Move& move) {
   const std::array<std::uint32_t, 2> values{move.sibling, static_cast<std::uint32_t>(move.mode)};
-  connection.ignoreErrors(xcb_configure_window_checked(
+  connection.ignoreErrors(xcb_configure_window(
       connection.get(), move.window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values.data()));
 }
 

@@ -153,9 +153,9 @@ void WindowList::setInner(xcb_window_t topLevel, xcb_window_t inner) {
 // Selected before the properties are read, so that no change falls in between. The window may be gone.
 void WindowList::watch(xcb_window_t window) {
   const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-  connection_.ignoreErrors(xcb_change_window_attributes_checked(connection_.get(), window, XCB_CW_EVENT_MASK, &mask));
+  connection_.ignoreErrors(xcb_change_window_attributes(connection_.get(), window, XCB_CW_EVENT_MASK, &mask));
   if (!connection_.has(Extension::shape)) return;
-  connection_.ignoreErrors(xcb_shape_select_input_checked(connection_.get(), window, 1));
+  connection_.ignoreErrors(xcb_shape_select_input(connection_.get(), window, 1));
 }
 
 void WindowList::handle(const xcb_generic_event_t& event) {
