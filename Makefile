@@ -1,6 +1,6 @@
 # Short names for what CMakePresets.json and Scripts/ do.
 
-.PHONY: build test asan tsan format lint clean help
+.PHONY: build test asan tsan format lint check-mac app clean help
 
 build: ## the program, optimised: build/quillfade
 	cmake --preset release
@@ -27,8 +27,14 @@ lint: ## checks the formatting and runs the static checks
 	cmake --preset debug
 	ctest --preset debug --label-regex lint
 
+check-mac: ## checks the macOS adapter as far as that is possible elsewhere
+	Scripts/check-mac
+
+app: ## Quillfade.app, signed ad hoc (on a Mac)
+	Scripts/mac-app
+
 clean: ## removes everything that was built
 	rm -rf build demo-output
 
 help: ## this list
-	@grep -E '^[a-z]+:.*##' Makefile | sed 's/:.*## /\t/'
+	@grep -E '^[a-z-]+:.*##' Makefile | sed 's/:.*## /\t/'

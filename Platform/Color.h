@@ -17,7 +17,7 @@ struct Color {
   double red = 0;
   double green = 0;
   double blue = 0;
-  double alpha = 1;  // 0 clear, 1 opaque; multiplies the alpha of a role's own colour
+  double alpha = 1;  // 0 clear, 1 opaque; less than 1 takes the place of a role's own alpha
 
   [[nodiscard]] constexpr Color withAlpha(double value) const { return {role, red, green, blue, value}; }
 

@@ -30,7 +30,7 @@ class RemoteControl {
   enum class Claim {
     first,        // commands come to the handler from now on
     taken,        // another instance runs already
-    unavailable,  // there is no way in
+    unavailable,  // there is no way in; where that is unusual, the adapter has told the user
   };
 
   virtual ~RemoteControl() = default;

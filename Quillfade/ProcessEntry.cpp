@@ -35,10 +35,6 @@ int runOnlyInstance(platform::Platform& platform) {
     std::cout << "Quillfade is running already." << std::endl;
     return 0;
   }
-  if (claim == Claim::unavailable) {
-    std::cerr << "quillfade: There is no session bus: commands like \"quillfade toggle\" will not reach this instance."
-              << std::endl;
-  }
   return runApplication(platform);
 }
 

@@ -32,12 +32,9 @@ Row rowOf(const platform::CaptureWindow& window, const platform::Screen& screen,
   const Judgement judgement = judge(window, screen, ownIdentifier);
   const double coverage =
       100 * window.frame.width() * window.frame.height() / (screen.frame.width() * screen.frame.height());
-  return {std::to_string(window.windowID),
-          escapedText(ownerIdentifier(window).value_or("?")),
-          std::to_string(window.windowLayer),
-          wholeText(window.frame.width()) + "x" + wholeText(window.frame.height()),
-          wholeText(coverage, "%"),
-          isExcluded(judgement) ? "left out" : "kept",
+  return {std::to_string(window.windowID),    escapedText(ownerIdentifier(window).value_or("?")),
+          std::to_string(window.windowLayer), wholeText(window.frame.width()) + "x" + wholeText(window.frame.height()),
+          wholeText(coverage, "%"),           isExcluded(judgement) ? "left out" : "kept",
           std::string{reason(judgement)}};
 }
 

@@ -61,17 +61,21 @@ TEST_F(CommandLine, TheWindowsAreThoseOnTheScreenWithTheirJudgements) {
   const Answer answer = run({"windows"});
   EXPECT_EQ(answer.status, 0);
   EXPECT_THAT(answer.output, testing::StartsWith("ID "));
-  EXPECT_THAT(answer.output, testing::ContainsRegex("\n" + std::to_string(ink) +
-                                                    " .* 500 .* 1280x800  100% .* left out .* overlay layer\n"));
-  EXPECT_THAT(answer.output, testing::ContainsRegex("\n" + std::to_string(editor) +
-                                                    " .*Edi.*tor .* 640x400 .* 25% .* kept .* no large overlay\n"));
+  const std::string inLine = "[^\n]*";
+  EXPECT_THAT(answer.output,
+              testing::ContainsRegex("\n" + std::to_string(ink) + inLine + " 500 " + inLine + " 1280x800 " + inLine +
+                                     " 100% " + inLine + " left out " + inLine + " overlay layer\n"));
+  EXPECT_THAT(answer.output, testing::ContainsRegex("\n" + std::to_string(editor) + inLine + " 640x400 " + inLine +
+                                                    " 25% " + inLine + " kept " + inLine + " no large overlay\n"));
+  EXPECT_THAT(answer.output, HasSubstr(R"(Edi\ntor)")) << "A name cannot end a line.";
 }
 
 TEST_F(CommandLine, ASecondStartLeavesTheFirstAloneAndEndsWithSuccess) {
   auto& first = start(solidOn);
-  support::ChildProcess second({QUILLFADE_EXECUTABLE}, {{"DISPLAY", server_.display()},
-                                                        {"HOME", "/nonexistent"},
-                                                        {"DBUS_SESSION_BUS_ADDRESS", busAddress()}});
+  const support::PrivateHome home;
+  auto environment = home.environment(server_.display());
+  environment["DBUS_SESSION_BUS_ADDRESS"] = busAddress();
+  support::ChildProcess second({QUILLFADE_EXECUTABLE}, environment);
   EXPECT_EQ(second.waitForExit(), 0);
   EXPECT_EQ(second.output(), "Quillfade is running already.\n");
   EXPECT_TRUE(first.process().isRunning());

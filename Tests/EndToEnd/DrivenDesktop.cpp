@@ -12,7 +12,8 @@ void PrintTo(const Answer& answer, std::ostream* out) { *out << answer.status <<
 
 DrivenDesktop::DrivenDesktop(const support::XServerOptions& server)
     : server_(server),
-      board_(client_.createWindow({.frame = client_.screenFrame(), .color = boardColor, .mapped = false})) {
+      board_(client_.createWindow(
+          {.frame = client_.screenFrame(), .color = boardColor, .overrideRedirect = false, .mapped = false})) {
   client_.setAtoms(board_, "_NET_WM_WINDOW_TYPE", {"_NET_WM_WINDOW_TYPE_DESKTOP"});
   client_.map(board_);
   client_.sync();
@@ -73,8 +74,8 @@ bool DrivenDesktop::showsNoCover() {
 }
 
 xcb_window_t DrivenDesktop::focusedWindow() {
-  const auto reply = support::waitForReply(client_.connection(), xcb_get_input_focus_reply,
-                                           xcb_get_input_focus(client_.connection()));
+  const auto reply =
+      support::waitForReply(client_.connection(), xcb_get_input_focus_reply, xcb_get_input_focus(client_.connection()));
   return reply ? reply->focus : xcb_window_t{XCB_NONE};
 }
 
@@ -96,6 +97,13 @@ std::optional<xcb_window_t> DrivenDesktop::waitForDialog() {
     return dialog.has_value();
   });
   return dialog;
+}
+
+bool DrivenDesktop::showsText(xcb_window_t window) {
+  return shows([&](const Picture& screen) {
+    const auto frame = client_.frame(window);
+    return frame && screen.count(0, *frame, 96) > 500;
+  });
 }
 
 void keepPicture(const Picture& picture, const std::string& name) {

@@ -66,6 +66,8 @@ class DrivenDesktop : public testing::Test {
   [[nodiscard]] xcb_window_t focusedWindow();
   // A window of the program, other than a selection's, that stands on the screen now.
   [[nodiscard]] std::optional<xcb_window_t> waitForDialog();
+  // Dark ink where the window lies, on whatever the screen shows there.
+  [[nodiscard]] bool showsText(xcb_window_t window);
 
   support::XServer server_;
   support::SessionBus bus_;

@@ -49,7 +49,8 @@ TEST_F(Keys, DHidesAnnotationsBehindTheLiveCover) {
 
 TEST_F(Keys, TheyWorkWhateverLocksAreOn) {
   start(solidOff);
-  for (const support::KeySymbol lock : std::initializer_list<support::KeySymbol>{XK_Num_Lock, XK_Caps_Lock, XK_Num_Lock}) {
+  for (const support::KeySymbol lock :
+       std::initializer_list<support::KeySymbol>{XK_Num_Lock, XK_Caps_Lock, XK_Num_Lock}) {
     const int before = locks();
     input_.press(lock);
     ASSERT_TRUE(support::waitUntil([&] { return locks() != before; })) << "The lock does not change.";
@@ -67,9 +68,9 @@ TEST_F(Keys, PTakesTheCoverAwayForFiveSeconds) {
   const auto pressed = std::chrono::steady_clock::now();
   press(XK_p);
   ASSERT_TRUE(showsNoCover());
-  EXPECT_FALSE(shows([](const Picture& screen) { return screen.count(boardColor, storedArea) == 0; },
-                     milliseconds(4700) - std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() -
-                                                                                   pressed)));
+  EXPECT_FALSE(
+      shows([](const Picture& screen) { return screen.count(boardColor, storedArea) == 0; },
+            milliseconds(4700) - std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - pressed)));
   EXPECT_TRUE(showsCover());
 }
 
@@ -87,8 +88,8 @@ TEST_F(Keys, FCoversTheWholeScreen) {
   auto& program = start(R"({"style": 1, "outline": false})");
   press(XK_f);
   EXPECT_TRUE(shows([](const Picture& screen) { return screen.count(screen.at(0, 0)) == std::size_t{1280} * 800; }));
-  EXPECT_TRUE(support::waitUntil(
-      [&] { return support::readFile(program.settingsPath()).contains("{{0, 0}, {1280, 800}}"); }));
+  EXPECT_TRUE(
+      support::waitUntil([&] { return support::readFile(program.settingsPath()).contains("{{0, 0}, {1280, 800}}"); }));
 }
 
 TEST_F(Keys, ACombinationThatAnotherProgramHoldsLeavesTheOthersToWork) {

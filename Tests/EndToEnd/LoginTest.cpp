@@ -78,8 +78,9 @@ TEST_F(Login, AChangeThatTheSystemRefusesIsAnAlertWithItsReason) {
   choose();
   const auto alert = waitForDialog();
   ASSERT_TRUE(alert);
-  keepPicture(client_.screenshot(), "alert");
   ASSERT_TRUE(support::waitUntil([&] { return focusedWindow() == *alert; }));
+  EXPECT_TRUE(showsText(*alert));
+  keepPicture(client_.screenshot(), "alert");
   input_.press(XK_Return);
   EXPECT_TRUE(support::waitUntil([&] { return !client_.isViewable(*alert); }));
   EXPECT_FALSE(isChecked());

@@ -20,8 +20,9 @@ void MenuUser::choose(const std::string& title) {
   const auto lines = open();
   const auto* line = findLine(lines, title);
   if (line == nullptr) throw std::runtime_error("The menu has no such line: " + title);
-  host_.event(line->id, QStringLiteral("clicked"));
+  // In this order, since the program may be gone after the click.
   close();
+  host_.event(line->id, QStringLiteral("clicked"));
 }
 
 std::string MenuUser::toolTip() {

@@ -155,7 +155,8 @@ TEST_F(Tray, AboutShowsOnePanelThatEscapeCloses) {
   ASSERT_TRUE(panel);
   user().choose("About Quillfade");
   ASSERT_TRUE(support::waitUntil([&] { return focusedWindow() == *panel; })) << "There is a second panel.";
-  EXPECT_TRUE(shows([&](const Picture& screen) { return screen.count(boardColor) < std::size_t{1280} * 800 - 50'000; }));
+  EXPECT_TRUE(
+      shows([&](const Picture& screen) { return screen.count(boardColor) < std::size_t{1280} * 800 - 50'000; }));
   keepPicture(client_.screenshot(), "about");
   input_.press(XK_Escape);
   EXPECT_TRUE(support::waitUntil([&] { return !client_.isViewable(*panel); }));

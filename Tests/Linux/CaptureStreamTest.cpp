@@ -586,7 +586,7 @@ TEST(CaptureStreamSettings, NonsenseIsHeldWithinBounds) {
   configuration.height = std::int64_t{1} << 62;
   configuration.minimumFrameInterval = {1, 0};
   const CaptureStreamSettings settings = captureStreamSettings(configuration, {});
-  EXPECT_EQ(settings.source, (PixelRect{1 << 20, -(1 << 20), 0, 1 << 20}));
+  EXPECT_EQ(settings.source, (PixelRect{1 << 29, -(1 << 29), 0, 1 << 29}));
   EXPECT_EQ(settings.minimumFrameInterval, 0ns);
 }
 

@@ -102,15 +102,15 @@ Words commandsInHelp() {
   std::istringstream help(helpText().substr(0, helpText().find("\nEnvironment:")));
   Words names;
   for (std::string line; std::getline(help, line);) {
-    if (line.starts_with("  ") && line.size() > 2 && line[2] != ' ') names.push_back(line.substr(2, line.find(' ', 2) - 2));
+    if (line.starts_with("  ") && line.size() > 2 && line[2] != ' ')
+      names.push_back(line.substr(2, line.find(' ', 2) - 2));
   }
   return names;
 }
 
 TEST(CommandLine, TheHelpNamesEveryCommandThatThereIs) {
-  EXPECT_THAT(commandsInHelp(),
-              testing::ElementsAre("toggle", "peek", "whole-screen", "select-area", "style", "outline", "status",
-                                   "windows", "quit", "--help", "--version"));
+  EXPECT_THAT(commandsInHelp(), testing::ElementsAre("toggle", "peek", "whole-screen", "select-area", "style",
+                                                     "outline", "status", "windows", "quit", "--help", "--version"));
   for (const auto& name : commandsInHelp()) EXPECT_THAT(complaint({name}), Not(StartsWith("There is no command")));
 }
 

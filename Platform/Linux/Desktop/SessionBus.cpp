@@ -4,7 +4,9 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusVariant>
 #include <QStringList>
+#include <iostream>
 #include <limits>
 #include <utility>
 
@@ -68,7 +70,11 @@ SessionBus::~SessionBus() {
 
 RemoteControl::Claim SessionBus::claim(Handler handler) {
   QDBusConnection bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) return Claim::unavailable;
+  if (!bus.isConnected()) {
+    std::cerr << "quillfade: There is no session bus: commands like \"quillfade toggle\" will not reach this instance."
+              << std::endl;
+    return Claim::unavailable;
+  }
   object_ = std::make_unique<Object>(std::move(handler));
   // The object first: whoever sees the name may send at once.
   bus.registerVirtualObject(objectPath, object_.get());
@@ -85,6 +91,9 @@ namespace platform {
 std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& arguments) {
   int argumentCount = 0;
   QCoreApplication application(argumentCount, nullptr);
+  // First of all, so that it goes last: the bus library's thread reads messages until the very end of the process, and
+  // needs the register of types for that.
+  qRegisterMetaType<QDBusVariant>();
   const QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) {
     return std::unexpected(Error{"There is no session bus, so a running Quillfade cannot be reached."});

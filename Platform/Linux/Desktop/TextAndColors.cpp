@@ -12,7 +12,7 @@ namespace platform::x11 {
 namespace {
 
 QColor withAlphaOf(QColor base, const Color& color) {
-  base.setAlphaF(static_cast<float>(base.alphaF() * std::clamp(color.alpha, 0.0, 1.0)));
+  if (color.alpha < 1) base.setAlphaF(static_cast<float>(std::max(color.alpha, 0.0)));
   return base;
 }
 

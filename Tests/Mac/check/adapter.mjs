@@ -51,7 +51,9 @@ function checkState(source, reader, className) {
   if (!reader.accept('{')) return;
   while (!reader.accept('}')) {
     const type = reader.until(';').slice(0, -1).join('');
-    if (!/^std::weak_ptr<.*>$/.test(type)) problems.push(`${source.name}: ${className} holds a ${type}, not a std::weak_ptr`);
+    if (!/^std::weak_ptr<.*>$/.test(type)) {
+      problems.push(`${source.name}: ${className} holds a ${type}, not a std::weak_ptr`);
+    }
     reader.expect(';');
   }
 }
@@ -90,10 +92,9 @@ function checkBlocks(source) {
 
 function checkLiterals(source) {
   for (const {value, line} of tokenize(source.text)) {
-    const where = `${source.name}:${line}`;
     const text = /^@?"(.*)"$/.exec(value);
-    if (text && !texts.has(text[1])) problems.push(`${where}: the text ${value} is not the adapter's to choose`);
-    if (/^\d/.test(value) && !numbers.has(value)) problems.push(`${where}: the number ${value} is not the adapter's to choose`);
+    const isStrange = text ? !texts.has(text[1]) : /^\d/.test(value) && !numbers.has(value);
+    if (isStrange) problems.push(`${source.name}:${line}: ${value} is not the adapter's to choose`);
   }
 }
 
@@ -104,5 +105,6 @@ for (const source of sources) {
   checkLiterals(source);
 }
 for (const problem of problems) console.error(`adapter: ${problem}`);
-console.log(`${count.classes} Objective-C classes, ${count.methods} methods and ${count.blocks} blocks in ${sources.length} files; ${problems.length} problems`);
+console.log(`${count.classes} Objective-C classes, ${count.methods} methods and ${count.blocks} blocks in ` +
+            `${sources.length} files; ${problems.length} problems`);
 process.exit(problems.length === 0 && count.classes > 0 && count.blocks > 0 ? 0 : 1);

@@ -4,9 +4,13 @@ import {readdirSync, readFileSync} from 'node:fs';
 import {join} from 'node:path';
 import {Reader} from './tokens.mjs';
 
-const ignoredMarks = new Set(['nullable', 'nonnull', '_Nullable', '_Nonnull', '__unsafe_unretained', 'const', 'struct']);
+const ignoredMarks = new Set(['nullable', 'nonnull', '_Nullable', '_Nonnull', '__unsafe_unretained', 'const',
+                              'struct']);
 const propertyMarks = new Set(['readonly', 'class', 'nullable', 'copy', 'strong', 'weak', 'assign', 'nonatomic',
                                'unsafe_unretained', 'null_resettable']);
+
+const directive =
+  /^#(pragma once|pragma clang assume_nonnull (begin|end)|import <\w+\/\w+\.h>|include <std\w+\.h>)$/;
 
 // A type as text: without nullability, and without the name of what has the type.
 function typeText(tokens) {
@@ -201,9 +205,7 @@ export function readDeclarations(root) {
       if (!line.startsWith('#')) return line;
       const macro = /^#define (\w+)/.exec(line);
       if (macro) found.macros.push(macro[1]);
-      else if (!/^#(pragma once|pragma clang assume_nonnull (begin|end)|import <\w+\/\w+\.h>|include <std\w+\.h>)$/.test(line)) {
-        throw new Error(`${path}: unknown directive: ${line}`);
-      }
+      else if (!directive.test(line)) throw new Error(`${path}: unknown directive: ${line}`);
       return '';
     });
     const reader = new Reader(lines.join('\n'), path);

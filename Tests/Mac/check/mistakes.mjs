@@ -5,7 +5,7 @@
 import {spawnSync} from 'node:child_process';
 import {cpSync, mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
 import {tmpdir} from 'node:os';
-import {basename, join} from 'node:path';
+import {join} from 'node:path';
 
 const [root, typings] = process.argv.slice(2);
 const appKit = 'Tests/Mac/declarations/AppKit/AppKit.h';
@@ -25,13 +25,14 @@ const mistakes = [
    edits: [[appKit, '- (void)terminate:(nullable id)sender;', '- (void)terminate;']],
    step: ['declarations'], says: /terminate\] takes 0 arguments, in the typings 1/},
   {what: 'a wrong argument count of a function',
-   edits: [['Tests/Mac/declarations/Carbon/Carbon.h', 'EventTargetRef GetApplicationEventTarget(void)', 'EventTargetRef GetApplicationEventTarget(UInt32 inOptions)']],
+   edits: [['Tests/Mac/declarations/Carbon/Carbon.h', 'GetApplicationEventTarget(void)',
+            'GetApplicationEventTarget(UInt32 inOptions)']],
    step: ['declarations'], says: /GetApplicationEventTarget\(\) takes 1 arguments, in the typings 0/},
   {what: 'a wrong argument type in the declarations',
    edits: [[appKit, '- (BOOL)openURL:(NSURL*)url;', '- (BOOL)openURL:(NSString*)url;']],
    step: ['declarations'], says: /openURL:\] has the type/},
   {what: 'a protocol method that the adapter forgets',
-   edits: [['Platform/Mac/Menu.mm', '- (void)menuDidClose:(NSMenu*)closed {', '- (void)menuHasClosed:(NSMenu*)closed {']],
+   edits: [['Platform/Mac/Menu.mm', '- (void)menuDidClose:', '- (void)menuHasClosed:']],
    step: ['compile', 'Platform/Mac/Menu.mm'], says: /menuDidClose/},
   {what: 'a protocol method that does not exist',
    edits: [['Tests/Mac/declarations/ScreenCaptureKit/ScreenCaptureKit.h', 'didStopWithError:', 'didEndWithError:']],
@@ -43,7 +44,8 @@ const mistakes = [
    edits: [['Tests/Mac/declarations/ScreenCaptureKit/ScreenCaptureKit.h', 'BOOL showsCursor;', 'BOOL showCursor;']],
    step: ['declarations'], says: /SCStreamConfiguration\.showCursor is not in the typings/},
   {what: 'a property that can only be read, declared as one that can be set',
-   edits: [[appKit, '@property(class, readonly, strong) NSStatusBar* systemStatusBar;', '@property(class, strong) NSStatusBar* systemStatusBar;']],
+   edits: [[appKit, '(class, readonly, strong) NSStatusBar* systemStatusBar;',
+            '(class, strong) NSStatusBar* systemStatusBar;']],
    step: ['declarations'], says: /systemStatusBar can only be read/},
   {what: 'a wrong constant in the declarations',
    edits: [[appKit, 'NSWindowCollectionBehaviorStationary = 0x10', 'NSWindowCollectionBehaviorStationary = 0x20']],
@@ -52,13 +54,14 @@ const mistakes = [
    edits: [[appKit, 'NSWindowSharingNone', 'NSWindowNone']],
    step: ['declarations'], says: /NSWindowNone is not in the typings/},
   {what: 'a wrong constant in a port',
-   edits: [['Platform/Windows.h', 'inline constexpr unsigned stationary = 0x10;', 'inline constexpr unsigned stationary = 0x20;']],
+   edits: [['Platform/Windows.h', 'unsigned stationary = 0x10;', 'unsigned stationary = 0x20;']],
    step: ['compile', 'Platform/Mac/Windows.mm'], says: /static assertion failed/},
   {what: 'an exception that is none',
    edits: [['Tests/Mac/not-in-typings.txt', 'nil: ', 'CFRetain: ']],
    step: ['declarations'], says: /CFRetain is listed as not in the typings/},
   {what: 'an Objective-C object that keeps its C++ side alive',
-   edits: [['Platform/Mac/Menu.mm', 'std::weak_ptr<platform::MenuDelegate> _delegate;', 'std::shared_ptr<platform::MenuDelegate> _delegate;']],
+   edits: [['Platform/Mac/Menu.mm', 'weak_ptr<platform::MenuDelegate> _delegate;',
+            'shared_ptr<platform::MenuDelegate> _delegate;']],
    step: ['rules'], says: /QLFMenuDelegate holds a std::shared_ptr/},
   {what: 'a block that uses a member',
    edits: [['Platform/Mac/CaptureStream.mm', '[forwarder close]', '[forwarder_ close]']],
@@ -72,12 +75,15 @@ const mistakes = [
   {what: 'an operation that is gone',
    edits: [['Platform/Mac/CaptureContent.mm', 'made.queueDepth =', 'made.width =']],
    step: ['operations'], says: /SCStreamConfiguration queueDepth: not found/},
+  {what: 'another version in the bundle',
+   edits: [['Resources/Mac/Info.plist', '<string>1.1</string>', '<string>1.2</string>']],
+   step: ['bundle'], says: /CFBundleVersion is "1\.2", not "1\.1"/},
 ];
 
 const copy = mkdtempSync(join(tmpdir(), 'quillfade-mac-'));
 process.on('exit', () => rmSync(copy, {recursive: true, force: true}));
-for (const path of ['Platform', 'Quillfade', 'Scripts/check-mac', 'Tests/Mac']) {
-  cpSync(join(root, path), join(copy, path), {recursive: true, filter: (name) => basename(name) !== 'node_modules'});
+for (const path of ['CMakeLists.txt', 'Platform', 'Quillfade', 'Resources/Mac', 'Scripts', 'Tests/Mac']) {
+  cpSync(join(root, path), join(copy, path), {recursive: true});
 }
 
 function run(step) {
@@ -110,7 +116,7 @@ for (const mistake of mistakes) {
   failures++;
 }
 // The copy as it was passes the steps in which the mistakes were found.
-for (const step of ['declarations', 'rules', 'operations']) {
+for (const step of ['declarations', 'rules', 'operations', 'bundle']) {
   if (run([step]).status === 0) continue;
   console.error(`mistakes: the sources fail "${step}" without any mistake`);
   failures++;

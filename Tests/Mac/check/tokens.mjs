@@ -1,6 +1,11 @@
 // Cuts a declaration header or an adapter source into tokens.
 
-const pattern = /\s+|\/\/[^\n]*|\/\*[\s\S]*?\*\/|@?[A-Za-z_]\w*|0[xX][0-9a-fA-F]+\w*|\d[\w.]*|@?"(?:[^"\\\n]|\\.)*"|'(?:[^'\\\n]|\\.)*'|::|->|\.\.\.|[\s\S]/g;
+const pattern = new RegExp([
+  /\s+/, /\/\/[^\n]*/, /\/\*[\s\S]*?\*\//,              // blanks and comments
+  /@?[A-Za-z_]\w*/, /\d[\w.]*/,                         // names and numbers
+  /@?"(?:[^"\\\n]|\\.)*"/, /'(?:[^'\\\n]|\\.)*'/,        // texts
+  /::|->|\.\.\./, /[\s\S]/,                            // signs
+].map(({source}) => source).join('|'), 'g');
 
 export function tokenize(text) {
   const tokens = [];
@@ -36,8 +41,8 @@ export class Reader {
     if (!/^[A-Za-z_]\w*$/.test(value)) this.fail(`expected a name instead of "${value}"`);
     return value;
   }
-  // The tokens up to one of `ends` outside all brackets; the end itself is left. In code, as opposed to declarations, an
-  // angle bracket may be a comparison.
+  // The tokens up to one of `ends` outside all brackets; the end itself is left. In code, as opposed to declarations,
+  // an angle bracket may be a comparison.
   until(...ends) {
     const [opening, closing] = ends.includes('}') ? ['([{', ')]}'] : ['([{<', ')]}>'];
     const taken = [];

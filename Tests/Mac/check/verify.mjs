@@ -36,7 +36,9 @@ function compareCall(where, call, entry, self) {
     problems.push(`${where} takes ${call.parameters.length} arguments, in the typings ${entry.parameters.length}`);
     return;
   }
-  call.parameters.forEach((type, index) => compare(`argument ${index + 1} of ${where}`, type, entry.parameters[index], self));
+  call.parameters.forEach((type, index) => {
+    compare(`argument ${index + 1} of ${where}`, type, entry.parameters[index], self);
+  });
   compare(`the result of ${where}`, call.result, entry.result, self);
   proved++;
 }
@@ -65,7 +67,8 @@ function verifyProperty(owner, property) {
   if (entry.isMethod) return void problems.push(`${where} is a method in the typings`);
   if (entry.isReadOnly && !property.isReadOnly) problems.push(`${where} can only be read in the typings`);
   compare(where, property.type, entry.type, owner);
-  if (property.getter && membersNamed(typings, owner, property.getter).length === 0) absent(`${owner}.${property.getter}`);
+  const {getter} = property;
+  if (getter && membersNamed(typings, owner, getter).length === 0) absent(`${owner}.${getter}`);
   proved++;
 }
 
@@ -126,7 +129,9 @@ function verifyStruct({name, fields}) {
   if (!real) return absent(name);
   const theirs = real.members.filter((member) => !member.isMethod);
   const list = (members) => members.map((member) => member.name).join(', ');
-  if (list(fields) !== list(theirs)) problems.push(`${name} has the fields ${list(fields)}, in the typings ${list(theirs)}`);
+  if (list(fields) !== list(theirs)) {
+    problems.push(`${name} has the fields ${list(fields)}, in the typings ${list(theirs)}`);
+  }
   fields.forEach((field, index) => compare(`${name}.${field.name}`, field.type, theirs[index]?.type ?? ''));
   proved++;
 }
