@@ -1,11 +1,30 @@
 #include "Platform/Linux/EventPump.h"
 
 #include <QAbstractEventDispatcher>
+#include <QtGlobal>
 #include <cstdlib>
 #include <iostream>
 #include <utility>
 
 namespace platform::x11 {
+namespace {
+
+[[noreturn]] void endAsLost() {
+  std::cerr << "quillfade: " << connectionLostSentence << std::endl;
+  // Without destructors: they would talk to the server that is gone.
+  std::_Exit(EXIT_FAILURE);
+}
+
+// Qt watches its own connection, and on losing it warns and calls exit. Whoever notices first, the end is the same.
+void endWhenQtLosesItsConnection() {
+  static const QtMessageHandler otherwise = qInstallMessageHandler(nullptr);
+  qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (message.startsWith(QLatin1String("The X11 connection broke"))) endAsLost();
+    otherwise(type, context, message);
+  });
+}
+
+}  // namespace
 
 EventPump::EventPump(Connection& connection, EventHandler onEvent, BatchHandler afterBatch)
     : connection_(connection),
@@ -16,6 +35,7 @@ EventPump::EventPump(Connection& connection, EventHandler onEvent, BatchHandler 
   // Waiting for a reply may have read events that no longer make the descriptor readable.
   beforeSleep_ = QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
                                   [this] { drainQueue(); });
+  endWhenQtLosesItsConnection();
 }
 
 EventPump::~EventPump() { QObject::disconnect(beforeSleep_); }
@@ -38,10 +58,7 @@ void EventPump::drainQueue() {
 }
 
 void EventPump::endIfBroken() const {
-  if (!connection_.isBroken()) return;
-  std::cerr << "quillfade: " << connectionLostSentence << std::endl;
-  // Without destructors: they would talk to the server that is gone.
-  std::_Exit(EXIT_FAILURE);
+  if (connection_.isBroken()) endAsLost();
 }
 
 }  // namespace platform::x11
