@@ -80,7 +80,7 @@ std::vector<std::uint32_t> displayIdentifiers(std::span<const std::string> names
   return identifiers;
 }
 
-DesktopScreens::DesktopScreens() : lastSeen_(all()) {
+DesktopScreens::DesktopScreens() : lastSeen_(layout().screens) {
   QObject::connect(qApp, &QGuiApplication::screenAdded, &context_, [this](QScreen* screen) {
     watch(*screen);
     scheduleCheck();
@@ -90,17 +90,21 @@ DesktopScreens::DesktopScreens() : lastSeen_(all()) {
   for (QScreen* screen : QGuiApplication::screens()) watch(*screen);
 }
 
-std::vector<Screen> DesktopScreens::all() const {
+const DesktopScreens::Layout& DesktopScreens::layout() const {
+  if (layout_) return *layout_;
   const std::vector<NamedScreen> named = readScreens();
-  const std::vector<ScreenGeometry> geometries = placed(named);
+  layout_.emplace().geometries = placed(named);
   std::vector<std::string> names;
   for (const NamedScreen& screen : named) names.push_back(screen.name);
   const std::vector<std::uint32_t> identifiers = displayIdentifiers(names);
-  std::vector<Screen> screens;
-  for (std::size_t i = 0; i < named.size(); ++i)
-    screens.push_back({geometries[i].points, identifiers[i], geometries[i].scale});
-  return screens;
+  for (std::size_t i = 0; i < named.size(); ++i) {
+    const ScreenGeometry& geometry = layout_->geometries[i];
+    layout_->screens.push_back({geometry.points, identifiers[i], geometry.scale});
+  }
+  return *layout_;
 }
+
+std::vector<Screen> DesktopScreens::all() const { return layout().screens; }
 
 std::optional<Screen> DesktopScreens::main() const {
   const std::vector<Screen> screens = all();
@@ -112,7 +116,7 @@ Point DesktopScreens::mouseLocation() const { return fromToolkit(QPointF(QCursor
 
 void DesktopScreens::observeChanges(std::function<void()> observer) { observers_.push_back(std::move(observer)); }
 
-std::vector<ScreenGeometry> DesktopScreens::geometries() const { return placed(readScreens()); }
+std::vector<ScreenGeometry> DesktopScreens::geometries() const { return layout().geometries; }
 
 void DesktopScreens::watch(QScreen& screen) {
   QObject::connect(&screen, &QScreen::geometryChanged, &context_, [this] { scheduleCheck(); });
@@ -121,12 +125,15 @@ void DesktopScreens::watch(QScreen& screen) {
 }
 
 void DesktopScreens::scheduleCheck() {
+  layout_.reset();
   if (std::exchange(checkIsScheduled_, true)) return;
   QMetaObject::invokeMethod(&context_, [this] { check(); }, Qt::QueuedConnection);
 }
 
 void DesktopScreens::check() {
   checkIsScheduled_ = false;
+  // The server may have gone on since the last signal.
+  layout_.reset();
   std::vector<Screen> now = all();
   if (now == lastSeen_) return;
   lastSeen_ = std::move(now);

@@ -9,6 +9,7 @@
 #include <QScreen>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -33,12 +34,20 @@ class DesktopScreens : public Screens {
   [[nodiscard]] std::vector<ScreenGeometry> geometries() const;
 
  private:
+  struct Layout {
+    std::vector<Screen> screens;
+    std::vector<ScreenGeometry> geometries;
+  };
+
+  [[nodiscard]] const Layout& layout() const;
   void watch(QScreen& screen);
   void scheduleCheck();
   void check();
 
   QObject context_;
   std::vector<std::function<void()>> observers_;
+  // Asking the server takes round trips, and the answer holds until Qt signals a change.
+  mutable std::optional<Layout> layout_;
   std::vector<Screen> lastSeen_;
   bool checkIsScheduled_ = false;
 };
