@@ -46,7 +46,7 @@ WidgetWindow::WidgetWindow(const WindowAttributes& attributes, const DesktopScre
 }
 
 WidgetWindow::~WidgetWindow() {
-  orderOut();
+  WidgetWindow::orderOut();
   if (content_) content_->leaveWindow();
 }
 
