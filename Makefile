@@ -1,11 +1,25 @@
 # Short names for what CMakePresets.json and Scripts/ do.
 
-.PHONY: build test asan tsan format lint check-mac app clean help
+PREFIX ?= /usr/local
+
+.PHONY: build install deb test asan tsan format lint check-mac app clean help
 
 build: ## the program, optimised: build/quillfade
 	cmake --preset release
 	cmake --build --preset release --target quillfade
 	ln -sf release/Platform/Linux/quillfade build/quillfade
+
+install: ## installs the program; PREFIX (/usr/local) and DESTDIR say where
+	cmake --preset release -D CMAKE_INSTALL_PREFIX="$(PREFIX)"
+	cmake --build --preset release --target quillfade
+	cmake --install build/release
+
+deb: ## the Debian package, in build/release
+	./setup
+	cmake --preset release
+	cmake --build --preset release --target quillfade
+	cd build/release && cpack
+	Scripts/check-package build/release/quillfade_*.deb
 
 test: ## every test, the static checks included
 	./test
