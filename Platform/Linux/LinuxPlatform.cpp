@@ -47,7 +47,8 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       stage_(*connection_, scene_, windowList_, runLoop_),
       windows_({*connection_, stage_, screens_, runLoop_}),
       capture_(*connection_, screens_, runLoop_, ownClients_, windowList_, stage_),
-      statusBar_(runLoop_),
+      hostMenus_(scene_, windowList_),
+      statusBar_(runLoop_, hostMenus_),
       hotKeys_(*connection_),
       loginItem_(configurationDirectory(), programPath()),
       workspace_(connection_->missingExtensions()),
@@ -66,6 +67,7 @@ void LinuxPlatform::settle() {
   scene_.collectReplies();
   stage_.settle();
   capture_.settle();
+  hostMenus_.settle();
 }
 
 }  // namespace platform::x11

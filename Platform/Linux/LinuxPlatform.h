@@ -26,6 +26,7 @@
 #include "Platform/Linux/ScreenCapture.h"
 #include "Platform/Linux/X11/Connection.h"
 #include "Platform/Linux/X11/HotKeys.h"
+#include "Platform/Linux/X11/PopUpMenus.h"
 #include "Platform/Linux/X11/Scene.h"
 #include "Platform/Linux/X11/WindowList.h"
 #include "Platform/Platform.h"
@@ -74,6 +75,7 @@ class LinuxPlatform final : public Platform {
   OverlayStage stage_;
   DesktopWindows windows_;
   ScreenCapture capture_;
+  PopUpMenus hostMenus_;
   DesktopStatusBar statusBar_;
   DesktopDialogs dialogs_;
   HotKeys hotKeys_;

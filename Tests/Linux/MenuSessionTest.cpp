@@ -7,6 +7,7 @@
 #include <vector>
 
 using namespace platform;
+using platform::x11::HostMenus;
 using platform::x11::MenuSession;
 
 namespace {
@@ -39,12 +40,20 @@ class ManualRunLoop : public RunLoop {
   std::vector<std::shared_ptr<Delayed>> delayed;
 };
 
+// A screen whose menus close when the test says so.
+class ManualHostMenus : public HostMenus {
+ public:
+  void whenClosed(std::function<void()> callback) override { closed = std::move(callback); }
+  std::function<void()> closed;
+};
+
 class MenuSessionTest : public ::testing::Test {
  protected:
   using Closing = MenuSession::Closing;
   ManualRunLoop runLoop;
+  ManualHostMenus hostMenus;
   std::string calls;
-  std::optional<MenuSession> session{std::in_place, runLoop, [this] { calls += "open "; },
+  std::optional<MenuSession> session{std::in_place, runLoop, hostMenus, [this] { calls += "open "; },
                                      [this] { calls += "close "; }};
 };
 
@@ -91,9 +100,25 @@ TEST_F(MenuSessionTest, TheLimitOfOneOpeningDoesNotEndTheNext) {
   EXPECT_TRUE(session->isOpen());
 }
 
+TEST_F(MenuSessionTest, AnOpeningEndsWhenTheHostsMenuLeavesTheScreen) {
+  session->open(Closing::perhapsUnreported);
+  ASSERT_TRUE(hostMenus.closed);
+  std::exchange(hostMenus.closed, nullptr)();
+  EXPECT_EQ(calls, "open close ");
+  runLoop.runDelayed();
+  EXPECT_EQ(calls, "open close ");
+}
+
+TEST_F(MenuSessionTest, AfterItsEndAnOpeningNoLongerWatchesTheScreen) {
+  session->open(Closing::perhapsUnreported);
+  session->close();
+  EXPECT_FALSE(hostMenus.closed);
+}
+
 TEST_F(MenuSessionTest, AMenuOfOurOwnMayStayOpenForAsLongAsTheUserLikes) {
   session->open(Closing::reported);
   EXPECT_TRUE(runLoop.delayed.empty());
+  EXPECT_FALSE(hostMenus.closed);
   session->close();
   EXPECT_EQ(calls, "open close ");
 }

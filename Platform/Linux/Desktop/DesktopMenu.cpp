@@ -26,10 +26,10 @@ QKeySequence shortcutOf(const MenuItem& item) {
 
 }  // namespace
 
-DesktopMenu::DesktopMenu(RunLoop& runLoop)
+DesktopMenu::DesktopMenu(RunLoop& runLoop, HostMenus& hostMenus)
     : runLoop_(runLoop),
       session_(
-          runLoop,
+          runLoop, hostMenus,
           [this] {
             if (const auto delegate = delegate_.lock()) delegate->menuWillOpen(*this);
           },
@@ -48,6 +48,11 @@ void DesktopMenu::removeAllItems() {
 }
 
 void DesktopMenu::addItem(MenuItem item) { append(menu_, std::move(item)); }
+
+void DesktopMenu::fill() {
+  session_.open(MenuSession::Closing::reported);
+  session_.close();
+}
 
 void DesktopMenu::popUpAtPointer() {
   popsUpHere_ = true;

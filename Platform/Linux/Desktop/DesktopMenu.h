@@ -15,13 +15,16 @@ namespace platform::x11 {
 
 class DesktopMenu : public Menu {
  public:
-  explicit DesktopMenu(RunLoop& runLoop);
+  DesktopMenu(RunLoop& runLoop, HostMenus& hostMenus);
 
   void setDelegate(std::weak_ptr<MenuDelegate> delegate) override { delegate_ = std::move(delegate); }
   void removeAllItems() override;
   void addItem(MenuItem item) override;
 
   [[nodiscard]] QMenu& qtMenu() { return menu_; }
+  // Fills it once without showing it: some hosts ask for the lines before they announce the first opening, and show a
+  // menu of their own in place of an empty one.
+  void fill();
   // Opens it at the pointer, in this process.
   void popUpAtPointer();
   // The program that showed the menu has gone.

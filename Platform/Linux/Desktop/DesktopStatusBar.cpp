@@ -17,7 +17,7 @@ std::shared_ptr<StatusItem> DesktopStatusBar::makeStatusItem(double /*length*/) 
   return item;
 }
 
-std::shared_ptr<Menu> DesktopStatusBar::makeMenu() { return std::make_shared<DesktopMenu>(runLoop_); }
+std::shared_ptr<Menu> DesktopStatusBar::makeMenu() { return std::make_shared<DesktopMenu>(runLoop_, hostMenus_); }
 
 std::shared_ptr<Image> DesktopStatusBar::systemSymbol(const std::string& name,
                                                       const std::string& accessibilityDescription) {

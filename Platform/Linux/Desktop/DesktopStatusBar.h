@@ -4,6 +4,7 @@
 #pragma once
 
 #include "Platform/Linux/Desktop/TrayHosts.h"
+#include "Platform/Linux/HostMenus.h"
 #include "Platform/RunLoop.h"
 #include "Platform/StatusBar.h"
 
@@ -11,7 +12,7 @@ namespace platform::x11 {
 
 class DesktopStatusBar : public StatusBar {
  public:
-  explicit DesktopStatusBar(RunLoop& runLoop) : runLoop_(runLoop) {}
+  DesktopStatusBar(RunLoop& runLoop, HostMenus& hostMenus) : runLoop_(runLoop), hostMenus_(hostMenus) {}
 
   // Every item is as wide as the tray makes its icons.
   std::shared_ptr<StatusItem> makeStatusItem(double length) override;
@@ -20,6 +21,7 @@ class DesktopStatusBar : public StatusBar {
 
  private:
   RunLoop& runLoop_;
+  HostMenus& hostMenus_;
   TrayHosts hosts_;
 };
 

@@ -4,21 +4,28 @@
 
 namespace platform::x11 {
 
-MenuSession::MenuSession(RunLoop& runLoop, std::function<void()> willOpen, std::function<void()> didClose)
-    : runLoop_(runLoop), willOpen_(std::move(willOpen)), didClose_(std::move(didClose)) {}
+MenuSession::MenuSession(RunLoop& runLoop, HostMenus& hostMenus, std::function<void()> willOpen,
+                         std::function<void()> didClose)
+    : runLoop_(runLoop), hostMenus_(hostMenus), willOpen_(std::move(willOpen)), didClose_(std::move(didClose)) {}
 
 MenuSession::~MenuSession() { close(); }
 
 void MenuSession::open(Closing closing) {
   close();
   isOpen_ = true;
-  if (closing == Closing::perhapsUnreported) limit_ = runLoop_.after(longestUnreportedOpening, [this] { close(); });
+  if (closing == Closing::perhapsUnreported) {
+    limit_ = runLoop_.after(longestUnreportedOpening, [this] { close(); });
+    hostMenus_.whenClosed([this] { close(); });
+  }
   willOpen_();
 }
 
 void MenuSession::close() {
   if (!std::exchange(isOpen_, false)) return;
-  if (const auto limit = std::exchange(limit_, nullptr)) limit->cancel();
+  if (const auto limit = std::exchange(limit_, nullptr)) {
+    limit->cancel();
+    hostMenus_.whenClosed({});
+  }
   didClose_();
 }
 

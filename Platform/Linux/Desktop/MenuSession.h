@@ -8,17 +8,18 @@
 #include <functional>
 #include <memory>
 
+#include "Platform/Linux/HostMenus.h"
 #include "Platform/RunLoop.h"
 
 namespace platform::x11 {
 
 class MenuSession {
  public:
-  // For hosts that never say that the menu closed: long enough for anyone to read a dozen lines and choose, short
-  // enough that what waits for the closing is not given up for lost.
+  // For hosts whose menu neither reports its closing nor can be seen on screen: long enough for anyone to read a dozen
+  // lines and choose, short enough that what waits for the closing is not given up for lost.
   static constexpr double longestUnreportedOpening = 60;
 
-  MenuSession(RunLoop& runLoop, std::function<void()> willOpen, std::function<void()> didClose);
+  MenuSession(RunLoop& runLoop, HostMenus& hostMenus, std::function<void()> willOpen, std::function<void()> didClose);
   // Ends an opening that is under way.
   ~MenuSession();
   MenuSession(const MenuSession&) = delete;
@@ -34,6 +35,7 @@ class MenuSession {
 
  private:
   RunLoop& runLoop_;
+  HostMenus& hostMenus_;
   std::function<void()> willOpen_;
   std::function<void()> didClose_;
   std::shared_ptr<DelayedTask> limit_;

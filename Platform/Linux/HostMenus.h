@@ -1,0 +1,18 @@
+// The menus that other programs show on our behalf, as in a tray: whether they are still open.
+//
+// Threads: main thread only; the callback comes there, from the run loop.
+#pragma once
+
+#include <functional>
+
+namespace platform::x11 {
+
+class HostMenus {
+ public:
+  virtual ~HostMenus() = default;
+  // Calls once, when a menu has been on screen and none is left there. Replaces an earlier wish; an empty one takes it
+  // back.
+  virtual void whenClosed(std::function<void()> callback) = 0;
+};
+
+}  // namespace platform::x11
