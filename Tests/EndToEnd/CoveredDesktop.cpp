@@ -38,6 +38,12 @@ support::QuillfadeProgram& CoveredDesktop::cover(const support::QuillfadeOptions
   return *quillfade_;
 }
 
+void CoveredDesktop::splitIntoTwoScreens() {
+  const std::string display = server_.display();
+  support::runToEnd({"xrandr", "--display", display, "--setmonitor", "*L", "640/170x800/210+0+0", "screen"});
+  support::runToEnd({"xrandr", "--display", display, "--setmonitor", "R", "640/170x800/210+640+0", "none"});
+}
+
 std::vector<support::Stroke> CoveredDesktop::crossingStrokes() { return {{100, 150, 900, 650}, {100, 650, 900, 150}}; }
 
 void CoveredDesktop::drawInk() {

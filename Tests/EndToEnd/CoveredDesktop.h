@@ -43,6 +43,9 @@ class CoveredDesktop : public testing::Test {
   support::QuillfadeProgram& cover(const support::QuillfadeOptions& options = {});
   [[nodiscard]] support::QuillfadeProgram& quillfade() { return *quillfade_; }
 
+  // The monitors L and R, 640 pixels wide each; L is the primary one.
+  void splitIntoTwoScreens();
+
   // Lines that cross the edges of the area.
   static std::vector<support::Stroke> crossingStrokes();
   // Starts gromit-mpx and draws them; waits until they show below the area.

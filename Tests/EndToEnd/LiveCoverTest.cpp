@@ -21,14 +21,7 @@ std::size_t wakeUps(pid_t process) {
   return sum;
 }
 
-class LiveCover : public CoveredDesktop {
- protected:
-  void splitIntoTwoScreens() {
-    const std::string display = server_.display();
-    support::runToEnd({"xrandr", "--display", display, "--setmonitor", "*L", "640/170x800/210+0+0", "screen"});
-    support::runToEnd({"xrandr", "--display", display, "--setmonitor", "R", "640/170x800/210+640+0", "none"});
-  }
-};
+using LiveCover = CoveredDesktop;
 
 TEST_F(LiveCover, InkInsideIsGoneAndEveryOtherPixelOfTheScreenStays) {
   const Picture clean = client_.screenshot();
