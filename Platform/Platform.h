@@ -19,6 +19,7 @@
 #include "Platform/RemoteControl.h"
 #include "Platform/RunLoop.h"
 #include "Platform/Screens.h"
+#include "Platform/SessionLock.h"
 #include "Platform/Settings.h"
 #include "Platform/StatusBar.h"
 #include "Platform/Views.h"
@@ -39,6 +40,7 @@ class Platform {
   virtual Files& files() = 0;
   virtual Settings& settings() = 0;
   virtual Screens& screens() = 0;
+  virtual SessionLock& sessionLock() = 0;
   virtual Windows& windows() = 0;
   virtual Views& views() = 0;
   virtual CaptureService& capture() = 0;

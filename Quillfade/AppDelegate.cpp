@@ -44,6 +44,9 @@ void AppDelegate::applicationDidFinishLaunching() {
   platform_.screens().observeChanges([weakDelegate = weak_from_this()] {
     if (const auto delegate = weakDelegate.lock()) delegate->screensChanged();
   });
+  platform_.sessionLock().observeChanges([weakDelegate = weak_from_this()] {
+    if (const auto delegate = weakDelegate.lock()) delegate->sessionLockChanged();
+  });
   updateStatusButton();
   overlay_->restore();
   startDemonstration();
@@ -86,5 +89,10 @@ void AppDelegate::startDemonstration() {
 }
 
 void AppDelegate::screensChanged() { overlay_->screensChanged(); }
+
+void AppDelegate::sessionLockChanged() {
+  if (platform_.sessionLock().isLocked()) selector_->cancel();
+  overlay_->sessionLockChanged();
+}
 
 }  // namespace quillfade

@@ -21,6 +21,7 @@ class AppDelegate final : public platform::ApplicationDelegate,
 
   void applicationDidFinishLaunching() override;
   void screensChanged();
+  void sessionLockChanged();
 
   void menuWillOpen(platform::Menu& menu) override;
   void menuDidClose(platform::Menu& menu) override;

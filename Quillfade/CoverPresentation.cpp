@@ -44,7 +44,7 @@ std::optional<platform::Rect> solidArea(const platform::Rect& region, const plat
 }  // namespace
 
 void OverlayController::present() {
-  if (!region_) return;
+  if (!region_ || platform_.sessionLock().isLocked()) return;
   if (style_ == CoverStyle::solid) {
     presentSolid(*region_);
   } else {

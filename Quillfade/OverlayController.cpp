@@ -112,7 +112,15 @@ void OverlayController::screensChanged() {
   present();
 }
 
+void OverlayController::sessionLockChanged() {
+  if (!isEnabled_) return;
+  hideAll();
+  // Whatever else keeps the cover away for now brings it back itself.
+  if (!peekWorkItem_ && !isMenuOpen_) present();
+}
+
 void OverlayController::setMenuOpen(bool open) {
+  isMenuOpen_ = open;
   if (!isEnabled_) return;
   if (open) {
     hideAll();

@@ -44,11 +44,14 @@ class OverlayController final : public std::enable_shared_from_this<OverlayContr
   // Hides a cover that is on for so long. A further peek starts the time anew.
   void peek(double seconds = defaultPeekLength);
   void screensChanged();
+  // A cover that is on stays away while the session is locked.
+  void sessionLockChanged();
   // A cover that is on stays away while the menu is open.
   void setMenuOpen(bool open);
 
  private:
-  // Only adds to what is shown; `hideAll` comes first wherever the cover is rebuilt.
+  // Only adds to what is shown; `hideAll` comes first wherever the cover is rebuilt. Shows nothing while the session is
+  // locked: unlocking presents.
   void present();
   void presentLive(const platform::Rect& region);
   void presentSolid(const platform::Rect& region);
@@ -64,6 +67,7 @@ class OverlayController final : public std::enable_shared_from_this<OverlayContr
   std::shared_ptr<platform::DelayedTask> peekWorkItem_;
   std::function<void()> onStateChange_;
   bool isEnabled_ = false;
+  bool isMenuOpen_ = false;
   std::optional<platform::Rect> region_;
   CoverStyle style_ = CoverStyle::live;
   bool showsOutline_ = true;

@@ -34,6 +34,7 @@ struct ScreenGeometry {
   PixelRect pixels;
   double scale = 1;  // pixels per point
   Rect points;
+  friend bool operator==(const ScreenGeometry&, const ScreenGeometry&) = default;
 };
 
 // Fills in `points` from `pixels` and `scale`; the first screen is the primary one.

@@ -45,6 +45,7 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       scene_(*connection_),
       windowList_(*connection_, scene_, ownClients_),
       stage_(*connection_, scene_, windowList_, runLoop_),
+      sessionLock_(*connection_, scene_, windowList_, runLoop_),
       windows_({*connection_, stage_, screens_, runLoop_}),
       capture_(*connection_, screens_, runLoop_, ownClients_, windowList_, stage_),
       hostMenus_(scene_, windowList_),
@@ -54,6 +55,9 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       workspace_(connection_->missingExtensions()),
       events_(*connection_, [this](const xcb_generic_event_t& event) { handle(event); }, [this] { settle(); }) {
   scene_.setListener(&windowList_);
+  // What covers a whole monitor decides about lockers, whether or not anything is captured.
+  windowList_.setScreens(screens_.geometries());
+  screens_.observeChanges([this] { windowList_.setScreens(screens_.geometries()); });
 }
 
 void LinuxPlatform::handle(const xcb_generic_event_t& event) {
@@ -61,11 +65,13 @@ void LinuxPlatform::handle(const xcb_generic_event_t& event) {
   windowList_.handle(event);
   hotKeys_.handle(event);
   stage_.handle(event);
+  sessionLock_.handle(event);
 }
 
 void LinuxPlatform::settle() {
   scene_.collectReplies();
   stage_.settle();
+  sessionLock_.settle();
   capture_.settle();
   hostMenus_.settle();
 }

@@ -20,6 +20,7 @@
 #include "Platform/Linux/Desktop/SettingsFile.h"
 #include "Platform/Linux/Desktop/SystemClock.h"
 #include "Platform/Linux/Desktop/Views.h"
+#include "Platform/Linux/DesktopSessionLock.h"
 #include "Platform/Linux/DesktopWindows.h"
 #include "Platform/Linux/EventPump.h"
 #include "Platform/Linux/OverlayStage.h"
@@ -44,6 +45,7 @@ class LinuxPlatform final : public Platform {
   Files& files() override { return files_; }
   Settings& settings() override { return settings_; }
   Screens& screens() override { return screens_; }
+  SessionLock& sessionLock() override { return sessionLock_; }
   Windows& windows() override { return windows_; }
   platform::Views& views() override { return views_; }
   CaptureService& capture() override { return capture_; }
@@ -73,6 +75,7 @@ class LinuxPlatform final : public Platform {
   Scene scene_;
   WindowList windowList_;
   OverlayStage stage_;
+  DesktopSessionLock sessionLock_;
   DesktopWindows windows_;
   ScreenCapture capture_;
   PopUpMenus hostMenus_;

@@ -22,6 +22,7 @@
 #include "Platform/Mac/RemoteControl.h"
 #include "Platform/Mac/RunLoop.h"
 #include "Platform/Mac/Screens.h"
+#include "Platform/Mac/SessionLock.h"
 #include "Platform/Mac/Settings.h"
 #include "Platform/Mac/StatusBar.h"
 #include "Platform/Mac/Views.h"
@@ -40,6 +41,7 @@ class MacPlatform final : public Platform {
   platform::Files& files() override { return files_; }
   platform::Settings& settings() override { return settings_; }
   platform::Screens& screens() override { return screens_; }
+  platform::SessionLock& sessionLock() override { return sessionLock_; }
   platform::Windows& windows() override { return windows_; }
   platform::Views& views() override { return views_; }
   platform::CaptureService& capture() override { return capture_; }
@@ -59,6 +61,7 @@ class MacPlatform final : public Platform {
   Files files_;
   Settings settings_;
   Screens screens_;
+  SessionLock sessionLock_;
   Windows windows_;
   Views views_;
   CaptureService capture_;

@@ -43,6 +43,7 @@ class Desktop final : public Platform {
   Files& files() override { return files_; }
   Settings& settings() override { return settings_; }
   Screens& screens() override { return screens_; }
+  SessionLock& sessionLock() override { return sessionLock_; }
   Windows& windows() override { return windows_; }
   Views& views() override { return views_; }
   CaptureService& capture() override { return capture_; }
@@ -71,6 +72,7 @@ class Desktop final : public Platform {
   Files files_{record_};
   Settings settings_{record_};
   Screens screens_{record_};
+  SessionLock sessionLock_{record_};
   Windows windows_{record_};
   Views views_{record_};
   CaptureService capture_{record_, runLoop_};

@@ -1,5 +1,7 @@
 #include "Platform/Simulated/Services.h"
 
+#include <utility>
+
 namespace platform::simulated {
 
 bool ScreenCaptureAccess::preflight() {
@@ -40,6 +42,23 @@ std::expected<void, Error> LoginItem::unregisterItem() {
 void Workspace::openURL(const std::string& url) {
   record_.call("workspace: open " + url);
   openedURLs_.push_back(url);
+}
+
+bool SessionLock::isLocked() const {
+  record_.expectMainThread("SessionLock::isLocked");
+  return isLocked_;
+}
+
+void SessionLock::observeChanges(std::function<void()> observer) {
+  record_.call("session lock: observe changes");
+  if (!observer) misuse("SessionLock::observeChanges was given no observer");
+  observers_.push_back(std::move(observer));
+}
+
+void SessionLock::setLocked(bool locked) {
+  record_.call(locked ? "session lock: locked" : "session lock: unlocked");
+  isLocked_ = locked;
+  for (const auto& observer : observers_) observer();
 }
 
 std::optional<SettingValue> Settings::object(const std::string& key) const {

@@ -1,10 +1,11 @@
-// The small services of a desktop: permission, login item, links, settings.
+// The small services of a desktop: permission, login item, links, lock screen, settings.
 //
 // Threads: main thread only.
 #pragma once
 
 #include <deque>
 #include <expected>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -13,6 +14,7 @@
 
 #include "Platform/LoginItem.h"
 #include "Platform/Permission.h"
+#include "Platform/SessionLock.h"
 #include "Platform/Settings.h"
 #include "Platform/Simulated/Record.h"
 #include "Platform/Workspace.h"
@@ -63,6 +65,22 @@ class Workspace final : public platform::Workspace {
  private:
   Record& record_;
   std::vector<std::string> openedURLs_;
+};
+
+class SessionLock final : public platform::SessionLock {
+ public:
+  explicit SessionLock(Record& record) : record_(record) {}
+
+  [[nodiscard]] bool isLocked() const override;
+  void observeChanges(std::function<void()> observer) override;
+
+  // Tells the observers.
+  void setLocked(bool locked);
+
+ private:
+  Record& record_;
+  bool isLocked_ = false;
+  std::vector<std::function<void()>> observers_;
 };
 
 class Settings final : public platform::Settings {

@@ -27,7 +27,9 @@ struct Surroundings {
   Surroundings() {
     for (const auto& [variable, value] : home.environment(server.display())) qputenv(variable.c_str(), value.c_str());
     qputenv("DISPLAY", server.display().c_str());
+    // One bus for both: the names on them are different ones.
     qputenv("DBUS_SESSION_BUS_ADDRESS", busAddress.c_str());
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", busAddress.c_str());
     qunsetenv("QT_QPA_PLATFORM");
     qunsetenv("WAYLAND_DISPLAY");
     application = std::make_unique<platform::x11::DesktopApplication>(std::span<char* const>(arguments));

@@ -61,14 +61,14 @@ TEST_F(AppDelegateLaunch, TheHotKeysAreKeptOnlyOnceAllFourAreBound) {
 
 TEST_F(AppDelegateLaunch, TheStepsComeInTheirOrder) {
   launch();
-  EXPECT_THAT(
-      desktop.record().entries(),
-      ElementsAre("application: activation policy 1", "status bar: make item", "status bar: symbol pencil",
-                  "status button: image pencil", "image pencil: template", "status button: tooltip Quillfade",
-                  "status bar: make menu", "menu: set delegate", "status item: set menu", "hot keys: install handler",
-                  "hot keys: register 1", "hot keys: register 2", "hot keys: register 3", "hot keys: register 4",
-                  "screens: observe changes", "status bar: symbol pencil", "image pencil: template",
-                  "status button: image pencil", std::string("status button: tooltip ") + idleText));
+  EXPECT_THAT(desktop.record().entries(),
+              ElementsAre("application: activation policy 1", "status bar: make item", "status bar: symbol pencil",
+                          "status button: image pencil", "image pencil: template", "status button: tooltip Quillfade",
+                          "status bar: make menu", "menu: set delegate", "status item: set menu",
+                          "hot keys: install handler", "hot keys: register 1", "hot keys: register 2",
+                          "hot keys: register 3", "hot keys: register 4", "screens: observe changes",
+                          "session lock: observe changes", "status bar: symbol pencil", "image pencil: template",
+                          "status button: image pencil", std::string("status button: tooltip ") + idleText));
 }
 
 TEST_F(AppDelegateLaunch, RestoringAndTheDemonstrationComeLast) {
@@ -215,6 +215,25 @@ TEST_F(AppDelegateLaunchDeathTest, WithoutAnApplicationTheLaunchEndsTheProcess) 
 TEST_F(AppDelegateLaunchDeathTest, WithoutAStatusItemTheLaunchEndsTheProcess) {
   desktop.statusBar().refusesItems = true;
   EXPECT_DEATH(launch(), "fatal error");
+}
+
+TEST_F(AppDelegateLaunch, LockingTheSessionHidesTheCoverAndEndsASelection) {
+  launchWithCoverOn();
+  delegate->selectArea();
+  desktop.sessionLock().setLocked(true);
+  desktop.runLoop().settle();
+  EXPECT_THAT(delegate->selector().windows(), IsEmpty());
+  EXPECT_THAT(shownWindows(), IsEmpty());
+  EXPECT_EQ(overlay().region(), region);
+  desktop.sessionLock().setLocked(false);
+  EXPECT_THAT(shownFrames(), ElementsAre(region));
+}
+
+TEST_F(AppDelegateLaunch, TheLockIsIgnoredOnceTheDelegateIsGone) {
+  launch();
+  delegate = nullptr;
+  desktop.sessionLock().setLocked(true);
+  EXPECT_THAT(shownWindows(), IsEmpty());
 }
 
 }  // namespace

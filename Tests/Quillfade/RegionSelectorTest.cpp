@@ -235,5 +235,29 @@ TEST_F(RegionSelectorDeathTest, WithoutAnApplicationBeginningEndsTheProcess) {
   EXPECT_DEATH(begin(), "fatal error");
 }
 
+TEST_F(RegionSelectorTest, CancellingIsAsEscape) {
+  begin();
+  selector->cancel();
+  desktop.runLoop().settle();
+  EXPECT_THAT(results, ElementsAre(std::nullopt));
+  EXPECT_THAT(shownWindows(), IsEmpty());
+  EXPECT_EQ(desktop.windows().monitorCount(), 0U);
+}
+
+TEST_F(RegionSelectorTest, CancellingWithoutASelectionDoesNothing) {
+  selector->cancel();
+  desktop.runLoop().settle();
+  EXPECT_THAT(results, IsEmpty());
+}
+
+TEST_F(RegionSelectorTest, NoneBeginsWhileTheSessionIsLocked) {
+  desktop.sessionLock().setLocked(true);
+  begin();
+  EXPECT_THAT(shownWindows(), IsEmpty());
+  desktop.sessionLock().setLocked(false);
+  begin();
+  EXPECT_THAT(shownWindows(), SizeIs(2));
+}
+
 }  // namespace
 }  // namespace quillfade

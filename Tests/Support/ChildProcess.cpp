@@ -19,9 +19,16 @@ namespace {
 constexpr int notStarted = 127;
 
 bool belongsToTheDesktop(std::string_view variable) {
-  static constexpr std::array names{
-      "DISPLAY", "WAYLAND_DISPLAY", "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS", "SESSION_MANAGER", "DESKTOP_SESSION",
-      "HOME",    "LANGUAGE",        "LANG"};
+  static constexpr std::array names{"DISPLAY",
+                                    "WAYLAND_DISPLAY",
+                                    "XAUTHORITY",
+                                    "DBUS_SESSION_BUS_ADDRESS",
+                                    "DBUS_SYSTEM_BUS_ADDRESS",
+                                    "SESSION_MANAGER",
+                                    "DESKTOP_SESSION",
+                                    "HOME",
+                                    "LANGUAGE",
+                                    "LANG"};
   static constexpr std::array prefixes{"XDG_", "QT_", "GTK_", "GDK_", "LC_", "QUILLFADE_"};
   return std::ranges::find(names, variable) != names.end() ||
          std::ranges::any_of(prefixes, [&](std::string_view prefix) { return variable.starts_with(prefix); });
@@ -29,7 +36,10 @@ bool belongsToTheDesktop(std::string_view variable) {
 
 std::vector<std::string> fullEnvironment(const Environment& given) {
   // Without an address, bus libraries start a bus of their own, which outlives the test.
-  Environment merged{{"DBUS_SESSION_BUS_ADDRESS", "disabled:"}, {"LANG", "C.UTF-8"}, {"NO_AT_BRIDGE", "1"}};
+  Environment merged{{"DBUS_SESSION_BUS_ADDRESS", "disabled:"},
+                     {"DBUS_SYSTEM_BUS_ADDRESS", "disabled:"},
+                     {"LANG", "C.UTF-8"},
+                     {"NO_AT_BRIDGE", "1"}};
   for (char** entry = environ; *entry != nullptr; ++entry) {
     const std::string_view text = *entry;
     const auto equals = text.find('=');

@@ -33,6 +33,7 @@ WindowList::WindowList(Connection& connection, const Scene& scene, std::vector<s
 WindowList::~WindowList() = default;
 
 void WindowList::setScreens(std::vector<ScreenGeometry> screens) {
+  if (screens == screens_) return;
   screens_ = std::move(screens);
   monitors_.clear();
   for (const ScreenGeometry& screen : screens_) monitors_.push_back(screen.pixels);

@@ -151,6 +151,10 @@ __attribute__((objc_root_class))
              object:(nullable id)anObject;
 @end
 
+@interface NSDistributedNotificationCenter : NSNotificationCenter
++ (NSDistributedNotificationCenter*)defaultCenter;
+@end
+
 @interface NSTimer : NSObject
 + (NSTimer*)scheduledTimerWithTimeInterval:(NSTimeInterval)interval
                                    repeats:(BOOL)repeats

@@ -1,0 +1,29 @@
+#include "Platform/Linux/Desktop/ScreenSavers.h"
+
+#include <array>
+
+namespace platform::x11 {
+namespace {
+
+// They all have the same method and signal, on an interface and an object of their own name.
+constexpr std::array<std::string_view, 5> services{
+    "org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.cinnamon.ScreenSaver",
+    "org.mate.ScreenSaver",        "org.xfce.ScreenSaver",
+};
+
+}  // namespace
+
+ScreenSavers::ScreenSavers(const std::function<void(std::string_view, bool)>& changed) {
+  const QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) return;
+  for (const std::string_view service : services) {
+    const QString name = QString::fromLatin1(service.data(), static_cast<qsizetype>(service.size()));
+    const QString path = '/' + QString{name}.replace('.', '/');
+    flags_.push_back(std::make_unique<BusFlag>(
+        BusFlag::Source{bus, name, path, name, QStringLiteral("ActiveChanged"),
+                        QDBusMessage::createMethodCall(name, path, name, QStringLiteral("GetActive"))},
+        [changed, service](bool isActive) { changed(service, isActive); }));
+  }
+}
+
+}  // namespace platform::x11
