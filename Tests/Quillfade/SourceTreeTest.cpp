@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path root = fs::path(__FILE__).parent_path().parent_path().parent_path();
+const fs::path root = QUILLFADE_SOURCE_TREE;
 
 bool isSource(const fs::path& path) {
   return path.extension() == ".h" || path.extension() == ".cpp" || path.extension() == ".mm";
