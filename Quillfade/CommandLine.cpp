@@ -48,6 +48,24 @@ Parsed parseStatus(const Words& words) {
   return std::unexpected("A status takes no other word than \"--json\".");
 }
 
+// Everything from the program's name on is the program's own, whatever it looks like.
+Parsed parseShare(const Words& words) {
+  auto view = ShareView::unmirrored;
+  std::size_t next = 1;
+  if (words.size() > 2 && words[1] == "--view") {
+    if (words[2] != "unmirrored" && words[2] != "clean") {
+      return std::unexpected("A view is \"unmirrored\" or \"clean\", not \"" + words[2] + "\".");
+    }
+    view = words[2] == "clean" ? ShareView::clean : ShareView::unmirrored;
+    next = 3;
+  }
+  const Words rest(words.begin() + static_cast<std::ptrdiff_t>(next), words.end());
+  if (rest.size() == 2 && rest[0] == "--install") return command::InstallShare{view, rest[1]};
+  if (rest.size() == 2 && rest[0] == "--uninstall" && next == 1) return command::UninstallShare{rest[1]};
+  if (rest.size() > 1 && rest[0] == "--") return command::Share{view, {rest.begin() + 1, rest.end()}};
+  return std::unexpected("To share, say \"quillfade share [--view unmirrored|clean] -- PROGRAM\".");
+}
+
 }  // namespace
 
 Parsed parseCommand(const Words& words) {
@@ -62,6 +80,7 @@ Parsed parseCommand(const Words& words) {
   if (name == "status") return parseStatus(words);
   if (name == "windows") return plain(words, command::Windows{});
   if (name == "quit") return plain(words, command::Quit{});
+  if (name == "share") return parseShare(words);
   if (name == "--help" || name == "-h") return plain(words, command::Help{});
   if (name == "--version") return plain(words, command::Version{});
   return std::unexpected("There is no command \"" + name + "\".");
@@ -70,7 +89,7 @@ Parsed parseCommand(const Words& words) {
 std::string versionText() { return std::string{applicationName} + ' ' + std::string{applicationVersion} + '\n'; }
 
 std::string helpText() {
-  return R"(Usage: quillfade [COMMAND]
+  return R"help(Usage: quillfade [COMMAND]
 
 Without a command, Quillfade starts and lives in the tray. With one, the running Quillfade carries it out:
 
@@ -85,6 +104,16 @@ Without a command, Quillfade starts and lives in the tray. With one, the running
   windows             list the windows on screen, and which a live copy leaves out, and why
   quit                end Quillfade
 
+These need no running Quillfade:
+
+  share [--view unmirrored|clean] -- PROGRAM [WORDS...]
+                      run a program that captures the screen, so that it does not see the cover
+                      (unmirrored), or neither the cover nor the annotations (clean)
+  share [--view unmirrored|clean] --install APP.desktop
+                      add a launcher "APP (through Quillfade)" to your applications
+  share --uninstall APP.desktop
+                      take it away again
+
   --help              print this
   --version           print the version
 
@@ -92,7 +121,8 @@ Environment:
   QUILLFADE_DEMO=1    start with a fixed area covered
 
 Exit status: 0 done; 1 Quillfade is not running, or the command could not be carried out; 2 no such command.
-)";
+"share" ends with the exit status of its program.
+)help";
 }
 
 }  // namespace quillfade

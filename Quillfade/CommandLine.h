@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Quillfade/CoverStyle.h"
+#include "Quillfade/ShareView.h"
 
 namespace quillfade {
 
@@ -31,14 +32,26 @@ struct Status {
 };
 struct Windows {};
 struct Quit {};
+struct Share {
+  ShareView view = ShareView::unmirrored;
+  std::vector<std::string> program;  // and its words
+};
+struct InstallShare {
+  ShareView view = ShareView::unmirrored;
+  std::string application;
+};
+struct UninstallShare {
+  std::string application;
+};
 struct Start {};  // no words: run the application
 struct Help {};
 struct Version {};
 }  // namespace command
 
-using Command = std::variant<command::Toggle, command::Peek, command::WholeScreen, command::SelectArea, command::Style,
-                             command::Outline, command::Status, command::Windows, command::Quit, command::Start,
-                             command::Help, command::Version>;
+using Command =
+    std::variant<command::Toggle, command::Peek, command::WholeScreen, command::SelectArea, command::Style,
+                 command::Outline, command::Status, command::Windows, command::Quit, command::Share,
+                 command::InstallShare, command::UninstallShare, command::Start, command::Help, command::Version>;
 
 namespace exitstatus {
 inline constexpr int success = 0;

@@ -35,7 +35,7 @@ class Execution {
   std::string operator()(command::Status status) {
     return status.asJson ? statusJson(delegate_.overlay()) : statusText(delegate_.overlay());
   }
-  // Help and version are answered by the asking process; starting a running application is done already. The list of
+  // Help, version and sharing are the asking process's own; starting a running application is done already. The list of
   // windows comes later, and so never comes here.
   template <class Other>
   std::string operator()(Other /*command*/) {

@@ -7,6 +7,7 @@
 #include "Platform/Platform.h"
 #include "Quillfade/CommandLine.h"
 #include "Quillfade/ProcessEntry.h"
+#include "Quillfade/Share.h"
 
 namespace {
 
@@ -30,6 +31,9 @@ int main(int argc, char** argv) {
   if (!parsed) return finish({exitstatus::usage, parsed.error() + " Try \"quillfade --help\".\n"});
   if (std::holds_alternative<command::Help>(*parsed)) return finish({exitstatus::success, helpText()});
   if (std::holds_alternative<command::Version>(*parsed)) return finish({exitstatus::success, versionText()});
+  if (const auto* shared = std::get_if<command::Share>(&*parsed)) return finish(share(*shared));
+  if (const auto* installed = std::get_if<command::InstallShare>(&*parsed)) return finish(installShare(*installed));
+  if (const auto* removed = std::get_if<command::UninstallShare>(&*parsed)) return finish(uninstallShare(*removed));
   if (!std::holds_alternative<command::Start>(*parsed)) return send(arguments);
 
   const auto platform = platform::makePlatform(std::span<char* const>(argv, static_cast<std::size_t>(argc)));

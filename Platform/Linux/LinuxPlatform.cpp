@@ -41,6 +41,7 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
     : connection_(openConnection()),
       application_(arguments),
       ownClients_(resourceBases(*connection_)),
+      mark_(*connection_, ownClients_),
       settings_(settingsPath()),
       scene_(*connection_),
       windowList_(*connection_, scene_, ownClients_),
@@ -54,7 +55,7 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       loginItem_(configurationDirectory(), programPath()),
       workspace_(connection_->missingExtensions()),
       events_(*connection_, [this](const xcb_generic_event_t& event) { handle(event); }, [this] { settle(); }) {
-  scene_.setListener(&windowList_);
+  scene_.addListener(windowList_);
   // What covers a whole monitor decides about lockers, whether or not anything is captured.
   windowList_.setScreens(screens_.geometries());
   screens_.observeChanges([this] { windowList_.setScreens(screens_.geometries()); });

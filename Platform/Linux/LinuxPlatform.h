@@ -28,6 +28,7 @@
 #include "Platform/Linux/X11/Connection.h"
 #include "Platform/Linux/X11/HotKeys.h"
 #include "Platform/Linux/X11/PopUpMenus.h"
+#include "Platform/Linux/X11/ProductMark.h"
 #include "Platform/Linux/X11/Scene.h"
 #include "Platform/Linux/X11/WindowList.h"
 #include "Platform/Platform.h"
@@ -65,6 +66,7 @@ class LinuxPlatform final : public Platform {
   std::unique_ptr<Connection> connection_;
   DesktopApplication application_;
   std::vector<std::uint32_t> ownClients_;
+  ProductMark mark_;
   QtRunLoop runLoop_;
   DesktopProcess process_;
   SystemClock clock_;

@@ -1,5 +1,7 @@
 #include "Platform/Mac/MacPlatform.h"
 
+#include "Platform/Lens.h"
+
 namespace platform {
 
 std::unique_ptr<Platform> makePlatform(std::span<char* const> /*arguments*/) {
@@ -8,6 +10,20 @@ std::unique_ptr<Platform> makePlatform(std::span<char* const> /*arguments*/) {
 
 std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& /*arguments*/) {
   return std::unexpected(Error{"On macOS a running instance takes no commands from the command line."});
+}
+
+std::expected<int, Error> runThroughLens(const std::vector<std::string>& /*program*/, LensRule /*rule*/) {
+  return std::unexpected(
+      Error{"On macOS the cover is never part of what other programs capture: start them as usual."});
+}
+
+std::expected<std::string, Error> installLensEntry(const std::string& /*application*/,
+                                                   const std::vector<std::string>& /*words*/) {
+  return std::unexpected(Error{"On macOS there is nothing to install: start programs as usual."});
+}
+
+std::expected<std::string, Error> removeLensEntry(const std::string& /*application*/) {
+  return std::unexpected(Error{"On macOS there is nothing to install: start programs as usual."});
 }
 
 }  // namespace platform

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Platform/Lens.h"
+
 namespace platform {
 
 namespace simulated {
@@ -42,6 +44,19 @@ std::unique_ptr<Platform> makePlatform(std::span<char* const> /*arguments*/) {
 
 std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& /*arguments*/) {
   return std::unexpected(Error{"Quillfade is not running."});
+}
+
+std::expected<int, Error> runThroughLens(const std::vector<std::string>& /*program*/, LensRule /*rule*/) {
+  return std::unexpected(Error{"A simulated desktop runs no programs."});
+}
+
+std::expected<std::string, Error> installLensEntry(const std::string& /*application*/,
+                                                   const std::vector<std::string>& /*words*/) {
+  return std::unexpected(Error{"A simulated desktop has no menu of applications."});
+}
+
+std::expected<std::string, Error> removeLensEntry(const std::string& /*application*/) {
+  return std::unexpected(Error{"A simulated desktop has no menu of applications."});
 }
 
 }  // namespace platform

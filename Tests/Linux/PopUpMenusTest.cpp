@@ -12,7 +12,7 @@ namespace {
 
 class PopUpMenusOnX : public testing::Test {
  protected:
-  PopUpMenusOnX() { scene_.setListener(&list_); }
+  PopUpMenusOnX() { scene_.addListener(list_); }
 
   void pump() {
     connection_->flush();

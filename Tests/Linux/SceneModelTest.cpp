@@ -44,7 +44,7 @@ class SceneModelTest : public ::testing::Test {
  protected:
   SceneModelTest() {
     for (const xcb_window_t id : {1U, 2U, 3U}) model.created(id, place, false);
-    model.setListener(&recorder);
+    model.addListener(recorder);
   }
 
   std::vector<xcb_window_t> order() const {

@@ -133,7 +133,7 @@ TEST_F(StackKeeperRules, AWindowAboveALockerGoesBeneathIt) {
 class Keeper {
  public:
   explicit Keeper(const std::string& display) : connection_(connectTo(display)), scene_(*connection_) {
-    scene_.setListener(&list_);
+    scene_.addListener(list_);
     list_.setScreens({{.pixels = wholeScreen, .scale = 1, .points = {{0, 0}, {1280, 800}}}});
     window_ = connection_->newId();
     const std::uint32_t overrideRedirect = 1;

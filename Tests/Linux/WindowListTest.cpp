@@ -12,6 +12,7 @@
 #include <string>
 
 #include "Platform/Linux/X11/Identity.h"
+#include "Platform/Linux/X11/ProductMark.h"
 #include "Tests/Linux/EngineSupport.h"
 #include "Tests/Support/Desktop.h"
 #include "Tests/Support/GromitMpx.h"
@@ -34,7 +35,7 @@ class WindowListOnX : public testing::Test {
     connection_ = connectTo(server_.display());
     scene_ = std::make_unique<Scene>(*connection_);
     list_ = std::make_unique<WindowList>(*connection_, *scene_, std::vector{connection_->resourceBase()});
-    scene_->setListener(list_.get());
+    scene_->addListener(*list_);
     list_->setScreens({{.pixels = wholeScreen, .scale = 1, .points = {{0, 0}, {1280, 800}}}});
   }
 
@@ -212,6 +213,34 @@ TEST_F(WindowListOnX, WindowsOfThisProgramsConnectionsAreItsOwn) {
   EXPECT_TRUE(support::waitUntil([&] { return ownerOf(entry(own)) == "org.quillfade.Quillfade"; }));
   EXPECT_TRUE(list_->isOwn(own));
   EXPECT_EQ(entry(own)->windowLayer, layers::own);
+}
+
+TEST_F(WindowListOnX, WindowsOfAnotherProcessOfThisProductAreItsOwnAsLongAsThatRuns) {
+  observe();
+  const xcb_window_t foreign = client_.createWindow({});
+  client_.setClass(foreign, "paint", "Paint");
+  client_.sync();
+  ASSERT_TRUE(support::waitUntil([&] { return ownerOf(entry(foreign)) == "Paint"; }));
+  {
+    const auto other = connectTo(server_.display());
+    const std::uint32_t client = foreign & ~other->resourceMask();
+    const ProductMark mark(*other, std::array{other->resourceBase(), client});
+    other->flush();
+    EXPECT_TRUE(support::waitUntil([&] { return ownerOf(entry(foreign)) == "org.quillfade.Quillfade"; }));
+    EXPECT_TRUE(list_->isOwn(foreign));
+  }
+  EXPECT_TRUE(support::waitUntil([&] { return ownerOf(entry(foreign)) == "Paint"; }));
+}
+
+TEST_F(WindowListOnX, AMarkOfNobodyMarksNothing) {
+  observe();
+  const xcb_window_t mark = client_.createWindow({});
+  const xcb_window_t plain = client_.createWindow({});
+  client_.setClass(plain, "paint", "Paint");
+  client_.setNumbers(mark, productClientsProperty, "CARDINAL", {0, 0xffffffff});
+  client_.sync();
+  EXPECT_EQ(ownerOf(entry(plain)), "Paint");
+  EXPECT_FALSE(list_->isOwn(plain));
 }
 
 TEST_F(WindowListOnX, AnOwnWindowInsideAWindowManagersFrameIsStillOwn) {

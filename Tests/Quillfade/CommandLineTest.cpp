@@ -56,6 +56,40 @@ TEST(CommandLine, APeekTakesNothingButAFewSeconds) {
   }
 }
 
+TEST(CommandLine, SharingTakesAProgramWithItsWords) {
+  const auto shared = std::get<command::Share>(parseCommand({"share", "--", "grab", "--view", "x"}).value());
+  EXPECT_EQ(shared.view, ShareView::unmirrored);
+  EXPECT_THAT(shared.program, testing::ElementsAre("grab", "--view", "x"));
+  const auto clean = std::get<command::Share>(parseCommand({"share", "--view", "clean", "--", "grab"}).value());
+  EXPECT_EQ(clean.view, ShareView::clean);
+  EXPECT_THAT(clean.program, testing::ElementsAre("grab"));
+  EXPECT_EQ(std::get<command::Share>(parseCommand({"share", "--view", "unmirrored", "--", "grab"}).value()).view,
+            ShareView::unmirrored);
+}
+
+TEST(CommandLine, AnApplicationIsInstalledToShareWithOneViewOrTheOther) {
+  const auto installed = std::get<command::InstallShare>(parseCommand({"share", "--install", "a.desktop"}).value());
+  EXPECT_EQ(installed.view, ShareView::unmirrored);
+  EXPECT_EQ(installed.application, "a.desktop");
+  EXPECT_EQ(std::get<command::InstallShare>(parseCommand({"share", "--view", "clean", "--install", "a"}).value()).view,
+            ShareView::clean);
+  EXPECT_EQ(std::get<command::UninstallShare>(parseCommand({"share", "--uninstall", "a"}).value()).application, "a");
+}
+
+TEST(CommandLine, SharingTakesNothingElse) {
+  for (const Words& wrong : std::vector<Words>{{"share"},
+                                               {"share", "grab"},
+                                               {"share", "--"},
+                                               {"share", "--view", "clean"},
+                                               {"share", "--view", "clean", "--uninstall", "a"},
+                                               {"share", "--install"},
+                                               {"share", "--install", "a", "b"}}) {
+    EXPECT_EQ(complaint(wrong), "To share, say \"quillfade share [--view unmirrored|clean] -- PROGRAM\".");
+  }
+  EXPECT_EQ(complaint({"share", "--view", "dirty", "--", "grab"}),
+            "A view is \"unmirrored\" or \"clean\", not \"dirty\".");
+}
+
 TEST(CommandLine, AStyleIsOneOfTwo) {
   const auto style = [](const Words& words) { return std::get<command::Style>(parseCommand(words).value()).style; };
   EXPECT_EQ(style({"style", "solid"}), CoverStyle::solid);
@@ -109,8 +143,9 @@ Words commandsInHelp() {
 }
 
 TEST(CommandLine, TheHelpNamesEveryCommandThatThereIs) {
-  EXPECT_THAT(commandsInHelp(), testing::ElementsAre("toggle", "peek", "whole-screen", "select-area", "style",
-                                                     "outline", "status", "windows", "quit", "--help", "--version"));
+  EXPECT_THAT(commandsInHelp(),
+              testing::ElementsAre("toggle", "peek", "whole-screen", "select-area", "style", "outline", "status",
+                                   "windows", "quit", "share", "share", "share", "--help", "--version"));
   for (const auto& name : commandsInHelp()) EXPECT_THAT(complaint({name}), Not(StartsWith("There is no command")));
 }
 

@@ -6,8 +6,9 @@
 #include <cmath>
 #include <utility>
 
-#include "Platform/Linux/Desktop/MonitorRectangles.h"
+#include "Platform/Linux/Desktop/QtX11.h"
 #include "Platform/Linux/Desktop/ToolkitCoordinates.h"
+#include "Platform/Linux/X11/MonitorRectangles.h"
 
 namespace platform::x11 {
 
@@ -47,7 +48,8 @@ struct NamedScreen {
 };
 
 std::vector<NamedScreen> readScreens() {
-  const auto monitors = monitorRectangles();
+  xcb_connection_t* server = qtConnection();
+  const auto monitors = server != nullptr ? monitorRectangles(server, rootWindow(server)) : std::nullopt;
   std::vector<NamedScreen> screens;
   for (const QScreen* screen : screensInOrder())
     if (const auto pixels = exactPixels(*screen, monitors))

@@ -5,6 +5,8 @@
 #include <span>
 #include <string_view>
 
+#include "Platform/Linux/X11/ProductMark.h"
+
 namespace platform::x11 {
 
 namespace {
@@ -19,6 +21,7 @@ enum Property : std::size_t {
   decorationHints,
   sizeHints,
   processId,
+  productClients,
 };
 
 // No honest window has more than these; the rest of a longer property is left in the server. In units of four bytes.
@@ -102,6 +105,7 @@ PropertyAtoms::PropertyAtoms(Connection& connection) {
                           "_MOTIF_WM_HINTS",
                           "WM_NORMAL_HINTS",
                           "_NET_WM_PID",
+                          productClientsProperty,
                           "_NET_WM_WINDOW_TYPE_DESKTOP",
                           "_NET_WM_WINDOW_TYPE_DOCK",
                           "_NET_WM_WINDOW_TYPE_TOOLBAR",
@@ -130,6 +134,7 @@ PropertyAtoms::PropertyAtoms(Connection& connection) {
   properties[decorationHints] = atom("_MOTIF_WM_HINTS");
   properties[sizeHints] = atom("WM_NORMAL_HINTS");
   properties[processId] = atom("_NET_WM_PID");
+  properties[productClients] = atom(productClientsProperty);
   types = {{atom("_NET_WM_WINDOW_TYPE_DESKTOP"), WindowType::desktop},
            {atom("_NET_WM_WINDOW_TYPE_DOCK"), WindowType::dock},
            {atom("_NET_WM_WINDOW_TYPE_TOOLBAR"), WindowType::toolbar},
@@ -201,6 +206,7 @@ ClientProperties ClientPropertiesRequest::collect() {
   constexpr std::uint32_t withdrawn = 0;
   result.isManaged = !managed.empty() && managed.front() != withdrawn;
   if (const auto id = numbers(processId); !id.empty()) result.processId = id.front();
+  result.productClients = numbers(productClients);
 
   if (shape_) {
     const auto reply = awaitReply(c, xcb_shape_query_extents_reply, *shape_);

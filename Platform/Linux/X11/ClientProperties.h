@@ -28,17 +28,18 @@ struct ClientProperties {
   std::string className;
   std::vector<WindowType> types;  // those that are known, in the window's order
   WindowState state;
-  bool isManaged = false;                  // carries the state that a window manager sets on what it manages
-  bool hasFixedSize = false;               // its least size is its largest
-  std::optional<bool> hasDecorations;      // absent when nothing says so
-  std::optional<std::uint32_t> processId;  // as the program claims it
-  bool hasShape = false;                   // bounding
-  bool hasEmptyInput = false;              // no pixel takes the pointer
+  bool isManaged = false;                     // carries the state that a window manager sets on what it manages
+  bool hasFixedSize = false;                  // its least size is its largest
+  std::optional<bool> hasDecorations;         // absent when nothing says so
+  std::optional<std::uint32_t> processId;     // as the program claims it
+  bool hasShape = false;                      // bounding
+  bool hasEmptyInput = false;                 // no pixel takes the pointer
+  std::vector<std::uint32_t> productClients;  // resource bases, when it is the mark of a process of this product
 };
 
 // The names that it takes to read and to understand them.
 struct PropertyAtoms {
-  static constexpr std::size_t count = 8;
+  static constexpr std::size_t count = 9;
 
   // Looks all of them up in one round trip.
   explicit PropertyAtoms(Connection& connection);

@@ -38,12 +38,12 @@ Compositor::Compositor(Connection& connection, Scene& scene, const PixelRect& so
   filter_.addOwnClient(connection_.resourceBase());
   bounds_.set(PixelRect{0, 0, source_.width, source_.height});
   for (const SceneWindow& window : scene_.windows()) watch(window);
-  scene_.setListener(this);
+  scene_.addListener(*this);
   invalidate();
 }
 
 Compositor::~Compositor() {
-  scene_.setListener(nullptr);
+  scene_.removeListener(*this);
   forgetPending();
 }
 

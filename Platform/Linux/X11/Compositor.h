@@ -5,7 +5,7 @@
 //
 // Threads: that of its connection. Pass it every event after the scene has seen it.
 // Units and axes: `source` in root pixels; the picture's and the regions' origin is the source's top-left corner.
-// Ownership: it keeps references to the connection and the scene, which must outlive it, and is the scene's listener.
+// Ownership: it keeps references to the connection and the scene, which must outlive it, and listens to the scene.
 // Preconditions: all extensions are there; somebody keeps the screen's windows redirected.
 // Failure: windows may vanish at any time; what is painted then is corrected when the event arrives. Painting never
 // waits for the server, except to look up the wallpaper of a compositing manager when either has changed.

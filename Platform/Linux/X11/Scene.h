@@ -2,9 +2,10 @@
 //
 // Threads: that of its connection. The scene has no thread of its own: whoever reads the connection passes every event
 // to `handle` and calls `collectReplies` after each batch, before it waits again. Units and axes: device pixels in root
-// coordinates, y down. Ownership: it keeps a reference to the connection and to its listener, both of which must
-// outlive it. One scene per connection. Destroying it ends its event selections. Failure: with a broken connection the
-// scene is empty or stays as it is. Requests about windows that are gone fail silently; their DestroyNotify follows.
+// coordinates, y down. Ownership: it keeps a reference to the connection and to its listeners; the connection
+// must outlive it. One scene per connection. Destroying it ends its event selections. Failure: with a broken connection
+// the scene is empty or stays as it is. Requests about windows that are gone fail silently; their DestroyNotify
+// follows.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -21,13 +22,15 @@ namespace platform::x11 {
 
 class Scene {
  public:
-  // Waits for the server twice, however many windows there are. The listener hears of later changes only.
+  // Waits for the server twice, however many windows there are. Listeners hear of later changes only.
   explicit Scene(Connection& connection);
   ~Scene();
   Scene(const Scene&) = delete;
   Scene& operator=(const Scene&) = delete;
 
-  void setListener(SceneListener* listener) { model_.setListener(listener); }
+  // Each must be removed before it goes.
+  void addListener(SceneListener& listener) { model_.addListener(listener); }
+  void removeListener(SceneListener& listener) { model_.removeListener(listener); }
 
   // Bottom to top, unmapped and input-only windows included; windows of the server itself are never among them. Valid
   // until the next event.

@@ -26,6 +26,11 @@ const SceneWindow* SceneModel::find(xcb_window_t id) const {
   return index ? &windows_[*index] : nullptr;
 }
 
+template <typename Telling>
+void SceneModel::tell(Telling telling) {
+  for (SceneListener* listener : listeners_) telling(*listener);
+}
+
 std::vector<SceneModel::Stub> SceneModel::takeStubs() { return std::exchange(stubs_, {}); }
 
 void SceneModel::add(const SceneWindow& window) {
@@ -34,7 +39,7 @@ void SceneModel::add(const SceneWindow& window) {
   const Stub stub{window.id, windows_.back().generation};
   stubs_.push_back(stub);
   missing_.push_back({stub, everyPart});
-  if (listener_ != nullptr) listener_->windowAdded(windows_.back());
+  tell([&](SceneListener& listener) { listener.windowAdded(windows_.back()); });
 }
 
 void SceneModel::adopt(xcb_window_t id) {
@@ -62,7 +67,7 @@ void SceneModel::removed(xcb_window_t id, Departure departure) {
   windows_.erase(windows_.begin() + static_cast<std::ptrdiff_t>(*index));
   std::erase_if(missing_, [&](const Missing& missing) { return missing.window.id == id; });
   std::erase_if(stubs_, [&](const Stub& stub) { return stub.id == id; });
-  if (listener_ != nullptr) listener_->windowRemoved(window, departure);
+  tell([&](SceneListener& listener) { listener.windowRemoved(window, departure); });
 }
 
 template <typename Change>
@@ -71,7 +76,8 @@ void SceneModel::change(xcb_window_t id, Change apply) {
   if (!index) return;
   const SceneWindow before = windows_[*index];
   apply(windows_[*index]);
-  if (windows_[*index] != before && listener_ != nullptr) listener_->windowChanged(before, windows_[*index]);
+  if (windows_[*index] != before)
+    tell([&](SceneListener& listener) { listener.windowChanged(before, windows_[*index]); });
 }
 
 void SceneModel::mapped(xcb_window_t id, bool isOverrideRedirect) {
@@ -103,7 +109,7 @@ void SceneModel::moved(xcb_window_t id, std::int32_t x, std::int32_t y) {
 void SceneModel::reshaped(xcb_window_t id, bool isShaped) {
   change(id, [&](SceneWindow& window) { window.isShaped = isShaped; });
   const SceneWindow* window = find(id);
-  if (window != nullptr && listener_ != nullptr) listener_->windowReshaped(*window);
+  if (window != nullptr) tell([&](SceneListener& listener) { listener.windowReshaped(*window); });
 }
 
 void SceneModel::moveTo(std::size_t from, std::size_t to) {
@@ -113,7 +119,7 @@ void SceneModel::moveTo(std::size_t from, std::size_t to) {
     std::rotate(at(from), at(from + 1), at(to + 1));
   else
     std::rotate(at(to), at(from), at(from + 1));
-  if (listener_ != nullptr) listener_->windowRestacked(windows_[to]);
+  tell([&](SceneListener& listener) { listener.windowRestacked(windows_[to]); });
 }
 
 void SceneModel::restacked(xcb_window_t id, std::optional<xcb_window_t> sibling) {
@@ -132,7 +138,7 @@ void SceneModel::raised(xcb_window_t id) {
 void SceneModel::compositingManagerIs(bool isRunning) {
   if (hasCompositingManager_ == isRunning) return;
   hasCompositingManager_ = isRunning;
-  if (listener_ != nullptr) listener_->compositingManagerChanged(isRunning);
+  tell([&](SceneListener& listener) { listener.compositingManagerChanged(isRunning); });
 }
 
 template <typename Change>

@@ -74,7 +74,9 @@ class SceneModel {
     friend bool operator==(const Stub&, const Stub&) = default;
   };
 
-  void setListener(SceneListener* listener) { listener_ = listener; }
+  // Told in the order in which they came; each must be removed before it goes.
+  void addListener(SceneListener& listener) { listeners_.push_back(&listener); }
+  void removeListener(SceneListener& listener) { std::erase(listeners_, &listener); }
 
   // Bottom to top.
   [[nodiscard]] std::span<const SceneWindow> windows() const { return windows_; }
@@ -111,6 +113,8 @@ class SceneModel {
   };
   [[nodiscard]] std::optional<std::size_t> indexOf(xcb_window_t id) const;
   void add(const SceneWindow& window);
+  template <typename Telling>
+  void tell(Telling telling);
   void moveTo(std::size_t from, std::size_t to);
   template <typename Change>
   void change(xcb_window_t id, Change apply);
@@ -122,7 +126,7 @@ class SceneModel {
   std::vector<Stub> stubs_;
   std::uint64_t nextGeneration_ = 1;
   bool hasCompositingManager_ = false;
-  SceneListener* listener_ = nullptr;
+  std::vector<SceneListener*> listeners_;
 };
 
 }  // namespace platform::x11

@@ -3,6 +3,7 @@
 #include <xcb/shape.h>
 
 #include <algorithm>
+#include <iterator>
 #include <ranges>
 #include <utility>
 
@@ -97,6 +98,7 @@ void WindowList::refresh() {
   readTopLevels(stale);
   readInnerWindows(stale);
   readProcessNames(stale);
+  collectMarks();
 }
 
 void WindowList::readTopLevels(const std::vector<xcb_window_t>& stale) {
@@ -198,7 +200,9 @@ void WindowList::windowAdded(const SceneWindow& window) {
 void WindowList::windowRemoved(const SceneWindow& window, Departure /*departure*/) {
   if (const auto record = records_.find(window.id); record != records_.end()) {
     frameOf_.erase(record->second.inner);
+    const bool isMark = !record->second.own.productClients.empty();
     records_.erase(record);
+    if (isMark) collectMarks();
   }
   markChanged();
 }
@@ -219,8 +223,19 @@ void WindowList::markChanged() {
   if (std::exchange(isHandedOut_, false) && changed_) changed_();
 }
 
+// The server's own windows belong to nobody, whatever a mark says.
+void WindowList::collectMarks() {
+  markedClients_.clear();
+  for (const auto& [window, record] : records_) {
+    std::ranges::copy_if(record.own.productClients, std::back_inserter(markedClients_),
+                         [&](std::uint32_t client) { return !connection_.isServerOwned(client); });
+  }
+}
+
 bool WindowList::isOwnClient(xcb_window_t window) const {
-  return std::ranges::find(ownClients_, window & ~connection_.resourceMask()) != ownClients_.end();
+  const std::uint32_t client = window & ~connection_.resourceMask();
+  return std::ranges::find(ownClients_, client) != ownClients_.end() ||
+         std::ranges::find(markedClients_, client) != markedClients_.end();
 }
 
 WindowProperties WindowList::describe(const SceneWindow& window) const {

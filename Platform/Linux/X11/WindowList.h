@@ -2,8 +2,9 @@
 //
 // What the windows say of themselves is remembered; an announced change marks a window as stale, and the next request
 // reads all stale windows again, together. With nothing stale a request sends nothing.
-// Threads: main thread, on the main connection. Whoever reads the connection passes every event to `handle` after the
-// scene has seen it, and makes the list the scene's listener or passes on what the scene's listener hears.
+// The windows of another process of this product count as this program's own.
+// Threads: that of the connection. Whoever reads the connection passes every event to `handle` after the
+// scene has seen it, and adds the list to the scene's listeners.
 // Units and axes: frames are points in the global space, the stacking is bottom to top.
 // Ownership: keeps references to the connection and the scene, which outlive it.
 // Failure: a window that goes away while it is read, or writes nonsense, is listed with what is known of it.
@@ -76,6 +77,7 @@ class WindowList final : public SceneListener {
   void markStale(xcb_window_t window);
   void markChanged();
   void handleReparent(const xcb_reparent_notify_event_t& event);
+  void collectMarks();
   [[nodiscard]] bool isOwnClient(xcb_window_t window) const;
   [[nodiscard]] std::int64_t layer(const WindowProperties& window) const;
   [[nodiscard]] WindowProperties describe(const SceneWindow& window) const;
@@ -84,6 +86,8 @@ class WindowList final : public SceneListener {
   Connection& connection_;
   const Scene& scene_;
   std::vector<std::uint32_t> ownClients_;
+  // Those of other processes of this product.
+  std::vector<std::uint32_t> markedClients_;
   PropertyAtoms atoms_;
   ProcessNames processNames_;
   std::vector<ScreenGeometry> screens_;

@@ -1,8 +1,7 @@
-#include "Platform/Linux/Desktop/MonitorRectangles.h"
+#include "Platform/Linux/X11/MonitorRectangles.h"
 
 #include <xcb/randr.h>
 
-#include "Platform/Linux/Desktop/QtX11.h"
 #include "Platform/Linux/X11/Replies.h"
 
 namespace platform::x11 {
@@ -18,10 +17,9 @@ bool knowsMonitors(xcb_connection_t* connection) {
 
 }  // namespace
 
-std::optional<std::vector<PixelRect>> monitorRectangles() {
-  xcb_connection_t* connection = qtConnection();
-  if (!connection || !knowsMonitors(connection)) return std::nullopt;
-  const auto cookie = xcb_randr_get_monitors(connection, rootWindow(connection), 1);
+std::optional<std::vector<PixelRect>> monitorRectangles(xcb_connection_t* connection, xcb_window_t root) {
+  if (!knowsMonitors(connection)) return std::nullopt;
+  const auto cookie = xcb_randr_get_monitors(connection, root, 1);
   const auto reply = awaitReply(connection, xcb_randr_get_monitors_reply, cookie);
   if (!reply) return std::nullopt;
   std::vector<PixelRect> monitors;

@@ -1,0 +1,46 @@
+// A program that has connected and has yet to show that it may.
+//
+// Threads: one at a time. Ownership: of the socket, until it is taken.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "Platform/Linux/Desktop/FileDescriptor.h"
+#include "Platform/Linux/Lens/PrivateAuthority.h"
+#include "Platform/Linux/Lens/Setup.h"
+
+namespace platform::x11::lens {
+
+class Admission {
+ public:
+  enum class Verdict : std::uint8_t {
+    undecided,  // more is to come
+    admitted,
+    refused,  // it has been told so, if it speaks the protocol
+    gone,
+  };
+
+  Admission(FileDescriptor socket, const PrivateAuthority& authority)
+      : socket_(std::move(socket)), authority_(authority) {}
+
+  [[nodiscard]] int descriptor() const { return socket_.get(); }
+  // To be called when the socket is readable. Never reads more than the setup.
+  [[nodiscard]] Verdict advance();
+
+  // Once it is admitted.
+  [[nodiscard]] FileDescriptor takeSocket() { return std::move(socket_); }
+  [[nodiscard]] const SetupRequest& request() const { return request_; }
+  // Why it was refused, for a person; empty when that is nothing unusual.
+  [[nodiscard]] const std::string& complaint() const { return complaint_; }
+
+ private:
+  FileDescriptor socket_;
+  const PrivateAuthority& authority_;
+  std::vector<std::byte> received_;
+  SetupRequest request_;
+  std::string complaint_;
+};
+
+}  // namespace platform::x11::lens

@@ -1,0 +1,77 @@
+// One direction of a connection: bytes, and the file descriptors that travel with them, from one socket to another.
+//
+// What was received is pending until it is released; what was released is sent. Descriptors go with the byte with which
+// they came, or before it. Long stretches that nobody looks at go from socket to socket without being copied here.
+//
+// Threads: one at a time. Both sockets do not block.
+// Ownership: not of the sockets; descriptors under way are closed with the channel.
+#pragma once
+
+#include <sys/socket.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <vector>
+
+#include "Platform/Linux/Desktop/FileDescriptor.h"
+#include "Platform/Linux/Lens/Wire.h"
+
+namespace platform::x11::lens {
+
+class Channel {
+ public:
+  enum class Outcome : std::uint8_t {
+    done,     // something was received; everything was sent
+    blocked,  // by the socket
+    closed,   // the other end is gone, or the connection failed
+  };
+
+  Channel(int from, int to) : from_(from), to_(to) {}
+
+  // Receives what there is, as far as there is room.
+  [[nodiscard]] Outcome receive();
+  // Sends what was released.
+  [[nodiscard]] Outcome send();
+  // Moves up to `count` bytes, none of which anybody looks at, and of which none belongs to a message that could carry
+  // descriptors. Only when nothing is pending and nothing is left to be sent. `moved` says how many were taken in.
+  [[nodiscard]] Outcome move(std::uint64_t count, std::uint64_t& moved);
+
+  [[nodiscard]] Bytes pending() { return Bytes(buffer_).subspan(released_, end_ - released_); }
+  void release(std::size_t count) { released_ += count; }
+  // Takes the first pending bytes out of the stream.
+  void drop(std::size_t count);
+  // Puts bytes into the stream, before the pending ones, and releases them.
+  void insert(std::span<const std::byte> bytes);
+
+  [[nodiscard]] bool hasPending() const { return released_ < end_; }
+  // Whether the last `receive` may have left something behind.
+  [[nodiscard]] bool isFull() const { return end_ == buffer_.size(); }
+  [[nodiscard]] bool hasReleased() const { return begin_ < released_ || inPipe_ > 0; }
+
+ private:
+  struct Descriptors {
+    std::uint64_t position = 0;  // of the byte they travel with, counted from the stream's beginning
+    std::vector<FileDescriptor> descriptors;
+  };
+
+  void makeRoom();
+  [[nodiscard]] Outcome sendPiped();
+  [[nodiscard]] Outcome sendSome();
+  void keepDescriptors(const msghdr& message);
+
+  int from_;
+  int to_;
+  std::vector<std::byte> buffer_;
+  // [begin, released) is to be sent, [released, end) is pending.
+  std::size_t begin_ = 0;
+  std::size_t released_ = 0;
+  std::size_t end_ = 0;
+  std::uint64_t position_ = 0;  // of `begin_` in the stream
+  std::deque<Descriptors> descriptors_;
+  std::array<FileDescriptor, 2> pipe_;
+  std::size_t inPipe_ = 0;
+};
+
+}  // namespace platform::x11::lens

@@ -1,0 +1,145 @@
+#include "Platform/Linux/Lens/Lens.h"
+
+#include <sys/epoll.h>
+
+#include <cstdio>
+#include <optional>
+#include <utility>
+
+#include "Platform/Linux/Desktop/UserDirectories.h"
+
+namespace platform::x11::lens {
+
+namespace {
+
+void report(const std::string& sentence) {
+  std::fprintf(stderr, "quillfade: %s Its connection to the display was closed.\n", sentence.c_str());
+}
+
+}  // namespace
+
+Lens::Lens(ServerAddress server, PrivateDisplay display, PrivateAuthority authority,
+           std::unique_ptr<SharedScreen> screen)
+    : server_(std::move(server)),
+      credential_(server_.credential()),
+      display_(std::move(display)),
+      authority_(std::move(authority)),
+      names_(screen->names()),
+      composing_(std::move(screen)) {
+  watchSockets();
+  poller_.add(composing_.descriptor(), EPOLLIN, [this](std::uint32_t) { showPicture(); });
+}
+
+ChildProgram::Variables Lens::variables() const {
+  const std::string screen = server_.screen() == 0 ? "" : "." + std::to_string(server_.screen());
+  // A program that could choose another way to a screen would not go through the lens.
+  return {{"DISPLAY", ":" + std::to_string(display_.number()) + screen},
+          {"XAUTHORITY", authority_.path()},
+          {"WAYLAND_DISPLAY", ""},
+          {"WAYLAND_SOCKET", ""}};
+}
+
+int Lens::run(const ChildProgram& program, const SignalWatch& signals) {
+  std::optional<int> status;
+  poller_.add(signals.descriptor(), EPOLLIN, [&](std::uint32_t) {
+    while (const auto signal = signals.next()) {
+      if (signal->number != SIGCHLD) program.pass(*signal);
+    }
+    status = program.exitStatus();
+  });
+  while (!status) poller_.wait();
+  return *status;
+}
+
+void Lens::watchSockets() {
+  for (const FileDescriptor& socket : display_.sockets()) {
+    poller_.add(socket.get(), EPOLLIN, [this, &socket](std::uint32_t) {
+      if (auto connection = PrivateDisplay::accept(socket); connection.isOpen()) admit(std::move(connection));
+    });
+  }
+}
+
+void Lens::admit(FileDescriptor socket) {
+  const int descriptor = socket.get();
+  admissions_[descriptor] = std::make_unique<Admission>(std::move(socket), authority_);
+  poller_.add(descriptor, EPOLLIN, [this, descriptor](std::uint32_t) { decide(descriptor); });
+}
+
+void Lens::decide(int descriptor) {
+  const auto found = admissions_.find(descriptor);
+  const Admission::Verdict verdict = found->second->advance();
+  if (verdict == Admission::Verdict::undecided) return;
+  poller_.remove(descriptor);
+  const std::unique_ptr<Admission> admission = std::move(found->second);
+  admissions_.erase(found);
+  if (verdict == Admission::Verdict::admitted) return connect(*admission);
+  if (!admission->complaint().empty()) report(admission->complaint());
+}
+
+void Lens::connect(Admission& admission) {
+  auto server = server_.connect();
+  if (!server) return report(server.error().localizedDescription);
+  auto relay = std::make_unique<Relay>(admission.takeSocket(), std::move(*server), admission.request(), credential_,
+                                       names_, *this);
+  Relay* const key = relay.get();
+  poller_.add(key->client(), 0, [this, key](std::uint32_t events) { ready(key, false, events); });
+  poller_.add(key->server(), 0, [this, key](std::uint32_t events) { ready(key, true, events); });
+  sessions_[key].relay = std::move(relay);
+  // The setup is to be sent.
+  ready(key, true, EPOLLOUT);
+}
+
+void Lens::ready(Relay* relay, bool isFromServer, std::uint32_t events) {
+  follow(relay, isFromServer ? relay->serverReady(events) : relay->clientReady(events));
+}
+
+void Lens::showPicture() {
+  const Composing::Picture picture = composing_.take();
+  std::vector<Relay*> all;
+  for (const auto& [relay, session] : sessions_) all.push_back(relay);
+  for (Relay* relay : all) follow(relay, relay->pictureReady(picture.request, picture.pixmap));
+}
+
+void Lens::follow(Relay* relay, bool isAlive) {
+  if (!isAlive) return end(relay);
+  Session& session = sessions_.at(relay);
+  if (relay->isClientGone() && std::exchange(session.isClientWatched, false)) poller_.remove(relay->client());
+  if (const auto events = relay->clientEvents(); session.isClientWatched && events != session.clientEvents) {
+    poller_.change(relay->client(), session.clientEvents = events);
+  }
+  if (const auto events = relay->serverEvents(); events != session.serverEvents) {
+    poller_.change(relay->server(), session.serverEvents = events);
+  }
+}
+
+void Lens::end(Relay* relay) {
+  if (!relay->complaint().empty()) report(relay->complaint());
+  if (sessions_.at(relay).isClientWatched) poller_.remove(relay->client());
+  poller_.remove(relay->server());
+  sessions_.erase(relay);
+}
+
+}  // namespace platform::x11::lens
+
+namespace platform {
+
+std::expected<int, Error> runThroughLens(const std::vector<std::string>& program, LensRule rule) {
+  using namespace x11::lens;
+  const std::string name = x11::environmentVariable("DISPLAY").value_or("");
+  // Before the composing thread, which inherits what it blocks.
+  const SignalWatch signals;
+  auto screen = SharedScreen::open("", std::move(rule));
+  if (!screen) return std::unexpected(screen.error());
+  const auto server = ServerAddress::parse(name);
+  if (!server) return std::unexpected(Error{"\"" + name + "\" is not the name of an X11 display."});
+  auto display = PrivateDisplay::make();
+  if (!display) return std::unexpected(display.error());
+  auto authority = PrivateAuthority::make(display->number());
+  if (!authority) return std::unexpected(authority.error());
+  Lens lens(*server, std::move(*display), std::move(*authority), std::move(*screen));
+  const auto child = ChildProgram::start(program, lens.variables(), signals);
+  if (!child) return std::unexpected(child.error());
+  return lens.run(*child, signals);
+}
+
+}  // namespace platform

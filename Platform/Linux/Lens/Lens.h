@@ -1,0 +1,67 @@
+// A lens: a private display that stands before the real one, and the program that runs behind it.
+//
+// Threads: the main thread, and the one that composes the picture.
+// Ownership: RAII; display, authority and connections go with it.
+// Failure: sentences.
+#pragma once
+
+#include <expected>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "Platform/Error.h"
+#include "Platform/Linux/Lens/Admission.h"
+#include "Platform/Linux/Lens/ChildProgram.h"
+#include "Platform/Linux/Lens/Composing.h"
+#include "Platform/Linux/Lens/Poller.h"
+#include "Platform/Linux/Lens/PrivateAuthority.h"
+#include "Platform/Linux/Lens/PrivateDisplay.h"
+#include "Platform/Linux/Lens/Relay.h"
+#include "Platform/Linux/Lens/ServerAddress.h"
+
+namespace platform::x11::lens {
+
+class Lens final : public PictureSource {
+ public:
+  Lens(ServerAddress server, PrivateDisplay display, PrivateAuthority authority, std::unique_ptr<SharedScreen> screen);
+  Lens(const Lens&) = delete;
+  Lens& operator=(const Lens&) = delete;
+
+  // What tells a program where its display is.
+  [[nodiscard]] ChildProgram::Variables variables() const;
+  [[nodiscard]] std::uint64_t requestPicture() override { return composing_.request(); }
+  // Until the program ends; its exit status.
+  [[nodiscard]] int run(const ChildProgram& program, const SignalWatch& signals);
+
+ private:
+  struct Session {
+    std::unique_ptr<Relay> relay;
+    std::uint32_t clientEvents = 0;
+    std::uint32_t serverEvents = 0;
+    bool isClientWatched = true;
+  };
+
+  void watchSockets();
+  void admit(FileDescriptor socket);
+  void decide(int descriptor);
+  void connect(Admission& admission);
+  void ready(Relay* relay, bool isFromServer, std::uint32_t events);
+  void showPicture();
+  // Ends a session that is over; otherwise waits for what it waits for.
+  void follow(Relay* relay, bool isAlive);
+  void end(Relay* relay);
+
+  ServerAddress server_;
+  Credential credential_;
+  PrivateDisplay display_;
+  PrivateAuthority authority_;
+  ScreenNames names_;
+  Composing composing_;
+  Poller poller_;
+  std::unordered_map<int, std::unique_ptr<Admission>> admissions_;
+  std::unordered_map<Relay*, Session> sessions_;
+};
+
+}  // namespace platform::x11::lens

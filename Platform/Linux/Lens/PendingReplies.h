@@ -1,0 +1,25 @@
+// The replies of the server that a lens has to look into, from the moment when their request is passed on.
+//
+// Threads: plain values. Requests are numbered as the server counts them, from 1; replies and errors come in the order
+// of their requests.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+
+namespace platform::x11::lens {
+
+enum class ReplyTo : std::uint8_t {
+  screenImage,    // names the visual of what it was read from
+  overlayWindow,  // names that window
+  barrier,        // to a question of the lens's own: the client must not see it
+};
+
+struct PendingReply {
+  std::uint64_t request = 0;
+  ReplyTo kind = ReplyTo::screenImage;
+};
+
+using PendingReplies = std::deque<PendingReply>;
+
+}  // namespace platform::x11::lens

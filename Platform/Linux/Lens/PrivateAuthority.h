@@ -1,0 +1,34 @@
+// What lets the programs behind a lens connect to it: a fresh cookie, in a file for them alone.
+//
+// Threads: any.
+// Ownership: RAII; the file and its directory go with the object. Only this user can read them.
+// Failure: sentences.
+#pragma once
+
+#include <expected>
+#include <string>
+
+#include "Platform/Error.h"
+#include "Platform/Linux/Lens/Setup.h"
+
+namespace platform::x11::lens {
+
+class PrivateAuthority {
+ public:
+  static std::expected<PrivateAuthority, Error> make(int displayNumber);
+  ~PrivateAuthority();
+  PrivateAuthority(PrivateAuthority&& other) noexcept;
+  PrivateAuthority& operator=(PrivateAuthority&&) = delete;
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+  [[nodiscard]] bool admits(const Credential& credential) const;
+
+ private:
+  PrivateAuthority() = default;
+
+  std::string directory_;
+  std::string path_;
+  Credential credential_;
+};
+
+}  // namespace platform::x11::lens

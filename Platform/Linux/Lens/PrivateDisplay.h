@@ -1,0 +1,45 @@
+// A display number of our own, and the sockets at which programs find it.
+//
+// Threads: one at a time.
+// Ownership: RAII; the lock and the sockets go with the object.
+// Failure: sentences.
+#pragma once
+
+#include <array>
+#include <expected>
+#include <string>
+
+#include "Platform/Error.h"
+#include "Platform/Linux/Desktop/FileDescriptor.h"
+
+namespace platform::x11::lens {
+
+class PrivateDisplay {
+ public:
+  // Takes the first number that no server has, from a range where none looks for one.
+  static std::expected<PrivateDisplay, Error> make();
+  ~PrivateDisplay();
+  PrivateDisplay(PrivateDisplay&& other) noexcept;
+  PrivateDisplay& operator=(PrivateDisplay&&) = delete;
+
+  [[nodiscard]] int number() const { return number_; }
+  // The listening sockets.
+  [[nodiscard]] const std::array<FileDescriptor, 2>& sockets() const { return sockets_; }
+  // Takes in who waits at the socket; a descriptor that is not open when nobody does. Other users' processes are turned
+  // away. The connection does not block.
+  [[nodiscard]] static FileDescriptor accept(const FileDescriptor& socket);
+
+ private:
+  PrivateDisplay() = default;
+  // False when somebody else has it.
+  [[nodiscard]] bool claim(int number);
+  [[nodiscard]] bool lock(int number);
+  [[nodiscard]] bool listen();
+  void release();
+
+  int number_ = -1;
+  bool isBound_ = false;
+  std::array<FileDescriptor, 2> sockets_;
+};
+
+}  // namespace platform::x11::lens

@@ -1,0 +1,170 @@
+#include "Platform/Linux/Lens/Relay.h"
+
+#include <sys/epoll.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace platform::x11::lens {
+
+namespace {
+
+// Others want their turn.
+constexpr int mostRounds = 16;
+
+// What is left of a long message goes from socket to socket, but for its end: that may have come in one piece with the
+// beginning of the next message, which may carry descriptors.
+constexpr std::uint64_t endOfMessage = std::uint64_t{64} * 1024;
+constexpr std::uint64_t worthMoving = endOfMessage + std::uint64_t{64} * 1024;
+
+constexpr std::uint8_t getInputFocus = 43;
+
+template <typename Stream>
+Channel::Outcome takeIn(Channel& channel, Stream& stream, bool& mayBeMore) {
+  const std::uint64_t body = stream.remainingBody();
+  if (channel.hasPending() || body < worthMoving) {
+    const Channel::Outcome outcome = channel.receive();
+    mayBeMore = channel.isFull();
+    return outcome;
+  }
+  std::uint64_t moved = 0;
+  const Channel::Outcome outcome = channel.move(body - endOfMessage, moved);
+  stream.skip(moved);
+  return outcome;
+}
+
+}  // namespace
+
+Relay::Relay(FileDescriptor client, FileDescriptor server, const SetupRequest& setup, const Credential& credential,
+             ScreenNames& names, PictureSource& pictures)
+    : client_(std::move(client)),
+      server_(std::move(server)),
+      pictures_(pictures),
+      order_(setup.order),
+      toServer_(client_.get(), server_.get()),
+      toClient_(server_.get(), client_.get()),
+      requestStream_(setup.order, names, replies_),
+      replyStream_(setup.order, names, replies_) {
+  toServer_.insert(setupRequest(setup, credential));
+}
+
+bool Relay::clientReady(std::uint32_t events) {
+  if ((events & EPOLLOUT) != 0 && !pumpReplies()) return false;
+  const bool isWaiting = isServerFull_ || waiting_ != Waiting::no;
+  if (isWaiting && (events & (EPOLLHUP | EPOLLERR)) != 0) {
+    isClientGone_ = true;
+    // Nobody is left to read for.
+    return waiting_ == Waiting::no;
+  }
+  return isWaiting || (events & (EPOLLIN | EPOLLHUP | EPOLLERR)) == 0 || pumpRequests();
+}
+
+bool Relay::serverReady(std::uint32_t events) {
+  if ((events & EPOLLOUT) != 0 && !pumpRequests()) return false;
+  if (isClientFull_) return (events & (EPOLLHUP | EPOLLERR)) == 0;
+  return (events & (EPOLLIN | EPOLLHUP | EPOLLERR)) == 0 || pumpReplies();
+}
+
+bool Relay::pictureReady(std::uint64_t request, std::uint32_t pixmap) {
+  if (waiting_ != Waiting::forPicture || request < awaitedPicture_) return true;
+  waiting_ = Waiting::no;
+  requestStream_.provide(pixmap);
+  return pumpRequests();
+}
+
+std::uint32_t Relay::clientEvents() const {
+  const std::uint32_t in = isServerFull_ || waiting_ != Waiting::no ? 0U : std::uint32_t{EPOLLIN};
+  return in | (isClientFull_ ? std::uint32_t{EPOLLOUT} : 0U);
+}
+
+std::uint32_t Relay::serverEvents() const {
+  return (isClientFull_ ? 0U : std::uint32_t{EPOLLIN}) | (isServerFull_ ? std::uint32_t{EPOLLOUT} : 0U);
+}
+
+bool Relay::pumpRequests() {
+  bool mayBeMore = true;
+  for (int round = 0; round < mostRounds; ++round) {
+    if (!takeRequests()) return false;
+    const Channel::Outcome sent = toServer_.send();
+    if (sent == Channel::Outcome::closed) return false;
+    isServerFull_ = sent == Channel::Outcome::blocked;
+    if (isServerFull_ || waiting_ != Waiting::no || !mayBeMore) return true;
+    const Channel::Outcome taken = takeIn(toServer_, requestStream_, mayBeMore);
+    if (taken == Channel::Outcome::closed) return false;
+    if (taken == Channel::Outcome::blocked && !toServer_.hasReleased()) return true;
+  }
+  return true;
+}
+
+bool Relay::pumpReplies() {
+  bool mayBeMore = true;
+  for (int round = 0; round < mostRounds; ++round) {
+    if (!takeReplies()) return false;
+    const Channel::Outcome sent = toClient_.send();
+    if (sent == Channel::Outcome::closed) return false;
+    isClientFull_ = sent == Channel::Outcome::blocked;
+    if (isClientFull_ || !mayBeMore) return true;
+    const Channel::Outcome taken = takeIn(toClient_, replyStream_, mayBeMore);
+    if (taken == Channel::Outcome::closed) return false;
+    if (taken == Channel::Outcome::blocked && !toClient_.hasReleased()) return true;
+  }
+  return true;
+}
+
+bool Relay::takeRequests() {
+  while (toServer_.hasPending() && waiting_ == Waiting::no) {
+    const RequestStream::Step step = requestStream_.advance(toServer_.pending());
+    toServer_.release(step.length);
+    if (step.stop == RequestStream::Stop::malformed) return complain("What a program sends is not the X protocol.");
+    if (step.stop == RequestStream::Stop::needsMore) return true;
+    beginRead();
+  }
+  return true;
+}
+
+void Relay::beginRead() {
+  if (replyStream_.lastRequest() == requestStream_.requestCount()) return askForPicture();
+  std::array<std::byte, 4> question{std::byte{getInputFocus}};
+  Wire(order_).put16(&question[2], 1);
+  toServer_.insert(question);
+  replies_.push_back({requestStream_.countOwnRequest(), ReplyTo::barrier});
+  waiting_ = Waiting::forServer;
+}
+
+void Relay::askForPicture() {
+  waiting_ = Waiting::forPicture;
+  awaitedPicture_ = pictures_.requestPicture();
+}
+
+bool Relay::takeReplies() {
+  if (!takeSetupReply()) return false;
+  while (toClient_.hasPending() && setupLeft_ == 0) {
+    const ReplyStream::Step step = replyStream_.advance(toClient_.pending());
+    toClient_.release(step.length);
+    if (!step.isBarrierNext) return true;
+    toClient_.drop(ReplyStream::messageSize);
+    if (waiting_ == Waiting::forServer) askForPicture();
+  }
+  return true;
+}
+
+bool Relay::takeSetupReply() {
+  if (!setupLeft_) {
+    const auto length = setupReplyLength(order_, toClient_.pending());
+    if (!length) return complain(length.error().localizedDescription);
+    if (!*length) return true;
+    setupLeft_ = **length;
+  }
+  const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(*setupLeft_, toClient_.pending().size()));
+  toClient_.release(count);
+  *setupLeft_ -= count;
+  return true;
+}
+
+bool Relay::complain(std::string sentence) {
+  complaint_ = std::move(sentence);
+  return false;
+}
+
+}  // namespace platform::x11::lens

@@ -1,0 +1,60 @@
+#include "Platform/Linux/Lens/ReplyStream.h"
+
+#include <algorithm>
+
+namespace platform::x11::lens {
+
+namespace {
+
+constexpr std::uint8_t error = 0;
+constexpr std::uint8_t reply = 1;
+constexpr std::uint8_t keymapNotify = 11;
+constexpr std::uint8_t genericEvent = 35;
+constexpr std::uint8_t sentEvent = 0x80;
+
+}  // namespace
+
+ReplyStream::Step ReplyStream::advance(Bytes bytes) {
+  std::size_t done = 0;
+  for (;;) {
+    const auto passed = static_cast<std::size_t>(std::min<std::uint64_t>(body_, bytes.size() - done));
+    body_ -= passed;
+    done += passed;
+    if (bytes.size() - done < messageSize) return {done, false};
+    const Bytes message = bytes.subspan(done, messageSize);
+    const auto type = std::to_integer<std::uint8_t>(message[0]);
+    const auto kind = static_cast<std::uint8_t>(type & ~sentEvent);
+    std::uint64_t length = messageSize;
+    if (type == reply || kind == genericEvent) length += std::uint64_t{wire_.get32(&message[4])} * 4;
+    // The one message without a number.
+    if (kind != keymapNotify) {
+      lastRequest_ += static_cast<std::uint16_t>(wire_.get16(&message[2]) - static_cast<std::uint16_t>(lastRequest_));
+      if ((type == reply || type == error) && takeReply(message)) return {done, true};
+      renumber(message);
+    }
+    body_ = length;
+  }
+}
+
+bool ReplyStream::takeReply(Bytes message) {
+  // A request that the server has passed without an answer will not get one.
+  while (!replies_.empty() && replies_.front().request < lastRequest_) replies_.pop_front();
+  if (replies_.empty() || replies_.front().request != lastRequest_) return false;
+  const ReplyTo kind = replies_.front().kind;
+  replies_.pop_front();
+  if (kind == ReplyTo::barrier) {
+    ++barriers_;
+    return true;
+  }
+  if (std::to_integer<std::uint8_t>(message[0]) == error) return false;
+  if (kind == ReplyTo::screenImage) wire_.put32(&message[8], names_.rootVisual);
+  if (kind == ReplyTo::overlayWindow) names_.overlay = wire_.get32(&message[8]);
+  return false;
+}
+
+void ReplyStream::renumber(Bytes message) {
+  if (barriers_ == 0) return;
+  wire_.put16(&message[2], static_cast<std::uint16_t>(wire_.get16(&message[2]) - barriers_));
+}
+
+}  // namespace platform::x11::lens

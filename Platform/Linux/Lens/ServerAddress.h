@@ -1,0 +1,38 @@
+// The display that a lens stands before: where its sockets are, and what lets one connect.
+//
+// Threads: any. Failure: sentences.
+#pragma once
+
+#include <expected>
+#include <optional>
+#include <string>
+
+#include "Platform/Error.h"
+#include "Platform/Linux/Desktop/FileDescriptor.h"
+#include "Platform/Linux/Lens/Setup.h"
+
+namespace platform::x11::lens {
+
+class ServerAddress {
+ public:
+  // `display` as in DISPLAY; absent when that is no name of a display.
+  static std::optional<ServerAddress> parse(const std::string& display);
+
+  // A connected socket that does not block.
+  [[nodiscard]] std::expected<FileDescriptor, Error> connect() const;
+  // What the user's authority file holds for it; empty without one, for servers that let everybody in.
+  [[nodiscard]] Credential credential() const;
+  [[nodiscard]] int screen() const { return screen_; }
+
+ private:
+  ServerAddress() = default;
+  [[nodiscard]] bool isLocal() const { return host_.empty() || host_ == "unix" || host_.starts_with('/'); }
+  [[nodiscard]] FileDescriptor connectLocally() const;
+  [[nodiscard]] FileDescriptor connectOverNetwork() const;
+
+  std::string host_;
+  int number_ = 0;
+  int screen_ = 0;
+};
+
+}  // namespace platform::x11::lens

@@ -1,0 +1,182 @@
+#include "Platform/Linux/Lens/SharedScreen.h"
+
+#include <xcb/composite.h>
+#include <xcb/randr.h>
+#include <xcb/xcbext.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "Platform/Linux/X11/MonitorRectangles.h"
+#include "Platform/Linux/X11/Redirection.h"
+
+namespace platform::x11::lens {
+
+namespace {
+
+// Somebody outside may hold the server grabbed. The program then gets an old picture rather than none.
+constexpr int longestWaitForServer = 1000;  // milliseconds
+// Each round may find windows to ask about, whose answers the next one takes in.
+constexpr int mostRounds = 4;
+
+std::uint8_t extensionNumber(Connection& connection, const char* name) {
+  const auto reply = awaitReply(
+      connection.get(), xcb_query_extension_reply,
+      xcb_query_extension(connection.get(), static_cast<std::uint16_t>(std::string_view(name).size()), name));
+  return reply && reply->present != 0 ? reply->major_opcode : std::uint8_t{0};
+}
+
+ScreenNames namesOn(Connection& connection) {
+  return {.extensions = {.bigRequests = extensionNumber(connection, "BIG-REQUESTS"),
+                         .composite = extensionNumber(connection, "Composite"),
+                         .render = extensionNumber(connection, "RENDER"),
+                         .sharedMemory = extensionNumber(connection, "MIT-SHM")},
+          .root = connection.root(),
+          .rootVisual = connection.rootVisual()};
+}
+
+}  // namespace
+
+std::expected<std::unique_ptr<SharedScreen>, Error> SharedScreen::open(const std::string& display, LensRule rule) {
+  auto connection = Connection::open(display);
+  if (!connection) return std::unexpected(connection.error());
+  if (const auto missing = (*connection)->missingExtensions(); !missing.empty()) {
+    return std::unexpected(Error{missingExtensionsSentence(missing)});
+  }
+  if (const auto redirected = redirectSubwindows(**connection); !redirected) {
+    return std::unexpected(redirected.error());
+  }
+  std::unique_ptr<SharedScreen> screen(new SharedScreen(std::move(*connection), std::move(rule)));
+  if (screen->isLost()) return std::unexpected(Error{connectionLostSentence});
+  return screen;
+}
+
+SharedScreen::SharedScreen(std::unique_ptr<Connection> connection, LensRule rule)
+    : connection_(std::move(connection)),
+      rule_(std::move(rule)),
+      names_(namesOn(*connection_)),
+      scene_(*connection_),
+      windowList_(*connection_, scene_, {connection_->resourceBase()}),
+      painted_(*connection_) {
+  scene_.addListener(windowList_);
+  // A change of the monitors alone shows as a root window that is configured to be as it was.
+  connection_->addRootEvents(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+  makeRootPictures();
+  connection_->synchronize(longestWaitForServer);
+}
+
+SharedScreen::~SharedScreen() {
+  compositor_.reset();
+  scene_.removeListener(windowList_);
+}
+
+void SharedScreen::makeRootPictures() {
+  const xcb_render_pictformat_t format = connection_->formatOfVisual(connection_->rootVisual());
+  const std::uint32_t overWindows = XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS;
+  names_.rootPicture = connection_->newId();
+  names_.rootPictureOverWindows = connection_->newId();
+  xcb_render_create_picture(connection_->get(), names_.rootPicture, connection_->root(), format, 0, nullptr);
+  xcb_render_create_picture(connection_->get(), names_.rootPictureOverWindows, connection_->root(), format,
+                            XCB_RENDER_CP_SUBWINDOW_MODE, &overWindows);
+}
+
+void SharedScreen::handle(const xcb_generic_event_t& event) {
+  scene_.handle(event);
+  windowList_.handle(event);
+  if (compositor_) compositor_->handle(event);
+  if (eventType(event) != XCB_CONFIGURE_NOTIFY) return;
+  const auto& configured = eventAs<xcb_configure_notify_event_t>(event);
+  isScreenStale_ =
+      isScreenStale_ || (configured.window == connection_->root() && configured.event == configured.window);
+}
+
+// Each answer may lead to a question, and each may bring events along.
+void SharedScreen::takeIn() {
+  bool isAny = true;
+  while (std::exchange(isAny, false)) {
+    connection_->flush();
+    while (const Event event = connection_->nextEvent()) {
+      handle(*event);
+      isAny = true;
+    }
+    isAny = scene_.collectReplies() || isAny;
+  }
+}
+
+void SharedScreen::catchUp() {
+  const auto isDescribed = [](const SceneWindow& window) { return window.isDescribed; };
+  for (int round = 0; round < mostRounds; ++round) {
+    connection_->synchronize(longestWaitForServer);
+    takeIn();
+    if (std::ranges::all_of(scene_.windows(), isDescribed)) return;
+  }
+}
+
+void SharedScreen::readScreens() {
+  isScreenStale_ = false;
+  xcb_connection_t* c = connection_->get();
+  const auto geometry = awaitReply(c, xcb_get_geometry_reply, xcb_get_geometry(c, connection_->root()));
+  if (!geometry) return;
+  const PixelRect whole{0, 0, geometry->width, geometry->height};
+  const auto monitors = monitorRectangles(c, connection_->root());
+  std::vector<ScreenGeometry> geometries;
+  for (const PixelRect& monitor : monitors.value_or(std::vector{whole})) geometries.push_back({monitor, 1, {}});
+  placeInPoints(geometries);
+  screens_.clear();
+  for (const ScreenGeometry& each : geometries) screens_.push_back({each.points, std::nullopt, each.scale});
+  windowList_.setScreens(geometries);
+  if (whole == target_.source) return;
+  compositor_.reset();
+  release(formerTarget_);
+  formerTarget_ = std::exchange(target_, {.source = whole});
+  makeTarget();
+}
+
+void SharedScreen::makeTarget() {
+  xcb_connection_t* c = connection_->get();
+  target_.pixmap = connection_->newId();
+  target_.picture = connection_->newId();
+  xcb_create_pixmap(c, connection_->rootDepth(), target_.pixmap, connection_->root(),
+                    static_cast<std::uint16_t>(target_.source.width),
+                    static_cast<std::uint16_t>(target_.source.height));
+  xcb_render_create_picture(c, target_.picture, target_.pixmap, connection_->formatOfVisual(connection_->rootVisual()),
+                            0, nullptr);
+}
+
+void SharedScreen::release(Target& target) {
+  if (target.pixmap == 0) return;
+  xcb_render_free_picture(connection_->get(), target.picture);
+  xcb_free_pixmap(connection_->get(), target.pixmap);
+  target = {};
+}
+
+std::vector<xcb_window_t> SharedScreen::windowsToLeaveOut() {
+  std::vector<xcb_window_t> windows;
+  for (const CaptureWindow& window : rule_(windowList_.windows({.onScreenWindowsOnly = true}), screens_)) {
+    windows.push_back(window.windowID);
+  }
+  std::ranges::sort(windows);
+  return windows;
+}
+
+// What another set of windows changes is no damage: the whole picture is painted anew.
+void SharedScreen::leaveOut(std::vector<xcb_window_t> windows) {
+  if (compositor_ && windows == leftOut_) return;
+  leftOut_ = std::move(windows);
+  compositor_.reset();
+  compositor_.emplace(*connection_, scene_, target_.source, WindowFilter{leftOut_, {}, connection_->resourceMask()},
+                      target_.picture);
+}
+
+xcb_pixmap_t SharedScreen::update() {
+  catchUp();
+  if (isScreenStale_) readScreens();
+  leaveOut(windowsToLeaveOut());
+  if (compositor_->changes() != Compositor::Changes::none) {
+    compositor_->paint(painted_);
+    connection_->synchronize(longestWaitForServer);
+  }
+  return target_.pixmap;
+}
+
+}  // namespace platform::x11::lens

@@ -1,0 +1,64 @@
+#include "Quillfade/Share.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+#include "Quillfade/ExclusionRules.h"
+#include "Quillfade/Identity.h"
+
+namespace quillfade {
+namespace {
+
+using platform::CaptureWindow;
+using platform::RemoteReply;
+using platform::Screen;
+
+RemoteReply failure(const platform::Error& error) { return {exitstatus::failure, error.localizedDescription + '\n'}; }
+
+const Screen& screenOf(const CaptureWindow& window, const std::vector<Screen>& screens) {
+  const auto holds = [&](const Screen& screen) { return screen.frame.contains(window.frame.center()); };
+  const auto found = std::ranges::find_if(screens, holds);
+  return found == screens.end() ? screens.front() : *found;
+}
+
+bool isLeftOut(ShareView view, const CaptureWindow& window, const std::vector<Screen>& screens) {
+  // Without a screen nothing is large.
+  const Judgement judgement =
+      judge(window, screens.empty() ? Screen{} : screenOf(window, screens), std::string{applicationIdentifier});
+  return view == ShareView::clean ? isExcluded(judgement) : judgement == Judgement::excludedOwn;
+}
+
+std::string_view name(ShareView view) { return view == ShareView::clean ? "clean" : "unmirrored"; }
+
+}  // namespace
+
+std::vector<CaptureWindow> leftOut(ShareView view, const std::vector<CaptureWindow>& windows,
+                                   const std::vector<Screen>& screens) {
+  std::vector<CaptureWindow> result;
+  std::ranges::copy_if(windows, std::back_inserter(result),
+                       [&](const CaptureWindow& window) { return isLeftOut(view, window, screens); });
+  return result;
+}
+
+RemoteReply share(const command::Share& command) {
+  const auto status = platform::runThroughLens(
+      command.program, [view = command.view](const auto&... sight) { return leftOut(view, sight...); });
+  return status ? RemoteReply{*status, {}} : failure(status.error());
+}
+
+RemoteReply installShare(const command::InstallShare& command) {
+  const auto entry =
+      platform::installLensEntry(command.application, {"share", "--view", std::string{name(command.view)}, "--"});
+  if (!entry) return failure(entry.error());
+  return {exitstatus::success, "Installed " + *entry + ".\n"};
+}
+
+RemoteReply uninstallShare(const command::UninstallShare& command) {
+  const auto entry = platform::removeLensEntry(command.application);
+  if (!entry) return failure(entry.error());
+  return {exitstatus::success, "Removed " + *entry + ".\n"};
+}
+
+}  // namespace quillfade
