@@ -19,7 +19,7 @@ class SessionLockTest : public qt::Test {
   static constexpr auto saver = "org.freedesktop.ScreenSaver";
 
   SessionLockTest() {
-    scene_.setListener(&windows_);
+    scene_.addListener(windows_);
     const auto screen = client_.screenFrame();
     windows_.setScreens({{{0, 0, screen.width, screen.height}, 1, {}}});
     lock_.observeChanges([this] { heard_.push_back(lock_.isLocked()); });
