@@ -52,10 +52,19 @@ struct ShareableContentOptions {
   friend bool operator==(const ShareableContentOptions&, const ShareableContentOptions&) = default;
 };
 
-// The whole picture of one display without these windows.
+// Windows that come while a stream runs, as far as they cover this area or more, in square points: nobody is to see one
+// before it was judged. Those that were judged before the stream was made are named.
+struct HeldBackWindows {
+  double fromArea = 0;
+  std::vector<std::uint32_t> except;
+  friend bool operator==(const HeldBackWindows&, const HeldBackWindows&) = default;
+};
+
+// The whole picture of one display without these windows. A service that cannot hold back windows shows them at once.
 struct ContentFilter {
   CaptureDisplay display;
   std::vector<CaptureWindow> excludingWindows;
+  std::optional<HeldBackWindows> holdingBack = {};
 };
 
 enum class PixelFormat : std::uint32_t { bgra32 = 0x42475241 };
@@ -122,6 +131,8 @@ class CaptureStream {
   virtual void startCapture(Completion completion) = 0;
   // No frame is delivered after the completion.
   virtual void stopCapture(Completion completion) = 0;
+  // Shows these windows if they are held back; until they leave the screen they will not be held back again.
+  virtual void admit(const std::vector<std::uint32_t>& windowIDs) = 0;
 };
 
 class CaptureService {
@@ -130,6 +141,10 @@ class CaptureService {
 
   virtual ~CaptureService() = default;
   virtual void shareableContent(ShareableContentOptions options, ContentCompletion completion) = 0;
+  // Called on the main thread when content that was handed out is no longer true, once until it is asked for again. A
+  // desktop that does not announce its changes never calls: look at the content from time to time, too. The observation
+  // ends when its handle goes.
+  [[nodiscard]] virtual std::shared_ptr<void> observeContent(std::function<void()> changed) = 0;
   virtual std::shared_ptr<CaptureStream> makeStream(const ContentFilter& filter,
                                                     const StreamConfiguration& configuration,
                                                     std::weak_ptr<StreamDelegate> delegate) = 0;

@@ -113,6 +113,20 @@ std::vector<platform::CaptureWindow> excludedWindows(const platform::ShareableCo
   return excluded;
 }
 
+std::vector<std::uint32_t> keptWindows(const platform::ShareableContent& content,
+                                       std::span<const platform::CaptureWindow> excluded) {
+  std::vector<std::uint32_t> kept;
+  for (const auto& window : content.windows) {
+    if (std::ranges::find(excluded, window.windowID, &platform::CaptureWindow::windowID) == excluded.end())
+      kept.push_back(window.windowID);
+  }
+  return kept;
+}
+
+platform::HeldBackWindows holdingBack(const platform::Screen& screen, const std::vector<std::uint32_t>& judged) {
+  return {.fromArea = coverageThreshold * screen.frame.width() * screen.frame.height(), .except = judged};
+}
+
 std::string key(std::span<const platform::CaptureWindow> windows) {
   std::vector<std::uint32_t> numbers;
   numbers.reserve(windows.size());

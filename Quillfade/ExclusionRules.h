@@ -3,6 +3,7 @@
 // Threads: pure functions, safe on any thread.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <set>
 #include <span>
@@ -46,6 +47,14 @@ enum class Judgement {
 [[nodiscard]] std::vector<platform::CaptureWindow> excludedWindows(const platform::ShareableContent& content,
                                                                    const platform::Screen& screen,
                                                                    const std::optional<std::string>& ownIdentifier);
+
+// The numbers of all other windows of `content`.
+[[nodiscard]] std::vector<std::uint32_t> keptWindows(const platform::ShareableContent& content,
+                                                     std::span<const platform::CaptureWindow> excluded);
+
+// Every window that could come to be left out is held back until it was judged, but for these.
+[[nodiscard]] platform::HeldBackWindows holdingBack(const platform::Screen& screen,
+                                                    const std::vector<std::uint32_t>& judged);
 
 // The window numbers in ascending order, joined by ",". Equal sets have equal keys, whatever their order.
 [[nodiscard]] std::string key(std::span<const platform::CaptureWindow> windows);

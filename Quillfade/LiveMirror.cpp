@@ -48,6 +48,7 @@ void LiveMirror::show(const platform::Rect& region, bool outline) {
   window_->orderFrontRegardless();
   start();
   startRefreshTimer();
+  observeContent();
   log_.log(showMessage(region, platform_.screenCaptureAccess().preflight()));
 }
 
@@ -55,6 +56,7 @@ void LiveMirror::hide() {
   isShowing_ = false;
   if (refreshTimer_) refreshTimer_->invalidate();
   refreshTimer_ = nullptr;
+  contentObservation_ = nullptr;
   countUp(generation_);
   if (auto stopping = std::exchange(stream_, nullptr)) stopInBackground(std::move(stopping), platform_.runLoop());
   if (window_) window_->orderOut();

@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "Platform/Platform.h"
 #include "Quillfade/DiagnosticLog.h"
@@ -53,12 +54,19 @@ class LiveMirror final : public platform::StreamOutput,
   [[nodiscard]] platform::StreamConfiguration configuration(const ScreenInfo& info) const;
 
   void start();
-  static Task runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t startGeneration, platform::RunLoop& runLoop);
+  class Look;
+
+  static Task runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t startGeneration, platform::RunLoop& runLoop,
+                       std::shared_ptr<const Look> look);
   void startFailed(const platform::Error& error);
 
   void startRefreshTimer();
   void refreshExclusions();
-  static Task runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunLoop& runLoop);
+  static Task runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunLoop& runLoop,
+                         std::shared_ptr<const Look> look);
+  void observeContent();
+  // Looks at the content at once, or as soon as the look or the start that is under way has come to its end.
+  void contentChanged();
 
   void showFrame(std::shared_ptr<const platform::SampleBuffer> sample);
 
@@ -71,6 +79,11 @@ class LiveMirror final : public platform::StreamOutput,
   platform::Rect targetRect_;
   std::string currentExclusionKey_;
   std::shared_ptr<platform::Timer> refreshTimer_;
+  std::shared_ptr<void> contentObservation_;
+  // Those that the rules keep in the picture, as they were judged last.
+  std::vector<std::uint32_t> keptWindows_;
+  int looksUnderWay_ = 0;
+  bool isLookWanted_ = false;
   std::int64_t generation_ = 0;
   bool isShowing_ = false;
   bool didLogFirstFrame_ = false;

@@ -25,13 +25,30 @@ bool isComplete(const platform::SampleBuffer& sample) {
 
 }  // namespace
 
+// A look at the content by which every change that was announced before it is taken into account. Changes announced
+// while it lives are looked at when it ends.
+class LiveMirror::Look {
+ public:
+  explicit Look(LiveMirror& mirror) : mirror_(mirror.weak_from_this()) { ++mirror.looksUnderWay_; }
+  ~Look() {
+    const auto mirror = mirror_.lock();
+    if (!mirror || --mirror->looksUnderWay_ > 0) return;
+    if (std::exchange(mirror->isLookWanted_, false)) mirror->contentChanged();
+  }
+  Look(const Look&) = delete;
+  Look& operator=(const Look&) = delete;
+
+ private:
+  std::weak_ptr<LiveMirror> mirror_;
+};
+
 void LiveMirror::start() {
   countUp(generation_);
-  runStart(weak_from_this(), generation_, platform_.runLoop());
+  runStart(weak_from_this(), generation_, platform_.runLoop(), std::make_shared<const Look>(*this));
 }
 
 Task LiveMirror::runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t startGeneration,
-                          platform::RunLoop& runLoop) {
+                          platform::RunLoop& runLoop, std::shared_ptr<const Look> look) {
   co_await nextTurn(runLoop);
   const auto mirror = weakMirror.lock();
   if (!mirror) co_return;
@@ -50,7 +67,8 @@ Task LiveMirror::runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t sta
   const auto excluded = excludedWindows(*content, info->screen, mirror->platform_.process().bundleIdentifier());
   mirror->currentExclusionKey_ = key(excluded);
   mirror->log_.logCandidates(*content, excluded);
-  const platform::ContentFilter filter{*display, excluded};
+  mirror->keptWindows_ = keptWindows(*content, excluded);
+  const platform::ContentFilter filter{*display, excluded, holdingBack(info->screen, mirror->keptWindows_)};
   const auto newStream = mirror->platform_.capture().makeStream(filter, mirror->configuration(*info), mirror);
   const auto added = newStream->addOutput(mirror, platform::StreamOutputType::screen, mirror->sampleQueue_);
   if (!added) {
@@ -68,6 +86,7 @@ Task LiveMirror::runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t sta
   }
   // The new stream runs before the old one stops, so the picture never has a gap.
   const auto oldStream = std::exchange(mirror->stream_, newStream);
+  look.reset();
   if (oldStream) co_await stopCapture(runLoop, oldStream);
   mirror->log_.log("stream started, excluding " + std::to_string(excluded.size()) + " window(s)");
 }
@@ -125,11 +144,27 @@ void LiveMirror::startRefreshTimer() {
   platform_.runLoop().addToCommonModes(*refreshTimer_);
 }
 
-void LiveMirror::refreshExclusions() {
-  if (isShowing_) runRefresh(weak_from_this(), platform_.runLoop());
+void LiveMirror::observeContent() {
+  contentObservation_ = platform_.capture().observeContent([weakMirror = weak_from_this()] {
+    if (const auto mirror = weakMirror.lock()) mirror->contentChanged();
+  });
 }
 
-Task LiveMirror::runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunLoop& runLoop) {
+void LiveMirror::contentChanged() {
+  if (!isShowing_) return;
+  if (looksUnderWay_ > 0) {
+    isLookWanted_ = true;
+    return;
+  }
+  runRefresh(weak_from_this(), platform_.runLoop(), std::make_shared<const Look>(*this));
+}
+
+void LiveMirror::refreshExclusions() {
+  if (isShowing_) runRefresh(weak_from_this(), platform_.runLoop(), nullptr);
+}
+
+Task LiveMirror::runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunLoop& runLoop,
+                            std::shared_ptr<const Look> /*look*/) {
   co_await nextTurn(runLoop);
   const auto mirror = weakMirror.lock();
   if (!mirror || !mirror->isShowing_) co_return;
@@ -141,8 +176,10 @@ Task LiveMirror::runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunL
     mirror->log_.log("exclusion refresh failed: " + content.error().localizedDescription);
     co_return;
   }
-  const std::string newKey =
-      key(excludedWindows(*content, info->screen, mirror->platform_.process().bundleIdentifier()));
+  const auto excluded = excludedWindows(*content, info->screen, mirror->platform_.process().bundleIdentifier());
+  mirror->keptWindows_ = keptWindows(*content, excluded);
+  if (mirror->stream_) mirror->stream_->admit(mirror->keptWindows_);
+  const std::string newKey = key(excluded);
   if (newKey == mirror->currentExclusionKey_) co_return;
   mirror->currentExclusionKey_ = newKey;
   mirror->log_.log("overlay set changed, restarting capture");

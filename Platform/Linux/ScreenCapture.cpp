@@ -3,18 +3,35 @@
 #include <algorithm>
 #include <utility>
 
-#include "Platform/Linux/X11/CaptureStream.h"
-
 namespace platform::x11 {
 
-ScreenCapture::ScreenCapture(const Connection& connection, const DesktopScreens& screens, RunLoop& runLoop,
+ScreenCapture::ScreenCapture(Connection& connection, const DesktopScreens& screens, RunLoop& runLoop,
                              std::vector<std::uint32_t> ownClients, WindowList& windows, const OverlayStage& stage)
     : connection_(connection),
       screens_(screens),
       runLoop_(runLoop),
       ownClients_(std::move(ownClients)),
       windows_(windows),
-      stage_(stage) {}
+      stage_(stage) {
+  windows_.setChanged([this] { contentChanged(); });
+}
+
+ScreenCapture::~ScreenCapture() { windows_.setChanged(nullptr); }
+
+std::shared_ptr<void> ScreenCapture::observeContent(std::function<void()> changed) {
+  std::erase_if(observers_, [](const auto& observer) { return observer.expired(); });
+  auto observer = std::make_shared<std::function<void()>>(std::move(changed));
+  observers_.push_back(observer);
+  return observer;
+}
+
+void ScreenCapture::contentChanged() {
+  for (const auto& weakObserver : observers_) {
+    runLoop_.post([weakObserver] {
+      if (const auto observer = weakObserver.lock()) (*observer)();
+    });
+  }
+}
 
 void ScreenCapture::shareableContent(ShareableContentOptions options, ContentCompletion completion) {
   waiting_.push_back({options, std::move(completion)});
@@ -37,6 +54,7 @@ std::expected<ShareableContent, Error> ScreenCapture::content(const ShareableCon
   for (const auto& screen : screens_.all()) {
     if (screen.displayID) result.displays.push_back({*screen.displayID});
   }
+  checkBackground();
   windows_.setScreens(screens_.geometries());
   result.windows = windows_.windows(options);
   return result;
@@ -47,9 +65,28 @@ std::shared_ptr<platform::CaptureStream> ScreenCapture::makeStream(const Content
                                                                    std::weak_ptr<StreamDelegate> delegate) {
   auto settings = captureStreamSettings(configuration, geometry(filter.display));
   for (const auto& window : filter.excludingWindows) settings.excludedWindows.push_back(window.windowID);
+  if (filter.holdingBack) settings.holdBack = holdBack(*filter.holdingBack, geometry(filter.display));
   settings.ownClients = ownClients_;
   settings.serial = ++streamCount_;
-  return std::make_shared<CaptureStream>(std::move(settings), std::move(delegate));
+  auto stream = std::make_shared<CaptureStream>(std::move(settings), std::move(delegate));
+  streams_.push_back(stream);
+  watchBackground();
+  return stream;
+}
+
+void ScreenCapture::watchBackground() {
+  if (background_ || !preflight()) return;
+  background_.emplace(connection_);
+  windows_.leaveOut(background_->window());
+}
+
+// The application looks at the content from time to time, which is as good a moment as any for what is not announced.
+void ScreenCapture::checkBackground() {
+  std::erase_if(streams_, [](const auto& stream) { return stream.expired(); });
+  if (streams_.empty()) return background_.reset();
+  if (!background_ || !background_->hasChanged()) return;
+  for (const auto& weakStream : streams_)
+    if (const auto stream = weakStream.lock()) stream->backgroundChanged();
 }
 
 ScreenGeometry ScreenCapture::geometry(const CaptureDisplay& display) const {

@@ -5,14 +5,18 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "Platform/Capture.h"
 #include "Platform/Linux/Desktop/DesktopScreens.h"
 #include "Platform/Linux/OverlayStage.h"
+#include "Platform/Linux/X11/CaptureStream.h"
 #include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/X11/RootBackground.h"
 #include "Platform/Linux/X11/WindowList.h"
 #include "Platform/Permission.h"
 #include "Platform/RunLoop.h"
@@ -22,10 +26,14 @@ namespace platform::x11 {
 class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
  public:
   // `ownClients`: the resource bases of this program's connections.
-  ScreenCapture(const Connection& connection, const DesktopScreens& screens, RunLoop& runLoop,
+  ScreenCapture(Connection& connection, const DesktopScreens& screens, RunLoop& runLoop,
                 std::vector<std::uint32_t> ownClients, WindowList& windows, const OverlayStage& stage);
+  ~ScreenCapture() override;
+  ScreenCapture(const ScreenCapture&) = delete;
+  ScreenCapture& operator=(const ScreenCapture&) = delete;
 
   void shareableContent(ShareableContentOptions options, ContentCompletion completion) override;
+  std::shared_ptr<void> observeContent(std::function<void()> changed) override;
   std::shared_ptr<platform::CaptureStream> makeStream(const ContentFilter& filter,
                                                       const StreamConfiguration& configuration,
                                                       std::weak_ptr<StreamDelegate> delegate) override;
@@ -44,14 +52,21 @@ class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
 
   [[nodiscard]] std::expected<ShareableContent, Error> content(const ShareableContentOptions& options);
   [[nodiscard]] ScreenGeometry geometry(const CaptureDisplay& display) const;
+  void contentChanged();
+  void watchBackground();
+  void checkBackground();
 
-  const Connection& connection_;
+  Connection& connection_;
   const DesktopScreens& screens_;
   RunLoop& runLoop_;
   std::vector<std::uint32_t> ownClients_;
   WindowList& windows_;
   const OverlayStage& stage_;
   std::vector<Request> waiting_;
+  std::vector<std::weak_ptr<std::function<void()>>> observers_;
+  // Looked after while there are streams.
+  std::optional<RootBackground> background_;
+  std::vector<std::weak_ptr<CaptureStream>> streams_;
   std::uint64_t streamCount_ = 0;
 };
 

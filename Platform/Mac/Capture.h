@@ -15,6 +15,7 @@ namespace platform::mac {
 class CaptureService final : public platform::CaptureService {
  public:
   void shareableContent(ShareableContentOptions options, ContentCompletion completion) override;
+  std::shared_ptr<void> observeContent(std::function<void()> changed) override;
   std::shared_ptr<platform::CaptureStream> makeStream(const ContentFilter& filter,
                                                       const StreamConfiguration& configuration,
                                                       std::weak_ptr<StreamDelegate> delegate) override;

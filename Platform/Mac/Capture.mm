@@ -26,6 +26,9 @@ void CaptureService::shareableContent(ShareableContentOptions options, ContentCo
                                                completionHandler:received];
 }
 
+// The service announces no changes of its windows.
+std::shared_ptr<void> CaptureService::observeContent(std::function<void()> /*changed*/) { return nullptr; }
+
 std::shared_ptr<platform::CaptureStream> CaptureService::makeStream(const ContentFilter& filter,
                                                                     const StreamConfiguration& configuration,
                                                                     std::weak_ptr<StreamDelegate> delegate) {

@@ -26,6 +26,7 @@ class CaptureStream final : public platform::CaptureStream {
                                        std::shared_ptr<platform::SerialQueue> queue) override;
   void startCapture(Completion completion) override;
   void stopCapture(Completion completion) override;
+  void admit(const std::vector<std::uint32_t>& windowIDs) override;
 
  private:
   QLFStreamForwarder* forwarder_;

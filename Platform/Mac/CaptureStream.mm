@@ -102,6 +102,9 @@ void CaptureStream::startCapture(Completion completion) {
   }];
 }
 
+// The service shows whatever its filter does not name.
+void CaptureStream::admit(const std::vector<std::uint32_t>& /*windowIDs*/) {}
+
 void CaptureStream::stopCapture(Completion completion) {
   if (stream_ == nil || queue_ == nil) return failLater(std::move(completion));
   isRunning_ = false;

@@ -1,5 +1,6 @@
 #include "Platform/Simulated/Capture.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace platform::simulated {
@@ -34,6 +35,8 @@ class StreamHandle final : public CaptureStream {
     if (!answering.isHeld) answerLater<void>(runLoop_, request, answering, {});
   }
 
+  void admit(const std::vector<std::uint32_t>& windowIDs) override { stream_->admit(windowIDs); }
+
  private:
   CaptureService& service_;
   RunLoop& runLoop_;
@@ -49,6 +52,22 @@ void CaptureService::shareableContent(ShareableContentOptions options, ContentCo
   if (!contentAnswering.isHeld) {
     answerLater<ShareableContent>(runLoop_, request, contentAnswering, [this] { return content; });
   }
+}
+
+std::shared_ptr<void> CaptureService::observeContent(std::function<void()> changed) {
+  auto observer = std::make_shared<std::function<void()>>(std::move(changed));
+  observers_.push_back(observer);
+  return observer;
+}
+
+void CaptureService::announceChange() {
+  for (const auto& weakObserver : std::vector(observers_)) {
+    if (const auto observer = weakObserver.lock()) (*observer)();
+  }
+}
+
+std::size_t CaptureService::observerCount() const {
+  return static_cast<std::size_t>(std::ranges::count_if(observers_, [](const auto& each) { return !each.expired(); }));
 }
 
 std::shared_ptr<CaptureStream> CaptureService::makeStream(const ContentFilter& filter,

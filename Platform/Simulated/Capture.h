@@ -5,6 +5,7 @@
 // stopped before it started or twice, and when a test delivers a frame of a stream that is not running.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -53,10 +54,13 @@ class Stream {
   [[nodiscard]] bool isHeld() const { return isHeld_; }
   [[nodiscard]] const std::shared_ptr<Request<void>>& startRequest() const { return startRequest_; }
   [[nodiscard]] const std::shared_ptr<Request<void>>& stopRequest() const { return stopRequest_; }
+  // What each call of `admit` named.
+  [[nodiscard]] const std::vector<std::vector<std::uint32_t>>& admissions() const { return admissions_; }
 
   // For the handle and the service.
   void note(const std::string& what) const;
   void add(Output output);
+  void admit(const std::vector<std::uint32_t>& windowIDs) { admissions_.push_back(windowIDs); }
   [[nodiscard]] std::shared_ptr<Request<void>> start(CaptureStream::Completion completion);
   [[nodiscard]] std::shared_ptr<Request<void>> stop(CaptureStream::Completion completion);
   void release();
@@ -69,6 +73,7 @@ class Stream {
   const StreamConfiguration configuration_;
   const std::weak_ptr<StreamDelegate> delegate_;
   std::vector<Output> outputs_;
+  std::vector<std::vector<std::uint32_t>> admissions_;
   // Shared with the frames under way, which are not delivered once the stream has ended.
   std::shared_ptr<StreamPhase> sharedPhase_ = std::make_shared<StreamPhase>(StreamPhase::made);
   StreamPhase& phase_ = *sharedPhase_;
@@ -82,8 +87,13 @@ class CaptureService final : public platform::CaptureService {
   CaptureService(Record& record, RunLoop& runLoop) : record_(record), runLoop_(runLoop) {}
 
   void shareableContent(ShareableContentOptions options, ContentCompletion completion) override;
+  std::shared_ptr<void> observeContent(std::function<void()> changed) override;
   std::shared_ptr<CaptureStream> makeStream(const ContentFilter& filter, const StreamConfiguration& configuration,
                                             std::weak_ptr<StreamDelegate> delegate) override;
+
+  // Tells the observers that the content has changed.
+  void announceChange();
+  [[nodiscard]] std::size_t observerCount() const;
 
   // What the service answers with; read when it answers.
   ShareableContent content;
@@ -104,6 +114,7 @@ class CaptureService final : public platform::CaptureService {
   RunLoop& runLoop_;
   std::vector<ContentRequest> contentRequests_;
   std::vector<std::shared_ptr<Stream>> streams_;
+  std::vector<std::weak_ptr<std::function<void()>>> observers_;
 };
 
 }  // namespace platform::simulated

@@ -13,7 +13,7 @@ class OverlaySet : public CoveredDesktop {
   static constexpr milliseconds refreshAndRestart{1500 + 1500};
 };
 
-TEST_F(OverlaySet, AnOverlayThatOpensLeavesThePictureAfterTheNextRefresh) {
+TEST_F(OverlaySet, AnOverlayThatOpensLeavesThePicture) {
   auto& quillfade = cover();
   drawInk();
   EXPECT_TRUE(showsNoInk(area, refreshAndRestart));
@@ -38,6 +38,55 @@ TEST_F(OverlaySet, NewInkInAnOverlayThatIsLeftOutAlreadyNeverShows) {
   EXPECT_EQ(ink(client_.screenshot(), area), 0U);
   EXPECT_FALSE(shows([](const Picture& screen) { return ink(screen, area) > 0; }, milliseconds(500)));
   EXPECT_EQ(quillfade.countMessages(overlaysChanged), 0U);
+}
+
+TEST_F(OverlaySet, AnOverlayIsNeverInThePictureNotEvenWhenItOpens) {
+  const Picture before = client_.screenshot(area);
+  auto& quillfade = cover({.demonstration = false, .settings = settingsWithRegion(area)});
+  ASSERT_TRUE(shows([&](const Picture& screen) { return screen.cropped(area) == before; }));
+  const auto mirror = client_.findTopLevel("Quillfade");
+  ASSERT_TRUE(mirror.has_value());
+  for (std::size_t times = 1; times <= 5; ++times) {
+    const auto overlay =
+        client_.createWindow({.frame = wholeScreen, .color = 0xffff00ff, .depth = 32, .mapped = false});
+    client_.setInputShape(overlay, {});
+    // Beneath the mirror from the start, so that all that is seen in the area is the mirror's picture.
+    client_.restack(overlay, XCB_STACK_MODE_BELOW, *mirror);
+    client_.map(overlay);
+    client_.sync();
+    EXPECT_FALSE(shows([&](const Picture& screen) { return screen.cropped(area) != before; }, milliseconds(100)));
+    EXPECT_TRUE(quillfade.waitForMessage(overlaysChanged, 2 * times - 1));
+    client_.destroy(overlay);
+    client_.sync();
+    EXPECT_TRUE(quillfade.waitForMessage(overlaysChanged, 2 * times));
+  }
+  EXPECT_EQ(client_.screenshot(area), before);
+}
+
+TEST_F(OverlaySet, AnOverlayIsLeftOutLongBeforeTheNextRefresh) {
+  auto& quillfade = cover();
+  const auto begin = std::chrono::steady_clock::now();
+  for (std::size_t times = 1; times <= 10; ++times) {
+    const auto overlay =
+        client_.createWindow({.frame = wholeScreen, .color = 0xffff00ff, .depth = 32, .mapped = false});
+    client_.setInputShape(overlay, {});
+    client_.map(overlay);
+    client_.sync();
+    EXPECT_TRUE(quillfade.waitForMessage(overlaysChanged, 2 * times - 1));
+    client_.destroy(overlay);
+    client_.sync();
+    EXPECT_TRUE(quillfade.waitForMessage(overlaysChanged, 2 * times));
+  }
+  // The refresh alone would take half a minute for twenty changes.
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, milliseconds(15'000));
+}
+
+TEST_F(OverlaySet, ALargeOrdinaryWindowThatOpensBeneathIsShownAtOnce) {
+  cover();
+  client_.createWindow({.frame = wholeScreen, .color = 0xff336699, .overrideRedirect = false});
+  client_.sync();
+  EXPECT_TRUE(
+      shows([](const Picture& screen) { return screen.count(0x336699, inside) > 100'000; }, milliseconds(1000)));
 }
 
 TEST_F(OverlaySet, OrdinaryWindowsThatOpenMoveAndCloseDoNotRestartTheCapture) {

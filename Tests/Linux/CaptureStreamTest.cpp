@@ -390,6 +390,49 @@ TEST_F(CaptureStreamTest, WindowsThatAreLeftOutAreNotInTheFrames) {
   EXPECT_EQ(shown().differences(without), 0U);
 }
 
+TEST_F(CaptureStreamTest, ALargeNewWindowIsInNoFrameBeforeItIsAdmitted) {
+  settings.holdBack = {.fromArea = 10'000, .except = {}};
+  const auto stream = startAndRead();
+  const auto small = client.createWindow({.frame = {60, 50, 20, 20}, .color = 0x00ff00});
+  const auto large = client.createWindow({.frame = {100, 50, 150, 150}, .color = 0xff00ff});
+  // Each frame is the answer to a drawing, long after the large window has come.
+  for (int times = 0; times < 3; ++times) {
+    reader.read(*frameOfDrawing(small, {0, 0, 10, 10}));
+    EXPECT_EQ(shown().count(0xff00ff), 0U);
+  }
+  stream->admit({large});
+  const auto frame = receiver->take();
+  ASSERT_NE(frame, nullptr);
+  reader.read(*frame);
+  EXPECT_EQ(shown().differences(screen()), 0U);
+
+  client.unmap(large);
+  client.map(large);
+  client.sync();
+  reader.read(*frameOfDrawing(small, {0, 0, 10, 10}));
+  EXPECT_EQ(shown().count(0xff00ff), 0U) << "a window that comes again is judged again";
+}
+
+TEST_F(CaptureStreamTest, AWindowThatWasJudgedBeforeIsNotHeldBack) {
+  const auto large = client.createWindow({.frame = {100, 50, 150, 150}, .color = 0xff00ff});
+  client.sync();
+  settings.holdBack = {.fromArea = 10'000, .except = {large}};
+  startAndRead();
+  EXPECT_EQ(shown().differences(screen()), 0U);
+  EXPECT_GT(shown().count(0xff00ff), 0U);
+}
+
+TEST_F(CaptureStreamTest, AnUnannouncedBackgroundIsShownWhenTheStreamIsTold) {
+  const auto stream = startAndRead();
+  client.setBackground(client.root(), 0x717273);
+  client.sync();
+  stream->backgroundChanged();
+  const auto frame = receiver->take();
+  ASSERT_NE(frame, nullptr);
+  reader.read(*frame);
+  EXPECT_EQ(shown().differences(screen()), 0U);
+}
+
 TEST_F(CaptureStreamTest, FramesFollowAStormOfChanges) {
   const auto stream = startAndRead();
   std::atomic<bool> isEnough = false;

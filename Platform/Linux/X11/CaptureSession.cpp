@@ -25,6 +25,14 @@ timespec toTimespec(std::chrono::nanoseconds duration) {
   return {seconds.count(), (duration - seconds).count()};
 }
 
+WindowFilter filterOf(const CaptureStreamSettings& settings, const Connection& connection) {
+  WindowFilter filter(settings.excludedWindows, settings.ownClients, connection.resourceMask());
+  if (!settings.holdBack) return filter;
+  filter.holdBackFrom(settings.holdBack->fromArea);
+  for (const xcb_window_t judged : settings.holdBack->except) filter.admit(judged);
+  return filter;
+}
+
 }  // namespace
 
 std::expected<std::unique_ptr<CaptureSession>, Error> CaptureSession::open(const CaptureStreamSettings& settings,
@@ -53,8 +61,7 @@ CaptureSession::CaptureSession(const CaptureStreamSettings& settings, std::share
       wakeup_(std::move(wakeup)),
       buffer_(std::move(buffer)),
       scene_(*connection_),
-      compositor_(*connection_, scene_, settings.source,
-                  {settings.excludedWindows, settings.ownClients, connection_->resourceMask()}, buffer_->picture()),
+      compositor_(*connection_, scene_, settings.source, filterOf(settings, *connection_), buffer_->picture()),
       painted_(*connection_),
       interval_(settings.minimumFrameInterval),
       nextFrameDue_(Clock::now()),

@@ -9,6 +9,7 @@
 #include <expected>
 #include <memory>
 #include <optional>
+#include <span>
 
 #include "Platform/Error.h"
 #include "Platform/Linux/X11/CaptureStreamSettings.h"
@@ -30,6 +31,8 @@ class CaptureSession {
   // Takes in what has happened. A frame if there is something new to show, the last frame has been given back, and the
   // frame interval is over: so the first change after a rest is shown at once. Never blocks.
   [[nodiscard]] std::shared_ptr<const Frame> nextFrame();
+  void admit(std::span<const xcb_window_t> windows) { compositor_.admit(windows); }
+  void forgetWallpaper() { compositor_.forgetWallpaper(); }
   // Until there may be a next frame, the wakeup was notified, or the connection was lost.
   void wait();
 

@@ -35,6 +35,14 @@ class CaptureStream::Worker {
     });
   }
 
+  void admit(const std::vector<xcb_window_t>& windows) {
+    command([&] { admitted_.insert(admitted_.end(), windows.begin(), windows.end()); });
+  }
+
+  void backgroundChanged() {
+    command([&] { isBackgroundChanged_ = true; });
+  }
+
   void end() {
     command([&] { isStopped_ = isEnded_ = true; });
   }
@@ -94,10 +102,23 @@ class CaptureStream::Worker {
     if (!session) return started(std::unexpected(session.error()));
     started({});
     while (!isStopped()) {
+      passOnNews(**session);
       if (auto frame = (*session)->nextFrame()) deliver(std::move(frame));
       if ((*session)->isLost()) return reportLoss();
       (*session)->wait();
     }
+  }
+
+  void passOnNews(CaptureSession& session) {
+    std::vector<xcb_window_t> admitted;
+    bool isBackgroundChanged = false;
+    {
+      const std::lock_guard lock(mutex_);
+      admitted.swap(admitted_);
+      isBackgroundChanged = std::exchange(isBackgroundChanged_, false);
+    }
+    if (!admitted.empty()) session.admit(admitted);
+    if (isBackgroundChanged) session.forgetWallpaper();
   }
 
   void deliver(std::shared_ptr<const Frame> frame) {
@@ -119,6 +140,8 @@ class CaptureStream::Worker {
   mutable std::mutex mutex_;
   Completion start_;
   std::vector<Completion> stops_;
+  std::vector<xcb_window_t> admitted_;
+  bool isBackgroundChanged_ = false;
   bool isStopped_ = false;
   bool isEnded_ = false;
 };
@@ -152,6 +175,10 @@ void CaptureStream::stopCapture(Completion completion) {
   worker_->stop(std::move(completion));
   runWorker();
 }
+
+void CaptureStream::admit(const std::vector<std::uint32_t>& windowIDs) { worker_->admit(windowIDs); }
+
+void CaptureStream::backgroundChanged() { worker_->backgroundChanged(); }
 
 void CaptureStream::runWorker() {
   if (!thread_.joinable()) thread_ = std::thread([worker = worker_] { worker->run(); });

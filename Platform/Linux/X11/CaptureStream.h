@@ -26,6 +26,9 @@ class CaptureStream final : public platform::CaptureStream {
                                        std::shared_ptr<SerialQueue> queue) override;
   void startCapture(Completion completion) override;
   void stopCapture(Completion completion) override;
+  void admit(const std::vector<std::uint32_t>& windowIDs) override;
+  // The background of the root window is another one, which nothing announces.
+  void backgroundChanged();
 
  private:
   class Worker;

@@ -20,4 +20,8 @@ CaptureStreamSettings captureStreamSettings(const StreamConfiguration& configura
   return settings;
 }
 
+CaptureStreamSettings::HoldBack holdBack(const HeldBackWindows& windows, const ScreenGeometry& display) {
+  return {.fromArea = windows.fromArea * display.scale * display.scale, .except = windows.except};
+}
+
 }  // namespace platform::x11

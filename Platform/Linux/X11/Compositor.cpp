@@ -30,6 +30,7 @@ Compositor::Compositor(Connection& connection, Scene& scene, const PixelRect& so
       filter_(std::move(filter)),
       target_(target),
       wallpaper_(connection, source),
+      looks_(connection),
       pending_(connection),
       bounds_(connection),
       parts_(connection),
@@ -55,7 +56,16 @@ bool Compositor::isVisible(const SceneWindow& window) const {
 
 // Without a compositing manager the server shows the colours of a window and ignores how transparent they are.
 bool Compositor::isTranslucent(const SceneWindow& window) const {
-  return scene_.hasCompositingManager() && connection_.visualHasAlpha(window.visual);
+  if (!scene_.hasCompositingManager()) return false;
+  const WindowContent* content = contentOf(window.id);
+  return connection_.visualHasAlpha(window.visual) ||
+         (content != nullptr && content->look().opacity != WindowLook::opaque);
+}
+
+// Whether it is seen in the whole of its rectangle.
+bool Compositor::isRectangle(const SceneWindow& window) const {
+  const WindowContent* content = contentOf(window.id);
+  return !window.isShaped && (content == nullptr || !content->look().visiblePart);
 }
 
 // Whether a single opaque window hides it entirely: what is drawn there then need not wake anybody.
@@ -64,7 +74,7 @@ bool Compositor::isCovered(const SceneWindow& window) const {
   const std::span<const SceneWindow> windows = scene_.windows();
   const auto above = windows.subspan(static_cast<std::size_t>(&window - windows.data()) + 1);
   return std::ranges::any_of(above, [&](const SceneWindow& cover) {
-    return intersection(cover.outer, shown) == shown && !cover.isShaped && isVisible(cover) && !isTranslucent(cover);
+    return intersection(cover.outer, shown) == shown && isVisible(cover) && isRectangle(cover) && !isTranslucent(cover);
   });
 }
 
@@ -76,11 +86,17 @@ WindowContent* Compositor::contentOf(xcb_window_t window) const {
 // Content is kept, and damage reported, of visible windows only: others must not cost anything.
 void Compositor::watch(const SceneWindow& window) {
   if (!isVisible(window)) {
-    contents_.erase(window.id);
+    abandon(window.id);
   } else if (auto& content = contents_[window.id]; content == nullptr) {
     content = std::make_unique<WindowContent>(connection_, window);
     noteTaking(*content);
+    if (scene_.hasCompositingManager()) looks_.follow(window.id);
   }
+}
+
+void Compositor::abandon(xcb_window_t window) {
+  contents_.erase(window);
+  looks_.forget(window);
 }
 
 void Compositor::windowAdded(const SceneWindow& window) {
@@ -90,7 +106,7 @@ void Compositor::windowAdded(const SceneWindow& window) {
 
 void Compositor::windowRemoved(const SceneWindow& window, Departure departure) {
   soil(window);
-  contents_.erase(window.id);
+  abandon(window.id);
   if (departure == Departure::destroyed) filter_.forget(window.id);
 }
 
@@ -99,6 +115,7 @@ void Compositor::windowChanged(const SceneWindow& before, const SceneWindow& aft
   sameLooks.isOverrideRedirect = after.isOverrideRedirect;
   if (sameLooks == after) return;
   soil(before);
+  if (!after.isViewable) filter_.holdBack(after.id);
   soil(after);
   watch(after);
   WindowContent* content = contentOf(after.id);
@@ -116,10 +133,43 @@ void Compositor::windowReshaped(const SceneWindow& window) {
 
 void Compositor::windowRestacked(const SceneWindow& window) { soil(window); }
 
-void Compositor::compositingManagerChanged(bool /*isRunning*/) {
+void Compositor::compositingManagerChanged(bool isRunning) {
   wallpaper_.forget();
-  for (const auto& [id, content] : contents_) content->forgetPicture();
+  for (const auto& [id, content] : contents_) {
+    content->forgetPicture();
+    content->setLook({});
+    if (isRunning)
+      looks_.follow(id);
+    else
+      looks_.forget(id);
+  }
   invalidate();
+}
+
+void Compositor::readLooks() {
+  for (const auto& [topLevel, look] : looks_.read()) {
+    WindowContent* content = contentOf(topLevel);
+    const SceneWindow* window = scene_.find(topLevel);
+    if (content == nullptr || window == nullptr || content->look() == look) continue;
+    soil(*window);
+    content->setLook(look);
+  }
+}
+
+void Compositor::forgetWallpaper() {
+  wallpaper_.forget();
+  invalidate();
+}
+
+void Compositor::admit(std::span<const xcb_window_t> windows) {
+  for (const xcb_window_t id : windows) {
+    const SceneWindow* window = scene_.find(id);
+    const bool wasVisible = window != nullptr && isVisible(*window);
+    filter_.admit(id);
+    if (window == nullptr || wasVisible || !isVisible(*window)) continue;
+    watch(*window);
+    soil(*window);
+  }
 }
 
 void Compositor::soil(const SceneWindow& window) {
@@ -142,8 +192,9 @@ void Compositor::handle(const xcb_generic_event_t& event) {
   if (eventType(event) == connection_.firstEvent(Extension::damage) + XCB_DAMAGE_NOTIFY) {
     noteDamage(eventAs<xcb_damage_notify_event_t>(event));
   } else if (wallpaper_.isChangedBy(event)) {
-    wallpaper_.forget();
-    invalidate();
+    forgetWallpaper();
+  } else if (const auto changed = looks_.changedBy(event)) {
+    if (const SceneWindow* window = scene_.find(*changed)) soil(*window);
   }
 }
 
@@ -226,6 +277,7 @@ void Compositor::gatherSoil() {
 }
 
 void Compositor::paint(Region& painted) {
+  readLooks();
   gatherDamage();
   gatherSoil();
   pending_.intersect(bounds_);

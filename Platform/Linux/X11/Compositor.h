@@ -8,7 +8,8 @@
 // Ownership: it keeps references to the connection and the scene, which must outlive it, and listens to the scene.
 // Preconditions: all extensions are there; somebody keeps the screen's windows redirected.
 // Failure: windows may vanish at any time; what is painted then is corrected when the event arrives. Painting never
-// waits for the server, except to look up the wallpaper of a compositing manager when either has changed.
+// waits for the server, except under a compositing manager: for its wallpaper and for the looks of windows, when one of
+// them has changed.
 #pragma once
 
 #include <xcb/render.h>
@@ -18,6 +19,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "Platform/Linux/X11/Connection.h"
@@ -26,6 +28,7 @@
 #include "Platform/Linux/X11/Wallpaper.h"
 #include "Platform/Linux/X11/WindowContent.h"
 #include "Platform/Linux/X11/WindowFilter.h"
+#include "Platform/Linux/X11/WindowLooks.h"
 
 namespace platform::x11 {
 
@@ -57,6 +60,10 @@ class Compositor final : private SceneListener {
   void paint(Region& painted);
   // As if the picture had never been painted.
   void invalidate();
+  // The background of the root window is another one, which nothing announces.
+  void forgetWallpaper();
+  // Shows these windows, as far as they were only held back.
+  void admit(std::span<const xcb_window_t> windows);
 
  private:
   // Reports of this damage that precede the request with this number were taken with it.
@@ -78,9 +85,12 @@ class Compositor final : private SceneListener {
 
   [[nodiscard]] bool isVisible(const SceneWindow& window) const;
   [[nodiscard]] bool isTranslucent(const SceneWindow& window) const;
+  [[nodiscard]] bool isRectangle(const SceneWindow& window) const;
   [[nodiscard]] bool isCovered(const SceneWindow& window) const;
   [[nodiscard]] WindowContent* contentOf(xcb_window_t window) const;
   void watch(const SceneWindow& window);
+  void abandon(xcb_window_t window);
+  void readLooks();
   void soil(const SceneWindow& window);
   void soil(const PixelRect& rect);
   void noteDamage(const xcb_damage_notify_event_t& event);
@@ -101,6 +111,7 @@ class Compositor final : private SceneListener {
   WindowFilter filter_;
   const xcb_render_picture_t target_;
   Wallpaper wallpaper_;
+  WindowLooks looks_;
   std::map<xcb_window_t, std::unique_ptr<WindowContent>> contents_;
   std::deque<Taking> takings_;
 

@@ -17,7 +17,7 @@ std::vector<Compositor::Layer> Compositor::layersToPaint(bool& reachesWallpaper)
     if (std::ranges::none_of(pendingBounds_, touches)) continue;
     layers.push_back({&window, content});
     reachesWallpaper =
-        isTranslucent(window) || window.isShaped ||
+        isTranslucent(window) || !isRectangle(window) ||
         !std::ranges::all_of(pendingBounds_, [&](const PixelRect& r) { return intersection(window.outer, r) == r; });
     if (!reachesWallpaper) break;
   }
@@ -47,7 +47,7 @@ void Compositor::paintLayers() {
 
 void Compositor::paintOpaque(const Layer& layer) {
   const Region& outline = layer.content->outline(*layer.window, source_);
-  if (layer.window->isShaped) {
+  if (!isRectangle(*layer.window)) {
     clip_.copy(remaining_);
     clip_.intersect(outline);
     composite(layer, XCB_RENDER_PICT_OP_SRC, clip_);
@@ -68,7 +68,7 @@ void Compositor::composite(const Layer& layer, std::uint8_t operation, const Reg
   xcb_xfixes_set_picture_clip_region(connection_.get(), target_, clip.id(), 0, 0);
   // The window may have lost its pixels.
   connection_.ignoreErrors(xcb_render_composite(
-      connection_.get(), operation, layer.content->picture(), XCB_NONE, target_,
+      connection_.get(), operation, layer.content->picture(), layer.content->mask(), target_,
       static_cast<std::int16_t>(shown.x - outer.x), static_cast<std::int16_t>(shown.y - outer.y), 0, 0,
       static_cast<std::int16_t>(shown.x - source_.x), static_cast<std::int16_t>(shown.y - source_.y),
       static_cast<std::uint16_t>(shown.width), static_cast<std::uint16_t>(shown.height)));

@@ -22,6 +22,7 @@ WindowContent::WindowContent(Connection& connection, const SceneWindow& window)
 
 WindowContent::~WindowContent() {
   forgetPicture();
+  setLook({});
   connection_.ignoreErrors(xcb_damage_destroy(connection_.get(), damage_));
 }
 
@@ -37,6 +38,23 @@ xcb_render_picture_t WindowContent::picture() {
   return *picture_;
 }
 
+xcb_render_picture_t WindowContent::mask() {
+  if (look_.opacity == WindowLook::opaque) return XCB_NONE;
+  if (!mask_) {
+    mask_ = connection_.newId();
+    const auto alpha = static_cast<std::uint16_t>(look_.opacity >> 16U);
+    xcb_render_create_solid_fill(connection_.get(), *mask_, {0, 0, 0, alpha});
+  }
+  return *mask_;
+}
+
+void WindowContent::setLook(const WindowLook& look) {
+  if (mask_) xcb_render_free_picture(connection_.get(), *mask_);
+  mask_.reset();
+  forgetOutline();
+  look_ = look;
+}
+
 void WindowContent::forgetPicture() {
   if (picture_) connection_.ignoreErrors(xcb_render_free_picture(connection_.get(), *picture_));
   picture_.reset();
@@ -47,7 +65,12 @@ const Region& WindowContent::outline(const SceneWindow& window, const PixelRect&
   hasOutline_ = true;
   xcb_connection_t* c = connection_.get();
   const PixelRect outer{window.outer.x - source.x, window.outer.y - source.y, window.outer.width, window.outer.height};
-  outline_.set(outer);
+  PixelRect seen = outer;
+  if (look_.visiblePart) {
+    const PixelRect& part = *look_.visiblePart;
+    seen = intersection(outer, {outer.x + part.x, outer.y + part.y, part.width, part.height});
+  }
+  outline_.set(seen);
   if (!window.isShaped) return outline_;
 
   // The shape is read into a region of its own: if the window is gone, that one does not come to be, the copy fails as

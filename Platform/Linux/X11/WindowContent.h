@@ -18,6 +18,7 @@
 #include "Platform/Linux/X11/Connection.h"
 #include "Platform/Linux/X11/Region.h"
 #include "Platform/Linux/X11/SceneModel.h"
+#include "Platform/Linux/X11/WindowLooks.h"
 
 namespace platform::x11 {
 
@@ -30,11 +31,16 @@ class WindowContent {
 
   // The window as of now, with its border. Named on first use.
   [[nodiscard]] xcb_render_picture_t picture();
-  // Its bounding shape, for a picture whose top-left corner is that of `source`.
+  // How opaque it is, as a mask; none when it is opaque.
+  [[nodiscard]] xcb_render_picture_t mask();
+  // What of it is seen, for a picture whose top-left corner is that of `source`.
   [[nodiscard]] const Region& outline(const SceneWindow& window, const PixelRect& source);
   // After a resize, an unmap or a change of the compositing manager the window has other pixels.
   void forgetPicture();
   void forgetOutline() { hasOutline_ = false; }
+
+  [[nodiscard]] const WindowLook& look() const { return look_; }
+  void setLook(const WindowLook& look);
 
   [[nodiscard]] xcb_damage_damage_t damage() const { return damage_; }
   [[nodiscard]] bool isDamaged() const { return isDamaged_; }
@@ -52,6 +58,8 @@ class WindowContent {
   bool isDamaged_ = false;
   std::uint32_t lastTaking_ = 0;
   std::optional<xcb_render_picture_t> picture_;
+  WindowLook look_;
+  std::optional<xcb_render_picture_t> mask_;
   Region outline_;
   bool hasOutline_ = false;
 };

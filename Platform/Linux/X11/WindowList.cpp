@@ -49,7 +49,7 @@ std::vector<CaptureWindow> WindowList::windows(const ShareableContentOptions& op
     const SceneWindow& window = scene_.windows()[i];
     const WindowProperties& properties = described[i];
     const bool isDesktop = !properties.types.empty() && properties.types.front() == WindowType::desktop;
-    if (window.isInputOnly || (options.onScreenWindowsOnly && !window.isViewable) ||
+    if (window.isInputOnly || window.id == leftOut_ || (options.onScreenWindowsOnly && !window.isViewable) ||
         (options.excludingDesktopWindows && isDesktop)) {
       continue;
     }
@@ -207,7 +207,14 @@ void WindowList::windowRemoved(const SceneWindow& window, Departure /*departure*
   markChanged();
 }
 
-void WindowList::windowChanged(const SceneWindow& /*before*/, const SceneWindow& /*after*/) { markChanged(); }
+void WindowList::windowChanged(const SceneWindow& before, const SceneWindow& after) {
+  SceneWindow moved = before;
+  moved.outer.x = after.outer.x;
+  moved.outer.y = after.outer.y;
+  // A window that is dragged around would have the list read again with every step.
+  if (moved == after && coversMonitor(before.outer, monitors_) == coversMonitor(after.outer, monitors_)) return;
+  markChanged();
+}
 void WindowList::windowReshaped(const SceneWindow& /*window*/) {}
 void WindowList::windowRestacked(const SceneWindow& /*window*/) { markChanged(); }
 void WindowList::compositingManagerChanged(bool /*isRunning*/) {}

@@ -36,8 +36,11 @@ class WindowList final : public SceneListener {
   WindowList(const WindowList&) = delete;
   WindowList& operator=(const WindowList&) = delete;
 
+  // A window of ours that is none to anybody else.
+  void leaveOut(xcb_window_t window) { leftOut_ = window; }
   void setScreens(std::vector<ScreenGeometry> screens);
-  // Called when a list that was handed out is no longer true; once, until the next one is.
+  // Called when a list that was handed out is no longer true; once, until the next one is. A window that merely moved
+  // makes it so only where that may matter to its layer.
   void setChanged(std::function<void()> changed) { changed_ = std::move(changed); }
 
   // Input-only windows are left out: there is nothing of them to capture.
@@ -97,6 +100,7 @@ class WindowList final : public SceneListener {
   std::map<xcb_window_t, xcb_window_t> frameOf_;
   std::function<void()> changed_;
   bool isHandedOut_ = false;
+  xcb_window_t leftOut_ = XCB_NONE;
 };
 
 }  // namespace platform::x11
