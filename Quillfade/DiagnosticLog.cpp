@@ -6,10 +6,10 @@
 #include <optional>
 #include <vector>
 
+#include "Platform/Utf8.h"
 #include "Quillfade/EscapedText.h"
 #include "Quillfade/ExclusionRules.h"
 #include "Quillfade/Fatal.h"
-#include "Quillfade/Utf8.h"
 
 namespace quillfade {
 namespace {
@@ -65,7 +65,7 @@ void DiagnosticLog::log(std::string_view message) const {
   line += message;
   line += '\n';
   const std::string path = platform_.process().homeDirectory() + '/' + std::string{relativePath};
-  if (!isValidUtf8(line)) return;
+  if (!platform::isValidUtf8(line)) return;
   auto& files = platform_.files();
   if (files.fileExists(path)) {
     if (auto handle = files.openForWriting(path)) {

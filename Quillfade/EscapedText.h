@@ -6,8 +6,9 @@
 
 namespace quillfade {
 
-// Control characters as escapes beginning with a backslash, quotes and backslashes behind one: the result can neither
-// end a line nor a quoted text.
+// Control characters, and others that show as nothing or turn the text around them, as escapes beginning with a
+// backslash; quotes and backslashes behind one. The result can neither end a line nor a quoted text, and it reads in
+// the order in which it is written.
 [[nodiscard]] std::string escapedText(std::string_view text);
 
 }  // namespace quillfade

@@ -277,6 +277,7 @@ TEST(ScreenLocker, IsNothingElse) {
   EXPECT_FALSE(isScreenLocker(with(locker, [](auto& w) { w.isShaped = true; }), monitors)) << "a pointer highlighter";
   EXPECT_FALSE(isScreenLocker(with(locker, [](auto& w) { w.hasEmptyInput = true; }), monitors)) << "a wallpaper";
   EXPECT_FALSE(isScreenLocker(with(locker, [](auto& w) { w.isBeneathOrdinaryWindows = true; }), monitors));
+  EXPECT_FALSE(isScreenLocker(with(locker, [](auto& w) { w.isLowestOfDesktop = true; }), monitors));
   EXPECT_FALSE(isScreenLocker(with(locker, [](auto& w) { w.isOwn = true; }), monitors));
   EXPECT_FALSE(isScreenLocker(with(locker, [](auto& w) { w.types = {WindowType::desktop}; }), monitors));
   EXPECT_FALSE(isScreenLocker(with(unmanagedPane(), [](auto& w) { w.className = "ardesia"; }), monitors));

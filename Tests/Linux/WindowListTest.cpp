@@ -299,6 +299,38 @@ TEST_F(WindowListOnX, AnOpaqueFullScreenLockerIsNoOverlayAndNothingMayLieAboveIt
   EXPECT_TRUE(support::waitUntil([&] { return entry(clickThrough)->windowLayer == layers::unmanaged; }));
 }
 
+TEST_F(WindowListOnX, AnOpaqueWallpaperThatTakesInputIsNoLockerOnceTheDesktopLiesOverIt) {
+  const auto isLocker = [&](xcb_window_t window) {
+    pump();
+    return list_->isScreenLocker(window);
+  };
+  observe();
+  const auto wallpaper = client_.createWindow({.frame = wholeScreen});
+  client_.sync();
+  EXPECT_TRUE(isLocker(wallpaper)) << "With nothing else there is no telling, and the safe answer is yes.";
+  const auto dialog = client_.createWindow({.frame = {500, 300, 200, 100}});
+  client_.sync();
+  EXPECT_TRUE(isLocker(wallpaper)) << "A locker's own dialog lies over it, too.";
+  const auto ink = client_.createWindow({.frame = wholeScreen, .depth = 32, .mapped = false});
+  client_.setInputShape(ink, {});
+  client_.map(ink);
+  client_.sync();
+  EXPECT_TRUE(isLocker(wallpaper)) << "So does an overlay that raises itself again and again.";
+  client_.destroy(ink);
+  client_.destroy(dialog);
+  client_.sync();
+  const support::WindowManager manager(server_.display());
+  const auto panel = createManaged("panel", {0, 0, 1280, 30});
+  client_.setAtoms(panel, "_NET_WM_WINDOW_TYPE", {"_NET_WM_WINDOW_TYPE_DOCK"});
+  show(panel);
+  client_.lower(wallpaper);
+  client_.sync();
+  EXPECT_TRUE(support::waitUntil([&] { return !isLocker(wallpaper); })) << "A panel does not.";
+  client_.raise(wallpaper);
+  client_.sync();
+  EXPECT_TRUE(support::waitUntil([&] { return isLocker(wallpaper); }));
+}
+
 TEST_F(WindowListOnX, WindowsThatComeAndGoWhileTheyAreReadDoNoHarm) {
   observe();
   std::mt19937 random(7);

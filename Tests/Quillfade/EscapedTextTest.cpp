@@ -31,5 +31,24 @@ TEST(EscapedText, NoByteOfTheResultIsAControlCharacter) {
   }
 }
 
+TEST(EscapedText, TheSecondSetOfControlsIsEscapedToo) {
+  EXPECT_EQ(escapedText("a\xC2\x9B"
+                        "2Jb\xC2\x85"),
+            R"(a\u{9B}2Jb\u{85})");
+  EXPECT_EQ(escapedText("\xC2\xA0\xC2\xA1"), "\xC2\xA0\xC2\xA1") << "what follows them is ordinary";
+}
+
+TEST(EscapedText, NothingTurnsTheTextAroundOrEndsAParagraph) {
+  EXPECT_EQ(escapedText("\xE2\x80\xAE"
+                        "exe"),
+            R"(\u{202E}exe)");
+  EXPECT_EQ(escapedText("\xE2\x81\xA6\xE2\x81\xA9"), R"(\u{2066}\u{2069})");
+  EXPECT_EQ(escapedText("\xE2\x80\xA8\xE2\x80\xA9"), R"(\u{2028}\u{2029})");
+  EXPECT_EQ(escapedText("\xD8\x9C\xEF\xBB\xBF\xC2\xAD"), R"(\u{61C}\u{FEFF}\u{AD})");
+  EXPECT_EQ(escapedText("\xE2\x80\x8B\xE2\x80\x8F\xE2\x80\x90"), "\\u{200B}\\u{200F}\xE2\x80\x90");
+}
+
+TEST(EscapedText, WhatIsNotUtf8PassesAsItIs) { EXPECT_EQ(escapedText("a\xFF\xC2"), "a\xFF\xC2"); }
+
 }  // namespace
 }  // namespace quillfade

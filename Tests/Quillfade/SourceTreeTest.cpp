@@ -64,7 +64,7 @@ void expectIncludes(const std::vector<fs::path>& paths, const std::string& patte
 
 // The headers of the C++ library have neither capitals, suffixes nor folders in their names.
 const std::string standardHeader = "<[a-z0-9_]+>";
-const std::string port = "\"Platform/[A-Za-z]+\\.h\"";
+const std::string port = "\"Platform/[A-Za-z0-9]+\\.h\"";
 
 TEST(SourceTree, TheApplicationIncludesOnlyThePortsAndTheStandardLibrary) {
   expectIncludes(sourcesBelow("Quillfade"), standardHeader + "|" + port + "|\"Quillfade/[A-Za-z0-9]+\\.h\"");

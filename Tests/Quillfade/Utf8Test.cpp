@@ -1,10 +1,10 @@
-#include "Quillfade/Utf8.h"
+#include "Platform/Utf8.h"
 
 #include <gtest/gtest.h>
 
 #include <string_view>
 
-namespace quillfade {
+namespace platform {
 namespace {
 
 TEST(Utf8, WellFormedTextIsValid) {
@@ -22,5 +22,17 @@ TEST(Utf8, BrokenTextIsNot) {
   }
 }
 
+TEST(Utf8, ACharacterIsReadWithItsLength) {
+  const auto code = [](std::string_view text) { return firstUtf8Character(text)->code; };
+  EXPECT_EQ(code("az"), U'a');
+  EXPECT_EQ(code("\xC2\x80"), 0x80U);
+  EXPECT_EQ(code("\xDF\xBFz"), 0x7FFU);
+  EXPECT_EQ(code("\xE0\xA0\x80"), 0x800U);
+  EXPECT_EQ(code("\xEF\xBF\xBF"), 0xFFFFU);
+  EXPECT_EQ(code("\xF4\x8F\xBF\xBFz"), 0x10FFFFU);
+  EXPECT_EQ(firstUtf8Character("\xF4\x8F\xBF\xBFz")->length, 4U);
+  EXPECT_FALSE(firstUtf8Character(""));
+}
+
 }  // namespace
-}  // namespace quillfade
+}  // namespace platform

@@ -1,5 +1,7 @@
 #include "Platform/Linux/Desktop/DesktopEntry.h"
 
+#include "Platform/Linux/TrimmedText.h"
+
 namespace platform::x11 {
 
 namespace {
@@ -35,13 +37,6 @@ std::string escapedValue(std::string_view value) {
     }
   }
   return escaped;
-}
-
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r";
-  const auto first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
 std::string_view takeLine(std::string_view& text) {

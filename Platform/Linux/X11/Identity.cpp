@@ -5,6 +5,8 @@
 #include <cstddef>
 
 #include "Platform/Linux/ApplicationIdentifier.h"
+#include "Platform/Linux/TrimmedText.h"
+#include "Platform/Utf8.h"
 
 namespace platform::x11 {
 
@@ -38,13 +40,6 @@ constexpr std::array knownOwners{
 constexpr std::array<std::string_view, 8> annotationPrograms{
     "gromit-mpx", "gromit", "ardesia", "pylote", "pensela", "screenpen", "epic pen", "openboard",
 };
-
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r\n";
-  const auto first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
 
 bool equalIgnoringAsciiCase(std::string_view text, std::string_view lowerCase) {
   return std::ranges::equal(text, lowerCase, {}, [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; });
@@ -111,23 +106,6 @@ bool isOverlayPane(const WindowProperties& pane) {
   return pane.state.isAbove && (choseItsSize(pane) || isAnnotationProgram(pane));
 }
 
-// The length of the UTF-8 sequence at the start of `bytes`; 0 when there is none.
-std::size_t sequenceLength(std::string_view bytes) {
-  const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
-  const unsigned lead = at(0);
-  if (lead < 0x80) return 1;
-  const std::size_t length = lead >= 0xC2 && lead < 0xE0 ? 2 : lead >= 0xE0 && lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
-  if (lead < 0xC2 || length == 0 || bytes.size() < length) return 0;
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((at(i) & 0xC0U) != 0x80U) return 0;
-  }
-  // Overlong forms, surrogates and what lies beyond the last code point.
-  const unsigned second = at(1);
-  if ((lead == 0xE0 && second < 0xA0) || (lead == 0xED && second >= 0xA0)) return 0;
-  if ((lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second >= 0x90)) return 0;
-  return length;
-}
-
 }  // namespace
 
 std::optional<std::string> ownerIdentifier(const WindowProperties& window) {
@@ -164,7 +142,9 @@ bool coversMonitor(const PixelRect& frame, std::span<const PixelRect> monitors) 
 }
 
 bool isScreenLocker(const WindowProperties& window, std::span<const PixelRect> monitors) {
-  if (window.isOwn || window.isManaged || window.isShaped || window.isBeneathOrdinaryWindows) return false;
+  if (window.isOwn || window.isManaged || window.isShaped) return false;
+  // A wallpaper: what hides a session lies above all of it.
+  if (window.isBeneathOrdinaryWindows || window.isLowestOfDesktop) return false;
   // No locker lets clicks through, but wallpapers do.
   if (window.hasEmptyInput || layerOfType(window) || windowLayer(window, monitors) >= layers::overlay) return false;
   return std::ranges::any_of(monitors, [&](const PixelRect& monitor) {
@@ -176,15 +156,15 @@ std::string validUtf8(std::string_view bytes) {
   std::string text;
   text.reserve(bytes.size());
   while (!bytes.empty()) {
-    const std::size_t length = sequenceLength(bytes);
-    if (length > 0) {
-      text.append(bytes.substr(0, length));
+    const auto character = firstUtf8Character(bytes);
+    if (character) {
+      text.append(bytes.substr(0, character->length));
     } else {
       const auto byte = static_cast<unsigned char>(bytes.front());
       text.push_back(static_cast<char>(0xC0U | (byte >> 6U)));
       text.push_back(static_cast<char>(0x80U | (byte & 0x3FU)));
     }
-    bytes.remove_prefix(std::max<std::size_t>(length, 1));
+    bytes.remove_prefix(character ? character->length : 1);
   }
   return text;
 }

@@ -7,6 +7,7 @@
 #include <ranges>
 #include <utility>
 
+#include "Platform/Linux/TrimmedText.h"
 #include "Platform/Linux/X11/FrameClients.h"
 #include "Platform/Linux/X11/Identity.h"
 
@@ -16,7 +17,7 @@ namespace {
 
 constexpr xcb_window_t none = XCB_WINDOW_NONE;
 
-bool isBlank(const std::string& name) { return name.find_first_not_of(" \t\r\n") == std::string::npos; }
+bool isBlank(const std::string& name) { return trimmed(name).empty(); }
 
 bool meet(const PixelRect& a, const PixelRect& b) { return !intersection(a, b).isEmpty(); }
 
@@ -270,6 +271,17 @@ WindowProperties WindowList::describe(const SceneWindow& window) const {
   return result;
 }
 
+// Overlays and a locker's own dialog may lie above a locker, too, but they are not managed.
+bool WindowList::isLowestOfDesktop(std::span<const WindowProperties> all, std::size_t index) const {
+  const auto isThere = [&](std::size_t other) {
+    const SceneWindow& window = scene_.windows()[other];
+    return window.isViewable && !window.isInputOnly && !all[other].isOwn && meet(all[index].frame, all[other].frame);
+  };
+  const auto isOfDesktop = [&](std::size_t other) { return isThere(other) && all[other].isManaged; };
+  return std::ranges::none_of(std::views::iota(std::size_t{0}, index), isThere) &&
+         std::ranges::any_of(std::views::iota(index + 1, all.size()), isOfDesktop);
+}
+
 std::vector<WindowProperties> WindowList::describeAll() const {
   std::vector<WindowProperties> all;
   for (const SceneWindow& window : scene_.windows()) all.push_back(describe(window));
@@ -282,6 +294,7 @@ std::vector<WindowProperties> WindowList::describeAll() const {
     const bool hasAbove = std::ranges::any_of(std::views::iota(i + 1, all.size()), meetsOrdinary);
     const bool hasBeneath = std::ranges::any_of(std::views::iota(std::size_t{0}, i), meetsOrdinary);
     all[i].isBeneathOrdinaryWindows = hasAbove && !hasBeneath;
+    all[i].isLowestOfDesktop = isLowestOfDesktop(all, i);
   }
   return all;
 }

@@ -16,6 +16,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "Platform/Capture.h"
@@ -84,6 +85,7 @@ class WindowList final : public SceneListener {
   [[nodiscard]] bool isOwnClient(xcb_window_t window) const;
   [[nodiscard]] std::int64_t layer(const WindowProperties& window) const;
   [[nodiscard]] WindowProperties describe(const SceneWindow& window) const;
+  [[nodiscard]] bool isLowestOfDesktop(std::span<const WindowProperties> all, std::size_t index) const;
   [[nodiscard]] std::vector<WindowProperties> describeAll() const;
 
   Connection& connection_;

@@ -55,6 +55,7 @@ struct WindowProperties {
   bool isDecorated = false;  // by a window manager: title bar or edges
   bool hasAlpha = false;
   bool isBeneathOrdinaryWindows = false;  // there are managed windows, and all that meet it lie above it
+  bool isLowestOfDesktop = false;         // beneath it is nothing, and above it a managed window
   bool isOwn = false;                     // belongs to this program
 };
 
