@@ -8,6 +8,7 @@
 
 #include "Platform/Linux/ClickThroughWindow.h"
 #include "Platform/Linux/Desktop/AutostartItem.h"
+#include "Platform/Linux/Desktop/CrashSignals.h"
 #include "Platform/Linux/Desktop/DesktopApplication.h"
 #include "Platform/Linux/Desktop/DesktopDialogs.h"
 #include "Platform/Linux/Desktop/DesktopProcess.h"
@@ -62,6 +63,7 @@ class LinuxPlatform final : public Platform {
   void handle(const xcb_generic_event_t& event);
   void settle();
 
+  CrashSignals crashSignals_;
   // The product's own, apart from Qt's, and before it: without a display this ends the process in a sentence.
   std::unique_ptr<Connection> connection_;
   DesktopApplication application_;
