@@ -1,5 +1,7 @@
 #include "Platform/Linux/LinuxPlatform.h"
 
+#include <xcb/randr.h>
+
 #include <cstdlib>
 #include <iostream>
 
@@ -25,6 +27,18 @@ std::unique_ptr<Connection> openConnection() {
     }
   }
   return std::move(*connection);
+}
+
+void selectScreenEvents(const Connection& connection) {
+  if (!connection.has(Extension::randr)) return;
+  xcb_randr_select_input(connection.get(), connection.root(),
+                         XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE);
+}
+
+bool isScreenEvent(const Connection& connection, const xcb_generic_event_t& event) {
+  if (!connection.has(Extension::randr)) return false;
+  const int kind = eventType(event) - connection.firstEvent(Extension::randr);
+  return kind == XCB_RANDR_SCREEN_CHANGE_NOTIFY || kind == XCB_RANDR_NOTIFY;
 }
 
 std::vector<std::uint32_t> resourceBases(const Connection& connection) {
@@ -57,11 +71,13 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       events_(*connection_, [this](const xcb_generic_event_t& event) { handle(event); }, [this] { settle(); }) {
   scene_.addListener(windowList_);
   // What covers a whole monitor decides about lockers, whether or not anything is captured.
+  selectScreenEvents(*connection_);
   windowList_.setScreens(screens_.geometries());
   screens_.observeChanges([this] { windowList_.setScreens(screens_.geometries()); });
 }
 
 void LinuxPlatform::handle(const xcb_generic_event_t& event) {
+  if (isScreenEvent(*connection_, event)) screens_.serverChanged();
   scene_.handle(event);
   windowList_.handle(event);
   hotKeys_.handle(event);

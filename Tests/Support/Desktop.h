@@ -26,6 +26,8 @@ class SessionBus {
  public:
   SessionBus();
   [[nodiscard]] const std::string& address() const { return address_; }
+  // As a crash would.
+  void kill() { process_->kill(); }
 
  private:
   TemporaryDirectory directory_;
@@ -37,6 +39,8 @@ class WindowManager {
  public:
   enum class Kind { openbox, xfwm4 };
   explicit WindowManager(const std::string& display, Kind kind = Kind::openbox);
+  // As a crash would.
+  void kill() { process_->kill(); }
 
  private:
   PrivateHome home_;
@@ -50,6 +54,8 @@ class CompositingManager {
   explicit CompositingManager(const std::string& display);
   // Returns when the screen has no compositing manager any more.
   void stop();
+  // As a crash would.
+  void kill() { process_->kill(); }
 
  private:
   std::string display_;

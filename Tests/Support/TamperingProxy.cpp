@@ -168,6 +168,11 @@ void TamperingProxy::accept() {
   }
 }
 
+void TamperingProxy::hideExtension(const std::string& name) {
+  const std::lock_guard lock(mutex_);
+  hiddenExtension_ = name;
+}
+
 void TamperingProxy::tamperWith(std::optional<RequestKind> kind) {
   const std::lock_guard lock(mutex_);
   kind_ = kind;
@@ -188,6 +193,10 @@ void TamperingProxy::pass(std::uint8_t* request, std::size_t length) {
   const RequestKind kind{bytes[0], bytes[0] >= firstExtension ? bytes[1] : std::uint8_t{0}};
   if (length > longestLookedAt) return;
   const std::lock_guard lock(mutex_);
+  if (kind.major == XCB_QUERY_EXTENSION && !hiddenExtension_.empty()) {
+    char* const name = reinterpret_cast<char*>(request) + 8;
+    if (std::string_view(name, read<std::uint16_t>(bytes, 4)) == hiddenExtension_) *name = '?';
+  }
   for (std::size_t offset = 4; offset + 4 <= length; offset += 4) {
     if ((read<std::uint32_t>(bytes, offset) & ~idMask_) != foreignBase_) continue;
     const bool isTampered = kind_ == kind;

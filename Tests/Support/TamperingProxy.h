@@ -1,5 +1,6 @@
 // A door to an X server that makes requests about other programs' windows fail, each as if its window had gone just a
-// moment before: the server itself answers with the error that it has for that.
+// moment before: the server itself answers with the error that it has for that. It can also keep an extension from its
+// clients that the server does not let anybody switch off.
 //
 // Threads: it serves its clients on threads of its own; every call here may be made on any thread.
 // Ownership: its clients lose their connections when the object goes.
@@ -38,6 +39,9 @@ class TamperingProxy {
   // As in DISPLAY.
   [[nodiscard]] std::string display() const { return ":" + std::to_string(number_); }
 
+  // Clients that ask for this extension from now on are told that the server has none of the name.
+  void hideExtension(const std::string& name);
+
   // From now on requests of this kind that name a foreign window name one that does not exist; without a kind, none.
   void tamperWith(std::optional<RequestKind> kind);
   // The kinds that have named a foreign window since `forgetSeen`, and how many of each were tampered with.
@@ -59,6 +63,7 @@ class TamperingProxy {
   std::atomic<bool> ends_ = false;
   mutable std::mutex mutex_;
   std::optional<RequestKind> kind_;
+  std::string hiddenExtension_;
   std::map<RequestKind, std::size_t> seen_;
   std::vector<std::jthread> conversations_;
   std::jthread acceptor_;

@@ -157,6 +157,13 @@ bool XClient::grabPointer() {
   return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
 }
 
+bool XClient::grabKeyboard() {
+  const auto reply = waitForReply(
+      connection_, xcb_grab_keyboard_reply,
+      xcb_grab_keyboard(connection_, 0, root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+  return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
 void XClient::ungrabPointer() {
   xcb_ungrab_pointer(connection_, XCB_CURRENT_TIME);
   sync();

@@ -92,6 +92,7 @@ class XClient {
   [[nodiscard]] xcb_window_t selectionOwner(const std::string& selection);
   [[nodiscard]] bool grabKey(xcb_keycode_t key, std::uint16_t modifiers);
   [[nodiscard]] bool grabPointer();
+  [[nodiscard]] bool grabKeyboard();
   void ungrabPointer();
 
   void selectInput(xcb_window_t window, std::uint32_t eventMask);

@@ -33,6 +33,9 @@ class DesktopScreens : public Screens {
   // In the order of `all`, for those who work in pixels.
   [[nodiscard]] std::vector<ScreenGeometry> geometries() const;
 
+  // The server announced a change. Qt passes on most of them, but not that the last screen goes or comes back.
+  void serverChanged() { scheduleCheck(); }
+
  private:
   struct Layout {
     std::vector<Screen> screens;
