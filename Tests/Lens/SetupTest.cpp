@@ -1,0 +1,61 @@
+#include "Platform/Linux/Lens/Setup.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace platform::x11::lens {
+namespace {
+
+const Credential cookie{"MIT-MAGIC-COOKIE-1", "0123456789abcdef"};
+
+TEST(Setup, ARequestIsReadAsItWasWritten) {
+  for (const ByteOrder order : {ByteOrder::little, ByteOrder::big}) {
+    const auto bytes = setupRequest({.order = order, .minorVersion = 3}, cookie);
+    const auto request = parseSetupRequest(bytes);
+    ASSERT_TRUE(request && *request);
+    EXPECT_EQ((*request)->order, order);
+    EXPECT_EQ((*request)->majorVersion, 11);
+    EXPECT_EQ((*request)->minorVersion, 3);
+    EXPECT_EQ((*request)->credential.name, cookie.name);
+    EXPECT_EQ((*request)->credential.data, cookie.data);
+    EXPECT_EQ((*request)->length, bytes.size());
+  }
+}
+
+TEST(Setup, APartOfARequestSaysNothingYet) {
+  const auto bytes = setupRequest({}, cookie);
+  for (std::size_t length = 0; length < bytes.size(); ++length) {
+    const auto request = parseSetupRequest(std::span(bytes).first(length));
+    ASSERT_TRUE(request) << length;
+    EXPECT_FALSE(*request) << length;
+  }
+}
+
+TEST(Setup, AnythingElseIsRefusedAtItsFirstByte) {
+  const std::vector<std::byte> bytes{std::byte{'G'}};
+  EXPECT_EQ(parseSetupRequest(bytes).error().localizedDescription, "What it sends is not the X protocol.");
+}
+
+TEST(Setup, ARefusalIsOneAServerCouldHaveGiven) {
+  const auto bytes = setupRefusal(ByteOrder::big, "Go away.");
+  EXPECT_EQ(setupReplyLength(ByteOrder::big, bytes).value(), bytes.size());
+  EXPECT_EQ(std::to_integer<int>(bytes[0]), 0);
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes.data()) + 8, std::to_integer<std::size_t>(bytes[1])),
+            "Go away.");
+}
+
+TEST(Setup, AnAnswerThatIsNoneIsToldFromOne) {
+  EXPECT_FALSE(setupReplyLength(ByteOrder::little, std::vector{std::byte{9}}));
+  EXPECT_FALSE(setupReplyLength(ByteOrder::little, std::vector{std::byte{1}}).value().has_value());
+}
+
+TEST(Setup, SecretsAreTheSameOnlyWhenEveryByteIs) {
+  EXPECT_TRUE(isSameSecret("abc", "abc"));
+  EXPECT_FALSE(isSameSecret("abc", "abd"));
+  EXPECT_FALSE(isSameSecret("abc", "ab"));
+  EXPECT_FALSE(isSameSecret("", "a"));
+}
+
+}  // namespace
+}  // namespace platform::x11::lens
