@@ -282,15 +282,5 @@ TEST_F(ScreenReads, WhoDrawsToAPictureOfTheScreenDrawsToTheScreen) {
   EXPECT_EQ(client_.screenshot().count(0xff0000), 600U);
 }
 
-TEST_F(ScreenReads, ScreensThatGrowAreReadWhole) {
-  const support::XServer server({.width = 640, .height = 480});
-  XClient client(server.display());
-  const OpenLens open(server.display());
-  const auto program = open.connect();
-  EXPECT_EQ(program->screenshot(), client.screenshot());
-  support::runToEnd({"xrandr", "-display", server.display(), "--fb", "600x400"});
-  EXPECT_EQ(program->screenshot({0, 0, 600, 400}), client.screenshot({0, 0, 600, 400}));
-}
-
 }  // namespace
 }  // namespace lens
