@@ -33,6 +33,7 @@ struct CaptureWindow {
   Rect frame;                    // points, global space
   bool isOnScreen = false;
   std::optional<RunningApplication> owningApplication;
+  std::vector<std::string> classes{};  // further names that its program gave it; none where windows have none
   friend bool operator==(const CaptureWindow&, const CaptureWindow&) = default;
 };
 

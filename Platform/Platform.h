@@ -17,6 +17,7 @@
 #include "Platform/Permission.h"
 #include "Platform/Process.h"
 #include "Platform/RemoteControl.h"
+#include "Platform/RulesFile.h"
 #include "Platform/RunLoop.h"
 #include "Platform/Screens.h"
 #include "Platform/SessionLock.h"
@@ -51,6 +52,7 @@ class Platform {
   virtual LoginItem& loginItem() = 0;
   virtual Workspace& workspace() = 0;
   virtual RemoteControl& remoteControl() = 0;
+  virtual RulesFile& rulesFile() = 0;
 };
 
 // Defined once by the adapter that is linked in. Never null: an adapter that cannot reach its desktop says so to the

@@ -5,6 +5,7 @@
 // Failure: values. A desktop that offers no way in leaves everything else as it is.
 #pragma once
 
+#include <chrono>
 #include <expected>
 #include <functional>
 #include <optional>
@@ -37,8 +38,12 @@ class RemoteControl {
   virtual Claim claim(Handler handler) = 0;
 };
 
+// A command may wait for the user to answer an alert.
+inline constexpr std::chrono::milliseconds untilAnswered = std::chrono::milliseconds::max();
+
 // Defined by the adapter that is linked in. Hands a command to the running instance and waits for its reply, without
-// connecting to a display; an error when there is no running instance.
-std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& arguments);
+// connecting to a display; an error when there is no running instance, or none that answers within the limit.
+std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& arguments,
+                                                        std::chrono::milliseconds limit = untilAnswered);
 
 }  // namespace platform

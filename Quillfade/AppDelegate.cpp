@@ -1,24 +1,15 @@
 #include "Quillfade/AppDelegate.h"
 
-#include <array>
 #include <string>
-#include <utility>
 
 #include "Quillfade/Fatal.h"
 #include "Quillfade/Identity.h"
+#include "Quillfade/UserRules.h"
 
 namespace quillfade {
 namespace {
 
 constexpr platform::Rect demonstrationRegion{{240, 240}, {520, 340}};
-
-// Virtual key codes: physical positions on the ANSI layout.
-constexpr std::uint32_t keyD = 2;
-constexpr std::uint32_t keyP = 35;
-constexpr std::uint32_t keyA = 0;
-constexpr std::uint32_t keyF = 3;
-constexpr std::uint32_t controlOptionCommand =
-    platform::hotkeymodifiers::control | platform::hotkeymodifiers::option | platform::hotkeymodifiers::command;
 
 }  // namespace
 
@@ -66,18 +57,28 @@ void AppDelegate::createStatusItem() {
   statusItem_->setMenu(menu);
 }
 
+AppDelegate::Command AppDelegate::commandOf(HotKeyCommand name) {
+  switch (name) {
+    case HotKeyCommand::toggle:
+      return &AppDelegate::toggleCover;
+    case HotKeyCommand::peek:
+      return &AppDelegate::peek;
+    case HotKeyCommand::selectArea:
+      return &AppDelegate::selectArea;
+    case HotKeyCommand::wholeScreen:
+      return &AppDelegate::wholeScreen;
+  }
+  fatalError("there is no such hot key");
+}
+
 void AppDelegate::bindHotKeys() {
-  constexpr std::array<std::pair<std::uint32_t, Command>, 4> bindings{{
-      {keyD, &AppDelegate::toggleCover},
-      {keyP, &AppDelegate::peek},
-      {keyA, &AppDelegate::selectArea},
-      {keyF, &AppDelegate::wholeScreen},
-  }};
   const auto manager = std::make_shared<HotKeyManager>(platform_.hotKeys());
-  for (const auto& [keyCode, command] : bindings) {
-    manager->bind(keyCode, controlOptionCommand, [weakDelegate = weak_from_this(), command] {
-      if (const auto delegate = weakDelegate.lock()) ((*delegate).*command)();
+  for (const HotKey& key : userRules(platform_.rulesFile()).hotKeys) {
+    const auto& [keyCode, modifiers] = key.combination;
+    const bool isBound = manager->bind(keyCode, modifiers, [weakDelegate = weak_from_this(), name = key.command] {
+      if (const auto delegate = weakDelegate.lock()) ((*delegate).*commandOf(name))();
     });
+    hotKeyStates_.push_back(hotKeyState(key, isBound));
   }
   hotKeys_ = manager;
 }

@@ -5,9 +5,12 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "Platform/Platform.h"
 #include "Quillfade/HotKeyManager.h"
+#include "Quillfade/HotKeyReport.h"
+#include "Quillfade/HotKeyTable.h"
 #include "Quillfade/OverlayController.h"
 #include "Quillfade/RegionSelector.h"
 
@@ -43,6 +46,8 @@ class AppDelegate final : public platform::ApplicationDelegate,
   [[nodiscard]] OverlayController& overlay() const { return *overlay_; }
   [[nodiscard]] RegionSelector& selector() const { return *selector_; }
   [[nodiscard]] const std::shared_ptr<HotKeyManager>& hotKeys() const { return hotKeys_; }
+  // In the order in which they were bound.
+  [[nodiscard]] const std::vector<HotKeyState>& hotKeyStates() const { return hotKeyStates_; }
 
  private:
   using Command = void (AppDelegate::*)();
@@ -50,6 +55,7 @@ class AppDelegate final : public platform::ApplicationDelegate,
   [[nodiscard]] platform::Application& application() const;
 
   void createStatusItem();
+  [[nodiscard]] static Command commandOf(HotKeyCommand name);
   void bindHotKeys();
   void startDemonstration();
 
@@ -70,6 +76,7 @@ class AppDelegate final : public platform::ApplicationDelegate,
   std::shared_ptr<OverlayController> overlay_;
   std::shared_ptr<RegionSelector> selector_;
   std::shared_ptr<HotKeyManager> hotKeys_;
+  std::vector<HotKeyState> hotKeyStates_;
 };
 
 }  // namespace quillfade

@@ -42,10 +42,12 @@ Parsed parseOutline(const Words& words) {
   return std::unexpected("The outline is \"on\" or \"off\".");
 }
 
-Parsed parseStatus(const Words& words) {
-  if (words.size() == 1) return command::Status{};
-  if (words.size() == 2 && words[1] == "--json") return command::Status{.asJson = true};
-  return std::unexpected("A status takes no other word than \"--json\".");
+// A report for people or, as JSON, for programs.
+template <class Report>
+Parsed parseReport(const Words& words, const std::string& name) {
+  if (words.size() == 1) return Report{};
+  if (words.size() == 2 && words[1] == "--json") return Report{.asJson = true};
+  return std::unexpected(name + " takes no other word than \"--json\".");
 }
 
 // Everything from the program's name on is the program's own, whatever it looks like.
@@ -77,8 +79,10 @@ Parsed parseCommand(const Words& words) {
   if (name == "select-area") return plain(words, command::SelectArea{});
   if (name == "style") return parseStyle(words);
   if (name == "outline") return parseOutline(words);
-  if (name == "status") return parseStatus(words);
+  if (name == "status") return parseReport<command::Status>(words, "A status");
+  if (name == "doctor") return parseReport<command::Doctor>(words, "A doctor");
   if (name == "windows") return plain(words, command::Windows{});
+  if (name == "keys") return plain(words, command::Keys{});
   if (name == "quit") return plain(words, command::Quit{});
   if (name == "share") return parseShare(words);
   if (name == "--help" || name == "-h") return plain(words, command::Help{});
@@ -102,10 +106,12 @@ Without a command, Quillfade starts and lives in the tray. With one, the running
   outline on|off      draw a hairline around the cover
   status [--json]     tell what is covered, and how
   windows             list the windows on screen, and which a live copy leaves out, and why
+  keys                list the hot keys, and which of them other programs hold
   quit                end Quillfade
 
 These need no running Quillfade:
 
+  doctor [--json]     tell what works on this desktop, what does not, and what to do about it
   share [--view unmirrored|clean] -- PROGRAM [WORDS...]
                       run a program that captures the screen, so that it does not see the cover
                       (unmirrored), or neither the cover nor the annotations (clean)
@@ -120,8 +126,8 @@ These need no running Quillfade:
 Environment:
   QUILLFADE_DEMO=1    start with a fixed area covered
 
-Exit status: 0 done; 1 Quillfade is not running, or the command could not be carried out; 2 no such command.
-"share" ends with the exit status of its program.
+Exit status: 0 done; 1 Quillfade is not running, the command could not be carried out, or something that is needed
+does not work (doctor); 2 no such command. "share" ends with the exit status of its program.
 )help";
 }
 

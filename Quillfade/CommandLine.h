@@ -31,6 +31,10 @@ struct Status {
   bool asJson = false;
 };
 struct Windows {};
+struct Keys {};
+struct Doctor {
+  bool asJson = false;
+};
 struct Quit {};
 struct Share {
   ShareView view = ShareView::unmirrored;
@@ -48,10 +52,10 @@ struct Help {};
 struct Version {};
 }  // namespace command
 
-using Command =
-    std::variant<command::Toggle, command::Peek, command::WholeScreen, command::SelectArea, command::Style,
-                 command::Outline, command::Status, command::Windows, command::Quit, command::Share,
-                 command::InstallShare, command::UninstallShare, command::Start, command::Help, command::Version>;
+using Command = std::variant<command::Toggle, command::Peek, command::WholeScreen, command::SelectArea, command::Style,
+                             command::Outline, command::Status, command::Windows, command::Keys, command::Doctor,
+                             command::Quit, command::Share, command::InstallShare, command::UninstallShare,
+                             command::Start, command::Help, command::Version>;
 
 namespace exitstatus {
 inline constexpr int success = 0;

@@ -14,8 +14,6 @@
 namespace quillfade {
 namespace {
 
-constexpr std::string_view relativePath = "Library/Logs/Quillfade.log";
-
 std::string padded(std::int64_t number, std::size_t digits) {
   std::string text = std::to_string(number);
   if (text.size() < digits) text.insert(0, digits - text.size(), '0');

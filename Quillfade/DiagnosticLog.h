@@ -16,6 +16,9 @@ namespace quillfade {
 
 class DiagnosticLog {
  public:
+  // Below the home directory.
+  static constexpr std::string_view relativePath = "Library/Logs/Quillfade.log";
+
   explicit DiagnosticLog(platform::Platform& platform) : platform_(platform) {}
 
   // Appends one line. `message` holds no line feed. A message that is not UTF-8 is dropped.

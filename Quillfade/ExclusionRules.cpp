@@ -62,9 +62,12 @@ std::optional<std::string> ownerIdentifier(const platform::CaptureWindow& window
 }
 
 Judgement judge(const platform::CaptureWindow& window, const platform::Screen& screen,
-                const std::optional<std::string>& ownIdentifier) {
+                const std::optional<std::string>& ownIdentifier, const std::vector<WindowRule>& userRules) {
   if (!window.isOnScreen) return Judgement::keptOffScreen;
   if (ownerIdentifier(window) == ownIdentifier) return Judgement::excludedOwn;
+  if (const auto* rule = ruleFor(window, userRules)) {
+    return rule->excludes ? Judgement::excludedByUser : Judgement::keptByUser;
+  }
   const double screenArea = screen.frame.width() * screen.frame.height();
   if (!(screenArea > 0)) return Judgement::keptScreenWithoutArea;
   const double windowArea = window.frame.width() * window.frame.height();
@@ -77,8 +80,8 @@ Judgement judge(const platform::CaptureWindow& window, const platform::Screen& s
 }
 
 bool isExcluded(Judgement judgement) {
-  return judgement == Judgement::excludedOwn || judgement == Judgement::excludedHighLayer ||
-         judgement == Judgement::excludedConferencing;
+  return judgement == Judgement::excludedOwn || judgement == Judgement::excludedByUser ||
+         judgement == Judgement::excludedHighLayer || judgement == Judgement::excludedConferencing;
 }
 
 std::string_view reason(Judgement judgement) {
@@ -87,6 +90,10 @@ std::string_view reason(Judgement judgement) {
       return "not on screen";
     case Judgement::excludedOwn:
       return "belongs to Quillfade";
+    case Judgement::excludedByUser:
+      return "always left out by a rule of yours";
+    case Judgement::keptByUser:
+      return "never left out by a rule of yours";
     case Judgement::keptScreenWithoutArea:
       return "the screen has no area";
     case Judgement::keptWindowWithoutArea:
@@ -105,10 +112,11 @@ std::string_view reason(Judgement judgement) {
 
 std::vector<platform::CaptureWindow> excludedWindows(const platform::ShareableContent& content,
                                                      const platform::Screen& screen,
-                                                     const std::optional<std::string>& ownIdentifier) {
+                                                     const std::optional<std::string>& ownIdentifier,
+                                                     const std::vector<WindowRule>& userRules) {
   std::vector<platform::CaptureWindow> excluded;
   std::ranges::copy_if(content.windows, std::back_inserter(excluded), [&](const platform::CaptureWindow& window) {
-    return isExcluded(judge(window, screen, ownIdentifier));
+    return isExcluded(judge(window, screen, ownIdentifier, userRules));
   });
   return excluded;
 }

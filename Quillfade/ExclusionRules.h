@@ -13,6 +13,7 @@
 
 #include "Platform/Capture.h"
 #include "Platform/Screens.h"
+#include "Quillfade/UserRules.h"
 
 namespace quillfade {
 
@@ -26,6 +27,8 @@ namespace quillfade {
 enum class Judgement {
   keptOffScreen,
   excludedOwn,
+  excludedByUser,
+  keptByUser,
   keptScreenWithoutArea,
   keptWindowWithoutArea,
   excludedHighLayer,
@@ -34,9 +37,11 @@ enum class Judgement {
   keptConferencing,
 };
 
-// `ownIdentifier` is the application's own identifier; the screen counts only by its area.
+// `ownIdentifier` is the application's own identifier; the screen counts only by its area. The user's rules go before
+// the built-in ones, but for the application's own windows.
 [[nodiscard]] Judgement judge(const platform::CaptureWindow& window, const platform::Screen& screen,
-                              const std::optional<std::string>& ownIdentifier);
+                              const std::optional<std::string>& ownIdentifier,
+                              const std::vector<WindowRule>& userRules = {});
 [[nodiscard]] bool isExcluded(Judgement judgement);
 // In a few words, for a person.
 [[nodiscard]] std::string_view reason(Judgement judgement);
@@ -46,7 +51,8 @@ enum class Judgement {
 // the screen counts only by its area.
 [[nodiscard]] std::vector<platform::CaptureWindow> excludedWindows(const platform::ShareableContent& content,
                                                                    const platform::Screen& screen,
-                                                                   const std::optional<std::string>& ownIdentifier);
+                                                                   const std::optional<std::string>& ownIdentifier,
+                                                                   const std::vector<WindowRule>& userRules = {});
 
 // The numbers of all other windows of `content`.
 [[nodiscard]] std::vector<std::uint32_t> keptWindows(const platform::ShareableContent& content,

@@ -26,7 +26,8 @@ class HotKeyManager final : public std::enable_shared_from_this<HotKeyManager> {
   HotKeyManager& operator=(const HotKeyManager&) = delete;
   ~HotKeyManager();
 
-  void bind(std::uint32_t keyCode, std::uint32_t modifiers, std::function<void()> action);
+  // Whether the combination could be had.
+  bool bind(std::uint32_t keyCode, std::uint32_t modifiers, std::function<void()> action);
 
   [[nodiscard]] const std::vector<platform::HotKeyReference>& refs() const { return refs_; }
 

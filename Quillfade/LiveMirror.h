@@ -51,6 +51,9 @@ class LiveMirror final : public platform::StreamOutput,
 
   [[nodiscard]] std::optional<ScreenInfo> screenInfo() const;
   [[nodiscard]] bool isStale(std::int64_t startGeneration) const;
+  // By the rules as they are now, the user's included.
+  [[nodiscard]] std::vector<platform::CaptureWindow> excluded(const platform::ShareableContent& content,
+                                                              const platform::Screen& screen) const;
   [[nodiscard]] platform::StreamConfiguration configuration(const ScreenInfo& info) const;
 
   void start();

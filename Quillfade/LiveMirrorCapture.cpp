@@ -64,7 +64,7 @@ Task LiveMirror::runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t sta
   const auto display = std::ranges::find(content->displays, info->displayID, &platform::CaptureDisplay::displayID);
   if (display == content->displays.end()) co_return;
 
-  const auto excluded = excludedWindows(*content, info->screen, mirror->platform_.process().bundleIdentifier());
+  const auto excluded = mirror->excluded(*content, info->screen);
   mirror->currentExclusionKey_ = key(excluded);
   mirror->log_.logCandidates(*content, excluded);
   mirror->keptWindows_ = keptWindows(*content, excluded);
@@ -89,6 +89,12 @@ Task LiveMirror::runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t sta
   look.reset();
   if (oldStream) co_await stopCapture(runLoop, oldStream);
   mirror->log_.log("stream started, excluding " + std::to_string(excluded.size()) + " window(s)");
+}
+
+std::vector<platform::CaptureWindow> LiveMirror::excluded(const platform::ShareableContent& content,
+                                                          const platform::Screen& screen) const {
+  return excludedWindows(content, screen, platform_.process().bundleIdentifier(),
+                         userRules(platform_.rulesFile()).windows);
 }
 
 void LiveMirror::startFailed(const platform::Error& error) {
@@ -176,7 +182,7 @@ Task LiveMirror::runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunL
     mirror->log_.log("exclusion refresh failed: " + content.error().localizedDescription);
     co_return;
   }
-  const auto excluded = excludedWindows(*content, info->screen, mirror->platform_.process().bundleIdentifier());
+  const auto excluded = mirror->excluded(*content, info->screen);
   mirror->keptWindows_ = keptWindows(*content, excluded);
   if (mirror->stream_) mirror->stream_->admit(mirror->keptWindows_);
   const std::string newKey = key(excluded);

@@ -7,6 +7,7 @@
 
 #include "Quillfade/Fatal.h"
 #include "Quillfade/RemoteCommands.h"
+#include "Quillfade/UserRules.h"
 
 namespace quillfade {
 
@@ -34,6 +35,9 @@ int runOnlyInstance(platform::Platform& platform) {
   if (claim == Claim::taken) {
     std::cout << "Quillfade is running already." << std::endl;
     return 0;
+  }
+  for (const auto& fault : userRules(platform.rulesFile()).faults) {
+    std::cerr << "quillfade: " << platform.rulesFile().path() << ": " << fault << std::endl;
   }
   return runApplication(platform);
 }

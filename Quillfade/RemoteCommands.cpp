@@ -35,8 +35,9 @@ class Execution {
   std::string operator()(command::Status status) {
     return status.asJson ? statusJson(delegate_.overlay()) : statusText(delegate_.overlay());
   }
-  // Help, version and sharing are the asking process's own; starting a running application is done already. The list of
-  // windows comes later, and so never comes here.
+  std::string operator()(command::Keys) { return hotKeyText(delegate_.hotKeyStates()); }
+  // Help, version, doctor and sharing are the asking process's; starting a running application is done already. The
+  // list of windows comes later, and so never comes here.
   template <class Other>
   std::string operator()(Other /*command*/) {
     return {};

@@ -27,15 +27,27 @@ std::string wholeText(double value, const char* unit = "") {
   return std::abs(value) < largestReadable ? std::to_string(wholeNumber(value)) + unit : "-";
 }
 
+std::string reasonText(Judgement judgement, const platform::CaptureWindow& window,
+                       const std::vector<WindowRule>& rules) {
+  std::string text{reason(judgement)};
+  if (judgement == Judgement::excludedByUser || judgement == Judgement::keptByUser) {
+    text += ": \"" + escapedText(ruleFor(window, rules)->pattern) + '"';
+  }
+  return text;
+}
+
 Row rowOf(const platform::CaptureWindow& window, const platform::Screen& screen,
-          const std::optional<std::string>& ownIdentifier) {
-  const Judgement judgement = judge(window, screen, ownIdentifier);
+          const std::optional<std::string>& ownIdentifier, const std::vector<WindowRule>& rules) {
+  const Judgement judgement = judge(window, screen, ownIdentifier, rules);
   const double coverage =
       100 * window.frame.width() * window.frame.height() / (screen.frame.width() * screen.frame.height());
-  return {std::to_string(window.windowID),    escapedText(ownerIdentifier(window).value_or("?")),
-          std::to_string(window.windowLayer), wholeText(window.frame.width()) + "x" + wholeText(window.frame.height()),
-          wholeText(coverage, "%"),           isExcluded(judgement) ? "left out" : "kept",
-          std::string{reason(judgement)}};
+  return {std::to_string(window.windowID),
+          escapedText(ownerIdentifier(window).value_or("?")),
+          std::to_string(window.windowLayer),
+          wholeText(window.frame.width()) + "x" + wholeText(window.frame.height()),
+          wholeText(coverage, "%"),
+          isExcluded(judgement) ? "left out" : "kept",
+          reasonText(judgement, window, rules)};
 }
 
 std::string layOut(const std::vector<Row>& rows) {
@@ -64,7 +76,8 @@ std::string windowTable(const platform::ShareableContent& content, const std::op
   if (!screen) return "There is no screen.\n";
   const auto ownIdentifier = platform.process().bundleIdentifier();
   std::vector<Row> rows{{"ID", "OWNER", "LAYER", "SIZE", "COVERS", "LIVE COPY", "WHY"}};
-  for (const auto& window : content.windows) rows.push_back(rowOf(window, *screen, ownIdentifier));
+  const auto rules = userRules(platform.rulesFile()).windows;
+  for (const auto& window : content.windows) rows.push_back(rowOf(window, *screen, ownIdentifier, rules));
   return layOut(rows);
 }
 

@@ -6,6 +6,7 @@
 
 #include "Platform/Platform.h"
 #include "Quillfade/CommandLine.h"
+#include "Quillfade/Doctor.h"
 #include "Quillfade/ProcessEntry.h"
 #include "Quillfade/Share.h"
 
@@ -34,6 +35,11 @@ int main(int argc, char** argv) {
   if (const auto* shared = std::get_if<command::Share>(&*parsed)) return finish(share(*shared));
   if (const auto* installed = std::get_if<command::InstallShare>(&*parsed)) return finish(installShare(*installed));
   if (const auto* removed = std::get_if<command::UninstallShare>(&*parsed)) return finish(uninstallShare(*removed));
+  if (const auto* doctor = std::get_if<command::Doctor>(&*parsed)) {
+    const auto report = examine(doctor->asJson);
+    std::cout << report.output << std::flush;
+    return report.status;
+  }
   if (!std::holds_alternative<command::Start>(*parsed)) return send(arguments);
 
   const auto platform = platform::makePlatform(std::span<char* const>(argv, static_cast<std::size_t>(argc)));

@@ -57,6 +57,7 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       ownClients_(resourceBases(*connection_)),
       mark_(*connection_, ownClients_),
       settings_(settingsPath()),
+      rulesFile_(rulesPath()),
       scene_(*connection_),
       windowList_(*connection_, scene_, ownClients_),
       stage_(*connection_, scene_, windowList_, runLoop_),

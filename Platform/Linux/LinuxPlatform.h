@@ -17,6 +17,7 @@
 #include "Platform/Linux/Desktop/DesktopWorkspace.h"
 #include "Platform/Linux/Desktop/PosixFiles.h"
 #include "Platform/Linux/Desktop/QtRunLoop.h"
+#include "Platform/Linux/Desktop/RulesJson.h"
 #include "Platform/Linux/Desktop/SessionBus.h"
 #include "Platform/Linux/Desktop/SettingsFile.h"
 #include "Platform/Linux/Desktop/SystemClock.h"
@@ -58,6 +59,7 @@ class LinuxPlatform final : public Platform {
   LoginItem& loginItem() override { return loginItem_; }
   Workspace& workspace() override { return workspace_; }
   RemoteControl& remoteControl() override { return remoteControl_; }
+  RulesFile& rulesFile() override { return rulesFile_; }
 
  private:
   void handle(const xcb_generic_event_t& event);
@@ -74,6 +76,7 @@ class LinuxPlatform final : public Platform {
   SystemClock clock_;
   PosixFiles files_;
   SettingsFile settings_;
+  RulesJson rulesFile_;
   DesktopScreens screens_;
   DesktopViews views_;
   Scene scene_;

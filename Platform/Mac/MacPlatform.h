@@ -20,6 +20,7 @@
 #include "Platform/Mac/Permission.h"
 #include "Platform/Mac/Process.h"
 #include "Platform/Mac/RemoteControl.h"
+#include "Platform/Mac/RulesFile.h"
 #include "Platform/Mac/RunLoop.h"
 #include "Platform/Mac/Screens.h"
 #include "Platform/Mac/SessionLock.h"
@@ -52,6 +53,7 @@ class MacPlatform final : public Platform {
   platform::LoginItem& loginItem() override { return loginItem_; }
   platform::Workspace& workspace() override { return workspace_; }
   platform::RemoteControl& remoteControl() override { return remoteControl_; }
+  platform::RulesFile& rulesFile() override { return rulesFile_; }
 
  private:
   Application application_;
@@ -72,6 +74,7 @@ class MacPlatform final : public Platform {
   LoginItem loginItem_;
   Workspace workspace_;
   RemoteControl remoteControl_;
+  RulesFile rulesFile_;
 };
 
 }  // namespace platform::mac

@@ -1,5 +1,6 @@
 #include "Platform/Mac/MacPlatform.h"
 
+#include "Platform/Examination.h"
 #include "Platform/Lens.h"
 
 namespace platform {
@@ -8,7 +9,8 @@ std::unique_ptr<Platform> makePlatform(std::span<char* const> /*arguments*/) {
   return std::make_unique<mac::MacPlatform>();
 }
 
-std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& /*arguments*/) {
+std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& /*arguments*/,
+                                                        std::chrono::milliseconds /*limit*/) {
   return std::unexpected(Error{"On macOS a running instance takes no commands from the command line."});
 }
 
@@ -24,6 +26,13 @@ std::expected<std::string, Error> installLensEntry(const std::string& /*applicat
 
 std::expected<std::string, Error> removeLensEntry(const std::string& /*application*/) {
   return std::unexpected(Error{"On macOS there is nothing to install: start programs as usual."});
+}
+
+std::unique_ptr<RulesFile> makeRulesFile() { return std::make_unique<mac::RulesFile>(); }
+
+// Nothing is looked at from outside the application here yet.
+Examination examineDesktop(const ExaminationRequest& request) {
+  return {.hotKeys = std::vector<HotKeyAnswer>(request.hotKeys.size(), HotKeyAnswer::unknown)};
 }
 
 }  // namespace platform

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Platform/Examination.h"
 #include "Platform/Lens.h"
 
 namespace platform {
@@ -42,7 +43,8 @@ std::unique_ptr<Platform> makePlatform(std::span<char* const> /*arguments*/) {
   return std::make_unique<simulated::Desktop>();
 }
 
-std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& /*arguments*/) {
+std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& /*arguments*/,
+                                                        std::chrono::milliseconds /*limit*/) {
   return std::unexpected(Error{"Quillfade is not running."});
 }
 
@@ -58,5 +60,12 @@ std::expected<std::string, Error> installLensEntry(const std::string& /*applicat
 std::expected<std::string, Error> removeLensEntry(const std::string& /*application*/) {
   return std::unexpected(Error{"A simulated desktop has no menu of applications."});
 }
+
+// A desktop in memory is there only once it was made, so there is nothing to look at yet.
+Examination examineDesktop(const ExaminationRequest& request) {
+  return {.hotKeys = std::vector<HotKeyAnswer>(request.hotKeys.size(), HotKeyAnswer::unknown)};
+}
+
+std::unique_ptr<RulesFile> makeRulesFile() { return std::make_unique<simulated::RulesFile>(); }
 
 }  // namespace platform

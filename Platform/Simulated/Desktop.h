@@ -54,6 +54,7 @@ class Desktop final : public Platform {
   LoginItem& loginItem() override { return loginItem_; }
   Workspace& workspace() override { return workspace_; }
   RemoteControl& remoteControl() override { return remoteControl_; }
+  RulesFile& rulesFile() override { return rulesFile_; }
 
   Record& record() { return record_; }
   // From now on there is no shared application.
@@ -83,6 +84,7 @@ class Desktop final : public Platform {
   LoginItem loginItem_{record_};
   Workspace workspace_{record_};
   RemoteControl remoteControl_{record_};
+  RulesFile rulesFile_;
   bool isConnected_ = true;
 };
 

@@ -1,4 +1,4 @@
-// The small services of a desktop: permission, login item, links, lock screen, settings.
+// The small services of a desktop: permission, login item, links, lock screen, settings, the user's rules.
 //
 // Threads: main thread only.
 #pragma once
@@ -14,6 +14,7 @@
 
 #include "Platform/LoginItem.h"
 #include "Platform/Permission.h"
+#include "Platform/RulesFile.h"
 #include "Platform/SessionLock.h"
 #include "Platform/Settings.h"
 #include "Platform/Simulated/Record.h"
@@ -99,6 +100,14 @@ class Settings final : public platform::Settings {
   Record& record_;
   std::vector<std::pair<std::string, SettingValue>> writes_;
   mutable std::vector<std::string> reads_;
+};
+
+class RulesFile final : public platform::RulesFile {
+ public:
+  [[nodiscard]] std::string path() const override { return "/home/presenter/.config/quillfade/rules.json"; }
+  std::expected<std::optional<RulesFileEntries>, Error> read() override { return content; }
+
+  std::expected<std::optional<RulesFileEntries>, Error> content = std::nullopt;
 };
 
 }  // namespace platform::simulated

@@ -129,6 +129,24 @@ TEST_F(AppDelegateLaunch, ATakenHotKeyDoesNotStopTheLaunch) {
   menu().close();
 }
 
+TEST_F(AppDelegateLaunch, AHotKeyOfTheUsersTakesThePlaceOfTheBuiltInOne) {
+  desktop.rulesFile().content = platform::RulesFileEntries{{"hotKeys", "toggle", "Control+Alt+F9"}};
+  launch();
+  overlay().setRegion(region);
+  EXPECT_EQ(desktop.hotKeys().press(2, controlOptionCommandKeys), std::nullopt);
+  EXPECT_EQ(desktop.hotKeys().press(0x65, 0x1800), 0);
+  EXPECT_TRUE(overlay().isEnabled());
+}
+
+TEST_F(AppDelegateLaunch, TheHotKeysThatCouldNotBeHadAreKnown) {
+  desktop.hotKeys().takenKeyCodes = {35};
+  launch();
+  EXPECT_THAT(delegate->hotKeyStates(), ElementsAre(HotKeyState{"Control+Alt+Super+D", "toggle", true},
+                                                    HotKeyState{"Control+Alt+Super+P", "peek", false},
+                                                    HotKeyState{"Control+Alt+Super+A", "select-area", true},
+                                                    HotKeyState{"Control+Alt+Super+F", "whole-screen", true}));
+}
+
 TEST_F(AppDelegateLaunch, TheDemonstrationCoversAFixedAreaWithoutAskingForPermission) {
   desktop.process().environment["QUILLFADE_DEMO"] = "1";
   desktop.screenCaptureAccess().isGranted = false;

@@ -35,6 +35,8 @@ TEST(CommandLine, EveryCommandIsUnderstood) {
   EXPECT_TRUE(means<command::WholeScreen>({"whole-screen"}));
   EXPECT_TRUE(means<command::SelectArea>({"select-area"}));
   EXPECT_TRUE(means<command::Windows>({"windows"}));
+  EXPECT_TRUE(means<command::Keys>({"keys"}));
+  EXPECT_TRUE(means<command::Doctor>({"doctor"}));
   EXPECT_TRUE(means<command::Quit>({"quit"}));
   EXPECT_TRUE(means<command::Help>({"--help"}));
   EXPECT_TRUE(means<command::Help>({"-h"}));
@@ -117,6 +119,13 @@ TEST(CommandLine, AStatusIsForPeopleOrForPrograms) {
   }
 }
 
+TEST(CommandLine, ADoctorSpeaksToPeopleOrToPrograms) {
+  const auto asJson = [](const Words& words) { return std::get<command::Doctor>(parseCommand(words).value()).asJson; };
+  EXPECT_FALSE(asJson({"doctor"}));
+  EXPECT_TRUE(asJson({"doctor", "--json"}));
+  EXPECT_EQ(complaint({"doctor", "now"}), "A doctor takes no other word than \"--json\".");
+}
+
 TEST(CommandLine, AnUnknownCommandIsNamed) {
   EXPECT_EQ(complaint({"hide"}), "There is no command \"hide\".");
   EXPECT_EQ(complaint({"Toggle"}), "There is no command \"Toggle\".");
@@ -125,7 +134,7 @@ TEST(CommandLine, AnUnknownCommandIsNamed) {
 }
 
 TEST(CommandLine, WordsTooManyAreRefusedAndNotIgnored) {
-  for (const char* name : {"toggle", "whole-screen", "select-area", "windows", "quit", "--help", "--version"}) {
+  for (const char* name : {"toggle", "whole-screen", "select-area", "windows", "keys", "quit", "--help", "--version"}) {
     EXPECT_EQ(complaint({name, "now"}), "\"" + std::string(name) + "\" does not take that many words.");
   }
   EXPECT_EQ(complaint({"peek", "5", "6"}), "\"peek\" does not take that many words.");
@@ -143,16 +152,16 @@ Words commandsInHelp() {
 }
 
 TEST(CommandLine, TheHelpNamesEveryCommandThatThereIs) {
-  EXPECT_THAT(commandsInHelp(),
-              testing::ElementsAre("toggle", "peek", "whole-screen", "select-area", "style", "outline", "status",
-                                   "windows", "quit", "share", "share", "share", "--help", "--version"));
+  EXPECT_THAT(commandsInHelp(), testing::ElementsAre("toggle", "peek", "whole-screen", "select-area", "style",
+                                                     "outline", "status", "windows", "keys", "quit", "doctor", "share",
+                                                     "share", "share", "--help", "--version"));
   for (const auto& name : commandsInHelp()) EXPECT_THAT(complaint({name}), Not(StartsWith("There is no command")));
 }
 
 TEST(CommandLine, TheHelpTellsTheWayBackToTheLiveCoverAndWhatTheExitStatusMeans) {
   EXPECT_THAT(helpText(), HasSubstr("\"style live\" is the one way back from the solid cover to the live one"));
   EXPECT_THAT(helpText(), HasSubstr("Exit status: 0 done; 1 "));
-  EXPECT_THAT(helpText(), HasSubstr("; 2 no such command."));
+  EXPECT_THAT(helpText(), HasSubstr("does not work (doctor); 2 no such command."));
   EXPECT_THAT(helpText(), HasSubstr("QUILLFADE_DEMO=1"));
   EXPECT_THAT(helpText(), EndsWith("\n"));
 }

@@ -64,6 +64,17 @@ TEST_F(ExclusionRefresh, AnOverlayThatOpensLeavesThePictureWithinOneInterval) {
   EXPECT_EQ(mirror->currentExclusionKey(), "7");
 }
 
+TEST_F(ExclusionRefresh, ARuleThatTheUserWritesHoldsWithinOneInterval) {
+  openOverlay(7);
+  showAndStart();
+  EXPECT_EQ(mirror->currentExclusionKey(), "7");
+  const auto owner = desktop.capture().content.windows.back().owningApplication->bundleIdentifier;
+  desktop.rulesFile().content = platform::RulesFileEntries{{"neverExclude", "1", owner}};
+  tick();
+  EXPECT_EQ(mirror->currentExclusionKey(), "");
+  EXPECT_TRUE(newestStream()->filter().excludingWindows.empty());
+}
+
 TEST_F(ExclusionRefresh, AChangeIsLoggedBeforeTheRestart) {
   showAndStart();
   openOverlay(7);

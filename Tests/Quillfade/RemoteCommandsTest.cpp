@@ -81,6 +81,15 @@ INSTANTIATE_TEST_SUITE_P(Each, SameAsTheMenu,
                            return name;
                          });
 
+TEST_F(RemoteCommands, TheHotKeysAreListedWithWhatBecameOfThem) {
+  desktop.hotKeys().takenKeyCodes = {3};
+  launch();
+  const RemoteReply reply = run({"keys"});
+  EXPECT_EQ(reply.status, exitstatus::success);
+  EXPECT_THAT(reply.output, HasSubstr("Control+Alt+Super+D  toggle        bound\n"));
+  EXPECT_THAT(reply.output, HasSubstr("Control+Alt+Super+F  whole-screen  taken by another program\n"));
+}
+
 TEST_F(RemoteCommands, APeekLastsAsLongAsAsked) {
   launchWithCoverOn();
   EXPECT_EQ(run({"peek", "2.5"}), done);

@@ -87,6 +87,15 @@ TEST_F(WindowTable, LettersOfSeveralBytesTakeOnePlace) {
   EXPECT_EQ(table[2], "2   Resume  0      1440x900  100%    kept       no large overlay");
 }
 
+TEST_F(WindowTable, ARuleOfTheUsersIsNamedWhereItDecided) {
+  desktop.rulesFile().content =
+      platform::RulesFileEntries{{"alwaysExclude", "1", "Note*"}, {"neverExclude", "1", "Ink"}};
+  EXPECT_THAT(line(listedWindow(1, "Notebook", 0, {10, 10})),
+              EndsWith("left out   always left out by a rule of yours: \"Note*\""));
+  EXPECT_THAT(line(listedWindow(1, "Ink", 500)), EndsWith("kept       never left out by a rule of yours: \"Ink\""));
+  EXPECT_THAT(line(listedWindow(1, "Other", 500)), EndsWith("left out   large, on an overlay layer"));
+}
+
 TEST_F(WindowTable, WindowsAreMeasuredAgainstTheScreenOfTheRegion) {
   desktop.arrangeScreens({{{{0, 0}, {1440, 900}}, 1, 2}, {{{1440, 0}, {2880, 1800}}, 2, 1}});
   const auto window = listedWindow(1, "Ink", 500, {1440, 900});

@@ -6,6 +6,7 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QStringList>
+#include <algorithm>
 #include <iostream>
 #include <limits>
 #include <utility>
@@ -88,7 +89,8 @@ RemoteControl::Claim SessionBus::claim(Handler handler) {
 
 namespace platform {
 
-std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& arguments) {
+std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& arguments,
+                                                        std::chrono::milliseconds limit) {
   int argumentCount = 0;
   QCoreApplication application(argumentCount, nullptr);
   // First of all, so that it goes last: the bus library's thread reads messages until the very end of the process, and
@@ -103,8 +105,8 @@ std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::s
   QDBusMessage call = QDBusMessage::createMethodCall(x11::busName, x11::objectPath, x11::interfaceName, x11::runMethod);
   call.setAutoStartService(false);
   call << words;
-  // No time limit: a command may wait for the user to answer an alert.
-  const QDBusMessage reply = bus.call(call, QDBus::Block, std::numeric_limits<int>::max());
+  const auto longest = std::chrono::milliseconds{std::numeric_limits<int>::max()};
+  const QDBusMessage reply = bus.call(call, QDBus::Block, static_cast<int>(std::min(limit, longest).count()));
   if (reply.type() == QDBusMessage::ReplyMessage && reply.arguments().size() == 2) {
     return RemoteReply{reply.arguments().at(0).toInt(), reply.arguments().at(1).toString().toStdString()};
   }

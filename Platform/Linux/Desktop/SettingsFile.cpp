@@ -110,6 +110,22 @@ void SettingsFile::reportOnce(const std::string& reason) {
   tell(reason + " Settings will not be kept.");
 }
 
+std::optional<std::string> settingsFault(const std::string& path) {
+  const std::string target = followLinks(path);
+  const auto file = openRegularFile(target, O_RDONLY);
+  const auto bytes = file ? readAll(file->get()) : std::unexpected(file.error());
+  if (!bytes && bytes.error() != ENOENT)
+    return systemError("Could not read", target, bytes.error()).localizedDescription;
+  if (bytes && !parse(*bytes)) return target + " is damaged: it is not one JSON object.";
+  // It is replaced as a whole, so it is the directory that counts; one that is not there yet will be made.
+  auto directory = std::filesystem::path(target).parent_path();
+  while (!directory.empty() && !std::filesystem::exists(directory) && directory != directory.parent_path()) {
+    directory = directory.parent_path();
+  }
+  if (!isWritableDirectory(directory)) return "Nothing can be written to " + directory.string() + ".";
+  return std::nullopt;
+}
+
 std::string settingsPath() { return configurationDirectory() + "/quillfade/settings.json"; }
 
 }  // namespace platform::x11

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <QJsonObject>
+#include <optional>
 #include <string>
 
 #include "Platform/Settings.h"
@@ -33,6 +34,10 @@ class SettingsFile : public Settings {
   bool mayReplaceFile_ = true;
   bool reported_ = false;
 };
+
+// What keeps the settings in this file from being read or kept, without touching it: a sentence; nothing when all is
+// well, also when the file is not there yet.
+[[nodiscard]] std::optional<std::string> settingsFault(const std::string& path);
 
 // Where this user's settings are.
 [[nodiscard]] std::string settingsPath();

@@ -1,6 +1,7 @@
 #include "Platform/Linux/Desktop/UserDirectories.h"
 
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -42,6 +43,11 @@ std::string configurationDirectory() {
   if (auto directory = absolute(environmentVariable("XDG_CONFIG_HOME"))) return *directory;
   const std::string home = homeDirectory();
   return home == "/" ? "/.config" : home + "/.config";
+}
+
+bool isWritableDirectory(const std::string& path) {
+  struct stat state{};
+  return ::stat(path.c_str(), &state) == 0 && S_ISDIR(state.st_mode) && ::access(path.c_str(), W_OK | X_OK) == 0;
 }
 
 }  // namespace platform::x11

@@ -14,4 +14,7 @@ namespace platform::x11 {
 // $XDG_CONFIG_HOME when it is absolute, else ~/.config.
 [[nodiscard]] std::string configurationDirectory();
 
+// Whether files can be made in it.
+[[nodiscard]] bool isWritableDirectory(const std::string& path);
+
 }  // namespace platform::x11

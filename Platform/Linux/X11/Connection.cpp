@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
+#include <tuple>
 #include <utility>
 
 namespace platform::x11 {
@@ -121,12 +122,14 @@ void Connection::queryExtensions() {
   for (const Requirement& required : requirements()) {
     const xcb_query_extension_reply_t* data = xcb_get_extension_data(connection_, required.id);
     if (data == nullptr || data->present == 0) continue;
-    extensions_[index(required.extension)] = {true, data->first_event};
+    extensions_[index(required.extension)] = {.isUsable = true, .firstEvent = data->first_event, .isPresent = true};
   }
   const std::array<Version, extensionCount> versions = queryVersions(*this);
   for (const Requirement& required : requirements()) {
     ExtensionState& state = extensions_[index(required.extension)];
-    state.isUsable = state.isUsable && versions[index(required.extension)] >= Version{required.major, required.minor};
+    const Version& version = versions[index(required.extension)];
+    state.isUsable = state.isUsable && version >= Version{required.major, required.minor};
+    std::tie(state.major, state.minor) = version;
   }
 }
 
@@ -161,6 +164,15 @@ std::vector<std::string> Connection::missingExtensions() const {
   for (const Requirement& required : requirements())
     if (!has(required.extension)) missing.emplace_back(required.name);
   return missing;
+}
+
+std::vector<Connection::ExtensionVersion> Connection::extensionVersions() const {
+  std::vector<ExtensionVersion> versions;
+  for (const Requirement& required : requirements()) {
+    const ExtensionState& state = extensions_[index(required.extension)];
+    versions.push_back({required.name, state.major, state.minor, state.isPresent, state.isUsable});
+  }
+  return versions;
 }
 
 xcb_render_pictformat_t Connection::formatOfVisual(xcb_visualid_t visual) const {

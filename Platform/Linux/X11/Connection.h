@@ -73,6 +73,15 @@ class Connection {
   [[nodiscard]] bool has(Extension extension) const { return extensions_[index(extension)].isUsable; }
   // The names of those that are missing or too old. A request of a missing extension would break the connection.
   [[nodiscard]] std::vector<std::string> missingExtensions() const;
+  // What the server offers of each to this client.
+  struct ExtensionVersion {
+    std::string name;
+    std::uint32_t major = 0;
+    std::uint32_t minor = 0;
+    bool isPresent = false;
+    bool isUsable = false;  // present, and new enough
+  };
+  [[nodiscard]] std::vector<ExtensionVersion> extensionVersions() const;
   [[nodiscard]] std::uint8_t firstEvent(Extension extension) const { return extensions_[index(extension)].firstEvent; }
 
   // The picture format of a visual; none (0) when pictures cannot be made of it.
@@ -93,6 +102,9 @@ class Connection {
   struct ExtensionState {
     bool isUsable = false;
     std::uint8_t firstEvent = 0;
+    bool isPresent = false;
+    std::uint32_t major = 0;
+    std::uint32_t minor = 0;
   };
   struct VisualFormat {
     xcb_render_pictformat_t format = 0;

@@ -19,6 +19,14 @@ constexpr xcb_window_t none = XCB_WINDOW_NONE;
 
 bool isBlank(const std::string& name) { return trimmed(name).empty(); }
 
+std::vector<std::string> classesOf(const WindowProperties& window) {
+  std::vector<std::string> classes;
+  for (const std::string& name : {window.className, window.instanceName}) {
+    if (!isBlank(name)) classes.push_back(validUtf8(name));
+  }
+  return classes;
+}
+
 bool meet(const PixelRect& a, const PixelRect& b) { return !intersection(a, b).isEmpty(); }
 
 }  // namespace
@@ -59,7 +67,8 @@ std::vector<CaptureWindow> WindowList::windows(const ShareableContentOptions& op
                     .windowLayer = layer(properties),
                     .frame = toPoints(window.outer, screens_),
                     .isOnScreen = window.isViewable,
-                    .owningApplication = owner ? std::optional(RunningApplication{*owner}) : std::nullopt});
+                    .owningApplication = owner ? std::optional(RunningApplication{*owner}) : std::nullopt,
+                    .classes = classesOf(properties)});
   }
   isHandedOut_ = true;
   return list;

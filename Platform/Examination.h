@@ -1,0 +1,48 @@
+// A look at the desktop from outside the application: what there is of what it needs, whether or not it runs.
+//
+// Threads: main thread of a process that has no `Platform`. Blocks for as long as the answers take, a second or two at
+// most. Nothing is changed, and what is tried out is given back. Failure: what cannot be looked at is itself a finding.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+enum class Health {
+  works,
+  limited,  // something is missing that most people can do without
+  fails,    // something is missing that is needed
+};
+
+struct Finding {
+  std::string subject;  // a few words
+  Health health = Health::works;
+  std::string detail;  // a sentence or less
+  std::string fix{};   // sentences; empty when nothing is to be done
+  friend bool operator==(const Finding&, const Finding&) = default;
+};
+
+// As for `HotKeys::registerHotKey`.
+struct HotKeyTrial {
+  std::uint32_t keyCode = 0;
+  std::uint32_t modifiers = 0;
+};
+
+struct ExaminationRequest {
+  std::vector<HotKeyTrial> hotKeys;  // to be tried out
+  std::string logFile;               // below the home directory
+};
+
+enum class HotKeyAnswer { granted, refused, unknown };
+
+struct Examination {
+  std::vector<Finding> findings;      // in the order of a chain: each builds on those before it
+  std::vector<HotKeyAnswer> hotKeys;  // one for each trial
+};
+
+// Defined by the adapter that is linked in.
+Examination examineDesktop(const ExaminationRequest& request);
+
+}  // namespace platform

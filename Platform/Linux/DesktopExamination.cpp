@@ -1,0 +1,177 @@
+#include "Platform/Linux/DesktopExamination.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+
+#include "Platform/Linux/Desktop/QtX11.h"
+#include "Platform/Linux/Desktop/SettingsFile.h"
+#include "Platform/Linux/Desktop/UserDirectories.h"
+#include "Platform/Linux/Session.h"
+#include "Platform/Linux/X11/HotKeys.h"
+
+namespace platform::x11 {
+
+namespace {
+
+constexpr int busPatience = 2000;  // milliseconds
+
+std::string textProperty(Connection& connection, xcb_window_t window, const char* name) {
+  constexpr std::uint32_t longest = 64;  // of four bytes each
+  const auto cookie =
+      xcb_get_property(connection.get(), 0, window, connection.atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, longest);
+  const auto reply = awaitReply(connection.get(), xcb_get_property_reply, cookie);
+  if (!reply || reply->format != 8) return {};
+  return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+          static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+std::string windowName(Connection& connection, xcb_window_t window) {
+  const std::string name = textProperty(connection, window, "_NET_WM_NAME");
+  return name.empty() ? textProperty(connection, window, "WM_NAME") : name;
+}
+
+std::string ofScreen(const char* selection, const Connection& connection) {
+  return selection + std::to_string(connection.screenNumber());
+}
+
+bool hasTrayOnBus() {
+  constexpr QLatin1String watcher("org.kde.StatusNotifierWatcher");
+  const QDBusConnection bus = QDBusConnection::sessionBus();
+  if (!bus.isConnected()) return false;
+  QDBusMessage question =
+      QDBusMessage::createMethodCall(watcher, QStringLiteral("/StatusNotifierWatcher"),
+                                     QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+  question << QString(watcher) << QStringLiteral("IsStatusNotifierHostRegistered");
+  question.setAutoStartService(false);
+  const QDBusMessage reply = bus.call(question, QDBus::Block, busPatience);
+  return reply.type() == QDBusMessage::ReplyMessage &&
+         reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
+}
+
+Finding displayFinding(const std::expected<std::unique_ptr<Connection>, Error>& connection) {
+  if (!connection) {
+    return {.subject = "Display",
+            .health = Health::fails,
+            .detail = connection.error().localizedDescription,
+            .fix = "Run this inside an X11 session, or set DISPLAY."};
+  }
+  const xcb_setup_t* setup = xcb_get_setup((*connection)->get());
+  const std::string vendor(xcb_setup_vendor(setup), static_cast<std::size_t>(xcb_setup_vendor_length(setup)));
+  return {.subject = "Display",
+          .detail = environmentVariable("DISPLAY").value_or("") + ", " + vendor + ", release " +
+                    std::to_string(setup->release_number)};
+}
+
+}  // namespace
+
+Finding sessionFinding() {
+  if (!isWaylandSession()) return {.subject = "Session", .detail = sessionType()};
+  return {.subject = "Session",
+          .health = Health::fails,
+          .detail = waylandSentence,
+          .fix = "Log out, choose a session on X.Org at the login screen, and log in again."};
+}
+
+std::vector<Finding> extensionFindings(const Connection& connection) {
+  std::vector<Finding> findings;
+  for (const auto& extension : connection.extensionVersions()) {
+    const std::string version = std::to_string(extension.major) + '.' + std::to_string(extension.minor);
+    Finding finding{.subject = "X extension " + extension.name, .detail = version};
+    if (!extension.isUsable) {
+      finding.health = Health::fails;
+      finding.detail = extension.isPresent ? version + ", which is too old" : "missing";
+      finding.fix = "Switch it on in the X server's configuration, or log in to a session on a current X.Org server.";
+    }
+    findings.push_back(std::move(finding));
+  }
+  return findings;
+}
+
+Finding compositingFinding(Connection& connection) {
+  const Finding none{.subject = "Compositing", .detail = "no compositing manager, and none is needed"};
+  const xcb_window_t owner = selectionOwner(connection.get(), ofScreen("_NET_WM_CM_S", connection).c_str());
+  if (owner == XCB_NONE) return none;
+  const std::string name = windowName(connection, owner);
+  return {.subject = "Compositing", .detail = name.empty() ? "a compositing manager without a name" : name};
+}
+
+Finding busFinding() {
+  if (QDBusConnection::sessionBus().isConnected()) return {.subject = "Session bus", .detail = "connected"};
+  return {.subject = "Session bus",
+          .health = Health::fails,
+          .detail = "cannot be reached: neither commands nor most trays work without it",
+          .fix = "Start the session with dbus-run-session, or install dbus-user-session."};
+}
+
+Finding trayFinding(Connection* connection) {
+  if (hasTrayOnBus()) return {.subject = "Tray", .detail = "shown by a StatusNotifierItem host"};
+  const bool hasX11Tray =
+      connection != nullptr &&
+      selectionOwner(connection->get(), ofScreen("_NET_SYSTEM_TRAY_S", *connection).c_str()) != XCB_NONE;
+  if (hasX11Tray) return {.subject = "Tray", .detail = "shown by an XEmbed tray"};
+  return {
+      .subject = "Tray",
+      .health = Health::fails,
+      .detail = "no program shows tray icons, so there is no icon and no menu",
+      .fix =
+          "Add a tray (\"status\" or \"notification\" area) to the panel, or start one such as trayer. Hot keys and "
+          "commands work without."};
+}
+
+Finding settingsFinding(const std::string& path) {
+  const auto fault = settingsFault(path);
+  if (!fault) return {.subject = "Settings", .detail = path};
+  return {.subject = "Settings",
+          .health = Health::fails,
+          .detail = *fault,
+          .fix = "Correct its content or its permissions, or remove it; the defaults apply without it."};
+}
+
+Finding logFinding(const std::string& path) {
+  const std::string directory = path.substr(0, path.rfind('/'));
+  if (isWritableDirectory(directory)) return {.subject = "Log", .detail = path};
+  return {.subject = "Log",
+          .health = Health::limited,
+          .detail = "nothing is logged, since " + directory + " is no directory that can be written to",
+          .fix = "mkdir -p " + directory};
+}
+
+std::vector<HotKeyAnswer> tryHotKeys(Connection& connection, const std::vector<HotKeyTrial>& trials) {
+  HotKeys keys(connection);
+  std::vector<HotKeyAnswer> answers;
+  for (const HotKeyTrial& trial : trials) {
+    const bool isGranted = keys.registerHotKey(trial.keyCode, trial.modifiers, {}).has_value();
+    answers.push_back(isGranted ? HotKeyAnswer::granted : HotKeyAnswer::refused);
+  }
+  return answers;
+}
+
+}  // namespace platform::x11
+
+namespace platform {
+
+Examination examineDesktop(const ExaminationRequest& request) {
+  using namespace x11;
+  int argumentCount = 0;
+  QCoreApplication application(argumentCount, nullptr);
+  qRegisterMetaType<QDBusVariant>();  // before the bus library's thread, which needs it to the very end
+  Examination examination;
+  auto& findings = examination.findings;
+  auto connection = Connection::open("");
+  findings = {sessionFinding(), displayFinding(connection)};
+  examination.hotKeys.assign(request.hotKeys.size(), HotKeyAnswer::unknown);
+  if (connection) {
+    for (auto& finding : extensionFindings(**connection)) findings.push_back(std::move(finding));
+    findings.push_back(compositingFinding(**connection));
+    examination.hotKeys = tryHotKeys(**connection, request.hotKeys);
+  }
+  findings.push_back(busFinding());
+  findings.push_back(trayFinding(connection ? connection->get() : nullptr));
+  findings.push_back(settingsFinding(settingsPath()));
+  findings.push_back(logFinding(homeDirectory() + '/' + request.logFile));
+  return examination;
+}
+
+}  // namespace platform

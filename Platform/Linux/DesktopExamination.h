@@ -1,0 +1,24 @@
+// The look at an X11 desktop, one finding at a time.
+//
+// Threads: main thread. Blocks for the answers of the display server and of the session bus.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Platform/Examination.h"
+#include "Platform/Linux/X11/Connection.h"
+
+namespace platform::x11 {
+
+[[nodiscard]] Finding sessionFinding();
+[[nodiscard]] std::vector<Finding> extensionFindings(const Connection& connection);
+[[nodiscard]] Finding compositingFinding(Connection& connection);
+[[nodiscard]] Finding busFinding();
+// Without a display only the session bus is asked.
+[[nodiscard]] Finding trayFinding(Connection* connection);
+[[nodiscard]] Finding settingsFinding(const std::string& path);
+[[nodiscard]] Finding logFinding(const std::string& path);
+[[nodiscard]] std::vector<HotKeyAnswer> tryHotKeys(Connection& connection, const std::vector<HotKeyTrial>& trials);
+
+}  // namespace platform::x11

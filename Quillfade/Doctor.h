@@ -1,0 +1,13 @@
+// "quillfade doctor": looks at the desktop and at the running instance, if there is one.
+//
+// Threads: main thread of a process that has no `Platform`. Blocks for a few seconds at most.
+#pragma once
+
+#include "Platform/RemoteControl.h"
+
+namespace quillfade {
+
+// The whole report, and what the process ends with.
+[[nodiscard]] platform::RemoteReply examine(bool asJson);
+
+}  // namespace quillfade

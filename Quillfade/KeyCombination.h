@@ -1,0 +1,26 @@
+// Key combinations and how people write them, as in "Control+Alt+Super+D".
+//
+// Pure.
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <string>
+#include <string_view>
+
+namespace quillfade {
+
+struct KeyCombination {
+  std::uint32_t keyCode = 0;    // a virtual key code: a position on the ANSI keyboard
+  std::uint32_t modifiers = 0;  // of `platform::hotkeymodifiers`
+  friend bool operator==(const KeyCombination&, const KeyCombination&) = default;
+};
+
+// Names go by the ANSI keyboard and are read in capitals or not. One modifier at least is needed, since the key is
+// taken from every other program. The error is a sentence.
+[[nodiscard]] std::expected<KeyCombination, std::string> parseCombination(std::string_view text);
+
+// The way back; a key without a name is a number.
+[[nodiscard]] std::string combinationText(const KeyCombination& combination);
+
+}  // namespace quillfade

@@ -1,0 +1,161 @@
+// "quillfade doctor" on desktops that have what is needed, and on some that do not; and the user's own rules.
+
+#include "Tests/EndToEnd/DrivenDesktop.h"
+
+namespace endtoend {
+namespace {
+
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::Not;
+
+// A home of its own, and what "doctor" says there.
+class Doctor : public DrivenDesktop {
+ protected:
+  using DrivenDesktop::DrivenDesktop;
+
+  Answer examine(const support::Environment& more = {}) {
+    auto environment = home_.environment(server_.display());
+    environment["DBUS_SESSION_BUS_ADDRESS"] = busAddress();
+    for (const auto& [name, value] : more) environment[name] = value;
+    support::ChildProcess doctor({QUILLFADE_EXECUTABLE, "doctor"}, environment);
+    const int status = doctor.waitForExit().value_or(-1);
+    return {status, doctor.output()};
+  }
+  void prepareLog() { std::filesystem::create_directories(home_.path() / "Library/Logs"); }
+  void startTray() {
+    tray_.emplace(std::vector<std::string>{"trayer"}, home_.environment(server_.display()));
+    ASSERT_TRUE(support::waitUntil([&] { return client_.selectionOwner("_NET_SYSTEM_TRAY_S0") != XCB_NONE; }));
+  }
+  // The line about a subject, with the fix below it.
+  static auto says(const std::string& state, const std::string& subject, const std::string& detail) {
+    return ContainsRegex(state + " +" + subject + " +[^\n]*" + detail);
+  }
+
+  support::PrivateHome home_;
+  std::optional<support::ChildProcess> tray_;
+};
+
+TEST_F(Doctor, OnADesktopWithEverythingItEndsWithSuccess) {
+  startTray();
+  prepareLog();
+  const Answer answer = examine();
+  EXPECT_EQ(answer.status, 0) << answer.output;
+  EXPECT_THAT(answer.output, HasSubstr("Everything that is needed works.\n"));
+  EXPECT_THAT(answer.output, says("ok", "X extension DAMAGE", "1\\.1"));
+  EXPECT_THAT(answer.output, says("ok", "Compositing", "no compositing manager"));
+  EXPECT_THAT(answer.output, says("ok", "Tray", "XEmbed"));
+  EXPECT_THAT(answer.output, says("ok", "Control.Alt.Super.D", "toggle: free"));
+  EXPECT_THAT(answer.output, Not(HasSubstr("problem")));
+}
+
+TEST_F(Doctor, ItLeavesTheKeysItTriedToOthers) {
+  examine();
+  start(solidOff);
+  press(XK_d);
+  EXPECT_TRUE(showsCover());
+}
+
+TEST_F(Doctor, WithoutATrayItSaysSoAndWhatToDo) {
+  const Answer answer = examine();
+  EXPECT_EQ(answer.status, 1);
+  EXPECT_THAT(answer.output, says("problem", "Tray", "no program shows tray icons"));
+  EXPECT_THAT(answer.output, HasSubstr("trayer"));
+  EXPECT_THAT(answer.output, says("note", "Log", "Library/Logs"));
+  EXPECT_THAT(answer.output, HasSubstr("mkdir -p " + (home_.path() / "Library/Logs").string()));
+}
+
+TEST_F(Doctor, AKeyOfAnotherProgramIsAProblem) {
+  auto& program = start(solidOff);
+  // The other Quillfade holds the keys, but is on a bus where this one does not find it.
+  const support::SessionBus other;
+  const Answer answer = examine({{"DBUS_SESSION_BUS_ADDRESS", other.address()}});
+  EXPECT_THAT(answer.output, says("problem", "Control.Alt.Super.D", "another program holds it")) << answer.output;
+  EXPECT_THAT(answer.output, HasSubstr("Quillfade is not running."));
+  EXPECT_TRUE(program.process().isRunning());
+  EXPECT_THAT(examine().output, says("ok", "Control.Alt.Super.D", "toggle: bound by the running Quillfade"));
+}
+
+TEST_F(Doctor, ACompositingManagerIsNamed) {
+  const support::CompositingManager picom(server_.display());
+  EXPECT_THAT(examine().output, says("ok", "Compositing", "picom"));
+}
+
+TEST_F(Doctor, DamagedSettingsAndFaultyRulesAreNamedAndLeftAlone) {
+  const auto settings = home_.configuration() / "quillfade/settings.json";
+  const auto rules = home_.configuration() / "quillfade/rules.json";
+  support::writeFile(settings, "{");
+  support::writeFile(rules, R"({"alwaysExclude": [7]})");
+  const Answer answer = examine();
+  EXPECT_THAT(answer.output, says("problem", "Settings", "is damaged"));
+  EXPECT_THAT(answer.output, says("problem", "Rules of your own", "alwaysExclude 1: "));
+  EXPECT_EQ(support::readFile(settings), "{");
+  EXPECT_EQ(support::readFile(rules), R"({"alwaysExclude": [7]})");
+}
+
+TEST_F(Doctor, WithoutADisplayItSaysWhatItCan) {
+  const Answer answer = examine({{"DISPLAY", ""}});
+  EXPECT_EQ(answer.status, 1);
+  EXPECT_THAT(answer.output, says("problem", "Display", "DISPLAY is not set"));
+  EXPECT_THAT(answer.output, says("note", "Control.Alt.Super.D", "could not be tried out"));
+}
+
+TEST_F(Doctor, InAWaylandSessionItSaysThatTheLiveStyleNeedsX11) {
+  const Answer answer = examine({{"XDG_SESSION_TYPE", "wayland"}});
+  EXPECT_EQ(answer.status, 1);
+  EXPECT_THAT(answer.output, says("problem", "Session", "the live style needs"));
+}
+
+class WithoutDamage : public Doctor {
+ protected:
+  WithoutDamage() : Doctor({.arguments = {"-extension", "DAMAGE"}}) {}
+};
+
+TEST_F(WithoutDamage, TheMissingExtensionIsNamed) {
+  EXPECT_THAT(examine().output, says("problem", "X extension DAMAGE", "missing"));
+}
+
+class UsersRules : public DrivenDesktop {
+ protected:
+  // The program with rules of the user's.
+  void startWith(const std::string& rules) {
+    start(solidOff);
+    support::writeFile(quillfade().settingsPath().parent_path() / "rules.json", rules);
+    quillfade().restart();
+    ASSERT_TRUE(support::waitUntil([&] { return run({"status"}).status == 0; }));
+  }
+};
+
+TEST_F(UsersRules, AHotKeyOfTheUsersWorksInPlaceOfTheBuiltInOne) {
+  startWith(R"({"hotKeys": {"toggle": "Control+Alt+Super+K"}})");
+  EXPECT_THAT(run({"keys"}).output, HasSubstr("Control+Alt+Super+K  toggle        bound\n"));
+  press(XK_k);
+  EXPECT_TRUE(showsCover());
+  press(XK_d);
+  EXPECT_THAT(status(), HasSubstr("\"enabled\": true")) << "The built-in key is nobody's now.";
+}
+
+TEST_F(UsersRules, AWindowIsLeftOutOrKeptByItsClass) {
+  const auto note = client_.createWindow({.frame = {10, 10, 64, 40}});
+  client_.setClass(note, "sticky", "Notes");
+  const auto ink = client_.createWindow({.frame = client_.screenFrame(), .color = 0, .depth = 32});
+  client_.setClass(ink, "ink", "Ink");
+  client_.setInputShape(ink, {});
+  client_.sync();
+  startWith(R"({"alwaysExclude": ["sti*"], "neverExclude": ["Ink"]})");
+  const std::string inLine = "[^\n]*";
+  EXPECT_THAT(run({"windows"}).output,
+              testing::AllOf(ContainsRegex("\n" + std::to_string(note) + inLine + "left out +always" + inLine + "sti"),
+                             ContainsRegex("\n" + std::to_string(ink) + inLine + "kept +never" + inLine + "Ink")));
+}
+
+TEST_F(UsersRules, FaultsAreToldAtTheStart) {
+  startWith(R"({"hotKeys": {"toggle": "K"}})");
+  EXPECT_THAT(quillfade().process().output(),
+              HasSubstr("rules.json: hotKeys toggle: A hot key needs Control, Alt or Super.\n"));
+  press(XK_d);
+  EXPECT_TRUE(showsCover());
+}
+
+}  // namespace
+}  // namespace endtoend
