@@ -1,5 +1,7 @@
 #include "Platform/Linux/Desktop/QtRunLoop.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QPointer>
 #include <QTimer>
 #include <algorithm>
@@ -49,10 +51,28 @@ QTimer* makeTimer(QObject& owner, double seconds) {
 
 }  // namespace
 
-void QtRunLoop::post(Job job) { QMetaObject::invokeMethod(&context_, std::move(job), Qt::QueuedConnection); }
+void QtRunLoop::Inbox::put(Job job) {
+  {
+    const std::scoped_lock lock(mutex_);
+    jobs_.push_back(std::move(job));
+  }
+  QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
+void QtRunLoop::Inbox::customEvent(QEvent* /*event*/) {
+  Job job;
+  {
+    const std::scoped_lock lock(mutex_);
+    job = std::move(jobs_.front());
+    jobs_.pop_front();
+  }
+  job();
+}
+
+void QtRunLoop::post(Job job) { inbox_.put(std::move(job)); }
 
 std::shared_ptr<DelayedTask> QtRunLoop::after(double seconds, Job job) {
-  QTimer* timer = makeTimer(context_, seconds);
+  QTimer* timer = makeTimer(inbox_, seconds);
   timer->setSingleShot(true);
   QObject::connect(timer, &QTimer::timeout, timer, [timer, job = std::move(job)] {
     timer->deleteLater();
@@ -63,7 +83,7 @@ std::shared_ptr<DelayedTask> QtRunLoop::after(double seconds, Job job) {
 }
 
 std::shared_ptr<Timer> QtRunLoop::every(double seconds, Job job) {
-  QTimer* timer = makeTimer(context_, seconds);
+  QTimer* timer = makeTimer(inbox_, seconds);
   QObject::connect(timer, &QTimer::timeout, timer, std::move(job));
   timer->start();
   return std::make_shared<TimerHandle>(timer);

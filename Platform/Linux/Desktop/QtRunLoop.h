@@ -4,6 +4,8 @@
 #pragma once
 
 #include <QObject>
+#include <deque>
+#include <mutex>
 
 #include "Platform/RunLoop.h"
 
@@ -20,7 +22,20 @@ class QtRunLoop : public RunLoop {
   std::shared_ptr<SerialQueue> makeSerialQueue(const std::string& label, QualityOfService quality) override;
 
  private:
-  QObject context_;  // where posted jobs wait, and the owner of all timers
+  // Where posted jobs wait. The toolkit is only asked to come for them, one at a time: its own way of handing work from
+  // one thread to another cannot be checked for races.
+  class Inbox : public QObject {
+   public:
+    void put(Job job);
+
+   private:
+    void customEvent(QEvent* event) override;
+
+    std::mutex mutex_;
+    std::deque<Job> jobs_;
+  };
+
+  Inbox inbox_;  // also the owner of all timers
 };
 
 }  // namespace platform::x11
