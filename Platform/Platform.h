@@ -14,6 +14,7 @@
 #include "Platform/Files.h"
 #include "Platform/HotKeys.h"
 #include "Platform/LoginItem.h"
+#include "Platform/Notifications.h"
 #include "Platform/Permission.h"
 #include "Platform/Process.h"
 #include "Platform/RemoteControl.h"
@@ -23,6 +24,7 @@
 #include "Platform/SessionLock.h"
 #include "Platform/Settings.h"
 #include "Platform/StatusBar.h"
+#include "Platform/Texts.h"
 #include "Platform/Views.h"
 #include "Platform/Windows.h"
 #include "Platform/Workspace.h"
@@ -53,6 +55,8 @@ class Platform {
   virtual Workspace& workspace() = 0;
   virtual RemoteControl& remoteControl() = 0;
   virtual RulesFile& rulesFile() = 0;
+  virtual Notifications& notifications() = 0;
+  virtual Texts& texts() = 0;
 };
 
 // Defined once by the adapter that is linked in. Never null: an adapter that cannot reach its desktop says so to the

@@ -41,6 +41,7 @@ void AppDelegate::applicationDidFinishLaunching() {
   updateStatusButton();
   overlay_->restore();
   startDemonstration();
+  welcome();
 }
 
 void AppDelegate::createStatusItem() {
@@ -73,7 +74,8 @@ AppDelegate::Command AppDelegate::commandOf(HotKeyCommand name) {
 
 void AppDelegate::bindHotKeys() {
   const auto manager = std::make_shared<HotKeyManager>(platform_.hotKeys());
-  for (const HotKey& key : userRules(platform_.rulesFile()).hotKeys) {
+  hotKeyTable_ = userRules(platform_.rulesFile()).hotKeys;
+  for (const HotKey& key : hotKeyTable_) {
     const auto& [keyCode, modifiers] = key.combination;
     const bool isBound = manager->bind(keyCode, modifiers, [weakDelegate = weak_from_this(), name = key.command] {
       if (const auto delegate = weakDelegate.lock()) ((*delegate).*commandOf(name))();
@@ -88,6 +90,17 @@ void AppDelegate::startDemonstration() {
   overlay_->setRegion(demonstrationRegion);
   overlay_->setEnabled(true);
 }
+
+// Tells whoever starts the application for the first time where to find it.
+void AppDelegate::welcome() {
+  std::string text = translated("Look for the pencil: its menu offers everything.");
+  const HotKeyState& toggle = hotKeyStates_.front();
+  if (toggle.isBound)
+    text += '\n' + translated("This key hides annotations, or shows them again: ") + toggle.combination;
+  platform_.notifications().showOnce("welcomed", {translated("Quillfade is in the tray"), text});
+}
+
+std::string AppDelegate::translated(std::string_view english) const { return platform_.texts().translated(english); }
 
 void AppDelegate::screensChanged() { overlay_->screensChanged(); }
 

@@ -5,6 +5,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "Platform/Platform.h"
@@ -58,10 +60,14 @@ class AppDelegate final : public platform::ApplicationDelegate,
   [[nodiscard]] static Command commandOf(HotKeyCommand name);
   void bindHotKeys();
   void startDemonstration();
+  void welcome();
 
+  [[nodiscard]] std::string translated(std::string_view english) const;
   void updateStatusButton();
   void rebuildMenu();
-  [[nodiscard]] platform::MenuItem commandItem(std::string title, Command command);
+  [[nodiscard]] platform::MenuItem commandItem(std::string_view title, Command command);
+  // With the key that the command has now.
+  [[nodiscard]] platform::MenuItem hotKeyItem(std::string_view title, HotKeyCommand command);
   [[nodiscard]] platform::MenuItem styleMenuItem();
 
   enum class Permission { granted, settingsOpened, solidPreferred };
@@ -76,6 +82,7 @@ class AppDelegate final : public platform::ApplicationDelegate,
   std::shared_ptr<OverlayController> overlay_;
   std::shared_ptr<RegionSelector> selector_;
   std::shared_ptr<HotKeyManager> hotKeys_;
+  HotKeyTable hotKeyTable_ = builtInHotKeys;
   std::vector<HotKeyState> hotKeyStates_;
 };
 

@@ -10,6 +10,12 @@ namespace {
 
 constexpr double aboutFontSize = 11;
 
+platform::Alert translated(platform::Alert alert, const platform::Texts& texts) {
+  for (auto* text : {&alert.messageText, &alert.informativeText}) *text = texts.translated(*text);
+  for (auto& button : alert.buttons) button = texts.translated(button);
+  return alert;
+}
+
 platform::Alert permissionAlert() {
   return {
       .messageText = "Screen Recording permission needed",
@@ -61,7 +67,8 @@ AppDelegate::Permission AppDelegate::askForPermission() {
   (void)access.request();
   if (access.preflight()) return Permission::granted;
   application().activateIgnoringOtherApps();
-  if (platform_.dialogs().runModal(permissionAlert()) != platform::alertFirstButtonReturn) {
+  if (platform_.dialogs().runModal(quillfade::translated(permissionAlert(), platform_.texts())) !=
+      platform::alertFirstButtonReturn) {
     return Permission::solidPreferred;
   }
   platform_.workspace().openURL(privacySettingsLink());
@@ -129,14 +136,17 @@ void AppDelegate::toggleLaunchAtLogin() {
       item.status() == platform::LoginItemStatus::enabled ? item.unregisterItem() : item.registerItem();
   if (changed) return;
   application().activateIgnoringOtherApps();
-  platform_.dialogs().runModal({.messageText = "Could not change login item",
-                                .informativeText = changed.error().localizedDescription,
-                                .buttons = {"OK"}});
+  platform_.dialogs().runModal(quillfade::translated({.messageText = "Could not change login item",
+                                                      .informativeText = changed.error().localizedDescription,
+                                                      .buttons = {"OK"}},
+                                                     platform_.texts()));
 }
 
 void AppDelegate::showAbout() {
   application().activateIgnoringOtherApps();
-  platform_.dialogs().orderFrontAboutPanel(aboutPanel());
+  auto panel = aboutPanel();
+  panel.credits = translated(panel.credits);
+  platform_.dialogs().orderFrontAboutPanel(panel);
 }
 
 void AppDelegate::quit() { application().terminate(); }

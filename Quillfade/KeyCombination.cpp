@@ -73,6 +73,11 @@ std::expected<KeyCombination, std::string> parseCombination(std::string_view tex
   return combination;
 }
 
+std::string keyName(const KeyCombination& combination) {
+  const auto key = std::ranges::find(keyNames, combination.keyCode, &Name::value);
+  return key == keyNames.end() ? std::to_string(combination.keyCode) : std::string{key->text};
+}
+
 std::string combinationText(const KeyCombination& combination) {
   std::string text;
   std::uint32_t left = combination.modifiers;
@@ -81,8 +86,7 @@ std::string combinationText(const KeyCombination& combination) {
     text += std::string{name.text} + '+';
     left &= ~name.value;
   }
-  const auto key = std::ranges::find(keyNames, combination.keyCode, &Name::value);
-  return text + (key == keyNames.end() ? std::to_string(combination.keyCode) : std::string{key->text});
+  return text + keyName(combination);
 }
 
 }  // namespace quillfade

@@ -20,7 +20,9 @@ struct KeyCombination {
 // taken from every other program. The error is a sentence.
 [[nodiscard]] std::expected<KeyCombination, std::string> parseCombination(std::string_view text);
 
-// The way back; a key without a name is a number.
+// The name of the key alone; a key without one is a number.
+[[nodiscard]] std::string keyName(const KeyCombination& combination);
+// The way back.
 [[nodiscard]] std::string combinationText(const KeyCombination& combination);
 
 }  // namespace quillfade

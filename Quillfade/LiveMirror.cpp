@@ -42,7 +42,7 @@ void LiveMirror::show(const platform::Rect& region, bool outline) {
   targetRect_ = region;
   isShowing_ = true;
   if (!window_) window_ = makeMirrorWindow(platform_.windows());
-  mirrorView_ = MirrorView::make(platform_.views(), outline);
+  mirrorView_ = MirrorView::make(platform_.views(), outline, platform_.texts().translated(waitingStatus));
   window_->setContentView(mirrorView_->view());
   window_->setFrame(region, true);
   window_->orderFrontRegardless();

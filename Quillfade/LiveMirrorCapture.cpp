@@ -100,7 +100,7 @@ std::vector<platform::CaptureWindow> LiveMirror::excluded(const platform::Sharea
 void LiveMirror::startFailed(const platform::Error& error) {
   log_.log("stream start failed: " + error.localizedDescription);
   platform_.runLoop().post([mirror = shared_from_this()] {
-    if (mirror->mirrorView_) mirror->mirrorView_->setStatus(failureStatus);
+    if (mirror->mirrorView_) mirror->mirrorView_->setStatus(mirror->platform_.texts().translated(failureStatus));
   });
 }
 

@@ -7,11 +7,11 @@ constexpr platform::TextStyle statusStyle{{15, platform::FontWeight::medium}, pl
 
 }  // namespace
 
-MirrorView::MirrorView(platform::Views& views)
-    : views_(views), displayLayer_(views.makeDisplayLayer()), statusLabel_(views.makeLabel(waitingStatus)) {}
+MirrorView::MirrorView(platform::Views& views, const std::string& status)
+    : views_(views), displayLayer_(views.makeDisplayLayer()), statusLabel_(views.makeLabel(status)) {}
 
-std::shared_ptr<MirrorView> MirrorView::make(platform::Views& views, bool outline) {
-  const std::shared_ptr<MirrorView> made{new MirrorView(views)};
+std::shared_ptr<MirrorView> MirrorView::make(platform::Views& views, bool outline, const std::string& status) {
+  const std::shared_ptr<MirrorView> made{new MirrorView(views, status)};
   made->view_ = views.makeView({}, made);
   made->view_->setLayerBackground(platform::colors::black);
   made->displayLayer_->setVideoGravity(platform::VideoGravity::resize);

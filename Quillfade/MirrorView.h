@@ -22,7 +22,8 @@ inline constexpr unsigned followsWindowSize = platform::resizemask::widthSizable
 class MirrorView final : public platform::ViewResponder {
  public:
   // The only way to make one. It starts with the waiting text visible.
-  static std::shared_ptr<MirrorView> make(platform::Views& views, bool outline);
+  static std::shared_ptr<MirrorView> make(platform::Views& views, bool outline,
+                                          const std::string& status = waitingStatus);
 
   void setStatus(const std::string& text);
   void hideStatus();
@@ -33,7 +34,7 @@ class MirrorView final : public platform::ViewResponder {
   void layout() override;
 
  private:
-  explicit MirrorView(platform::Views& views);
+  MirrorView(platform::Views& views, const std::string& status);
 
   platform::Views& views_;
   std::shared_ptr<platform::DisplayLayer> displayLayer_;

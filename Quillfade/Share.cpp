@@ -23,10 +23,11 @@ const Screen& screenOf(const CaptureWindow& window, const std::vector<Screen>& s
   return found == screens.end() ? screens.front() : *found;
 }
 
-bool isLeftOut(ShareView view, const CaptureWindow& window, const std::vector<Screen>& screens) {
+bool isLeftOut(ShareView view, const CaptureWindow& window, const std::vector<Screen>& screens,
+               const std::vector<WindowRule>& rules) {
   // Without a screen nothing is large.
   const Judgement judgement =
-      judge(window, screens.empty() ? Screen{} : screenOf(window, screens), std::string{applicationIdentifier});
+      judge(window, screens.empty() ? Screen{} : screenOf(window, screens), std::string{applicationIdentifier}, rules);
   return view == ShareView::clean ? isExcluded(judgement) : judgement == Judgement::excludedOwn;
 }
 
@@ -35,16 +36,20 @@ std::string_view name(ShareView view) { return view == ShareView::clean ? "clean
 }  // namespace
 
 std::vector<CaptureWindow> leftOut(ShareView view, const std::vector<CaptureWindow>& windows,
-                                   const std::vector<Screen>& screens) {
+                                   const std::vector<Screen>& screens, const std::vector<WindowRule>& userRules) {
   std::vector<CaptureWindow> result;
   std::ranges::copy_if(windows, std::back_inserter(result),
-                       [&](const CaptureWindow& window) { return isLeftOut(view, window, screens); });
+                       [&](const CaptureWindow& window) { return isLeftOut(view, window, screens, userRules); });
   return result;
 }
 
 RemoteReply share(const command::Share& command) {
-  const auto status = platform::runThroughLens(
-      command.program, [view = command.view](const auto&... sight) { return leftOut(view, sight...); });
+  // As they are now: the rule runs on another thread.
+  const auto rules = userRules(*platform::makeRulesFile()).windows;
+  const auto status =
+      platform::runThroughLens(command.program, [view = command.view, rules](const auto& windows, const auto& screens) {
+        return leftOut(view, windows, screens, rules);
+      });
   return status ? RemoteReply{*status, {}} : failure(status.error());
 }
 

@@ -10,13 +10,16 @@
 #include "Platform/Lens.h"
 #include "Platform/RemoteControl.h"
 #include "Quillfade/CommandLine.h"
+#include "Quillfade/UserRules.h"
 
 namespace quillfade {
 
-// The windows that the view leaves out. Each is judged against the screen that holds its centre, else the first one.
+// The windows that the view leaves out, the user's rules included. Each is judged against the screen that holds its
+// centre, else the first one.
 [[nodiscard]] std::vector<platform::CaptureWindow> leftOut(ShareView view,
                                                            const std::vector<platform::CaptureWindow>& windows,
-                                                           const std::vector<platform::Screen>& screens);
+                                                           const std::vector<platform::Screen>& screens,
+                                                           const std::vector<WindowRule>& userRules = {});
 
 // All three say what this process prints and ends with. Runs the program to its end; its exit status is the result's.
 [[nodiscard]] platform::RemoteReply share(const command::Share& command);

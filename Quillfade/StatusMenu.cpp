@@ -1,5 +1,7 @@
 // The face of the delegate: the icon that shows the state and the menu that offers every command.
 
+#include <algorithm>
+#include <array>
 #include <string>
 #include <utility>
 
@@ -26,14 +28,28 @@ MenuItem withKey(MenuItem item, const char* key, std::uint32_t mask) {
   return item;
 }
 
+// A key that has no letter of its own is not shown.
+MenuItem withHotKey(MenuItem item, const KeyCombination& combination) {
+  namespace keys = platform::hotkeymodifiers;
+  namespace flags = platform::modifierflags;
+  constexpr std::array<std::pair<std::uint32_t, std::uint32_t>, 3> masks{
+      {{keys::control, flags::control}, {keys::option, flags::option}, {keys::command, flags::command}}};
+  std::string name = keyName(combination);
+  if (name.size() != 1) return item;
+  if (name[0] >= 'A' && name[0] <= 'Z') name[0] = static_cast<char>(name[0] - 'A' + 'a');
+  std::uint32_t mask = 0;
+  for (const auto& [modifier, flag] : masks) mask |= (combination.modifiers & modifier) != 0 ? flag : 0;
+  return withKey(std::move(item), name.c_str(), mask);
+}
+
 MenuItem withState(MenuItem item, bool on) {
   item.state = on ? ControlState::on : ControlState::off;
   return item;
 }
 
-std::string areaLabel(const std::optional<platform::Rect>& region) {
-  if (!region) return "Area: whole screen";
-  return "Area: " + std::to_string(wholeNumber(region->width())) + " × " +
+std::string areaLabel(const std::optional<platform::Rect>& region, const platform::Texts& texts) {
+  if (!region) return texts.translated("Area: whole screen");
+  return texts.translated("Area: ") + std::to_string(wholeNumber(region->width())) + " × " +
          std::to_string(wholeNumber(region->height()));
 }
 
@@ -49,7 +65,7 @@ void AppDelegate::updateStatusButton() {
     image->setTemplate(true);
     button->setImage(image);
   }
-  button->setToolTip(hidden ? hiddenText : idleText);
+  button->setToolTip(translated(hidden ? hiddenText : idleText));
 }
 
 void AppDelegate::menuWillOpen(platform::Menu& /*menu*/) {
@@ -59,19 +75,24 @@ void AppDelegate::menuWillOpen(platform::Menu& /*menu*/) {
 
 void AppDelegate::menuDidClose(platform::Menu& /*menu*/) { overlay_->setMenuOpen(false); }
 
-MenuItem AppDelegate::commandItem(std::string title, Command command) {
+MenuItem AppDelegate::commandItem(std::string_view title, Command command) {
   // The menu outlives nothing here, but its items are handed out: they hold the delegate weakly like all else.
   const auto weakDelegate = weak_from_this();
-  return {.title = std::move(title), .action = [weakDelegate, command](const MenuItem&) {
+  return {.title = translated(title), .action = [weakDelegate, command](const MenuItem&) {
             if (const auto delegate = weakDelegate.lock()) ((*delegate).*command)();
           }};
 }
 
+MenuItem AppDelegate::hotKeyItem(std::string_view title, HotKeyCommand command) {
+  const auto key = std::ranges::find(hotKeyTable_, command, &HotKey::command);
+  return withHotKey(commandItem(title, commandOf(command)), key->combination);
+}
+
 MenuItem AppDelegate::styleMenuItem() {
-  MenuItem mode{.title = "Mode"};
+  MenuItem mode{.title = translated("Mode")};
   const auto weakDelegate = weak_from_this();
   for (const CoverStyle style : allCoverStyles) {
-    MenuItem item{.title = std::string{title(style)}, .action = [weakDelegate](const MenuItem& chosen) {
+    MenuItem item{.title = translated(title(style)), .action = [weakDelegate](const MenuItem& chosen) {
                     if (const auto delegate = weakDelegate.lock()) delegate->chooseStyle(chosen);
                   }};
     item.tag = rawValue(style);
@@ -82,7 +103,6 @@ MenuItem AppDelegate::styleMenuItem() {
 
 void AppDelegate::rebuildMenu() {
   namespace flags = platform::modifierflags;
-  constexpr std::uint32_t controlOptionCommand = flags::control | flags::option | flags::command;
 
   if (!statusItem_) fatalError("there is no status item whose menu could be built");
   const auto menu = statusItem_->menu();
@@ -90,19 +110,19 @@ void AppDelegate::rebuildMenu() {
   const bool on = overlay_->isEnabled();
   const bool atLogin = platform_.loginItem().status() == platform::LoginItemStatus::enabled;
 
-  auto hide = withKey(commandItem("Hide Annotations", &AppDelegate::toggleCover), "d", controlOptionCommand);
-  auto peekItem = withKey(commandItem("Peek for 5 Seconds", &AppDelegate::peek), "p", controlOptionCommand);
+  auto hide = hotKeyItem("Hide Annotations", HotKeyCommand::toggle);
+  auto peekItem = hotKeyItem("Peek for 5 Seconds", HotKeyCommand::peek);
   peekItem.isEnabled = on;
 
   menu->removeAllItems();
-  menu->addItem(information(on ? hiddenText : idleText));
+  menu->addItem(information(translated(on ? hiddenText : idleText)));
   menu->addItem(separator());
   menu->addItem(withState(std::move(hide), on));
   menu->addItem(std::move(peekItem));
   menu->addItem(separator());
-  menu->addItem(withKey(commandItem("Whole Screen", &AppDelegate::wholeScreen), "f", controlOptionCommand));
-  menu->addItem(withKey(commandItem("Select Area…", &AppDelegate::selectArea), "a", controlOptionCommand));
-  menu->addItem(information(areaLabel(overlay_->region())));
+  menu->addItem(hotKeyItem("Whole Screen", HotKeyCommand::wholeScreen));
+  menu->addItem(hotKeyItem("Select Area…", HotKeyCommand::selectArea));
+  menu->addItem(information(areaLabel(overlay_->region(), platform_.texts())));
   menu->addItem(separator());
   menu->addItem(styleMenuItem());
   menu->addItem(withState(commandItem("Show Outline", &AppDelegate::toggleOutline), overlay_->showsOutline()));

@@ -66,8 +66,9 @@ Finding displayFinding(const std::expected<std::unique_ptr<Connection>, Error>& 
 
 }  // namespace
 
-Finding sessionFinding() {
-  if (!isWaylandSession()) return {.subject = "Session", .detail = sessionType()};
+Finding sessionFinding(const Connection* connection) {
+  if (!(connection != nullptr ? isWaylandSession(*connection) : isWaylandSession()))
+    return {.subject = "Session", .detail = sessionType()};
   return {.subject = "Session",
           .health = Health::fails,
           .detail = waylandSentence,
@@ -160,7 +161,7 @@ Examination examineDesktop(const ExaminationRequest& request) {
   Examination examination;
   auto& findings = examination.findings;
   auto connection = Connection::open("");
-  findings = {sessionFinding(), displayFinding(connection)};
+  findings = {sessionFinding(connection ? connection->get() : nullptr), displayFinding(connection)};
   examination.hotKeys.assign(request.hotKeys.size(), HotKeyAnswer::unknown);
   if (connection) {
     for (auto& finding : extensionFindings(**connection)) findings.push_back(std::move(finding));

@@ -11,7 +11,8 @@
 
 namespace platform::x11 {
 
-[[nodiscard]] Finding sessionFinding();
+// Without a display only what the session says of itself counts.
+[[nodiscard]] Finding sessionFinding(const Connection* connection);
 [[nodiscard]] std::vector<Finding> extensionFindings(const Connection& connection);
 [[nodiscard]] Finding compositingFinding(Connection& connection);
 [[nodiscard]] Finding busFinding();

@@ -7,6 +7,7 @@
 
 #include "Platform/Linux/Desktop/QtX11.h"
 #include "Platform/Linux/Desktop/UserDirectories.h"
+#include "Platform/Linux/Session.h"
 #include "Platform/Linux/X11/Redirection.h"
 
 namespace platform::x11 {
@@ -19,9 +20,13 @@ namespace {
 
 std::unique_ptr<Connection> openConnection() {
   auto connection = Connection::open("");
-  if (!connection) endProcess(connection.error().localizedDescription);
+  if (!connection)
+    endProcess((isWaylandSession() ? std::string{waylandSentence} + ' ' : "") +
+               connection.error().localizedDescription);
   // Without the extensions there is nothing to redirect for: the solid cover needs none of it.
-  if ((*connection)->missingExtensions().empty()) {
+  if (isWaylandSession(**connection)) {
+    std::cerr << "quillfade: " << waylandSentence << std::endl;
+  } else if ((*connection)->missingExtensions().empty()) {
     if (const auto redirected = redirectSubwindows(**connection); !redirected) {
       endProcess(redirected.error().localizedDescription);
     }
@@ -58,6 +63,8 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       mark_(*connection_, ownClients_),
       settings_(settingsPath()),
       rulesFile_(rulesPath()),
+      notifications_(stateDirectory() + "/quillfade"),
+      texts_(userLanguages()),
       scene_(*connection_),
       windowList_(*connection_, scene_, ownClients_),
       stage_(*connection_, scene_, windowList_, runLoop_),
@@ -68,7 +75,7 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       statusBar_(runLoop_, hostMenus_),
       hotKeys_(*connection_),
       loginItem_(configurationDirectory(), programPath()),
-      workspace_(connection_->missingExtensions()),
+      workspace_(connection_->missingExtensions(), isWaylandSession(*connection_) ? waylandSentence : ""),
       events_(*connection_, [this](const xcb_generic_event_t& event) { handle(event); }, [this] { settle(); }) {
   scene_.addListener(windowList_);
   // What covers a whole monitor decides about lockers, whether or not anything is captured.

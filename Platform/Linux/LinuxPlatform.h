@@ -11,6 +11,7 @@
 #include "Platform/Linux/Desktop/CrashSignals.h"
 #include "Platform/Linux/Desktop/DesktopApplication.h"
 #include "Platform/Linux/Desktop/DesktopDialogs.h"
+#include "Platform/Linux/Desktop/DesktopNotifications.h"
 #include "Platform/Linux/Desktop/DesktopProcess.h"
 #include "Platform/Linux/Desktop/DesktopScreens.h"
 #include "Platform/Linux/Desktop/DesktopStatusBar.h"
@@ -21,6 +22,7 @@
 #include "Platform/Linux/Desktop/SessionBus.h"
 #include "Platform/Linux/Desktop/SettingsFile.h"
 #include "Platform/Linux/Desktop/SystemClock.h"
+#include "Platform/Linux/Desktop/TextCatalogue.h"
 #include "Platform/Linux/Desktop/Views.h"
 #include "Platform/Linux/DesktopSessionLock.h"
 #include "Platform/Linux/DesktopWindows.h"
@@ -60,6 +62,8 @@ class LinuxPlatform final : public Platform {
   Workspace& workspace() override { return workspace_; }
   RemoteControl& remoteControl() override { return remoteControl_; }
   RulesFile& rulesFile() override { return rulesFile_; }
+  Notifications& notifications() override { return notifications_; }
+  Texts& texts() override { return texts_; }
 
  private:
   void handle(const xcb_generic_event_t& event);
@@ -77,6 +81,8 @@ class LinuxPlatform final : public Platform {
   PosixFiles files_;
   SettingsFile settings_;
   RulesJson rulesFile_;
+  DesktopNotifications notifications_;
+  TextCatalogue texts_;
   DesktopScreens screens_;
   DesktopViews views_;
   Scene scene_;

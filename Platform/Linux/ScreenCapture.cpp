@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <utility>
 
+#include "Platform/Linux/EngineLog.h"
+#include "Platform/Linux/Session.h"
+
 namespace platform::x11 {
 
 ScreenCapture::ScreenCapture(Connection& connection, const DesktopScreens& screens, RunLoop& runLoop,
                              std::vector<std::uint32_t> ownClients, WindowList& windows, const OverlayStage& stage)
     : connection_(connection),
+      isWayland_(isWaylandSession(connection)),
       screens_(screens),
       runLoop_(runLoop),
       ownClients_(std::move(ownClients)),
@@ -49,6 +53,7 @@ void ScreenCapture::settle() {
 }
 
 std::expected<ShareableContent, Error> ScreenCapture::content(const ShareableContentOptions& options) {
+  if (isWayland_) return std::unexpected(Error{waylandSentence});
   if (!preflight()) return std::unexpected(Error{missingExtensionsSentence(connection_.missingExtensions())});
   ShareableContent result;
   for (const auto& screen : screens_.all()) {
@@ -57,6 +62,7 @@ std::expected<ShareableContent, Error> ScreenCapture::content(const ShareableCon
   checkBackground();
   windows_.setScreens(screens_.geometries());
   result.windows = windows_.windows(options);
+  qCDebug(engineLog) << result.windows.size() << "windows on" << result.displays.size() << "displays";
   return result;
 }
 
@@ -68,6 +74,7 @@ std::shared_ptr<platform::CaptureStream> ScreenCapture::makeStream(const Content
   if (filter.holdingBack) settings.holdBack = holdBack(*filter.holdingBack, geometry(filter.display));
   settings.ownClients = ownClients_;
   settings.serial = ++streamCount_;
+  qCDebug(engineLog) << "stream" << settings.serial << "without" << settings.excludedWindows;
   auto stream = std::make_shared<CaptureStream>(std::move(settings), std::move(delegate));
   streams_.push_back(stream);
   watchBackground();

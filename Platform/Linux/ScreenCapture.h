@@ -1,6 +1,7 @@
 // The capture service of an X11 desktop, and the permission to use it.
 //
-// X11 asks nobody's permission: capturing is allowed exactly where the server has the extensions that it is built on.
+// X11 asks nobody's permission: capturing is allowed exactly where the server has the extensions that it is built on,
+// but for the X server of a Wayland session, which has only a part of what is on the screen.
 // Threads, ownership, failure: as the ports say.
 #pragma once
 
@@ -41,7 +42,7 @@ class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
   // Answers what waits for an event. To be called after each batch of events.
   void settle();
 
-  [[nodiscard]] bool preflight() override { return connection_.missingExtensions().empty(); }
+  [[nodiscard]] bool preflight() override { return !isWayland_ && connection_.missingExtensions().empty(); }
   bool request() override { return preflight(); }
 
  private:
@@ -57,6 +58,7 @@ class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
   void checkBackground();
 
   Connection& connection_;
+  bool isWayland_;
   const DesktopScreens& screens_;
   RunLoop& runLoop_;
   std::vector<std::uint32_t> ownClients_;

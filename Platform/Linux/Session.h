@@ -18,6 +18,6 @@ namespace platform::x11 {
 [[nodiscard]] std::string sessionType();
 
 inline constexpr const char* waylandSentence =
-    "This is a Wayland session: the live style needs X11, so only the solid cover works here.";
+    "This is a Wayland session, and the live style needs X11: log in to a session on X.Org, or use the solid cover.";
 
 }  // namespace platform::x11

@@ -17,6 +17,7 @@
 #include "Platform/Mac/Files.h"
 #include "Platform/Mac/HotKeys.h"
 #include "Platform/Mac/LoginItem.h"
+#include "Platform/Mac/Notifications.h"
 #include "Platform/Mac/Permission.h"
 #include "Platform/Mac/Process.h"
 #include "Platform/Mac/RemoteControl.h"
@@ -26,6 +27,7 @@
 #include "Platform/Mac/SessionLock.h"
 #include "Platform/Mac/Settings.h"
 #include "Platform/Mac/StatusBar.h"
+#include "Platform/Mac/Texts.h"
 #include "Platform/Mac/Views.h"
 #include "Platform/Mac/Windows.h"
 #include "Platform/Mac/Workspace.h"
@@ -54,6 +56,8 @@ class MacPlatform final : public Platform {
   platform::Workspace& workspace() override { return workspace_; }
   platform::RemoteControl& remoteControl() override { return remoteControl_; }
   platform::RulesFile& rulesFile() override { return rulesFile_; }
+  platform::Notifications& notifications() override { return notifications_; }
+  platform::Texts& texts() override { return texts_; }
 
  private:
   Application application_;
@@ -75,6 +79,8 @@ class MacPlatform final : public Platform {
   Workspace workspace_;
   RemoteControl remoteControl_;
   RulesFile rulesFile_;
+  Notifications notifications_;
+  Texts texts_;
 };
 
 }  // namespace platform::mac

@@ -55,6 +55,8 @@ class Desktop final : public Platform {
   Workspace& workspace() override { return workspace_; }
   RemoteControl& remoteControl() override { return remoteControl_; }
   RulesFile& rulesFile() override { return rulesFile_; }
+  Notifications& notifications() override { return notifications_; }
+  Texts& texts() override { return texts_; }
 
   Record& record() { return record_; }
   // From now on there is no shared application.
@@ -85,6 +87,8 @@ class Desktop final : public Platform {
   Workspace workspace_{record_};
   RemoteControl remoteControl_{record_};
   RulesFile rulesFile_;
+  Notifications notifications_;
+  Texts texts_;
   bool isConnected_ = true;
 };
 

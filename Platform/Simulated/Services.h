@@ -1,4 +1,5 @@
-// The small services of a desktop: permission, login item, links, lock screen, settings, the user's rules.
+// The small services of a desktop: permission, login item, links, lock screen, settings, the user's rules,
+// notifications, translations.
 //
 // Threads: main thread only.
 #pragma once
@@ -8,16 +9,20 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "Platform/LoginItem.h"
+#include "Platform/Notifications.h"
 #include "Platform/Permission.h"
 #include "Platform/RulesFile.h"
 #include "Platform/SessionLock.h"
 #include "Platform/Settings.h"
 #include "Platform/Simulated/Record.h"
+#include "Platform/Texts.h"
 #include "Platform/Workspace.h"
 
 namespace platform::simulated {
@@ -108,6 +113,26 @@ class RulesFile final : public platform::RulesFile {
   std::expected<std::optional<RulesFileEntries>, Error> read() override { return content; }
 
   std::expected<std::optional<RulesFileEntries>, Error> content = std::nullopt;
+};
+
+class Notifications final : public platform::Notifications {
+ public:
+  void showOnce(const std::string& name, const Notification& notification) override {
+    if (shownBefore.insert(name).second) shown.push_back(notification);
+  }
+
+  std::set<std::string> shownBefore;
+  std::vector<Notification> shown;
+};
+
+class Texts final : public platform::Texts {
+ public:
+  [[nodiscard]] std::string translated(std::string_view english) const override {
+    const auto found = translations.find(std::string{english});
+    return found == translations.end() ? std::string{english} : found->second;
+  }
+
+  std::map<std::string, std::string> translations;
 };
 
 }  // namespace platform::simulated

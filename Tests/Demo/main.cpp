@@ -1,6 +1,7 @@
 // Shows Quillfade at work on a private display and measures what it shows: ink on the screen, the ink gone inside the
 // covered area while the slide beneath moves on, and the solid cover. Leaves pictures and the log in a directory.
 
+#include <chrono>
 #include <exception>
 #include <filesystem>
 #include <functional>
@@ -13,6 +14,7 @@
 
 #include "Tests/Demo/Slide.h"
 #include "Tests/Support/GromitMpx.h"
+#include "Tests/Support/Input.h"
 #include "Tests/Support/QuillfadeProgram.h"
 #include "Tests/Support/XServer.h"
 
@@ -67,6 +69,7 @@ class Demonstration {
         {.settings = R"({"style": 0})", .environment = {{"DBUS_SESSION_BUS_ADDRESS", bus_.address()}}});
     coverLive(quillfade, first);
     coverSolid(quillfade, first);
+    selectArea();
   }
 
  private:
@@ -107,6 +110,22 @@ class Demonstration {
     require(covered.outside == first.outside, "The ink outside the solid cover changed.");
   }
 
+  // In the middle of a drag, which Escape then ends.
+  void selectArea() {
+    input_.chord({XK_Control_L, XK_Alt_L, XK_Super_L, XK_a});
+    require(shows([&](const Picture& screen) { return screen.at(5, 5) != slide_.picture().at(5, 5); }),
+            "The selection did not dim the screen.");
+    input_.moveTo(360, 260);
+    input_.buttonDown();
+    input_.moveTo(600, 400);
+    input_.moveTo(880, 560);
+    const auto isUndimmed = [&](const Picture& screen) { return screen.at(400, 300) == slide_.picture().at(400, 300); };
+    require(shows(isUndimmed), "The dragged area does not show the screen as it is.");
+    keep("4-selection.png");
+    input_.buttonUp();
+    input_.press(XK_Escape);
+  }
+
   bool shows(const std::function<bool(const Picture&)>& condition) {
     return support::waitUntil([&] { return condition(client_.screenshot()); });
   }
@@ -125,11 +144,42 @@ class Demonstration {
   std::filesystem::path output_;
   support::XServer server_;
   support::XClient client_{server_.display()};
+  support::Input input_{server_.display()};
   support::SessionBus bus_;
   support::WindowManager windowManager_{server_.display()};
   demo::Slide slide_{server_.display()};
   support::GromitMpx gromit_{server_.display()};
 };
+
+// The menu of the tray, on a desktop that has one in its top-left corner.
+void openMenu(const std::string& executable, const std::filesystem::path& output) {
+  const support::XServer server;
+  support::XClient client(server.display());
+  support::Input input(server.display());
+  const support::SessionBus bus;
+  const support::PrivateHome home;
+  client.createWindow({.frame = client.screenFrame(), .color = 0x4c6a8a});
+  client.sync();
+  support::ChildProcess tray(
+      {"trayer", "--edge", "top", "--align", "left", "--widthtype", "request", "--height", "32", "--expand", "false"},
+      home.environment(server.display()));
+  const support::QuillfadeProgram quillfade(
+      executable, server.display(),
+      {.demonstration = false, .environment = {{"DBUS_SESSION_BUS_ADDRESS", bus.address()}}});
+  const auto showsInk = [&] { return client.screenshot().count(0, {0, 0, 24, 40}, 90) > 20; };
+  require(support::waitUntil(showsInk), "The icon did not come up: " + tray.output());
+  const Picture before = client.screenshot();
+  // Panels lay themselves out in their own time, so the click may come too early.
+  constexpr PixelRect menu{30, 45, 200, 150};
+  const auto showsMenu = [&] { return client.screenshot().differences(before, menu) > 20'000; };
+  const auto opensMenu = [&] {
+    input.click(12, 20, 3);
+    return support::waitUntil(showsMenu, std::chrono::milliseconds{1'000});
+  };
+  require(support::waitUntil(opensMenu), "The menu did not come up.");
+  writePng(client.screenshot(), output / "5-menu.png");
+  std::cout << "5-menu.png: the menu\n" << std::flush;
+}
 
 }  // namespace
 
@@ -142,6 +192,7 @@ int main(int argc, char** argv) {
   try {
     std::filesystem::create_directories(arguments[2]);
     Demonstration(arguments[1], arguments[2]).run();
+    openMenu(arguments[1], arguments[2]);
     return 0;
   } catch (const std::exception& failure) {
     std::cerr << "The demonstration failed: " << failure.what() << '\n';

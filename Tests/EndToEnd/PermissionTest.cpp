@@ -11,7 +11,8 @@ using testing::HasSubstr;
 
 class PermissionRefused : public DrivenDesktop {
  protected:
-  PermissionRefused() : DrivenDesktop({.arguments = {"-extension", "Composite"}}) {}
+  PermissionRefused() : PermissionRefused({.arguments = {"-extension", "Composite"}}) {}
+  explicit PermissionRefused(const support::XServerOptions& server) : DrivenDesktop(server) {}
 
   // Sends a command that asks for permission, and waits for the alert. The command ends with the answer.
   void ask(const std::vector<std::string>& words) {
@@ -129,6 +130,51 @@ TEST_F(PermissionRefused, TheListOfWindowsIsAFailureWithAReason) {
   const Answer answer = run({"windows"});
   EXPECT_EQ(answer.status, 1);
   EXPECT_THAT(answer.output, HasSubstr("Composite"));
+}
+
+// With an X server that could do everything, but that has only a part of the screen.
+class InAWaylandSession : public PermissionRefused {
+ protected:
+  InAWaylandSession() : PermissionRefused(support::XServerOptions{}) {}
+
+  const support::Environment session_{{"XDG_SESSION_TYPE", "wayland"}, {"WAYLAND_DISPLAY", "wayland-0"}};
+  const std::string sentence_ =
+      "This is a Wayland session, and the live style needs X11: log in to a session on X.Org, or use the solid cover.";
+};
+
+TEST_F(InAWaylandSession, ASentenceTellsAtOnceThatTheLiveStyleNeedsX11) {
+  start({}, session_);
+  EXPECT_THAT(quillfade().process().output(), HasSubstr("quillfade: " + sentence_ + "\n"));
+}
+
+TEST_F(InAWaylandSession, TheSolidCoverStillWorks) {
+  start({}, session_);
+  ask({"toggle"});
+  answer({XK_Tab, XK_space});
+  EXPECT_THAT(status(), HasSubstr(R"("enabled": true, "style": "solid")"));
+  EXPECT_TRUE(shows([](const Picture& screen) { return screen.count(boardColor) == 0; }));
+}
+
+TEST_F(InAWaylandSession, TheOtherAnswerExplainsWhatIsInTheWay) {
+  start({}, session_);
+  ask({"toggle"});
+  const xcb_window_t alert = *alert_;
+  answer({XK_Return});
+  EXPECT_THAT(status(), HasSubstr(notCovered));
+  const auto explanation = waitForDialog();
+  ASSERT_TRUE(explanation);
+  EXPECT_NE(*explanation, alert);
+  EXPECT_TRUE(showsText(*explanation));
+  keepPicture(client_.screenshot(), "wayland");
+}
+
+TEST_F(InAWaylandSession, WithoutAnXServerTheProgramEndsWithTheSentence) {
+  const support::PrivateHome home;
+  auto environment = home.environment("");
+  for (const auto& [name, value] : session_) environment[name] = value;
+  support::ChildProcess program({QUILLFADE_EXECUTABLE}, environment);
+  EXPECT_EQ(program.waitForExit(), 1);
+  EXPECT_THAT(program.output(), HasSubstr(sentence_));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDialog>
 #include <QKeyEvent>
@@ -55,6 +56,34 @@ class DialogsTest : public qt::Test {
 };
 
 }  // namespace
+
+TEST_F(DialogsTest, AScreenReaderHearsWhatAnAlertSaysAndWhatItsButtonsAreCalled) {
+  answer(permission, [](QMessageBox& box) {
+    const auto* alert = QAccessible::queryAccessibleInterface(&box);
+    EXPECT_TRUE(alert->role() == QAccessible::Dialog || alert->role() == QAccessible::AlertMessage) << alert->role();
+    EXPECT_EQ(alert->text(QAccessible::Name).toStdString(), permission.messageText);
+    EXPECT_EQ(alert->text(QAccessible::Description).toStdString(), permission.informativeText);
+    for (QPushButton* button : buttonsFromLeft(box)) {
+      const auto* spoken = QAccessible::queryAccessibleInterface(button);
+      EXPECT_EQ(spoken->role(), QAccessible::Button);
+      EXPECT_EQ(spoken->text(QAccessible::Name), button->text());
+      EXPECT_TRUE(spoken->state().focusable) << "The keyboard reaches every button.";
+    }
+    buttonsFromLeft(box).at(0)->click();
+  });
+}
+
+TEST_F(DialogsTest, AScreenReaderHearsEverythingInTheAboutPanel) {
+  dialogs.orderFrontAboutPanel({"Quillfade", "1.1", "1.1", "Credits.", 11, colors::secondaryLabel});
+  QDialog* panel = visibleDialog();
+  ASSERT_NE(panel, nullptr);
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(panel)->text(QAccessible::Name), "About Quillfade");
+  for (QLabel* label : panel->findChildren<QLabel*>()) {
+    EXPECT_FALSE(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name).isEmpty());
+  }
+  panel->close();
+  qt::runPending();
+}
 
 TEST_F(DialogsTest, AnAlertAnswersWithTheNumberOfTheButton) {
   EXPECT_EQ(answer(permission, [](QMessageBox& box) { buttonsFromLeft(box).at(0)->click(); }), 1000);

@@ -138,6 +138,39 @@ TEST_F(AppDelegateLaunch, AHotKeyOfTheUsersTakesThePlaceOfTheBuiltInOne) {
   EXPECT_TRUE(overlay().isEnabled());
 }
 
+TEST_F(AppDelegateLaunch, TheFirstStartEverTellsWhereTheIconIsAndWhatItsKeyDoes) {
+  launch();
+  EXPECT_THAT(desktop.notifications().shown,
+              ElementsAre(platform::Notification{"Quillfade is in the tray",
+                                                 "Look for the pencil: its menu offers everything.\nThis key hides "
+                                                 "annotations, or shows them again: Control+Alt+Super+D"}));
+  delegate = nullptr;
+  launch();
+  EXPECT_THAT(desktop.notifications().shown, SizeIs(1));
+}
+
+TEST_F(AppDelegateLaunch, AKeyThatCouldNotBeHadIsNotPromised) {
+  desktop.hotKeys().takenKeyCodes = {2};
+  launch();
+  EXPECT_THAT(desktop.notifications().shown,
+              ElementsAre(platform::Notification{"Quillfade is in the tray",
+                                                 "Look for the pencil: its menu offers everything."}));
+}
+
+TEST_F(AppDelegateLaunch, TheMenuShowsTheKeysThatTheUserChoseAndTheUsersLanguage) {
+  desktop.rulesFile().content =
+      platform::RulesFileEntries{{"hotKeys", "toggle", "Control+K"}, {"hotKeys", "peek", "Control+F9"}};
+  desktop.texts().translations = {{"Hide Annotations", "Anmerkungen verbergen"}};
+  launch();
+  menu().open();
+  const auto* hide = menu().item("Anmerkungen verbergen");
+  ASSERT_NE(hide, nullptr);
+  EXPECT_EQ(hide->keyEquivalent, "k");
+  EXPECT_EQ(hide->keyEquivalentModifierMask, platform::modifierflags::control);
+  EXPECT_EQ(menu().item("Peek for 5 Seconds")->keyEquivalent, "") << "It has no letter.";
+  menu().close();
+}
+
 TEST_F(AppDelegateLaunch, TheHotKeysThatCouldNotBeHadAreKnown) {
   desktop.hotKeys().takenKeyCodes = {35};
   launch();

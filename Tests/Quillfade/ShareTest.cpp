@@ -45,6 +45,17 @@ TEST(Share, CleanLeavesOutWhatTheLiveMirrorLeavesOut) {
   EXPECT_EQ(numbersLeftOut(ShareView::clean, desktop), (std::vector<std::uint32_t>{2, 3, 4}));
 }
 
+TEST(Share, TheUsersRulesHoldForTheCleanViewOnly) {
+  const std::vector<WindowRule> rules{{"org.example.editor", true}, {"org.example.ink", false}};
+  const auto numbers = [&](ShareView view) {
+    std::vector<std::uint32_t> result;
+    for (const CaptureWindow& each : leftOut(view, desktop, screens, rules)) result.push_back(each.windowID);
+    return result;
+  };
+  EXPECT_EQ(numbers(ShareView::clean), (std::vector<std::uint32_t>{1, 3, 4}));
+  EXPECT_EQ(numbers(ShareView::unmirrored), (std::vector<std::uint32_t>{3}));
+}
+
 TEST(Share, AWindowIsJudgedAgainstTheScreenThatHoldsItsCentre) {
   // 90 % of the one screen, 6 % of the other.
   EXPECT_EQ(numbersLeftOut(ShareView::clean, {window(1, "org.example.ink", 500, {{0, 0}, {1000, 900}}),

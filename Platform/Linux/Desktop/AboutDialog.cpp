@@ -50,6 +50,7 @@ std::unique_ptr<QDialog> makeAboutDialog(const AboutPanel& panel) {
   layout->setSizeConstraint(QLayout::SetFixedSize);
   auto* icon = new QLabel;
   icon->setPixmap(QApplication::windowIcon().pixmap(iconSize));
+  icon->setAccessibleName(QString::fromStdString(panel.applicationName));
   layout->addWidget(icon, 0, Qt::AlignHCenter);
   addText(*layout, QString::fromStdString(panel.applicationName), {.size = 16, .weight = FontWeight::semibold});
   color(*addText(*layout, versionText(panel), {.size = 11}), colors::secondaryLabel);

@@ -19,6 +19,9 @@ void setTexts(QMessageBox& box, const Alert& alert) {
   box.setTextFormat(Qt::PlainText);
   box.setText(QString::fromStdString(alert.messageText));
   box.setInformativeText(QString::fromStdString(alert.informativeText));
+  // It has no title for a screen reader to say.
+  box.setAccessibleName(QString::fromStdString(alert.messageText));
+  box.setAccessibleDescription(QString::fromStdString(alert.informativeText));
   // The box passes its text format on to the first of its two labels only.
   for (QLabel* label : box.findChildren<QLabel*>())
     if (label->textFormat() == Qt::AutoText) label->setTextFormat(Qt::PlainText);

@@ -35,8 +35,8 @@ std::string explanationOf(const std::vector<std::string>& missingExtensions) {
          " on in the X server's configuration, or log in to a session on an X.Org server.";
 }
 
-DesktopWorkspace::DesktopWorkspace(std::vector<std::string> missingExtensions)
-    : missingExtensions_(std::move(missingExtensions)) {}
+DesktopWorkspace::DesktopWorkspace(std::vector<std::string> missingExtensions, std::string obstacle)
+    : missingExtensions_(std::move(missingExtensions)), obstacle_(std::move(obstacle)) {}
 
 DesktopWorkspace::~DesktopWorkspace() { delete explanation_.data(); }
 
@@ -49,6 +49,7 @@ void DesktopWorkspace::openURL(const std::string& url) {
 }
 
 void DesktopWorkspace::openSettings() {
+  if (!obstacle_.empty()) return explain();
   for (const auto& command : settingsPrograms(environmentVariable("XDG_CURRENT_DESKTOP").value_or("")))
     if (start(command)) return;
   explain();
@@ -56,9 +57,11 @@ void DesktopWorkspace::openSettings() {
 
 void DesktopWorkspace::explain() {
   if (!explanation_) {
-    explanation_ = new QMessageBox(QMessageBox::Information, {},
-                                   QString::fromStdString(explanationOf(missingExtensions_)), QMessageBox::Ok);
+    explanation_ = new QMessageBox(
+        QMessageBox::Information, {},
+        QString::fromStdString(obstacle_.empty() ? explanationOf(missingExtensions_) : obstacle_), QMessageBox::Ok);
     explanation_->setTextFormat(Qt::PlainText);
+    explanation_->setAccessibleName(explanation_->text());
     explanation_->setWindowFlag(Qt::WindowStaysOnTopHint);
     explanation_->setAttribute(Qt::WA_DeleteOnClose);
     explanation_->setModal(false);

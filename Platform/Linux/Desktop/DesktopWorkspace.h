@@ -15,8 +15,9 @@ namespace platform::x11 {
 
 class DesktopWorkspace : public Workspace {
  public:
-  // The X extensions that capturing needs and that this display does not have, by name.
-  explicit DesktopWorkspace(std::vector<std::string> missingExtensions);
+  // The X extensions that capturing needs and that this display does not have, by name; and what else stands in the
+  // way of capturing, if anything, which no settings program could change.
+  explicit DesktopWorkspace(std::vector<std::string> missingExtensions, std::string obstacle = {});
   ~DesktopWorkspace() override;
   DesktopWorkspace(const DesktopWorkspace&) = delete;
   DesktopWorkspace& operator=(const DesktopWorkspace&) = delete;
@@ -28,6 +29,7 @@ class DesktopWorkspace : public Workspace {
   void explain();
 
   std::vector<std::string> missingExtensions_;
+  std::string obstacle_;
   QPointer<QMessageBox> explanation_;
 };
 

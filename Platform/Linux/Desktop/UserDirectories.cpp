@@ -45,6 +45,12 @@ std::string configurationDirectory() {
   return home == "/" ? "/.config" : home + "/.config";
 }
 
+std::string stateDirectory() {
+  if (auto directory = absolute(environmentVariable("XDG_STATE_HOME"))) return *directory;
+  const std::string home = homeDirectory();
+  return home == "/" ? "/.local/state" : home + "/.local/state";
+}
+
 bool isWritableDirectory(const std::string& path) {
   struct stat state{};
   return ::stat(path.c_str(), &state) == 0 && S_ISDIR(state.st_mode) && ::access(path.c_str(), W_OK | X_OK) == 0;

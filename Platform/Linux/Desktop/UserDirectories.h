@@ -14,6 +14,8 @@ namespace platform::x11 {
 // $XDG_CONFIG_HOME when it is absolute, else ~/.config.
 [[nodiscard]] std::string configurationDirectory();
 
+// $XDG_STATE_HOME when it is absolute, else ~/.local/state.
+[[nodiscard]] std::string stateDirectory();
 // Whether files can be made in it.
 [[nodiscard]] bool isWritableDirectory(const std::string& path);
 

@@ -1,0 +1,12 @@
+// What the capture engine does, for whoever works on it: the logging category "quillfade.x11", off unless
+// QT_LOGGING_RULES="quillfade.x11.debug=true" switches it on. It goes to standard error and has nothing to do with the
+// product's own log.
+#pragma once
+
+#include <QLoggingCategory>
+
+namespace platform::x11 {
+
+Q_DECLARE_LOGGING_CATEGORY(engineLog)
+
+}  // namespace platform::x11
