@@ -91,9 +91,10 @@ std::vector<Finding> extensionFindings(const Connection& connection) {
 }
 
 Finding compositingFinding(Connection& connection) {
-  const Finding none{.subject = "Compositing", .detail = "no compositing manager, and none is needed"};
   const xcb_window_t owner = selectionOwner(connection.get(), ofScreen("_NET_WM_CM_S", connection).c_str());
-  if (owner == XCB_NONE) return none;
+  if (owner == XCB_NONE) {
+    return {.subject = "Compositing", .detail = "no compositing manager, and none is needed"};
+  }
   const std::string name = windowName(connection, owner);
   return {.subject = "Compositing", .detail = name.empty() ? "a compositing manager without a name" : name};
 }

@@ -22,7 +22,7 @@ bool isWaylandSession(const Connection& connection) {
 }
 
 std::string sessionType() {
-  const auto type = environmentVariable("XDG_SESSION_TYPE").value_or("");
+  auto type = environmentVariable("XDG_SESSION_TYPE").value_or("");
   if (!type.empty()) return type;
   return isWaylandSession() ? "wayland" : "x11";
 }
