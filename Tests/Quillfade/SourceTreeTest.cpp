@@ -109,5 +109,24 @@ TEST(SourceTree, NothingIsCompiledUnderConditions) {
   }
 }
 
+// Longer texts are broken over several lines in the sources.
+TEST(SourceTree, EveryShortTextThatIsTranslatedIsOneOfTheApplications) {
+  std::string application;
+  for (const fs::path& path : sourcesBelow("Quillfade")) {
+    for (const std::string& line : linesOf(path)) application += line;
+  }
+  const std::regex entry(R"re(^\s*"([^"\\]{1,60})": ".+",?$)re");
+  int texts = 0;
+  for (const auto& file : fs::directory_iterator(root / "Resources/translations")) {
+    for (const std::string& line : linesOf(file.path())) {
+      std::smatch match;
+      if (!std::regex_match(line, match, entry)) continue;
+      ++texts;
+      EXPECT_NE(application.find('"' + match[1].str() + '"'), std::string::npos) << file.path() << ": " << match[1];
+    }
+  }
+  EXPECT_GT(texts, 20);
+}
+
 }  // namespace
 }  // namespace quillfade
