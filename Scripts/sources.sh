@@ -4,5 +4,5 @@
 sources() { # file name patterns
   local expression=()
   for pattern in "$@"; do expression+=(-o -name "$pattern"); done
-  find Quillfade Platform Tests -type f \( "${expression[@]:1}" \) | LC_ALL=C sort
+  find Quillfade Platform Tests Benchmarks -type f \( "${expression[@]:1}" \) | LC_ALL=C sort
 }

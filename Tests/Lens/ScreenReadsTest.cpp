@@ -142,7 +142,8 @@ class ScreenReads : public testing::Test {
                       XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values.data());
     xcb_map_window(product_->get(), window_);
     ASSERT_TRUE(product_->synchronize(10'000));
-    ASSERT_EQ(client_.screenshot().count(mirrorColor), std::size_t{400} * 300);
+    // A compositing manager takes its time.
+    ASSERT_TRUE(support::waitUntil([&] { return client_.screenshot().count(mirrorColor) == std::size_t{400} * 300; }));
   }
 
   support::XServer server_;
@@ -217,10 +218,33 @@ TEST_F(ScreenReads, UnderACompositingManagerThePictureIsTheScreens) {
   const support::CompositingManager manager(server_.display());
   const OpenLens open(server_.display());
   const auto program = open.connect();
+  ASSERT_TRUE(support::waitUntil([&] { return client_.screenshot() == program->screenshot(); }));
   const Picture truth = client_.screenshot();
   showMirror();
   // picom draws no shadow in these tests: nothing differs.
   EXPECT_EQ(program->screenshot().differences(truth), 0U);
+}
+
+// Screen lockers take the overlay window, and what lies beneath must not be seen then.
+TEST_F(ScreenReads, NothingIsSeenWhileTheServerItselfHidesTheScreen) {
+  const OpenLens open(server_.display());
+  const auto program = open.connect();
+  const Picture before = program->screenshot();
+  ASSERT_LT(before.count(0), before.bounds().width * std::size_t{8});
+  {
+    XClient locker(server_.display());
+    ASSERT_TRUE(waitForReply(locker.connection(), xcb_composite_get_overlay_window_reply,
+                             xcb_composite_get_overlay_window(locker.connection(), locker.root())));
+    EXPECT_EQ(program->screenshot().count(0), std::size_t{1280} * 800);
+  }
+  EXPECT_TRUE(support::waitUntil([&] { return program->screenshot() == before; }));
+
+  xcb_force_screen_saver(client_.connection(), XCB_SCREEN_SAVER_ACTIVE);
+  client_.sync();
+  EXPECT_EQ(program->screenshot().count(0), std::size_t{1280} * 800);
+  xcb_force_screen_saver(client_.connection(), XCB_SCREEN_SAVER_RESET);
+  client_.sync();
+  EXPECT_EQ(program->screenshot(), before);
 }
 
 TEST_F(ScreenReads, AReadKeepsTheNumbersOfWhatFollows) {

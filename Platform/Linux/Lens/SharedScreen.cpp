@@ -3,6 +3,7 @@
 #include <xcb/composite.h>
 #include <xcb/randr.h>
 #include <xcb/xcbext.h>
+#include <xcb/xfixes.h>
 
 #include <algorithm>
 #include <utility>
@@ -57,6 +58,7 @@ SharedScreen::SharedScreen(std::unique_ptr<Connection> connection, LensRule rule
       names_(namesOn(*connection_)),
       scene_(*connection_),
       windowList_(*connection_, scene_, {connection_->resourceBase()}),
+      screenSaver_(*connection_),
       painted_(*connection_) {
   scene_.addListener(windowList_);
   // A change of the monitors alone shows as a root window that is configured to be as it was.
@@ -83,11 +85,39 @@ void SharedScreen::makeRootPictures() {
 void SharedScreen::handle(const xcb_generic_event_t& event) {
   scene_.handle(event);
   windowList_.handle(event);
+  screenSaver_.handle(event);
+  noteServerWindow(event);
   if (compositor_) compositor_->handle(event);
   if (eventType(event) != XCB_CONFIGURE_NOTIFY) return;
   const auto& configured = eventAs<xcb_configure_notify_event_t>(event);
   isScreenStale_ =
       isScreenStale_ || (configured.window == connection_->root() && configured.event == configured.window);
+}
+
+void SharedScreen::noteServerWindow(const xcb_generic_event_t& event) {
+  const std::uint8_t type = eventType(event);
+  if (isSentByClient(event)) return;
+  if (type == XCB_MAP_NOTIFY) {
+    const xcb_window_t window = eventAs<xcb_map_notify_event_t>(event).window;
+    if (connection_->isServerOwned(window)) serverWindows_.insert(window);
+  } else if (type == XCB_UNMAP_NOTIFY) {
+    serverWindows_.erase(eventAs<xcb_unmap_notify_event_t>(event).window);
+  } else if (type == XCB_DESTROY_NOTIFY) {
+    serverWindows_.erase(eventAs<xcb_destroy_notify_event_t>(event).window);
+  }
+}
+
+bool SharedScreen::isHidden() const {
+  return screenSaver_.isActive() || (!serverWindows_.empty() && !scene_.hasCompositingManager());
+}
+
+void SharedScreen::blacken() {
+  compositor_.reset();
+  const xcb_rectangle_t everything = toRectangle(target_.source);
+  xcb_xfixes_set_picture_clip_region(connection_->get(), target_.picture, XCB_NONE, 0, 0);
+  xcb_render_fill_rectangles(connection_->get(), XCB_RENDER_PICT_OP_SRC, target_.picture, {0, 0, 0, 0xffff}, 1,
+                             &everything);
+  connection_->synchronize(longestWaitForServer);
 }
 
 // Each answer may lead to a question, and each may bring events along.
@@ -171,6 +201,10 @@ void SharedScreen::leaveOut(std::vector<xcb_window_t> windows) {
 xcb_pixmap_t SharedScreen::update() {
   catchUp();
   if (isScreenStale_) readScreens();
+  if (isHidden()) {
+    blacken();
+    return target_.pixmap;
+  }
   leaveOut(windowsToLeaveOut());
   if (compositor_->changes() != Compositor::Changes::none) {
     compositor_->paint(painted_);

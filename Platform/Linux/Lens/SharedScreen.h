@@ -1,5 +1,8 @@
 // The picture that programs behind a lens read in the screen's place, in the X server.
 //
+// It is black while the server itself hides the screen: by its screen saver, or, where no compositing manager uses it,
+// by the overlay window, which lockers take because no window can come above it.
+//
 // Threads: one at a time.
 // Units and axes: the picture is as large as the root window.
 // Lifetime: the windows of the screen stay redirected as long as this object lives.
@@ -11,6 +14,7 @@
 #include <expected>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -19,6 +23,7 @@
 #include "Platform/Linux/X11/Compositor.h"
 #include "Platform/Linux/X11/Connection.h"
 #include "Platform/Linux/X11/Scene.h"
+#include "Platform/Linux/X11/ServerScreenSaver.h"
 #include "Platform/Linux/X11/WindowList.h"
 
 namespace platform::x11::lens {
@@ -51,6 +56,9 @@ class SharedScreen {
   void makeRootPictures();
   void catchUp();
   void handle(const xcb_generic_event_t& event);
+  void noteServerWindow(const xcb_generic_event_t& event);
+  [[nodiscard]] bool isHidden() const;
+  void blacken();
   void readScreens();
   void makeTarget();
   void release(Target& target);
@@ -62,6 +70,9 @@ class SharedScreen {
   ScreenNames names_;
   Scene scene_;
   WindowList windowList_;
+  ServerScreenSaver screenSaver_;
+  // The server's own that were mapped since this began: they are in no list of windows.
+  std::set<xcb_window_t> serverWindows_;
   Target target_;
   Target formerTarget_;
   std::vector<xcb_window_t> leftOut_;

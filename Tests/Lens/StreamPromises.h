@@ -1,0 +1,97 @@
+// What the streams of a lens promise for any bytes at all: they come to an end, they never look beyond what they are
+// given (which the sanitizers see), and wherever the bytes are cut into pieces, the same comes out.
+//
+// The first two bytes of the input choose the byte order, the size of the pieces and what is awaited.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "Platform/Linux/Lens/ReplyStream.h"
+#include "Platform/Linux/Lens/RequestStream.h"
+#include "Platform/Linux/Lens/Setup.h"
+
+namespace lens {
+
+namespace wire = platform::x11::lens;
+
+inline wire::ScreenNames anyNames() {
+  return {.extensions = {133, 140, 138, 130},
+          .root = 0x50a,
+          .rootVisual = 0x21,
+          .overlay = 0x60b,
+          .rootPicture = 0x400010,
+          .rootPictureOverWindows = 0x400011};
+}
+
+struct Outcome {
+  std::vector<std::byte> bytes;
+  std::uint64_t requests = 0;
+  bool isMalformed = false;
+  friend bool operator==(const Outcome&, const Outcome&) = default;
+};
+
+inline Outcome passRequests(std::vector<std::byte> bytes, wire::ByteOrder order, std::size_t piece) {
+  const wire::ScreenNames names = anyNames();
+  wire::PendingReplies replies;
+  wire::RequestStream stream(order, names, replies);
+  std::size_t done = 0;
+  bool isMalformed = false;
+  std::size_t end = 0;
+  while (end < bytes.size() && !isMalformed) {
+    end = std::min(end + piece, bytes.size());
+    for (;;) {
+      const auto step = stream.advance(wire::Bytes(bytes).subspan(done, end - done));
+      done += step.length;
+      isMalformed = step.stop == wire::RequestStream::Stop::malformed;
+      if (step.stop != wire::RequestStream::Stop::screenRead) break;
+      stream.provide(0x400002);
+    }
+  }
+  bytes.resize(done);
+  return {std::move(bytes), stream.requestCount(), isMalformed};
+}
+
+inline Outcome passReplies(std::vector<std::byte> bytes, wire::ByteOrder order, std::size_t piece, unsigned awaited) {
+  wire::ScreenNames names = anyNames();
+  wire::PendingReplies replies;
+  for (std::uint64_t request = 1; request <= 8; ++request) {
+    if ((awaited >> (request - 1) & 1U) != 0) replies.push_back({request, static_cast<wire::ReplyTo>(request % 3)});
+  }
+  wire::ReplyStream stream(order, names, replies);
+  std::vector<std::byte> result;
+  std::vector<std::byte> pending;
+  for (std::size_t begin = 0; begin < bytes.size(); begin += piece) {
+    const auto next = std::span(bytes).subspan(begin, std::min(piece, bytes.size() - begin));
+    pending.insert(pending.end(), next.begin(), next.end());
+    bool isBarrierNext = true;
+    while (isBarrierNext) {
+      const auto step = stream.advance(pending);
+      isBarrierNext = step.isBarrierNext;
+      const auto length = static_cast<std::ptrdiff_t>(step.length);
+      result.insert(result.end(), pending.begin(), pending.begin() + length);
+      pending.erase(pending.begin(),
+                    pending.begin() + length + (isBarrierNext ? std::ptrdiff_t{wire::ReplyStream::messageSize} : 0));
+    }
+  }
+  return {std::move(result), stream.lastRequest(), false};
+}
+
+// Whether all of it holds.
+inline bool keepsPromises(std::span<const std::byte> input) {
+  (void)wire::parseSetupRequest(input);
+  (void)wire::setupReplyLength(wire::ByteOrder::big, input);
+  if (input.size() < 2) return true;
+  const auto choice = std::to_integer<unsigned>(input[0]);
+  const auto order = (choice & 1U) != 0 ? wire::ByteOrder::big : wire::ByteOrder::little;
+  const std::size_t piece = 1 + choice / 2;
+  const auto awaited = std::to_integer<unsigned>(input[1]);
+  const std::vector<std::byte> bytes(input.begin() + 2, input.end());
+  return passRequests(bytes, order, piece) == passRequests(bytes, order, bytes.size() + 1) &&
+         passReplies(bytes, order, piece, awaited) == passReplies(bytes, order, bytes.size() + 1, awaited);
+}
+
+}  // namespace lens
