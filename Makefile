@@ -2,7 +2,7 @@
 
 PREFIX ?= /usr/local
 
-.PHONY: build install deb test asan tsan format lint check-mac app clean help
+.PHONY: build install deb check-deb test asan tsan format lint check-mac app clean help
 
 build: ## the program, optimised: build/quillfade
 	cmake --preset release
@@ -19,6 +19,8 @@ deb: ## the Debian package, in build/release
 	cmake --preset release
 	cmake --build --preset release --target quillfade
 	cd build/release && cpack
+
+check-deb: deb ## the same, held against Debian's own rules (needs lintian)
 	Scripts/check-package build/release/quillfade_*.deb
 
 test: ## every test, the static checks included
