@@ -23,14 +23,7 @@ std::unique_ptr<Connection> openConnection() {
   if (!connection)
     endProcess((isWaylandSession() ? std::string{waylandSentence} + ' ' : "") +
                connection.error().localizedDescription);
-  // Without the extensions there is nothing to redirect for: the solid cover needs none of it.
-  if (isWaylandSession(**connection)) {
-    std::cerr << "quillfade: " << waylandSentence << std::endl;
-  } else if ((*connection)->missingExtensions().empty()) {
-    if (const auto redirected = redirectSubwindows(**connection); !redirected) {
-      endProcess(redirected.error().localizedDescription);
-    }
-  }
+  if (isWaylandSession(**connection)) std::cerr << "quillfade: " << waylandSentence << std::endl;
   return std::move(*connection);
 }
 
@@ -52,6 +45,13 @@ std::vector<std::uint32_t> resourceBases(const Connection& connection) {
   return bases;
 }
 
+// Without the extensions, or below another desktop, there is nothing to redirect for: the solid cover needs none of it.
+std::unique_ptr<Redirection> redirectWindows(Connection& connection, const Scene& scene,
+                                             const std::vector<std::uint32_t>& ownClients) {
+  if (!connection.missingExtensions().empty() || isWaylandSession(connection)) return nullptr;
+  return std::make_unique<Redirection>(connection, scene.windows(), ownClients);
+}
+
 std::string programPath() { return QCoreApplication::applicationFilePath().toStdString(); }
 
 }  // namespace
@@ -67,6 +67,7 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       texts_(userLanguages()),
       scene_(*connection_),
       windowList_(*connection_, scene_, ownClients_),
+      redirection_(redirectWindows(*connection_, scene_, ownClients_)),
       stage_(*connection_, scene_, windowList_, runLoop_),
       sessionLock_(*connection_, scene_, windowList_, runLoop_),
       windows_({*connection_, stage_, screens_, runLoop_}),
@@ -88,6 +89,7 @@ void LinuxPlatform::handle(const xcb_generic_event_t& event) {
   if (isScreenEvent(*connection_, event)) screens_.serverChanged();
   scene_.handle(event);
   windowList_.handle(event);
+  if (redirection_) redirection_->handle(event);
   hotKeys_.handle(event);
   stage_.handle(event);
   sessionLock_.handle(event);

@@ -33,6 +33,7 @@
 #include "Platform/Linux/X11/HotKeys.h"
 #include "Platform/Linux/X11/PopUpMenus.h"
 #include "Platform/Linux/X11/ProductMark.h"
+#include "Platform/Linux/X11/Redirection.h"
 #include "Platform/Linux/X11/Scene.h"
 #include "Platform/Linux/X11/WindowList.h"
 #include "Platform/Platform.h"
@@ -87,6 +88,7 @@ class LinuxPlatform final : public Platform {
   DesktopViews views_;
   Scene scene_;
   WindowList windowList_;
+  std::unique_ptr<Redirection> redirection_;  // where anything can be captured
   OverlayStage stage_;
   DesktopSessionLock sessionLock_;
   DesktopWindows windows_;

@@ -46,7 +46,14 @@ class Source {
  public:
   Source(const std::string& display, std::int32_t width, std::int32_t height, std::uint64_t serial)
       : connection_(connectTo(display)),
-        buffer_(FrameBuffer::make(connection_, width, height, serial, std::make_shared<Wakeup>()).value()) {}
+        picture_(connection_->newId()),
+        buffer_(FrameBuffer::make(connection_, width, height, serial, std::make_shared<Wakeup>())) {
+    const xcb_pixmap_t pixels = connection_->newId();
+    xcb_create_pixmap(connection_->get(), connection_->rootDepth(), pixels, connection_->root(),
+                      static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height));
+    xcb_render_create_picture(connection_->get(), picture_, pixels,
+                              connection_->formatOfVisual(connection_->rootVisual()), 0, nullptr);
+  }
 
   // Paints the rectangle and lends a frame in which just that has changed.
   std::shared_ptr<const Frame> paint(const PixelRect& rect, std::uint32_t color, bool isWhole = false) {
@@ -54,16 +61,20 @@ class Source {
     const auto wide = [](std::uint32_t value) { return static_cast<std::uint16_t>((value & 0xFFU) * 257); };
     const xcb_render_color_t renderColor{wide(color >> 16U), wide(color >> 8U), wide(color), 0xFFFF};
     const xcb_rectangle_t rectangle = toRectangle(rect);
-    xcb_render_fill_rectangles(connection_->get(), XCB_RENDER_PICT_OP_SRC, buffer_->picture(), renderColor, 1,
-                               &rectangle);
-    Region region(*connection_);
-    region.set(rect);
-    return buffer_->lend(region, isWhole);
+    xcb_render_fill_rectangles(connection_->get(), XCB_RENDER_PICT_OP_SRC, picture_, renderColor, 1, &rectangle);
+    const PixelRect everything{0, 0, buffer_->width(), buffer_->height()};
+    buffer_->changed().set(isWhole ? everything : rect);
+    return buffer_->lend({{.source = picture_,
+                           .clip = buffer_->changed().id(),
+                           .width = static_cast<std::uint16_t>(everything.width),
+                           .height = static_cast<std::uint16_t>(everything.height)}},
+                         isWhole);
   }
   bool takeWholeRequest() { return buffer_->takeWholeRequest(); }
 
  private:
   std::shared_ptr<Connection> connection_;
+  xcb_render_picture_t picture_;
   std::shared_ptr<FrameBuffer> buffer_;
 };
 
@@ -269,8 +280,10 @@ TEST_F(OverlayWindowOnX, AnExposedPartIsAskedForAgain) {
 TEST_F(OverlayWindowOnX, AFrameOfAnotherSizeIsStretched) {
   show(mirrorLook());
   Source source(server_.display(), 200, 150, 1);
-  EXPECT_TRUE(window_->presentFrame(source.paint({0, 0, 200, 150}, green)));
-  EXPECT_TRUE(window_->presentFrame(source.paint({0, 0, 100, 150}, 0xFFFFFF)));
+  EXPECT_TRUE(window_->presentFrame(source.paint({0, 0, 200, 150}, green, true)));
+  EXPECT_FALSE(window_->presentFrame(source.paint({0, 0, 100, 150}, 0xFFFFFF))) << "a part cannot be stretched";
+  EXPECT_TRUE(source.takeWholeRequest());
+  EXPECT_TRUE(window_->presentFrame(source.paint({0, 0, 1, 1}, 0xFFFFFF, true)));
   const support::Picture shown = picture();
   EXPECT_EQ(shown.at(0, 0), 0xFFFFFFU);
   EXPECT_EQ(shown.at(190, 299), 0xFFFFFFU);

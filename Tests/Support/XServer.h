@@ -24,6 +24,7 @@ class XServer {
 
   // As in DISPLAY, ":99".
   [[nodiscard]] const std::string& display() const { return display_; }
+  [[nodiscard]] pid_t processId() const { return process_->id(); }
   // As a crash would.
   void kill() { process_->kill(); }
 

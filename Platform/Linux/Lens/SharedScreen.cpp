@@ -44,9 +44,7 @@ std::expected<std::unique_ptr<SharedScreen>, Error> SharedScreen::open(const std
   if (const auto missing = (*connection)->missingExtensions(); !missing.empty()) {
     return std::unexpected(Error{missingExtensionsSentence(missing)});
   }
-  if (const auto redirected = redirectSubwindows(**connection); !redirected) {
-    return std::unexpected(redirected.error());
-  }
+  redirectSubwindows(**connection);
   std::unique_ptr<SharedScreen> screen(new SharedScreen(std::move(*connection), std::move(rule)));
   if (screen->isLost()) return std::unexpected(Error{connectionLostSentence});
   return screen;

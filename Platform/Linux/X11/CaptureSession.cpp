@@ -20,6 +20,9 @@ constexpr int mostEventsAtOnce = 1000;
 
 constexpr std::chrono::milliseconds longestWaitForAnswer{20};
 
+// A whole frame is asked for when something that lay over the picture has gone, and may be seen there until it comes.
+constexpr std::chrono::milliseconds wholeInterval{8};
+
 timespec toTimespec(std::chrono::nanoseconds duration) {
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(duration);
   return {seconds.count(), (duration - seconds).count()};
@@ -48,9 +51,8 @@ std::expected<std::unique_ptr<CaptureSession>, Error> CaptureSession::open(const
   if (const auto missing = connection->missingExtensions(); !missing.empty())
     return std::unexpected(Error{missingExtensionsSentence(missing)});
   auto buffer = FrameBuffer::make(connection, source.width, source.height, settings.serial, wakeup);
-  if (!buffer) return std::unexpected(buffer.error());
   std::unique_ptr<CaptureSession> session(
-      new CaptureSession(settings, connection, std::move(*buffer), std::move(wakeup)));
+      new CaptureSession(settings, connection, std::move(buffer), std::move(wakeup)));
   if (session->isLost()) return std::unexpected(Error{connectionLostSentence});
   return session;
 }
@@ -61,10 +63,10 @@ CaptureSession::CaptureSession(const CaptureStreamSettings& settings, std::share
       wakeup_(std::move(wakeup)),
       buffer_(std::move(buffer)),
       scene_(*connection_),
-      compositor_(*connection_, scene_, settings.source, filterOf(settings, *connection_), buffer_->picture()),
-      painted_(*connection_),
+      compositor_(*connection_, scene_, settings.source, filterOf(settings, *connection_), XCB_NONE),
       interval_(settings.minimumFrameInterval),
       nextFrameDue_(Clock::now()),
+      nextWholeDue_(nextFrameDue_),
       nextExaminationDue_(nextFrameDue_) {}
 
 void CaptureSession::takeIn(const xcb_generic_event_t& event) {
@@ -86,7 +88,7 @@ std::shared_ptr<const Frame> CaptureSession::nextFrame() {
   takeInAll();
   isWholeWanted_ = buffer_->takeWholeRequest() || isWholeWanted_;
   const Clock::time_point now = Clock::now();
-  if (buffer_->isLent() || now < nextFrameDue_) return nullptr;
+  if (buffer_->isLent() || now < due()) return nullptr;
   const Compositor::Changes changes = compositor_.changes();
   if (isWholeWanted_ || changes == Compositor::Changes::certain) return compose(now);
   if (changes == Compositor::Changes::possible && now >= nextExaminationDue_) {
@@ -98,9 +100,13 @@ std::shared_ptr<const Frame> CaptureSession::nextFrame() {
 
 std::shared_ptr<const Frame> CaptureSession::compose(Clock::time_point now) {
   nextFrameDue_ = now + interval_;
-  buffer_->reclaim();
-  compositor_.paint(painted_);
-  return buffer_->lend(painted_, std::exchange(isWholeWanted_, false));
+  nextWholeDue_ = now + std::min<Clock::duration>(interval_, wholeInterval);
+  const FrameBuffer::Reading reading = buffer_->reclaim();
+  const bool isWhole = std::exchange(isWholeWanted_, false) || reading == FrameBuffer::Reading::never;
+  if (isWhole) compositor_.invalidate();
+  if (reading == FrameBuffer::Reading::missed) compositor_.repaint(buffer_->changed());
+  auto steps = compositor_.plan(buffer_->changed());
+  return buffer_->lend(std::move(steps), isWhole);
 }
 
 std::optional<CaptureSession::Clock::time_point> CaptureSession::nextDeadline() const {
@@ -109,7 +115,7 @@ std::optional<CaptureSession::Clock::time_point> CaptureSession::nextDeadline() 
   // Giving a frame back notifies.
   if (buffer_->isLent()) return std::nullopt;
   const Compositor::Changes changes = compositor_.changes();
-  if (isWholeWanted_ || changes == Compositor::Changes::certain) return nextFrameDue_;
+  if (isWholeWanted_ || changes == Compositor::Changes::certain) return due();
   if (changes == Compositor::Changes::possible) return std::max(nextFrameDue_, nextExaminationDue_);
   return std::nullopt;
 }

@@ -43,6 +43,8 @@ class CaptureSession {
                  std::shared_ptr<FrameBuffer> buffer, std::shared_ptr<Wakeup> wakeup);
   void takeIn(const xcb_generic_event_t& event);
   void takeInAll();
+  // When the next frame may be made.
+  [[nodiscard]] Clock::time_point due() const { return isWholeWanted_ ? nextWholeDue_ : nextFrameDue_; }
   // When there will be something to do without anything further happening.
   [[nodiscard]] std::optional<Clock::time_point> nextDeadline() const;
   [[nodiscard]] std::shared_ptr<const Frame> compose(Clock::time_point now);
@@ -52,9 +54,9 @@ class CaptureSession {
   std::shared_ptr<FrameBuffer> buffer_;
   Scene scene_;
   Compositor compositor_;
-  Region painted_;
   const Clock::duration interval_;
   Clock::time_point nextFrameDue_;
+  Clock::time_point nextWholeDue_;
   Clock::time_point nextExaminationDue_;
   bool isWholeWanted_ = false;
 };

@@ -4,7 +4,7 @@
 // and waits for the thread, which at that point is at most composing one frame; on the stream's own thread it does not
 // wait. Ownership and failure: as the port says. Frames are of the type `Frame` and outlive the stream. Order: on
 // success the completion of the start is called before the first frame is delivered. Precondition: the screen's windows
-// are redirected by a connection that lives on (`redirectSubwindows`).
+// are redirected by a connection that lives on (`Redirection`).
 #pragma once
 
 #include <memory>

@@ -276,15 +276,35 @@ void Compositor::gatherSoil() {
   soiled_.clear();
 }
 
-void Compositor::paint(Region& painted) {
+void Compositor::prepare(Region& changed) {
   readLooks();
   gatherDamage();
   gatherSoil();
   pending_.intersect(bounds_);
-  painted.copy(pending_);
+  changed.copy(pending_);
   remaining_.copy(pending_);
+}
+
+void Compositor::paint(Region& painted) {
+  prepare(painted);
   paintLayers();
   forgetPending();
+}
+
+std::vector<PaintStep> Compositor::plan(Region& changed) {
+  std::vector<PaintStep> steps;
+  clipsInUse_ = 0;
+  plan_ = &steps;
+  prepare(changed);
+  paintLayers();
+  plan_ = nullptr;
+  forgetPending();
+  return steps;
+}
+
+void Compositor::repaint(const Region& part) {
+  pending_.unite(part);
+  pendingBounds_.push_back(source_);
 }
 
 }  // namespace platform::x11

@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/X11/PaintStep.h"
 #include "Platform/Linux/X11/Region.h"
 #include "Platform/Linux/X11/Scene.h"
 #include "Platform/Linux/X11/Wallpaper.h"
@@ -34,7 +35,8 @@ namespace platform::x11 {
 
 class Compositor final : private SceneListener {
  public:
-  // `target` has the root visual's format and the source's size. The whole of it is to be painted first.
+  // `target`, which `paint` needs and `plan` does not, has the root visual's format and the source's size. The whole of
+  // it is to be painted first.
   Compositor(Connection& connection, Scene& scene, const PixelRect& source, WindowFilter filter,
              xcb_render_picture_t target);
   ~Compositor() override;
@@ -58,6 +60,11 @@ class Compositor final : private SceneListener {
 
   // Brings the picture up to date and leaves in `painted` what may differ now.
   void paint(Region& painted);
+  // Leaves in `changed` what is to be painted and returns how, for somebody else to do. What the steps name stays as it
+  // is until the next plan, but for windows that go or get other pixels: then the next plan puts it right.
+  [[nodiscard]] std::vector<PaintStep> plan(Region& changed);
+  // That part is to be painted again, together with what comes next.
+  void repaint(const Region& part);
   // As if the picture had never been painted.
   void invalidate();
   // The background of the root window is another one, which nothing announces.
@@ -104,6 +111,10 @@ class Compositor final : private SceneListener {
   void paintTranslucent(const Layer& layer, Region& visible);
   void paintWallpaper();
   void composite(const Layer& layer, std::uint8_t operation, const Region& clip);
+  // Carries out the step, or notes it while a plan is made.
+  void perform(PaintStep step, const Region& clip);
+  [[nodiscard]] const Region& keptCopy(const Region& clip);
+  void prepare(Region& changed);
 
   Connection& connection_;
   Scene& scene_;
@@ -127,6 +138,11 @@ class Compositor final : private SceneListener {
   Region parts_;
   Region remaining_;
   Region clip_;
+
+  // The plan that is being made, and the clips that the last one names.
+  std::vector<PaintStep>* plan_ = nullptr;
+  std::vector<std::unique_ptr<Region>> clips_;
+  std::size_t clipsInUse_ = 0;
 };
 
 }  // namespace platform::x11

@@ -65,23 +65,47 @@ void Compositor::paintTranslucent(const Layer& layer, Region& visible) {
 void Compositor::composite(const Layer& layer, std::uint8_t operation, const Region& clip) {
   const PixelRect& outer = layer.window->outer;
   const PixelRect shown = intersection(outer, source_);
-  xcb_xfixes_set_picture_clip_region(connection_.get(), target_, clip.id(), 0, 0);
-  // The window may have lost its pixels.
-  connection_.ignoreErrors(xcb_render_composite(
-      connection_.get(), operation, layer.content->picture(), layer.content->mask(), target_,
-      static_cast<std::int16_t>(shown.x - outer.x), static_cast<std::int16_t>(shown.y - outer.y), 0, 0,
-      static_cast<std::int16_t>(shown.x - source_.x), static_cast<std::int16_t>(shown.y - source_.y),
-      static_cast<std::uint16_t>(shown.width), static_cast<std::uint16_t>(shown.height)));
+  perform({.operation = operation,
+           .source = layer.content->picture(),
+           .mask = layer.content->mask(),
+           .sourceX = static_cast<std::int16_t>(shown.x - outer.x),
+           .sourceY = static_cast<std::int16_t>(shown.y - outer.y),
+           .x = static_cast<std::int16_t>(shown.x - source_.x),
+           .y = static_cast<std::int16_t>(shown.y - source_.y),
+           .width = static_cast<std::uint16_t>(shown.width),
+           .height = static_cast<std::uint16_t>(shown.height)},
+          clip);
 }
 
 void Compositor::paintWallpaper() {
   const xcb_render_picture_t picture = wallpaper_.picture(scene_.hasCompositingManager());
-  xcb_xfixes_set_picture_clip_region(connection_.get(), target_, remaining_.id(), 0, 0);
-  // The pixmap of a compositing manager's wallpaper belongs to another client.
-  connection_.ignoreErrors(xcb_render_composite(
-      connection_.get(), XCB_RENDER_PICT_OP_SRC, picture, XCB_NONE, target_,
-      static_cast<std::int16_t>(wallpaper_.part().x), static_cast<std::int16_t>(wallpaper_.part().y), 0, 0, 0, 0,
-      static_cast<std::uint16_t>(source_.width), static_cast<std::uint16_t>(source_.height)));
+  perform({.source = picture,
+           .sourceX = static_cast<std::int16_t>(wallpaper_.part().x),
+           .sourceY = static_cast<std::int16_t>(wallpaper_.part().y),
+           .width = static_cast<std::uint16_t>(source_.width),
+           .height = static_cast<std::uint16_t>(source_.height)},
+          remaining_);
+}
+
+void Compositor::perform(PaintStep step, const Region& clip) {
+  if (plan_ != nullptr) {
+    step.clip = keptCopy(clip).id();
+    plan_->push_back(step);
+    return;
+  }
+  xcb_xfixes_set_picture_clip_region(connection_.get(), target_, clip.id(), 0, 0);
+  // A window may have lost its pixels, and the pixmap of a compositing manager's wallpaper belongs to another client.
+  connection_.ignoreErrors(xcb_render_composite(connection_.get(), step.operation, step.source, step.mask, target_,
+                                                step.sourceX, step.sourceY, 0, 0, step.x, step.y, step.width,
+                                                step.height));
+}
+
+// The clip that the next layers change as they go.
+const Region& Compositor::keptCopy(const Region& clip) {
+  if (clipsInUse_ == clips_.size()) clips_.push_back(std::make_unique<Region>(connection_));
+  Region& copy = *clips_[clipsInUse_++];
+  copy.copy(clip);
+  return copy;
 }
 
 }  // namespace platform::x11

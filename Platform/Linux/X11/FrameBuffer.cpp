@@ -12,18 +12,11 @@ constexpr int longestWaitForServer = 1000;  // milliseconds
 
 }  // namespace
 
-std::expected<std::shared_ptr<FrameBuffer>, Error> FrameBuffer::make(std::shared_ptr<Connection> connection,
-                                                                     std::int32_t width, std::int32_t height,
-                                                                     std::uint64_t streamSerial,
-                                                                     std::shared_ptr<Wakeup> wakeup) {
-  xcb_connection_t* c = connection->get();
+std::shared_ptr<FrameBuffer> FrameBuffer::make(std::shared_ptr<Connection> connection, std::int32_t width,
+                                               std::int32_t height, std::uint64_t streamSerial,
+                                               std::shared_ptr<Wakeup> wakeup) {
   std::shared_ptr<FrameBuffer> buffer(
       new FrameBuffer(std::move(connection), width, height, streamSerial, std::move(wakeup)));
-  const Reply<xcb_generic_error_t> refused(xcb_request_check(
-      c, xcb_create_pixmap_checked(c, buffer->depth(), buffer->pixmap_, buffer->connection_->root(),
-                                   static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height))));
-  if (refused) return std::unexpected(Error{"The display server has no room for the picture."});
-  xcb_render_create_picture(c, buffer->picture_, buffer->pixmap_, buffer->format(), 0, nullptr);
   buffer->createFences();
   return buffer;
 }
@@ -35,12 +28,10 @@ FrameBuffer::FrameBuffer(std::shared_ptr<Connection> connection, std::int32_t wi
       height_(height),
       streamSerial_(streamSerial),
       wakeup_(std::move(wakeup)),
-      pixmap_(connection_->newId()),
-      picture_(connection_->newId()),
       changed_(*connection_) {}
 
 FrameBuffer::~FrameBuffer() {
-  // What the last reader sent names the picture, which goes with the connection.
+  // What the last reader sent names pictures that go with the connection.
   if (loan_ != Loan::read || connection_->isBroken()) return;
   awaitRead();
   connection_->synchronize(longestWaitForServer);
@@ -72,7 +63,7 @@ bool FrameBuffer::takeWholeRequest() {
   return std::exchange(isWholeRequested_, false);
 }
 
-void FrameBuffer::reclaim() {
+FrameBuffer::Reading FrameBuffer::reclaim() {
   Loan outcome = Loan::none;
   {
     const std::lock_guard lock(mutex_);
@@ -81,28 +72,27 @@ void FrameBuffer::reclaim() {
   if (outcome == Loan::read) {
     awaitRead();
     xcb_sync_reset_fence(connection_->get(), consumed_);
-    changed_.clear();
-    isEverythingChanged_ = false;
-  } else if (outcome == Loan::dropped) {
+    wasEverRead_ = true;
+    return Reading::done;
+  }
+  if (outcome == Loan::dropped) {
     // Whether the reader waits for a fence is not known. A fence that goes lets go of all who wait for it.
     destroyFences();
     createFences();
   }
+  if (!wasEverRead_) return Reading::never;
+  return outcome == Loan::dropped ? Reading::missed : Reading::done;
 }
 
-std::shared_ptr<const Frame> FrameBuffer::lend(const Region& painted, bool isWhole) {
-  isEverythingChanged_ = isEverythingChanged_ || isWhole;
-  if (isEverythingChanged_)
-    changed_.set(PixelRect{0, 0, width_, height_});
-  else
-    changed_.unite(painted);
+std::shared_ptr<const Frame> FrameBuffer::lend(std::vector<PaintStep> steps, bool isWhole) {
+  steps_ = std::move(steps);
   xcb_sync_trigger_fence(connection_->get(), composed_);
   connection_->flush();
   {
     const std::lock_guard lock(mutex_);
     loan_ = Loan::lent;
   }
-  return std::make_shared<const Frame>(shared_from_this(), isEverythingChanged_);
+  return std::make_shared<const Frame>(shared_from_this(), isWhole);
 }
 
 // The stream may have gone, and its fences with it, only if the server has: errors mean nothing to the reader.

@@ -1,24 +1,24 @@
-// The one picture of a stream, in the X server, and the loan of it to one frame at a time.
+// What a stream lends to one frame at a time: a region in the X server that says what has changed, the steps that paint
+// it, and the fences that keep stream and reader in order.
 //
-// Threads: the stream's thread paints, lends and reclaims; the frame that has the loan may live on another thread. Only
+// Threads: the stream's thread plans, lends and reclaims; the frame that has the loan may live on another thread. Only
 // the state of the loan is shared, under a lock.
 // Units and axes: device pixels, origin at the picture's top-left corner.
-// Ownership: shared by the stream and its frames; it keeps the connection, and so the picture, alive. Destroying it
-// waits for the server, a second at most, if a reader's last requests may still be on their way there. Failure: `make`
-// says why there is no picture.
+// Ownership: shared by the stream and its frames; it keeps the connection, and so what the steps name, alive.
+// Destroying it waits for the server, a second at most, if a reader's last requests may still be on their way there.
+// Failure: none of its own.
 #pragma once
 
-#include <xcb/render.h>
 #include <xcb/sync.h>
 #include <xcb/xcb.h>
 
 #include <cstdint>
-#include <expected>
 #include <memory>
 #include <mutex>
+#include <vector>
 
-#include "Platform/Error.h"
 #include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/X11/PaintStep.h"
 #include "Platform/Linux/X11/Region.h"
 #include "Platform/Linux/X11/Wakeup.h"
 
@@ -29,10 +29,9 @@ class Frame;
 class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
  public:
   // `wakeup` is notified when a loan ends and when a whole frame is asked for.
-  static std::expected<std::shared_ptr<FrameBuffer>, Error> make(std::shared_ptr<Connection> connection,
-                                                                 std::int32_t width, std::int32_t height,
-                                                                 std::uint64_t streamSerial,
-                                                                 std::shared_ptr<Wakeup> wakeup);
+  static std::shared_ptr<FrameBuffer> make(std::shared_ptr<Connection> connection, std::int32_t width,
+                                           std::int32_t height, std::uint64_t streamSerial,
+                                           std::shared_ptr<Wakeup> wakeup);
   ~FrameBuffer();
   FrameBuffer(const FrameBuffer&) = delete;
   FrameBuffer& operator=(const FrameBuffer&) = delete;
@@ -40,22 +39,24 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
   [[nodiscard]] std::uint64_t streamSerial() const { return streamSerial_; }
   [[nodiscard]] std::int32_t width() const { return width_; }
   [[nodiscard]] std::int32_t height() const { return height_; }
-  [[nodiscard]] std::uint8_t depth() const { return connection_->rootDepth(); }
-  [[nodiscard]] xcb_render_pictformat_t format() const {
-    return connection_->formatOfVisual(connection_->rootVisual());
-  }
-  [[nodiscard]] xcb_pixmap_t pixmap() const { return pixmap_; }
+  [[nodiscard]] const std::vector<PaintStep>& steps() const { return steps_; }
   [[nodiscard]] const Region& changed() const { return changed_; }
 
   // The stream's side.
-  [[nodiscard]] xcb_render_picture_t picture() const { return picture_; }
+  [[nodiscard]] Region& changed() { return changed_; }
   [[nodiscard]] bool isLent() const;
   // Once for each time that frames asked for a whole one.
   [[nodiscard]] bool takeWholeRequest();
-  // Before painting, while nothing is lent: puts what follows behind all that the last reader sent.
-  void reclaim();
-  // After painting: what `painted` holds is added to the changes that no reader has seen yet.
-  [[nodiscard]] std::shared_ptr<const Frame> lend(const Region& painted, bool isWhole);
+  enum class Reading : std::uint8_t {
+    done,
+    missed,  // what the last frame held is still to be seen: all of `changed`
+    never,   // nobody has read a frame of this stream: all of the picture is still to be seen
+  };
+  // Before planning, while nothing is lent: puts what follows behind all that the last reader sent. Says what has
+  // become of the last frame.
+  Reading reclaim();
+  // After planning: `changed` is what the steps paint.
+  [[nodiscard]] std::shared_ptr<const Frame> lend(std::vector<PaintStep> steps, bool isWhole);
 
   // The side of the frame that has the loan.
   void awaitComposed(xcb_connection_t* reader) const;
@@ -78,12 +79,11 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
   const std::int32_t height_;
   const std::uint64_t streamSerial_;
   std::shared_ptr<Wakeup> wakeup_;
-  xcb_pixmap_t pixmap_;
-  xcb_render_picture_t picture_;
   xcb_sync_fence_t composed_ = 0;
   xcb_sync_fence_t consumed_ = 0;
   Region changed_;
-  bool isEverythingChanged_ = true;
+  std::vector<PaintStep> steps_;
+  bool wasEverRead_ = false;
 
   mutable std::mutex mutex_;
   Loan loan_ = Loan::none;

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cmath>
 #include <string_view>
+#include <utility>
 
 #include "Platform/Linux/X11/Region.h"
 
@@ -81,9 +82,22 @@ void OverlayPainter::setLook(const OverlayLook& look) {
     if (look.label && canBlend_) label_.emplace(connection_, *look.label);
   }
   look_ = look;
-  // The server fills what is newly exposed by itself.
   const std::uint32_t pixel = pixelOf(look.background, connection_);
+  xcb_change_gc(connection_.get(), context_, XCB_GC_FOREGROUND, &pixel);
+  if (!showsPicture_) restoreBackground();
+}
+
+void OverlayPainter::restoreBackground() {
+  showsPicture_ = false;
+  const std::uint32_t pixel = pixelOf(look_.background, connection_);
   xcb_change_window_attributes(connection_.get(), window_, XCB_CW_BACK_PIXEL, &pixel);
+}
+
+// Otherwise the background would flash wherever something that lay above the picture goes.
+void OverlayPainter::giveUpBackground() {
+  if (std::exchange(showsPicture_, true)) return;
+  const std::uint32_t none = XCB_BACK_PIXMAP_NONE;
+  xcb_change_window_attributes(connection_.get(), window_, XCB_CW_BACK_PIXMAP, &none);
 }
 
 void OverlayPainter::setSize(std::int32_t width, std::int32_t height) {
@@ -94,9 +108,8 @@ void OverlayPainter::setSize(std::int32_t width, std::int32_t height) {
 void OverlayPainter::paint(const PixelRect& part) {
   const PixelRect visible = intersection(part, {0, 0, width_, height_});
   if (visible.isEmpty()) return;
-  xcb_clear_area(connection_.get(), 0, window_, static_cast<std::int16_t>(visible.x),
-                 static_cast<std::int16_t>(visible.y), static_cast<std::uint16_t>(visible.width),
-                 static_cast<std::uint16_t>(visible.height));
+  const xcb_rectangle_t rectangle = toRectangle(visible);
+  xcb_poly_fill_rectangle(connection_.get(), window_, context_, 1, &rectangle);
   if (!canBlend_) return;
   Region region(connection_);
   region.set(visible);
@@ -116,11 +129,16 @@ bool OverlayPainter::paintFrame(const Frame& frame) {
     return false;
   }
   const PixelRect target = *look_.picture;
+  const bool fitsExactly = frame.width() == target.width && frame.height() == target.height;
+  if (!fitsExactly && !frame.isWhole()) {
+    frame.requestWhole();
+    return false;
+  }
   if (!frame.beginReading(connection_.get())) return false;
-  const bool fitsExactly =
-      frame.width() == target.width && frame.height() == target.height && frame.depth() == connection_.rootDepth();
+  giveUpBackground();
   if (fitsExactly) {
-    copy(frame, target);
+    frame.paint(connection_.get(), picture_, target.x, target.y);
+    setClip(frame.changedRegion(), target.x, target.y);
   } else {
     stretch(frame, target);
   }
@@ -130,24 +148,23 @@ bool OverlayPainter::paintFrame(const Frame& frame) {
   return true;
 }
 
-// Leaves the clip at what was copied.
-void OverlayPainter::copy(const Frame& frame, const PixelRect& target) {
-  const auto x = static_cast<std::int16_t>(target.x);
-  const auto y = static_cast<std::int16_t>(target.y);
-  xcb_xfixes_set_gc_clip_region(connection_.get(), context_, frame.changedRegion(), x, y);
-  xcb_copy_area(connection_.get(), frame.pixmap(), window_, context_, 0, 0, x, y,
-                static_cast<std::uint16_t>(target.width), static_cast<std::uint16_t>(target.height));
-  setClip(frame.changedRegion(), target.x, target.y);
-}
-
-// A frame of another size or depth, as in the moments between a change of the window and the first frame made for it. A
-// stretched pixel reaches beyond its place, so all of it is painted, and the clip is left at the target.
+// A frame of another size, as in the moments between a change of the window and the first frame made for it: a whole
+// one, painted aside. A stretched pixel reaches beyond its place, so all of it is painted, and the clip is left at the
+// target.
 void OverlayPainter::stretch(const Frame& frame, const PixelRect& target) {
   xcb_connection_t* const c = connection_.get();
   constexpr std::string_view filter = "bilinear";
   const std::uint32_t repeat = XCB_RENDER_REPEAT_PAD;
   const xcb_render_picture_t source = connection_.newId();
-  xcb_render_create_picture(c, source, frame.pixmap(), frame.format(), XCB_RENDER_CP_REPEAT, &repeat);
+  const xcb_pixmap_t aside = connection_.newId();
+  xcb_create_pixmap(c, connection_.rootDepth(), aside, window_, static_cast<std::uint16_t>(frame.width()),
+                    static_cast<std::uint16_t>(frame.height()));
+  xcb_render_create_picture(c, source, aside, connection_.formatOfVisual(connection_.rootVisual()),
+                            XCB_RENDER_CP_REPEAT, &repeat);
+  xcb_free_pixmap(c, aside);
+  frame.paint(c, source, 0, 0);
+  // As a source, a picture is read within its clip.
+  xcb_xfixes_set_picture_clip_region(c, source, XCB_NONE, 0, 0);
   const xcb_render_transform_t transform{fixed(double(frame.width()) / target.width),
                                          0,
                                          0,

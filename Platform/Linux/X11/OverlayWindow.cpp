@@ -30,10 +30,9 @@ std::string hostName() {
 OverlayWindow::OverlayWindow(Connection& connection, const PixelRect& frame, const OverlayLook& look)
     : connection_(connection), window_(connection.newId()), frame_(atLeastOnePixel(frame)) {
   xcb_create_window_value_list_t values{};
-  values.backing_store = XCB_BACKING_STORE_ALWAYS;
   values.override_redirect = 1;
   values.event_mask = XCB_EVENT_MASK_EXPOSURE;
-  constexpr std::uint32_t mask = XCB_CW_BACKING_STORE | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK;
+  constexpr std::uint32_t mask = XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK;
   xcb_create_window_aux(connection_.get(), connection_.rootDepth(), window_, connection_.root(),
                         static_cast<std::int16_t>(frame_.x), static_cast<std::int16_t>(frame_.y),
                         static_cast<std::uint16_t>(frame_.width), static_cast<std::uint16_t>(frame_.height), 0,
@@ -150,6 +149,7 @@ bool OverlayWindow::presentFrame(std::shared_ptr<const Frame> frame) {
 
 void OverlayWindow::forgetFrames() {
   if (!std::exchange(lastFrame_, nullptr)) return;
+  painter_->restoreBackground();
   painter_->paintAll();
 }
 
@@ -160,10 +160,12 @@ void OverlayWindow::handle(const xcb_generic_event_t& event) {
   exposed({expose.x, expose.y, expose.width, expose.height});
 }
 
-// The event may come late, when the part has been painted meanwhile: it is painted from the background up.
+// Without a picture the part is painted from the background up: the event may come late, when it was painted meanwhile.
 void OverlayWindow::exposed(const PixelRect& part) {
-  painter_->paint(part);
-  if (lastFrame_) lastFrame_->requestWhole();
+  if (lastFrame_)
+    lastFrame_->requestWhole();
+  else
+    painter_->paint(part);
 }
 
 }  // namespace platform::x11

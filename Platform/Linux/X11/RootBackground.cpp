@@ -25,8 +25,8 @@ RootBackground::RootBackground(Connection& connection)
   const std::uint32_t below = XCB_STACK_MODE_BELOW;
   xcb_configure_window(c, window_, XCB_CONFIG_WINDOW_STACK_MODE, &below);
   xcb_shape_rectangles(c, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED, window_, 0, 0, 0, nullptr);
+  xcb_composite_redirect_window(c, window_, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
   xcb_map_window(c, window_);
-  // Not redirected, hence without pixels, if whoever redirects the windows of this screen has stopped.
   connection_.ignoreErrors(xcb_composite_name_window_pixmap(c, window_, pixels_));
   last_ = sample();
 }

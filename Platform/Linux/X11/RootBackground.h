@@ -4,7 +4,7 @@
 // A window beyond the edge of the screen inherits the background. Asked to clear itself it shows the one of the moment,
 // and a sample of that is compared with the last. Nobody sees it, and nobody is sent an event.
 // Threads: that of its connection.
-// Ownership: RAII; the connection outlives it. Precondition: somebody keeps the screen's windows redirected.
+// Ownership: RAII; the connection outlives it.
 // Failure: where there is no sample, no change is noticed. A change that the sample does not show is missed.
 #pragma once
 

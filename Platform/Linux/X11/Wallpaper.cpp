@@ -54,9 +54,9 @@ void Wallpaper::makeFromRootWindow() {
   const std::uint32_t below = XCB_STACK_MODE_BELOW;
   xcb_configure_window(c, probe, XCB_CONFIG_WINDOW_STACK_MODE, &below);
   xcb_shape_rectangles(c, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED, probe, 0, 0, 0, nullptr);
+  xcb_composite_redirect_window(c, probe, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
   xcb_map_window(c, probe);
   const xcb_pixmap_t pixmap = connection_.newId();
-  // Not redirected, hence without a pixmap, if whoever redirects the windows of this screen has stopped.
   connection_.ignoreErrors(xcb_composite_name_window_pixmap(c, probe, pixmap));
   connection_.ignoreErrors(xcb_render_create_picture(c, *picture_, pixmap,
                                                      connection_.formatOfVisual(connection_.rootVisual()), 0, nullptr));

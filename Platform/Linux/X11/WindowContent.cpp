@@ -4,6 +4,8 @@
 #include <xcb/shape.h>
 #include <xcb/xfixes.h>
 
+#include <utility>
+
 namespace platform::x11 {
 
 WindowContent::WindowContent(Connection& connection, const SceneWindow& window)
@@ -23,12 +25,18 @@ WindowContent::WindowContent(Connection& connection, const SceneWindow& window)
 WindowContent::~WindowContent() {
   forgetPicture();
   setLook({});
+  if (isRedirected_)
+    connection_.ignoreErrors(
+        xcb_composite_unredirect_window(connection_.get(), window_, XCB_COMPOSITE_REDIRECT_AUTOMATIC));
   connection_.ignoreErrors(xcb_damage_destroy(connection_.get(), damage_));
 }
 
 xcb_render_picture_t WindowContent::picture() {
   if (picture_) return *picture_;
   xcb_connection_t* c = connection_.get();
+  // Whoever redirects all windows may not have come to this one yet.
+  if (!std::exchange(isRedirected_, true))
+    connection_.ignoreErrors(xcb_composite_redirect_window(c, window_, XCB_COMPOSITE_REDIRECT_AUTOMATIC));
   const xcb_pixmap_t pixmap = connection_.newId();
   picture_ = connection_.newId();
   connection_.ignoreErrors(xcb_composite_name_window_pixmap(c, window_, pixmap));

@@ -57,6 +57,7 @@ class WindowContent {
   xcb_damage_damage_t damage_;
   bool isDamaged_ = false;
   std::uint32_t lastTaking_ = 0;
+  bool isRedirected_ = false;
   std::optional<xcb_render_picture_t> picture_;
   WindowLook look_;
   std::optional<xcb_render_picture_t> mask_;
