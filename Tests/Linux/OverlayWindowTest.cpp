@@ -277,6 +277,21 @@ TEST_F(OverlayWindowOnX, AnExposedPartIsAskedForAgain) {
   EXPECT_TRUE(source.takeWholeRequest());
 }
 
+TEST_F(OverlayWindowOnX, WhereSomethingLayAboveThePictureNoBackgroundFlashes) {
+  show(mirrorLook());
+  Source source(server_.display(), 400, 300, 1);
+  EXPECT_TRUE(window_->presentFrame(source.paint(inside, green)));
+  const auto menu = client_.createWindow({.frame = place, .color = 0xff654321});
+  client_.sync();
+  EXPECT_EQ(picture().count(0x654321), std::size_t{400} * 300);
+  client_.destroy(menu);
+  client_.sync();
+  EXPECT_EQ(picture().count(bluePixel), 0U);
+  EXPECT_TRUE(source.takeWholeRequest());
+  EXPECT_TRUE(window_->presentFrame(source.paint(inside, green, true)));
+  EXPECT_EQ(picture().count(greenPixel), std::size_t{400} * 300);
+}
+
 TEST_F(OverlayWindowOnX, AFrameOfAnotherSizeIsStretched) {
   show(mirrorLook());
   Source source(server_.display(), 200, 150, 1);

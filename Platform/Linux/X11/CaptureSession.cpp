@@ -84,12 +84,17 @@ void CaptureSession::takeInAll() {
   compositor_.collectReplies();
 }
 
+void CaptureSession::admit(std::span<const xcb_window_t> windows) {
+  takeInAll();
+  compositor_.admit(windows);
+}
+
 std::shared_ptr<const Frame> CaptureSession::nextFrame() {
   takeInAll();
   isWholeWanted_ = buffer_->takeWholeRequest() || isWholeWanted_;
-  const Clock::time_point now = Clock::now();
-  if (buffer_->isLent() || now < due()) return nullptr;
   const Compositor::Changes changes = compositor_.changes();
+  const Clock::time_point now = Clock::now();
+  if ((!isWholeWanted_ && changes == Compositor::Changes::none) || buffer_->isLent() || now < due()) return nullptr;
   if (isWholeWanted_ || changes == Compositor::Changes::certain) return compose(now);
   if (changes == Compositor::Changes::possible && now >= nextExaminationDue_) {
     compositor_.examine();
@@ -112,12 +117,12 @@ std::shared_ptr<const Frame> CaptureSession::compose(Clock::time_point now) {
 std::optional<CaptureSession::Clock::time_point> CaptureSession::nextDeadline() const {
   // Looking for one answer may read another one, which then does not make the descriptor readable again.
   if (compositor_.isExamining()) return Clock::now() + longestWaitForAnswer;
+  const Compositor::Changes changes = compositor_.changes();
+  if (!isWholeWanted_ && changes == Compositor::Changes::none) return std::nullopt;
   // Giving a frame back notifies.
   if (buffer_->isLent()) return std::nullopt;
-  const Compositor::Changes changes = compositor_.changes();
   if (isWholeWanted_ || changes == Compositor::Changes::certain) return due();
-  if (changes == Compositor::Changes::possible) return std::max(nextFrameDue_, nextExaminationDue_);
-  return std::nullopt;
+  return std::max(nextFrameDue_, nextExaminationDue_);
 }
 
 void CaptureSession::wait() {
@@ -130,7 +135,7 @@ void CaptureSession::wait() {
   if (deadline) limit = toTimespec(std::max(*deadline - Clock::now(), Clock::duration::zero()));
   std::array<pollfd, 2> descriptors{{{connection_->fileDescriptor(), POLLIN, 0}, {wakeup_->descriptor(), POLLIN, 0}}};
   ::ppoll(descriptors.data(), descriptors.size(), deadline ? &limit : nullptr, nullptr);
-  wakeup_->clear();
+  if (descriptors[1].revents != 0) wakeup_->clear();
 }
 
 }  // namespace platform::x11

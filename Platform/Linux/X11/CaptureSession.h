@@ -31,7 +31,9 @@ class CaptureSession {
   // Takes in what has happened. A frame if there is something new to show, the last frame has been given back, and the
   // frame interval is over: so the first change after a rest is shown at once. Never blocks.
   [[nodiscard]] std::shared_ptr<const Frame> nextFrame();
-  void admit(std::span<const xcb_window_t> windows) { compositor_.admit(windows); }
+  // What is known of the windows by now is taken in first.
+  void admit(std::span<const xcb_window_t> windows);
+  [[nodiscard]] bool isHoldingBack() const { return compositor_.isHoldingBack(); }
   void forgetWallpaper() { compositor_.forgetWallpaper(); }
   // Until there may be a next frame, the wakeup was notified, or the connection was lost.
   void wait();

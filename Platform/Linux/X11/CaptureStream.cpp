@@ -35,8 +35,16 @@ class CaptureStream::Worker {
     });
   }
 
+  // Wakes the thread only if there is something to admit: the set of windows is judged again and again.
   void admit(const std::vector<xcb_window_t>& windows) {
-    command([&] { admitted_.insert(admitted_.end(), windows.begin(), windows.end()); });
+    bool isHoldingBack = false;
+    {
+      const std::lock_guard lock(mutex_);
+      // The last word counts: who is not named any more is gone, or is to be left out.
+      admitted_ = windows;
+      isHoldingBack = isHoldingBack_;
+    }
+    if (isHoldingBack) wakeup_->notify();
   }
 
   void backgroundChanged() {
@@ -105,7 +113,7 @@ class CaptureStream::Worker {
       passOnNews(**session);
       if (auto frame = (*session)->nextFrame()) deliver(std::move(frame));
       if ((*session)->isLost()) return reportLoss();
-      (*session)->wait();
+      if (!mayAdmit((*session)->isHoldingBack())) (*session)->wait();
     }
   }
 
@@ -119,6 +127,13 @@ class CaptureStream::Worker {
     }
     if (!admitted.empty()) session.admit(admitted);
     if (isBackgroundChanged) session.forgetWallpaper();
+  }
+
+  // Says that windows are held back, and whether they may be admitted already.
+  [[nodiscard]] bool mayAdmit(bool isHoldingBack) {
+    const std::lock_guard lock(mutex_);
+    isHoldingBack_ = isHoldingBack;
+    return isHoldingBack && !admitted_.empty();
   }
 
   void deliver(std::shared_ptr<const Frame> frame) {
@@ -141,6 +156,7 @@ class CaptureStream::Worker {
   Completion start_;
   std::vector<Completion> stops_;
   std::vector<xcb_window_t> admitted_;
+  bool isHoldingBack_ = false;
   bool isBackgroundChanged_ = false;
   bool isStopped_ = false;
   bool isEnded_ = false;

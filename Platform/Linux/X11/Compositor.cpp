@@ -115,7 +115,7 @@ void Compositor::windowChanged(const SceneWindow& before, const SceneWindow& aft
   sameLooks.isOverrideRedirect = after.isOverrideRedirect;
   if (sameLooks == after) return;
   soil(before);
-  if (!after.isViewable) filter_.holdBack(after.id);
+  if (before.isViewable && !after.isViewable) filter_.holdBack(after.id);
   soil(after);
   watch(after);
   WindowContent* content = contentOf(after.id);
@@ -170,6 +170,12 @@ void Compositor::admit(std::span<const xcb_window_t> windows) {
     watch(*window);
     soil(*window);
   }
+}
+
+bool Compositor::isHoldingBack() const {
+  return std::ranges::any_of(scene_.windows(), [&](const SceneWindow& window) {
+    return window.isViewable && !window.isInputOnly && filter_.isHeldBack(window);
+  });
 }
 
 void Compositor::soil(const SceneWindow& window) {

@@ -71,6 +71,8 @@ class Compositor final : private SceneListener {
   void forgetWallpaper();
   // Shows these windows, as far as they were only held back.
   void admit(std::span<const xcb_window_t> windows);
+  // Whether any window on the screen is.
+  [[nodiscard]] bool isHoldingBack() const;
 
  private:
   // Reports of this damage that precede the request with this number were taken with it.

@@ -53,9 +53,10 @@ void FrameBuffer::destroyFences() {
 
 void FrameBuffer::awaitRead() { xcb_sync_await_fence(connection_->get(), 1, &consumed_); }
 
-bool FrameBuffer::isLent() const {
+bool FrameBuffer::isLent() {
   const std::lock_guard lock(mutex_);
-  return loan_ == Loan::lent;
+  isEndAwaited_ = loan_ == Loan::lent;
+  return isEndAwaited_;
 }
 
 bool FrameBuffer::takeWholeRequest() {
@@ -113,11 +114,13 @@ void FrameBuffer::finishReading(xcb_connection_t* reader) {
 void FrameBuffer::drop() { endLoan(Loan::dropped); }
 
 void FrameBuffer::endLoan(Loan outcome) {
+  bool isAwaited = false;
   {
     const std::lock_guard lock(mutex_);
     loan_ = outcome;
+    isAwaited = std::exchange(isEndAwaited_, false);
   }
-  wakeup_->notify();
+  if (isAwaited) wakeup_->notify();
 }
 
 void FrameBuffer::requestWhole() {

@@ -28,7 +28,7 @@ class Frame;
 
 class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
  public:
-  // `wakeup` is notified when a loan ends and when a whole frame is asked for.
+  // `wakeup` is notified when a loan ends that somebody has asked about, and when a whole frame is asked for.
   static std::shared_ptr<FrameBuffer> make(std::shared_ptr<Connection> connection, std::int32_t width,
                                            std::int32_t height, std::uint64_t streamSerial,
                                            std::shared_ptr<Wakeup> wakeup);
@@ -44,7 +44,8 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
 
   // The stream's side.
   [[nodiscard]] Region& changed() { return changed_; }
-  [[nodiscard]] bool isLent() const;
+  // If so, the end of the loan is notified.
+  [[nodiscard]] bool isLent();
   // Once for each time that frames asked for a whole one.
   [[nodiscard]] bool takeWholeRequest();
   enum class Reading : std::uint8_t {
@@ -85,8 +86,9 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
   std::vector<PaintStep> steps_;
   bool wasEverRead_ = false;
 
-  mutable std::mutex mutex_;
+  std::mutex mutex_;
   Loan loan_ = Loan::none;
+  bool isEndAwaited_ = false;
   bool isWholeRequested_ = false;
 };
 

@@ -27,10 +27,7 @@ class WindowFilter {
   WindowFilter(std::vector<xcb_window_t> excluded, std::vector<std::uint32_t> ownClients, std::uint32_t resourceMask)
       : excluded_(std::move(excluded)), ownClients_(std::move(ownClients)), resourceMask_(resourceMask) {}
 
-  [[nodiscard]] bool leavesOut(const SceneWindow& window) const {
-    return std::ranges::find(excluded_, window.id) != excluded_.end() ||
-           std::ranges::find(ownClients_, window.id & ~resourceMask_) != ownClients_.end() || isHeldBack(window);
-  }
+  [[nodiscard]] bool leavesOut(const SceneWindow& window) const { return isNamed(window) || isHeldBack(window); }
 
   void addOwnClient(std::uint32_t resourceBase) { ownClients_.push_back(resourceBase); }
   void forget(xcb_window_t destroyed) {
@@ -44,11 +41,15 @@ class WindowFilter {
     if (heldBackFrom_) admitted_.insert(window);
   }
   void holdBack(xcb_window_t window) { admitted_.erase(window); }
-
- private:
   [[nodiscard]] bool isHeldBack(const SceneWindow& window) const {
     return heldBackFrom_ && double{1} * window.outer.width * window.outer.height >= *heldBackFrom_ &&
-           !admitted_.contains(window.id);
+           !admitted_.contains(window.id) && !isNamed(window);
+  }
+
+ private:
+  [[nodiscard]] bool isNamed(const SceneWindow& window) const {
+    return std::ranges::find(excluded_, window.id) != excluded_.end() ||
+           std::ranges::find(ownClients_, window.id & ~resourceMask_) != ownClients_.end();
   }
 
   std::vector<xcb_window_t> excluded_;
