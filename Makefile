@@ -2,7 +2,7 @@
 
 PREFIX ?= /usr/local
 
-.PHONY: build install deb check-deb test asan tsan format lint check-mac app clean help
+.PHONY: build install deb check-deb test bench asan tsan format lint check-mac app clean help
 
 build: ## the program, optimised: build/quillfade
 	cmake --preset release
@@ -25,6 +25,13 @@ check-deb: deb ## the same, held against Debian's own rules (needs lintian)
 
 test: ## every test, the static checks included
 	./test
+
+bench: ## measures against other programs, which takes half an hour; QUICK=1: a few minutes; ONLY=typing: just that
+	./setup bench
+	cmake --preset release
+	cmake --build --preset release --target bench
+	build/release/Benchmarks/bench $(if $(QUICK),--quick) $(if $(ONLY),--only $(ONLY)) \
+	  --json build/bench.json --svg build/bench.svg
 
 asan: ## the tests with the address and undefined-behaviour sanitizers
 	cmake --preset asan

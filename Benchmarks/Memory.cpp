@@ -1,0 +1,100 @@
+#include "Benchmarks/Memory.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <future>
+#include <stdexcept>
+#include <thread>
+
+#include "Benchmarks/ProcessState.h"
+#include "Benchmarks/Subjects.h"
+#include "Benchmarks/Workloads.h"
+#include "Platform/Linux/X11/CaptureStream.h"
+
+namespace bench {
+
+namespace {
+
+using platform::x11::CaptureStream;
+using Result = std::expected<void, platform::Error>;
+
+constexpr PixelRect area{0, 0, 1920, 1080};
+const Place place{area, area, area};
+
+void letItSettle() { std::this_thread::sleep_for(std::chrono::seconds(2)); }
+
+class InlineQueue final : public platform::SerialQueue {
+ public:
+  void perform(const platform::Job& job) override { job(); }
+};
+
+class Output final : public platform::StreamOutput, public platform::StreamDelegate {
+ public:
+  void streamDidOutput(std::shared_ptr<const platform::SampleBuffer> /*sample*/,
+                       platform::StreamOutputType /*type*/) override {}
+  void streamDidStop(const platform::Error& /*error*/) override {}
+};
+
+void await(const std::function<void(CaptureStream::Completion)>& call) {
+  std::promise<Result> promise;
+  call([&](Result result) { promise.set_value(std::move(result)); });
+  if (const Result result = promise.get_future().get(); !result)
+    throw std::runtime_error(result.error().localizedDescription);
+}
+
+void restart(const std::string& display, std::uint64_t serial) {
+  const auto output = std::make_shared<Output>();
+  platform::x11::CaptureStreamSettings settings;
+  settings.displayName = display;
+  settings.source = area;
+  settings.minimumFrameInterval = std::chrono::milliseconds(33);
+  settings.serial = serial;
+  CaptureStream stream(settings, output);
+  if (!stream.addOutput(output, platform::StreamOutputType::screen, std::make_shared<InlineQueue>()))
+    throw std::runtime_error("A stream takes no output.");
+  await([&](CaptureStream::Completion done) { stream.startCapture(std::move(done)); });
+  await([&](CaptureStream::Completion done) { stream.stopCapture(std::move(done)); });
+}
+
+void measureRestarts(MemoryMeasurement& measurement) {
+  const support::XServer server({.width = area.width, .height = area.height, .arguments = {}});
+  const auto workload = makeWorkload("windows-10", server.display());
+  for (int count = 1; count <= measurement.restarts; ++count) {
+    restart(server.display(), static_cast<std::uint64_t>(count));
+    if (count == measurement.restarts / 2) {
+      measurement.programAtHalf = residentBytes(getpid());
+      measurement.serverAtHalf = residentBytes(server.processId());
+    }
+  }
+  measurement.programAtEnd = residentBytes(getpid());
+  measurement.serverAtEnd = residentBytes(server.processId());
+}
+
+}  // namespace
+
+MemoryMeasurement measureMemory(int restarts) {
+  MemoryMeasurement measurement;
+  measurement.restarts = restarts;
+  {
+    const support::XServer server({.width = area.width, .height = area.height, .arguments = {}});
+    const auto workload = makeWorkload("typing", server.display());
+    letItSettle();
+    const std::size_t before = residentBytes(server.processId());
+    const auto program = startSubject(ours, server.display(), place);
+    letItSettle();
+    measurement.program = residentBytes(program->process());
+    measurement.server = residentBytes(server.processId()) - before;
+  }
+  {
+    const support::XServer server({.width = area.width, .height = area.height, .arguments = {}});
+    const support::PrivateHome home;
+    const support::ChildProcess tray({EMPTY_TRAY_EXECUTABLE}, home.environment(server.display()));
+    letItSettle();
+    measurement.emptyTrayProgram = residentBytes(tray.id());
+  }
+  measureRestarts(measurement);
+  return measurement;
+}
+
+}  // namespace bench

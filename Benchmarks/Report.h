@@ -1,0 +1,41 @@
+// All that one run of the benchmarks found, as text for people, as JSON for programs, and as a picture.
+#pragma once
+
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "Benchmarks/Cost.h"
+#include "Benchmarks/Floors.h"
+#include "Benchmarks/Latency.h"
+#include "Benchmarks/Memory.h"
+
+namespace bench {
+
+struct Report {
+  CostOptions options;
+  std::string machine;
+  std::vector<PeerDescription> peers;
+  std::vector<CostMeasurement> costs;
+  std::vector<Floor> floors;
+  std::vector<LatencyMeasurement> latencies;
+  std::optional<MemoryMeasurement> memory;
+};
+
+// One thing that is to hold, and whether it does.
+struct Verdict {
+  std::string what;
+  double found = 0;
+  double limit = 0;
+  [[nodiscard]] bool holds() const { return found <= limit; }
+};
+// Of what was measured; what was not is left out.
+[[nodiscard]] std::vector<Verdict> verdicts(const Report& report);
+
+void writeText(const Report& report, std::ostream& out);
+void writeJson(const Report& report, std::ostream& out);
+// The costs over the whole screen, on a logarithmic scale: cheap is a hundredth of dear.
+void writeSvg(const Report& report, std::ostream& out);
+
+}  // namespace bench

@@ -1,0 +1,50 @@
+// The programs that are compared: ours, other ways to show a live copy of a part of the screen, and a compositor.
+//
+// A copy of `area` comes to show. Ours lies over the area itself; the others show theirs in a window beyond it, at
+// `beside`, so that they do not film themselves. Each program ends with its object.
+// Failure: a program that is not there or shows nothing throws.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Tests/Support/QuillfadeProgram.h"
+#include "Tests/Support/XClient.h"
+#include "Tests/Support/XServer.h"
+
+namespace bench {
+
+using support::PixelRect;
+
+struct Place {
+  PixelRect screen;  // all of it
+  PixelRect area;
+  PixelRect beside;
+};
+
+class Subject {
+ public:
+  virtual ~Subject() = default;
+  [[nodiscard]] virtual pid_t process() const = 0;
+};
+
+inline const std::string ours = "quillfade";
+inline const std::string nobody = "nobody";
+
+// Ours may start with the cover off. "nobody", "quillfade", "ffplay", "gstreamer-damage", "gstreamer-full", "xzoom",
+// "picom". Nobody has no process.
+[[nodiscard]] std::unique_ptr<Subject> startSubject(const std::string& name, const std::string& display,
+                                                    const Place& place, bool isOn = true);
+
+// Name, version and command line of each peer, for the report.
+struct PeerDescription {
+  std::string name;
+  std::string version;
+  std::string commandLine;
+};
+[[nodiscard]] std::vector<PeerDescription> describePeers();
+
+}  // namespace bench
