@@ -131,8 +131,11 @@ std::vector<std::uint32_t> keptWindows(const platform::ShareableContent& content
   return kept;
 }
 
-platform::HeldBackWindows holdingBack(const platform::Screen& screen, const std::vector<std::uint32_t>& judged) {
-  return {.fromArea = coverageThreshold * screen.frame.width() * screen.frame.height(), .except = judged};
+platform::HeldBackWindows holdingBack(const platform::Screen& screen, const std::vector<std::uint32_t>& judged,
+                                      const std::vector<WindowRule>& userRules) {
+  const bool sizeMatters = std::ranges::none_of(userRules, &WindowRule::excludes);
+  const double fromArea = sizeMatters ? coverageThreshold * screen.frame.width() * screen.frame.height() : 0;
+  return {.fromArea = fromArea, .except = judged};
 }
 
 std::string key(std::span<const platform::CaptureWindow> windows) {

@@ -68,7 +68,9 @@ Task LiveMirror::runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t sta
   mirror->currentExclusionKey_ = key(excluded);
   mirror->log_.logCandidates(*content, excluded);
   mirror->keptWindows_ = keptWindows(*content, excluded);
-  const platform::ContentFilter filter{*display, excluded, holdingBack(info->screen, mirror->keptWindows_)};
+  const platform::ContentFilter filter{
+      *display, excluded,
+      holdingBack(info->screen, mirror->keptWindows_, userRules(mirror->platform_.rulesFile()).windows)};
   const auto newStream = mirror->platform_.capture().makeStream(filter, mirror->configuration(*info), mirror);
   const auto added = newStream->addOutput(mirror, platform::StreamOutputType::screen, mirror->sampleQueue_);
   if (!added) {

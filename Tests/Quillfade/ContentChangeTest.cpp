@@ -1,4 +1,5 @@
 // Changes of the window list that the desktop announces: a mirror looks at once, one look at a time.
+#include "Quillfade/ExclusionRules.h"
 #include "Tests/Quillfade/MirrorTest.h"
 
 namespace quillfade {
@@ -122,6 +123,12 @@ TEST_F(ContentChange, AStreamHoldsBackWhatTheRulesCouldExcludeAndWasNotJudged) {
   const auto& screen = desktop.screens().all().front().frame;
   EXPECT_DOUBLE_EQ(holdingBack->fromArea, 0.3 * screen.width() * screen.height());
   EXPECT_THAT(holdingBack->except, UnorderedElementsAre(3U, 4U));
+}
+
+TEST_F(ContentChange, WindowsOfAnySizeAreHeldBackWhereTheUserLeavesOutSome) {
+  const platform::Screen screen{.frame = {{0, 0}, {1000, 1000}}};
+  EXPECT_DOUBLE_EQ(holdingBack(screen, {}, {{.pattern = "*.menu", .excludes = false}}).fromArea, 300'000);
+  EXPECT_DOUBLE_EQ(holdingBack(screen, {}, {{.pattern = "*.notes", .excludes = true}}).fromArea, 0);
 }
 
 TEST_F(ContentChange, WindowsThatTheRulesKeepAreAdmittedAsSoonAsTheyAreJudged) {

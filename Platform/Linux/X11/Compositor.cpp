@@ -95,22 +95,26 @@ void Compositor::watch(const SceneWindow& window) {
 }
 
 void Compositor::abandon(xcb_window_t window) {
+  damaged_.erase(window);
   contents_.erase(window);
   looks_.forget(window);
 }
 
 void Compositor::windowAdded(const SceneWindow& window) {
+  isHoldingBack_.reset();
   watch(window);
   soil(window);
 }
 
 void Compositor::windowRemoved(const SceneWindow& window, Departure departure) {
+  isHoldingBack_.reset();
   soil(window);
   abandon(window.id);
   if (departure == Departure::destroyed) filter_.forget(window.id);
 }
 
 void Compositor::windowChanged(const SceneWindow& before, const SceneWindow& after) {
+  isHoldingBack_.reset();
   SceneWindow sameLooks = before;
   sameLooks.isOverrideRedirect = after.isOverrideRedirect;
   if (sameLooks == after) return;
@@ -162,6 +166,7 @@ void Compositor::forgetWallpaper() {
 }
 
 void Compositor::admit(std::span<const xcb_window_t> windows) {
+  isHoldingBack_.reset();
   for (const xcb_window_t id : windows) {
     const SceneWindow* window = scene_.find(id);
     const bool wasVisible = window != nullptr && isVisible(*window);
@@ -173,9 +178,11 @@ void Compositor::admit(std::span<const xcb_window_t> windows) {
 }
 
 bool Compositor::isHoldingBack() const {
-  return std::ranges::any_of(scene_.windows(), [&](const SceneWindow& window) {
-    return window.isViewable && !window.isInputOnly && filter_.isHeldBack(window);
-  });
+  if (!isHoldingBack_)
+    isHoldingBack_ = std::ranges::any_of(scene_.windows(), [&](const SceneWindow& window) {
+      return window.isViewable && !window.isInputOnly && filter_.isHeldBack(window);
+    });
+  return *isHoldingBack_;
 }
 
 void Compositor::soil(const SceneWindow& window) {
@@ -212,14 +219,13 @@ void Compositor::noteDamage(const xcb_damage_notify_event_t& event) {
   WindowContent* content = contentOf(event.drawable);
   if (content == nullptr || content->damage() != event.damage) return;
   // Only takings that came after the report are still listed.
-  if (std::ranges::find(takings_, event.damage, &Taking::damage) == takings_.end()) content->noteDamage();
+  if (std::ranges::find(takings_, event.damage, &Taking::damage) == takings_.end()) damaged_.insert(event.drawable);
 }
 
 Compositor::Changes Compositor::changes() const {
   if (!soiled_.empty() || isPendingCertain_) return Changes::certain;
   Changes found = Changes::none;
-  for (const auto& [id, content] : contents_) {
-    if (!content->isDamaged()) continue;
+  for (const xcb_window_t id : damaged_) {
     const SceneWindow* window = scene_.find(id);
     if (isCovered(*window)) continue;
     if (intersection(source_, window->outer) == window->outer) return Changes::certain;
@@ -257,10 +263,10 @@ void Compositor::forgetPending() {
 }
 
 void Compositor::gatherDamage() {
-  for (const auto& [id, content] : contents_) {
-    if (!content->isDamaged()) continue;
+  std::erase_if(damaged_, [&](xcb_window_t id) {
     const SceneWindow* window = scene_.find(id);
-    if (isCovered(*window)) continue;
+    if (isCovered(*window)) return false;
+    WindowContent* content = contentOf(id);
     content->takeDamage(parts_);
     noteTaking(*content);
     parts_.translate(window->outer.x + window->border - source_.x, window->outer.y + window->border - source_.y);
@@ -268,7 +274,8 @@ void Compositor::gatherDamage() {
     parts_.intersect(content->outline(*window, source_));
     pending_.unite(parts_);
     pendingBounds_.push_back(intersection(window->outer, source_));
-  }
+    return true;
+  });
 }
 
 void Compositor::gatherSoil() {

@@ -19,6 +19,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
 #include <vector>
 
@@ -127,6 +128,10 @@ class Compositor final : private SceneListener {
   WindowLooks looks_;
   std::map<xcb_window_t, std::unique_ptr<WindowContent>> contents_;
   std::deque<Taking> takings_;
+  // Whose damage is not taken yet: there may be a thousand windows, and few that change.
+  std::set<xcb_window_t> damaged_;
+  // Known until some window changes.
+  mutable std::optional<bool> isHoldingBack_;
 
   // What is to be painted: rectangles in root pixels, windows' damage not taken yet, and `pending_` in the server.
   std::vector<PixelRect> soiled_;

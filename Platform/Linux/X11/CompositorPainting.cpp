@@ -11,10 +11,10 @@ std::vector<Compositor::Layer> Compositor::layersToPaint(bool& reachesWallpaper)
   std::vector<Layer> layers;
   reachesWallpaper = true;
   for (const SceneWindow& window : scene_.windows() | std::views::reverse) {
-    WindowContent* content = contentOf(window.id);
-    if (content == nullptr) continue;
     const auto touches = [&](const PixelRect& rect) { return !intersection(rect, window.outer).isEmpty(); };
     if (std::ranges::none_of(pendingBounds_, touches)) continue;
+    WindowContent* content = contentOf(window.id);
+    if (content == nullptr) continue;
     layers.push_back({&window, content});
     reachesWallpaper =
         isTranslucent(window) || !isRectangle(window) ||

@@ -95,7 +95,6 @@ const Region& WindowContent::outline(const SceneWindow& window, const PixelRect&
 }
 
 void WindowContent::takeDamage(Region& parts) {
-  isDamaged_ = false;
   parts.clear();
   const xcb_void_cookie_t taken = xcb_damage_subtract(connection_.get(), damage_, XCB_NONE, parts.id());
   lastTaking_ = taken.sequence;

@@ -43,8 +43,6 @@ class WindowContent {
   void setLook(const WindowLook& look);
 
   [[nodiscard]] xcb_damage_damage_t damage() const { return damage_; }
-  [[nodiscard]] bool isDamaged() const { return isDamaged_; }
-  void noteDamage() { isDamaged_ = true; }
   // Moves the damage into `parts`, in pixels from the inner corner of the window's border. Empty if the window is gone.
   void takeDamage(Region& parts);
   // The request that took the damage last: earlier reports of it mean nothing any more.
@@ -55,7 +53,6 @@ class WindowContent {
   xcb_window_t window_;
   xcb_render_pictformat_t format_;
   xcb_damage_damage_t damage_;
-  bool isDamaged_ = false;
   std::uint32_t lastTaking_ = 0;
   bool isRedirected_ = false;
   std::optional<xcb_render_picture_t> picture_;
