@@ -1,6 +1,5 @@
 #include "Platform/Linux/Lens/Lens.h"
 
-#include <sched.h>
 #include <sys/epoll.h>
 
 #include <cstdio>
@@ -12,13 +11,6 @@
 namespace platform::x11::lens {
 
 namespace {
-
-// To be woken for each piece that a program sends costs more than to wait until it has sent some: programs and server
-// go first where there is no processor free. The other threads and the program behind the lens stay as they are.
-void yieldToOthers() {
-  const sched_param none{};
-  ::sched_setscheduler(0, SCHED_BATCH, &none);
-}
 
 void report(const std::string& sentence) {
   std::fprintf(stderr, "quillfade: %s Its connection to the display was closed.\n", sentence.c_str());
@@ -49,7 +41,6 @@ ChildProgram::Variables Lens::variables() const {
 
 int Lens::run(const ChildProgram& program, const SignalWatch& signals) {
   std::optional<int> status;
-  yieldToOthers();
   poller_.add(signals.descriptor(), EPOLLIN, [&](std::uint32_t) {
     while (const auto signal = signals.next()) {
       if (signal->number != SIGCHLD) program.pass(*signal);
