@@ -2,7 +2,10 @@
 
 PREFIX ?= /usr/local
 
-.PHONY: build install deb check-deb test bench asan tsan format lint check-mac app clean help
+SECONDS ?= 60
+MINUTES ?= 10
+
+.PHONY: build install deb check-deb test bench coverage fuzz mutate soak asan tsan format lint check-mac app clean help
 
 build: ## the program, optimised: build/quillfade
 	cmake --preset release
@@ -32,6 +35,24 @@ bench: ## measures against other programs, which takes half an hour; QUICK=1: a 
 	cmake --build --preset release --target bench
 	build/release/Benchmarks/bench $(if $(QUICK),--quick) $(if $(ONLY),--only $(ONLY)) \
 	  --json build/bench.json --svg build/bench.svg
+
+coverage: ## every test, and how much of the code they reach
+	./setup
+	Scripts/coverage
+
+fuzz: ## every fuzzer for SECONDS (60) each
+	./setup
+	Scripts/fuzz $(SECONDS)
+
+soak: ## a cover in use for MINUTES (10): is everything as after the first minute?
+	./setup
+	cmake --preset release
+	cmake --build --preset release --target quillfade quillfade-soak
+	build/release/Tests/quillfade-soak build/release/Platform/Linux/quillfade $(MINUTES) build/soak
+
+mutate: ## flips each comparison and constant of the rules in turn: a test must notice
+	./setup
+	Scripts/mutate
 
 asan: ## the tests with the address and undefined-behaviour sanitizers
 	cmake --preset asan

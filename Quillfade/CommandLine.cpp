@@ -3,6 +3,7 @@
 #include <locale>
 #include <sstream>
 
+#include "Quillfade/EscapedText.h"
 #include "Quillfade/Identity.h"
 #include "Quillfade/OverlayController.h"
 
@@ -12,7 +13,10 @@ namespace {
 using Parsed = std::expected<Command, std::string>;
 using Words = std::vector<std::string>;
 
-Parsed tooMany(const std::string& name) { return std::unexpected("\"" + name + "\" does not take that many words."); }
+// The sentence goes to a terminal, whatever the word is made of.
+std::string quoted(const std::string& word) { return '"' + escapedText(word) + '"'; }
+
+Parsed tooMany(const std::string& name) { return std::unexpected(quoted(name) + " does not take that many words."); }
 
 Parsed plain(const Words& words, const Command& command) {
   return words.size() == 1 ? Parsed{command} : tooMany(words[0]);
@@ -26,7 +30,7 @@ Parsed parsePeek(const Words& words) {
   double seconds = 0;
   if (!(stream >> seconds) || stream.peek() != std::istringstream::traits_type::eof() ||
       !(seconds > 0 && seconds <= longestPeek)) {
-    return std::unexpected("A peek takes a number of seconds above 0 and up to 3600, not \"" + words[1] + "\".");
+    return std::unexpected("A peek takes a number of seconds above 0 and up to 3600, not " + quoted(words[1]) + ".");
   }
   return command::Peek{seconds};
 }
@@ -56,7 +60,7 @@ Parsed parseShare(const Words& words) {
   std::size_t next = 1;
   if (words.size() > 2 && words[1] == "--view") {
     if (words[2] != "unmirrored" && words[2] != "clean") {
-      return std::unexpected("A view is \"unmirrored\" or \"clean\", not \"" + words[2] + "\".");
+      return std::unexpected("A view is \"unmirrored\" or \"clean\", not " + quoted(words[2]) + ".");
     }
     view = words[2] == "clean" ? ShareView::clean : ShareView::unmirrored;
     next = 3;
@@ -87,7 +91,7 @@ Parsed parseCommand(const Words& words) {
   if (name == "share") return parseShare(words);
   if (name == "--help" || name == "-h") return plain(words, command::Help{});
   if (name == "--version") return plain(words, command::Version{});
-  return std::unexpected("There is no command \"" + name + "\".");
+  return std::unexpected("There is no command " + quoted(name) + ".");
 }
 
 std::string versionText() { return std::string{applicationName} + ' ' + std::string{applicationVersion} + '\n'; }

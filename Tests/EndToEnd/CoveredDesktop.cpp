@@ -54,28 +54,11 @@ void CoveredDesktop::drawInk() {
 }
 
 bool CoveredDesktop::shows(const std::function<bool(const Picture&)>& condition, std::chrono::milliseconds deadline) {
-  std::optional<Picture> last;
-  const bool held = support::waitUntil(
-      [&] {
-        last = client_.screenshot();
-        return condition(*last);
-      },
-      deadline);
-  if (!held) keepForInspection(*last);
-  return held;
+  return showsOn(client_, condition, deadline);
 }
 
 bool CoveredDesktop::showsNoInk(const PixelRect& part, std::chrono::milliseconds deadline) {
   return shows([&](const Picture& screen) { return ink(screen, part) == 0; }, deadline);
-}
-
-void CoveredDesktop::keepForInspection(const Picture& picture) {
-  const char* directory = std::getenv("QUILLFADE_TEST_PICTURES");
-  if (directory == nullptr) return;
-  const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-  std::string name = std::string(test->test_suite_name()) + "." + test->name() + ".png";
-  std::ranges::replace(name, '/', '-');
-  writePng(picture, std::filesystem::path(directory) / name);
 }
 
 }  // namespace endtoend

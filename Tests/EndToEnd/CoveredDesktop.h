@@ -11,13 +11,13 @@
 #include <string>
 #include <vector>
 
+#include "Tests/EndToEnd/Screenshots.h"
 #include "Tests/Support/GromitMpx.h"
 #include "Tests/Support/QuillfadeProgram.h"
 #include "Tests/Support/XServer.h"
 
 namespace endtoend {
 
-using support::Picture;
 using support::PixelRect;
 
 // 520 x 340 points at (240, 240) from the bottom-left corner.
@@ -62,9 +62,6 @@ class CoveredDesktop : public testing::Test {
   std::optional<support::GromitMpx> gromit_;
 
  private:
-  // What a condition waited for in vain, as a PNG in the directory that QUILLFADE_TEST_PICTURES names, if it names one.
-  static void keepForInspection(const Picture& picture);
-
   std::optional<support::QuillfadeProgram> quillfade_;
 };
 

@@ -1,7 +1,6 @@
 #include "Tests/EndToEnd/DrivenDesktop.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <ostream>
 
 #include "Tests/Support/Reply.h"
@@ -50,15 +49,7 @@ bool DrivenDesktop::becomes(const std::string& partOfStatus) {
 }
 
 bool DrivenDesktop::shows(const std::function<bool(const Picture&)>& condition, std::chrono::milliseconds deadline) {
-  std::optional<Picture> last;
-  const bool held = support::waitUntil(
-      [&] {
-        last = client_.screenshot();
-        return condition(*last);
-      },
-      deadline);
-  if (!held) keepPicture(*last, "failed");
-  return held;
+  return showsOn(client_, condition, deadline);
 }
 
 bool DrivenDesktop::showsCover() {
@@ -104,15 +95,6 @@ bool DrivenDesktop::showsText(xcb_window_t window) {
     const auto frame = client_.frame(window);
     return frame && screen.count(0, *frame, 96) > 500;
   });
-}
-
-void keepPicture(const Picture& picture, const std::string& name) {
-  const char* directory = std::getenv("QUILLFADE_TEST_PICTURES");
-  if (directory == nullptr) return;
-  const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-  std::string file = std::string(test->test_suite_name()) + "." + test->name() + "." + name + ".png";
-  std::ranges::replace(file, '/', '-');
-  writePng(picture, std::filesystem::path(directory) / file);
 }
 
 }  // namespace endtoend

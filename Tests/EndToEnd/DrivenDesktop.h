@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "Tests/EndToEnd/Screenshots.h"
 #include "Tests/Support/Desktop.h"
 #include "Tests/Support/Input.h"
 #include "Tests/Support/Picture.h"
@@ -20,7 +21,6 @@
 
 namespace endtoend {
 
-using support::Picture;
 using support::PixelRect;
 
 // What a command line ends with and prints.
@@ -78,8 +78,5 @@ class DrivenDesktop : public testing::Test {
  private:
   std::optional<support::QuillfadeProgram> quillfade_;
 };
-
-// Keeps the screen as a PNG in the directory that QUILLFADE_TEST_PICTURES names, if it names one.
-void keepPicture(const Picture& picture, const std::string& name);
 
 }  // namespace endtoend

@@ -102,6 +102,8 @@ TEST(ExclusionRules, AFragmentAnywhereMakesAConferencingProgram) {
 }
 
 TEST(ExclusionRules, LowercasingCoversEveryCharacterThatCanMatter) {
+  EXPECT_TRUE(isLeftOut(covering(0.5, "US.ZOOM.XOS", 1)));  // both ends of the alphabet
+  EXPECT_TRUE(isLeftOut(covering(0.5, "TEAMS", 1)));
   EXPECT_TRUE(isLeftOut(covering(0.5, "org.slac\xE2\x84\xAA", 1)));  // the Kelvin sign is a capital k
   // A capital I with a dot becomes an i and a combining dot, so what stands after it is no neighbour of the i.
   EXPECT_TRUE(isLeftOut(covering(0.5, "SCREENCAPTUREU\xC4\xB0", 1)));

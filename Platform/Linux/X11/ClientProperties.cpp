@@ -94,9 +94,8 @@ bool isEmptyInput(const xcb_shape_get_rectangles_reply_t& reply) {
   return area <= 1;
 }
 
-}  // namespace
-
-PropertyAtoms::PropertyAtoms(Connection& connection) {
+// All names in one round trip.
+Connection& withNames(Connection& connection) {
   connection.internAtoms({"WM_CLASS",
                           "_NET_WM_WINDOW_TYPE",
                           "_NET_WM_STATE",
@@ -125,7 +124,15 @@ PropertyAtoms::PropertyAtoms(Connection& connection) {
                           "_NET_WM_STATE_FULLSCREEN",
                           "_NET_WM_STATE_MAXIMIZED_VERT",
                           "_NET_WM_STATE_MAXIMIZED_HORZ"});
-  const auto atom = [&](std::string_view name) { return connection.atom(name); };
+  return connection;
+}
+
+}  // namespace
+
+PropertyAtoms::PropertyAtoms(Connection& connection)
+    : PropertyAtoms([&known = withNames(connection)](std::string_view name) { return known.atom(name); }) {}
+
+PropertyAtoms::PropertyAtoms(const std::function<xcb_atom_t(std::string_view)>& atom) {
   properties[classNames] = atom("WM_CLASS");
   properties[windowType] = atom("_NET_WM_WINDOW_TYPE");
   properties[desktopState] = atom("_NET_WM_STATE");
@@ -187,27 +194,33 @@ ClientPropertiesRequest::~ClientPropertiesRequest() {
   if (input_) xcb_discard_reply(connection_.get(), input_->sequence);
 }
 
-ClientProperties ClientPropertiesRequest::collect() {
-  isPending_ = false;
-  xcb_connection_t* const c = connection_.get();
-  std::array<Reply<xcb_get_property_reply_t>, PropertyAtoms::count> replies;
-  for (std::size_t i = 0; i < replies.size(); ++i) replies[i] = awaitReply(c, xcb_get_property_reply, properties_[i]);
+ClientProperties decodeProperties(const PropertyAtoms& atoms, const PropertyReplies& replies) {
   const auto numbers = [&](Property property) {
-    return replies[property] ? numbersOf(*replies[property]) : std::vector<std::uint32_t>{};
+    return replies[property] != nullptr ? numbersOf(*replies[property]) : std::vector<std::uint32_t>{};
   };
-
   ClientProperties result;
-  if (replies[classNames]) decodeClass(textOf(*replies[classNames]), result);
-  decodeTypes(atoms_, numbers(windowType), result);
-  decodeState(atoms_, numbers(desktopState), result);
+  if (replies[classNames] != nullptr) decodeClass(textOf(*replies[classNames]), result);
+  decodeTypes(atoms, numbers(windowType), result);
+  decodeState(atoms, numbers(desktopState), result);
   decodeDecorations(numbers(frameExtents), numbers(decorationHints), result);
   result.hasFixedSize = isOfFixedSize(numbers(sizeHints));
   const auto managed = numbers(managerState);
   constexpr std::uint32_t withdrawn = 0;
   result.isManaged = !managed.empty() && managed.front() != withdrawn;
   if (const auto id = numbers(processId); !id.empty()) result.processId = id.front();
-  result.productClients = numbers(productClients);
+  return result;
+}
 
+ClientProperties ClientPropertiesRequest::collect() {
+  isPending_ = false;
+  xcb_connection_t* const c = connection_.get();
+  std::array<Reply<xcb_get_property_reply_t>, PropertyAtoms::count> replies;
+  PropertyReplies seen{};
+  for (std::size_t i = 0; i < replies.size(); ++i) {
+    replies[i] = awaitReply(c, xcb_get_property_reply, properties_[i]);
+    seen[i] = replies[i].get();
+  }
+  ClientProperties result = decodeProperties(atoms_, seen);
   if (shape_) {
     const auto reply = awaitReply(c, xcb_shape_query_extents_reply, *shape_);
     result.hasShape = reply && reply->bounding_shaped != 0;

@@ -13,8 +13,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -43,6 +45,8 @@ struct PropertyAtoms {
 
   // Looks all of them up in one round trip.
   explicit PropertyAtoms(Connection& connection);
+  // As somebody else knows them.
+  explicit PropertyAtoms(const std::function<xcb_atom_t(std::string_view)>& atom);
   // Whether a change of this property concerns anybody here.
   [[nodiscard]] bool watches(xcb_atom_t property) const;
 
@@ -54,6 +58,11 @@ struct PropertyAtoms {
   xcb_atom_t maximizedVertically;
   xcb_atom_t maximizedHorizontally;
 };
+
+// What the properties say, in the order of `PropertyAtoms::properties`; null where there is none. Their content may be
+// anything.
+using PropertyReplies = std::array<const xcb_get_property_reply_t*, PropertyAtoms::count>;
+[[nodiscard]] ClientProperties decodeProperties(const PropertyAtoms& atoms, const PropertyReplies& replies);
 
 class ClientPropertiesRequest {
  public:
