@@ -20,7 +20,13 @@ ScreenCapture::ScreenCapture(Connection& connection, const DesktopScreens& scree
   windows_.setChanged([this] { contentChanged(); });
 }
 
-ScreenCapture::~ScreenCapture() { windows_.setChanged(nullptr); }
+// Steps that were under way when the application ended hold their streams for ever. Those end here, while there is still
+// a run loop for their last words.
+ScreenCapture::~ScreenCapture() {
+  windows_.setChanged(nullptr);
+  for (const auto& weakStream : streams_)
+    if (const auto stream = weakStream.lock()) stream->finish();
+}
 
 std::shared_ptr<void> ScreenCapture::observeContent(std::function<void()> changed) {
   std::erase_if(observers_, [](const auto& observer) { return observer.expired(); });

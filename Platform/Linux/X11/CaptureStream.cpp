@@ -165,7 +165,9 @@ class CaptureStream::Worker {
 CaptureStream::CaptureStream(CaptureStreamSettings settings, std::weak_ptr<StreamDelegate> delegate)
     : worker_(std::make_shared<Worker>(std::move(settings), std::move(delegate))) {}
 
-CaptureStream::~CaptureStream() {
+CaptureStream::~CaptureStream() { finish(); }
+
+void CaptureStream::finish() {
   worker_->end();
   if (!thread_.joinable()) return;
   if (thread_.get_id() == std::this_thread::get_id())

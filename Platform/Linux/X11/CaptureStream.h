@@ -29,6 +29,8 @@ class CaptureStream final : public platform::CaptureStream {
   void admit(const std::vector<std::uint32_t>& windowIDs) override;
   // The background of the root window is another one, which nothing announces.
   void backgroundChanged();
+  // Ends its thread, whoever still holds the stream: nothing is called back any more once this returns.
+  void finish();
 
  private:
   class Worker;

@@ -208,6 +208,7 @@ ClientProperties decodeProperties(const PropertyAtoms& atoms, const PropertyRepl
   constexpr std::uint32_t withdrawn = 0;
   result.isManaged = !managed.empty() && managed.front() != withdrawn;
   if (const auto id = numbers(processId); !id.empty()) result.processId = id.front();
+  result.productClients = numbers(productClients);
   return result;
 }
 
