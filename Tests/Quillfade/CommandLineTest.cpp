@@ -169,7 +169,6 @@ TEST(CommandLine, TheHelpTellsTheWayBackToTheLiveCoverAndWhatTheExitStatusMeans)
 TEST(CommandLine, AComplaintIsOneLineWhateverTheWordIsMadeOf) {
   EXPECT_EQ(complaint({"\x1B[2J\nforged"}), R"(There is no command "\u{1B}[2J\nforged".)");
   EXPECT_EQ(complaint({"quit", "\n"}), R"("quit" does not take that many words.)");
-  EXPECT_THAT(complaint({"peek", "\r5"}), HasSubstr(R"(not "\r5".)"));
 }
 
 TEST(CommandLine, TheVersionIsOneLine) { EXPECT_EQ(versionText(), "Quillfade 1.1\n"); }
