@@ -85,6 +85,9 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
   screens_.observeChanges([this] { windowList_.setScreens(screens_.geometries()); });
 }
 
+// A job that waits may hold the last mirror, whose window needs the stage.
+LinuxPlatform::~LinuxPlatform() { runLoop_.close(); }
+
 void LinuxPlatform::handle(const xcb_generic_event_t& event) {
   if (isScreenEvent(*connection_, event)) screens_.serverChanged();
   scene_.handle(event);

@@ -43,6 +43,7 @@ namespace platform::x11 {
 class LinuxPlatform final : public Platform {
  public:
   explicit LinuxPlatform(std::span<char* const> arguments);
+  ~LinuxPlatform() override;
 
   Application* sharedApplication() override { return &application_; }
   RunLoop& runLoop() override { return runLoop_; }

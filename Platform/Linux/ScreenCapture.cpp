@@ -20,8 +20,8 @@ ScreenCapture::ScreenCapture(Connection& connection, const DesktopScreens& scree
   windows_.setChanged([this] { contentChanged(); });
 }
 
-// Steps that were under way when the application ended hold their streams for ever. Those end here, while there is still
-// a run loop for their last words.
+// Steps that were under way when the application ended hold their streams for ever. Those end here, while there is
+// still a run loop for their last words.
 ScreenCapture::~ScreenCapture() {
   windows_.setChanged(nullptr);
   for (const auto& weakStream : streams_)

@@ -62,6 +62,18 @@ TEST_F(RunLoopTest, JobsPostedOnOtherThreadsRunOnTheMainThread) {
   EXPECT_TRUE(allOnMain);
 }
 
+TEST_F(RunLoopTest, AClosedLoopDropsWhatWaitsAndWhatComesLater) {
+  const auto held = std::make_shared<int>();
+  bool hasRun = false;
+  runLoop.post([&, held] { hasRun = true; });
+  runLoop.close();
+  EXPECT_EQ(held.use_count(), 1);
+  runLoop.post([&, held] { hasRun = true; });
+  EXPECT_EQ(held.use_count(), 1);
+  qt::runPending();
+  EXPECT_FALSE(hasRun);
+}
+
 TEST_F(RunLoopTest, ADelayedJobRunsOnceAndNotTooEarly) {
   QElapsedTimer clock;
   clock.start();

@@ -54,15 +54,25 @@ QTimer* makeTimer(QObject& owner, double seconds) {
 void QtRunLoop::Inbox::put(Job job) {
   {
     const std::scoped_lock lock(mutex_);
+    if (isClosed_) return;
     jobs_.push_back(std::move(job));
   }
   QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
+void QtRunLoop::Inbox::close() {
+  // Destroyed outside the lock: a job that goes may take along somebody who posts another.
+  std::deque<Job> dropped;
+  const std::scoped_lock lock(mutex_);
+  isClosed_ = true;
+  dropped.swap(jobs_);
 }
 
 void QtRunLoop::Inbox::customEvent(QEvent* /*event*/) {
   Job job;
   {
     const std::scoped_lock lock(mutex_);
+    if (jobs_.empty()) return;
     job = std::move(jobs_.front());
     jobs_.pop_front();
   }

@@ -19,6 +19,9 @@ class QtRunLoop : public RunLoop {
   std::shared_ptr<Timer> every(double seconds, Job job) override;
   // Every timer fires in all loops.
   void addToCommonModes(Timer& /*timer*/) override {}
+  // Drops the jobs that wait, and every later one: what they hold may need what is about to go.
+  void close() { inbox_.close(); }
+
   std::shared_ptr<SerialQueue> makeSerialQueue(const std::string& label, QualityOfService quality) override;
 
  private:
@@ -27,12 +30,14 @@ class QtRunLoop : public RunLoop {
   class Inbox : public QObject {
    public:
     void put(Job job);
+    void close();
 
    private:
     void customEvent(QEvent* event) override;
 
     std::mutex mutex_;
     std::deque<Job> jobs_;
+    bool isClosed_ = false;
   };
 
   Inbox inbox_;  // also the owner of all timers
