@@ -19,14 +19,15 @@ using platform::Rect;
 constexpr double leastAcceptedExtent = 24;
 constexpr Color accent{platform::ColorRole::fixed, 0.925, 0.216, 0.314, 1.0};
 
+constexpr std::string_view instruction = "Drag to select the area to keep covered    Esc to cancel";
+
 void drawDimming(Canvas& canvas, const Rect& bounds, const std::optional<Rect>& hole) {
   const std::array<Rect, 2> path{bounds, hole.value_or(Rect{})};
   canvas.fillEvenOdd(std::span{path}.first(hole ? 2 : 1), platform::colors::black.withAlpha(0.38));
 }
 
-void drawInstruction(Canvas& canvas, const Rect& bounds) {
+void drawInstruction(Canvas& canvas, const Rect& bounds, const std::string& text) {
   constexpr platform::TextStyle style{{15, platform::FontWeight::medium}, platform::colors::white.withAlpha(0.92)};
-  const std::string text = "Drag to select the area to keep covered    Esc to cancel";
   const auto size = canvas.measureText(text, style);
   const Point origin{bounds.midX() - 0.5 * size.width, bounds.maxY() - 74};
   canvas.fillRoundedRect({{origin.x - 18, origin.y - 11}, {size.width + 36, size.height + 22}}, 11,
@@ -48,8 +49,10 @@ void drawSelection(Canvas& canvas, const Rect& rect) {
 
 }  // namespace
 
-std::shared_ptr<SelectionView> SelectionView::make(platform::Views& views, const platform::Rect& frame) {
+std::shared_ptr<SelectionView> SelectionView::make(platform::Views& views, const platform::Rect& frame,
+                                                   const platform::Texts& texts) {
   const std::shared_ptr<SelectionView> made{new SelectionView()};
+  made->instruction_ = texts.translated(instruction);
   made->view_ = views.makeView(frame, made);
   return made;
 }
@@ -95,7 +98,7 @@ void SelectionView::finish(const std::optional<platform::Rect>& rect) const {
 void SelectionView::draw(platform::Canvas& canvas) {
   const Rect bounds = view_->bounds();
   drawDimming(canvas, bounds, currentRect_);
-  drawInstruction(canvas, bounds);
+  drawInstruction(canvas, bounds, instruction_);
   if (currentRect_ && currentRect_->width() > 1 && currentRect_->height() > 1) drawSelection(canvas, *currentRect_);
 }
 

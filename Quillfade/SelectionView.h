@@ -9,7 +9,9 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
+#include "Platform/Texts.h"
 #include "Platform/Views.h"
 
 namespace quillfade {
@@ -18,7 +20,8 @@ class SelectionView final : public platform::ViewResponder {
  public:
   using Finish = std::function<void(std::optional<platform::Rect>)>;
 
-  static std::shared_ptr<SelectionView> make(platform::Views& views, const platform::Rect& frame);
+  static std::shared_ptr<SelectionView> make(platform::Views& views, const platform::Rect& frame,
+                                             const platform::Texts& texts);
 
   // Called at every mouse-up and every cancel, with nothing when no usable rectangle was dragged.
   void setOnFinish(Finish onFinish) { onFinish_ = std::move(onFinish); }
@@ -42,6 +45,7 @@ class SelectionView final : public platform::ViewResponder {
   void finish(const std::optional<platform::Rect>& rect) const;
   [[nodiscard]] std::optional<platform::Rect> acceptedRect() const;
 
+  std::string instruction_;
   Finish onFinish_;
   std::optional<platform::Point> startPoint_;
   std::optional<platform::Rect> currentRect_;

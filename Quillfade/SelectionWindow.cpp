@@ -18,8 +18,9 @@ SelectionWindow SelectionWindow::make(platform::Platform& platform, const platfo
       .canBecomeKey = true,
       .canBecomeMain = true,
   };
-  return {platform.windows().makeWindow(attributes),
-          SelectionView::make(platform.views(), {{0, 0}, {screenFrame.width(), screenFrame.height()}})};
+  return {
+      platform.windows().makeWindow(attributes),
+      SelectionView::make(platform.views(), {{0, 0}, {screenFrame.width(), screenFrame.height()}}, platform.texts())};
 }
 
 }  // namespace quillfade

@@ -169,6 +169,36 @@ TEST_F(DialogsTest, TheAboutPanelIsOneAndClosesWithEscape) {
   EXPECT_NE(visibleDialog(), nullptr);
 }
 
+TEST_F(DialogsTest, OnADesktopThatReadsFromRightToLeftNothingIsCutOffOrCoveredUp) {
+  QApplication::setLayoutDirection(Qt::RightToLeft);
+  dialogs.orderFrontAboutPanel({"Quillfade", "1.1", "1.1", "First.\n\nSecond.", 11, colors::secondaryLabel});
+  const QDialog* panel = visibleDialog();
+  ASSERT_NE(panel, nullptr);
+  const auto labels = panel->findChildren<QLabel*>();
+  EXPECT_EQ(labels.size(), 4);
+  for (const QLabel* label : labels) {
+    EXPECT_TRUE(panel->rect().contains(label->geometry())) << label->text().toStdString();
+    EXPECT_GE(label->width(), label->minimumSizeHint().width()) << label->text().toStdString();
+    for (const QLabel* other : labels) EXPECT_TRUE(label == other || !label->geometry().intersects(other->geometry()));
+  }
+  // No button is lost, and each still gives its own answer.
+  const int response = answer(permission, [](QMessageBox& box) {
+    const auto buttons = buttonsFromLeft(box);
+    ASSERT_EQ(buttons.size(), 2U);
+    EXPECT_TRUE(box.rect().contains(buttons.front()->geometry().united(buttons.back()->geometry())));
+    for (QPushButton* button : buttons)
+      if (button->text().toStdString() == permission.buttons.back()) button->click();
+  });
+  QApplication::setLayoutDirection(Qt::LeftToRight);
+  EXPECT_EQ(response, alertFirstButtonReturn + 1);
+}
+
+TEST_F(DialogsTest, NothingMoves) {
+  for (const Qt::UIEffect effect : {Qt::UI_AnimateMenu, Qt::UI_FadeMenu, Qt::UI_AnimateCombo, Qt::UI_AnimateTooltip,
+                                    Qt::UI_FadeTooltip, Qt::UI_AnimateToolBox})
+    EXPECT_FALSE(QApplication::isEffectEnabled(effect)) << effect;
+}
+
 TEST(SettingsPrograms, ThoseOfTheRunningDesktopComeFirst) {
   EXPECT_EQ(settingsPrograms("ubuntu:GNOME").front(), (std::vector<std::string>{"gnome-control-center", "privacy"}));
   EXPECT_EQ(settingsPrograms("XFCE").front(), (std::vector<std::string>{"xfce4-settings-manager"}));

@@ -76,6 +76,16 @@ TEST_F(SelectionViewTest, TheWindowIsTransparentAndTakesTheKeyboard) {
   EXPECT_FALSE(attributes.ignoresMouseEvents);
 }
 
+TEST_F(SelectionViewTest, TheInstructionIsInTheUsersLanguage) {
+  desktop.texts().translations = {{instruction, "Ziehen"}};
+  make(screenFrame);
+  const auto steps = shown().render();
+  EXPECT_TRUE(std::ranges::any_of(steps, [](const simulated::DrawingStep& step) {
+    const auto* text = std::get_if<simulated::DrawnText>(&step);
+    return text != nullptr && text->text == "Ziehen";
+  }));
+}
+
 TEST_F(SelectionViewTest, AFreshViewHasNoDrag) {
   EXPECT_EQ(view().startPoint(), std::nullopt);
   EXPECT_EQ(view().currentRect(), std::nullopt);
@@ -168,7 +178,7 @@ TEST_F(SelectionViewTest, ADragOfExactlyTwentyFourPointsIsAccepted) {
 }
 
 TEST_F(SelectionViewTest, OutsideAWindowADragReportsNothing) {
-  const auto loose = SelectionView::make(desktop.views(), screenFrame);
+  const auto loose = SelectionView::make(desktop.views(), screenFrame, desktop.texts());
   loose->setOnFinish([this](std::optional<Rect> rect) { reports.push_back(rect); });
   loose->mouseDown({0, 0});
   loose->mouseDragged({100, 100});
