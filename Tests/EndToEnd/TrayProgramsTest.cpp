@@ -73,6 +73,8 @@ class TrayPrograms : public DrivenDesktop {
     return shows(
         [](const Picture& screen) { return screen.count(boardColor, {200, 400, 400, 100}) == std::size_t{400} * 100; });
   }
+  // A pointer that rests on the icon brings up its tooltip.
+  void leaveTheIcon() { input_.moveTo(900, 700); }
   void openAndCloseTheMenu(int button) {
     input_.moveTo(iconX + 1, iconY);
     input_.click(iconX, iconY, button);
@@ -80,6 +82,7 @@ class TrayPrograms : public DrivenDesktop {
     EXPECT_TRUE(showsTheBoardBelowTheMenu()) << "An open menu takes the cover down.";
     keepPicture(client_.screenshot(), "menu");
     input_.press(XK_Escape);
+    leaveTheIcon();
     EXPECT_TRUE(showsNoMenu());
     EXPECT_TRUE(showsCover()) << "The menu has closed.";
   }
@@ -89,6 +92,7 @@ class TrayPrograms : public DrivenDesktop {
     ASSERT_TRUE(showsMenu());
     input_.press(XK_Down);
     input_.press(XK_Return);
+    leaveTheIcon();
     EXPECT_TRUE(showsNoMenu());
   }
 

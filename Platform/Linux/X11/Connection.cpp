@@ -13,6 +13,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <mutex>
 #include <optional>
 #include <tuple>
 #include <utility>
@@ -89,11 +90,19 @@ std::string unreachableSentence(const std::string& displayName) {
   return "The X11 display " + name + " cannot be reached.";
 }
 
+// The library looks for the display's cookie through one buffer of the whole process, and streams connect on threads of
+// their own.
+xcb_connection_t* connect(const std::string& displayName, int& screenNumber) {
+  static std::mutex oneAtATime;
+  const std::scoped_lock lock(oneAtATime);
+  return xcb_connect(displayName.empty() ? nullptr : displayName.c_str(), &screenNumber);
+}
+
 }  // namespace
 
 std::expected<std::unique_ptr<Connection>, Error> Connection::open(const std::string& displayName) {
   int screenNumber = 0;
-  xcb_connection_t* connection = xcb_connect(displayName.empty() ? nullptr : displayName.c_str(), &screenNumber);
+  xcb_connection_t* connection = connect(displayName, screenNumber);
   if (xcb_connection_has_error(connection) != 0) {
     xcb_disconnect(connection);
     return std::unexpected(Error{unreachableSentence(displayName)});
