@@ -120,7 +120,7 @@ TEST_F(ContentChange, AStreamHoldsBackWhatTheRulesCouldExcludeAndWasNotJudged) {
   showAndStart();
   const auto& holdingBack = newestStream()->filter().holdingBack;
   ASSERT_TRUE(holdingBack.has_value());
-  const auto& screen = desktop.screens().all().front().frame;
+  const platform::Rect screen = desktop.screens().all().front().frame;
   EXPECT_DOUBLE_EQ(holdingBack->fromArea, 0.3 * screen.width() * screen.height());
   EXPECT_THAT(holdingBack->except, UnorderedElementsAre(3U, 4U));
 }
