@@ -47,22 +47,23 @@ class TrayPrograms : public DrivenDesktop {
   // The dark strokes of the icon.
   [[nodiscard]] static std::size_t inkOfIcon(const Picture& screen) { return screen.count(0, {0, 0, 24, 40}, 90); }
   [[nodiscard]] bool showsIcon() {
-    return shows([](const Picture& screen) { return inkOfIcon(screen) > 20; }) && iconStands();
+    return shows([](const Picture& screen) { return inkOfIcon(screen) > 20; }) && stands({0, 0, 200, 60});
   }
-  // Panels lay themselves out in their own time.
-  [[nodiscard]] bool iconStands() {
+  // Panels lay themselves out in their own time, and fill a menu anew when it is on screen already.
+  [[nodiscard]] bool stands(const PixelRect& part) {
     std::optional<Picture> last;
     int same = 0;
     return shows([&](const Picture& screen) {
-      const Picture corner = screen.cropped({0, 0, 200, 60});
-      same = last && *last == corner ? same + 1 : 0;
-      last = corner;
+      const Picture now = screen.cropped(part);
+      same = last && *last == now ? same + 1 : 0;
+      last = now;
       return same == 12;
     });
   }
   // The menu's ground, large and in one colour that is not the board's.
   [[nodiscard]] bool showsMenu() {
-    return shows([](const Picture& screen) { return screen.count(boardColor, {30, 45, 200, 150}) < 3'000; });
+    return shows([](const Picture& screen) { return screen.count(boardColor, {30, 45, 200, 150}) < 3'000; }) &&
+           stands({0, 40, 310, 300});
   }
   [[nodiscard]] bool showsNoMenu() {
     return shows(
