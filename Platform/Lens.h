@@ -22,7 +22,7 @@ using LensRule =
 
 // Defined by the adapter that is linked in, as are the others here. The program is looked up as a shell would; the
 // result is its exit status, or 128 and the number of the signal that ended it.
-std::expected<int, Error> runThroughLens(const std::vector<std::string>& program, LensRule rule);
+std::expected<int, Error> runThroughLens(const std::vector<std::string>& program, const LensRule& rule);
 
 // Adds an entry to the user's own menu of applications that starts this application through the lens. `application` is
 // the name or the path of its entry, `words` what stands between this program and the application's command line. The

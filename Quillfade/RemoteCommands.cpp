@@ -39,7 +39,7 @@ class Execution {
   // Help, version, doctor and sharing are the asking process's; starting a running application is done already. The
   // list of windows comes later, and so never comes here.
   template <class Other>
-  std::string operator()(Other /*command*/) {
+  std::string operator()(const Other& /*command*/) {
     return {};
   }
 

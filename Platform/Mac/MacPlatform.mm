@@ -14,7 +14,7 @@ std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::s
   return std::unexpected(Error{"On macOS a running instance takes no commands from the command line."});
 }
 
-std::expected<int, Error> runThroughLens(const std::vector<std::string>& /*program*/, LensRule /*rule*/) {
+std::expected<int, Error> runThroughLens(const std::vector<std::string>& /*program*/, const LensRule& /*rule*/) {
   return std::unexpected(
       Error{"On macOS the cover is never part of what other programs capture: start them as usual."});
 }

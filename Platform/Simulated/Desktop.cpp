@@ -48,7 +48,7 @@ std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::s
   return std::unexpected(Error{"Quillfade is not running."});
 }
 
-std::expected<int, Error> runThroughLens(const std::vector<std::string>& /*program*/, LensRule /*rule*/) {
+std::expected<int, Error> runThroughLens(const std::vector<std::string>& /*program*/, const LensRule& /*rule*/) {
   return std::unexpected(Error{"A simulated desktop runs no programs."});
 }
 

@@ -78,13 +78,13 @@ std::expected<std::string, Error> installLensEntry(const std::string& applicatio
   for (const std::string& word : words) launcher += " " + word;
   const auto entry = lens::launcherEntry(*text, launcher);
   if (!entry) return std::unexpected(Error{"\"" + application + "\" does not say how its application is started."});
-  const std::string path = launcherPath(application);
+  std::string path = launcherPath(application);
   if (const auto written = replaceFile(path, *entry); !written) return std::unexpected(written.error());
   return path;
 }
 
 std::expected<std::string, Error> removeLensEntry(const std::string& application) {
-  const std::string path = launcherPath(application);
+  std::string path = launcherPath(application);
   const auto text = readFile(path);
   if (!text || !lens::isLauncherEntry(*text)) {
     return std::unexpected(Error{"There is no launcher for \"" + application + "\"."});

@@ -123,12 +123,12 @@ void Lens::end(Relay* relay) {
 
 namespace platform {
 
-std::expected<int, Error> runThroughLens(const std::vector<std::string>& program, LensRule rule) {
+std::expected<int, Error> runThroughLens(const std::vector<std::string>& program, const LensRule& rule) {
   using namespace x11::lens;
   const std::string name = x11::environmentVariable("DISPLAY").value_or("");
   // Before the composing thread, which inherits what it blocks.
   const SignalWatch signals;
-  auto screen = SharedScreen::open("", std::move(rule));
+  auto screen = SharedScreen::open("", rule);
   if (!screen) return std::unexpected(screen.error());
   const auto server = ServerAddress::parse(name);
   if (!server) return std::unexpected(Error{"\"" + name + "\" is not the name of an X11 display."});

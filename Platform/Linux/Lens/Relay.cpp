@@ -154,7 +154,7 @@ bool Relay::takeSetupReply() {
     const auto length = setupReplyLength(order_, toClient_.pending());
     if (!length) return complain(length.error().localizedDescription);
     if (!*length) return true;
-    setupLeft_ = **length;
+    setupLeft_ = *length;
   }
   const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(*setupLeft_, toClient_.pending().size()));
   toClient_.release(count);
