@@ -1,5 +1,6 @@
 #include "Quillfade/SelectionView.h"
 
+#include <cmath>
 #include <limits>
 
 #include "Quillfade/SelectionWindow.h"
@@ -224,6 +225,22 @@ TEST_F(SelectionViewTest, AnIdleViewIsDimmedAndInstructs) {
   std::vector<simulated::DrawingStep> expected{EvenOddFill{{screenFrame}, dimming}};
   for (const auto& step : instructionSteps(screenFrame.size)) expected.push_back(step);
   EXPECT_EQ(shown().render(), expected);
+}
+
+// Of grey levels from 0 to 1, as the guidelines for legible text define it.
+double luminance(double grey) { return grey <= 0.04045 ? grey / 12.92 : std::pow((grey + 0.055) / 1.055, 2.4); }
+double over(double below, const Color& ink) { return below + (ink.red - below) * ink.alpha; }
+
+TEST_F(SelectionViewTest, TheInstructionStandsOutOnAnyScreen) {
+  const auto steps = shown().render();
+  const auto& dimmed = std::get<EvenOddFill>(steps.at(0)).color;
+  const auto& backing = std::get<RoundedFill>(steps.at(1)).color;
+  const auto& ink = std::get<DrawnText>(steps.at(2)).style.color;
+  for (const double screen : {0.0, 0.5, 1.0}) {
+    const double ground = over(over(screen, dimmed), backing);
+    const double contrast = (luminance(over(ground, ink)) + 0.05) / (luminance(ground) + 0.05);
+    EXPECT_GE(contrast, 4.5) << "on a screen of " << screen;
+  }
 }
 
 TEST_F(SelectionViewTest, TheInstructionIsCentredBelowTheTopOfAnyScreen) {
