@@ -8,6 +8,8 @@
 #include <algorithm>
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
+#include "Tests/EndToEnd/MenuUser.h"
+#include "Tests/Linux/QtEnvironment.h"
 
 namespace endtoend {
 namespace {
@@ -106,6 +108,29 @@ TEST_F(Accessibility, AScreenReaderHearsTheAlertItsTextAndItsButtons) {
   EXPECT_THAT(heard, Contains(Spoken{"push button", "Open System Settings"}));
   EXPECT_THAT(heard, Contains(testing::AllOf(testing::Field(&Spoken::role, "label"),
                                              testing::Field(&Spoken::name, testing::HasSubstr("solid cover")))));
+}
+
+class AccessibleTray : public DrivenDesktop {
+ protected:
+  std::string busAddress() override { return qt::busAddress(); }
+};
+
+TEST_F(AccessibleTray, AScreenReaderHearsEverythingInTheAboutPanel) {
+  const AccessibilityBus reader(qt::busAddress());
+  start({}, {{"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"}});
+  MenuUser user;
+  user.choose("About Quillfade");
+  ASSERT_TRUE(waitForDialog());
+  const Spoken panel{"dialog", "About Quillfade"};
+  std::vector<Spoken> heard;
+  EXPECT_TRUE(support::waitUntil([&] {
+    heard = reader.everything();
+    return std::ranges::find(heard, panel) != heard.end();
+  })) << testing::PrintToString(heard);
+  for (const char* text : {"Version 1.1", "A live view of your screen", "Menu bar: pencil = idle"}) {
+    EXPECT_THAT(heard, Contains(testing::AllOf(testing::Field(&Spoken::role, "label"),
+                                               testing::Field(&Spoken::name, testing::HasSubstr(text)))));
+  }
 }
 
 }  // namespace
