@@ -23,7 +23,8 @@ deb: ## the Debian package, in build/release
 	cmake --build --preset release --target quillfade
 	cd build/release && cpack
 
-check-deb: deb ## the same, held against Debian's own rules (needs lintian)
+check-deb: deb ## the same, held against Debian's own rules (needs lintian) and against attacks
+	Scripts/check-hardening --fortified build/release/Platform/Linux/quillfade
 	Scripts/check-package build/release/quillfade_*.deb
 
 test: ## every test, the static checks included
