@@ -25,7 +25,8 @@ enum class VideoGravity {
 
 enum class RendererStatus : int { unknown = 0, rendering = 1, failed = 2 };
 
-// Shows frames in the order in which they are enqueued, each until the next.
+// Shows frames in the order in which they are enqueued, each until the next. A service may keep a frame that is shown
+// up to date by itself, and deliver the next one only when it cannot.
 class SampleBufferRenderer {
  public:
   virtual ~SampleBufferRenderer() = default;

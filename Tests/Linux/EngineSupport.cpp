@@ -10,7 +10,7 @@ Composition::Composition(const std::string& display, const PixelRect& source, st
       target_(makeTarget(*connection_, pixmap_, source)),
       scene_(*connection_),
       compositor_(*connection_, scene_, source,
-                  {std::move(excluded), std::move(ownClients), connection_->resourceMask()}, target_),
+                  {std::move(excluded), std::move(ownClients), connection_->resourceMask()}),
       painted_(*connection_) {}
 
 xcb_render_picture_t Composition::makeTarget(Connection& connection, xcb_pixmap_t pixmap, const PixelRect& source) {
@@ -49,7 +49,7 @@ bool Composition::update(int mostEvents) {
     catchUp();
   }
   if (compositor_.changes() == Compositor::Changes::none) return false;
-  compositor_.paint(painted_);
+  compositor_.paintTo({target_}, painted_);
   return true;
 }
 

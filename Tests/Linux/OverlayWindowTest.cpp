@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "Platform/Linux/X11/FrameBuffer.h"
@@ -20,6 +21,8 @@
 
 namespace platform::x11 {
 namespace {
+
+using support::waitUntil;
 
 constexpr PixelRect place{200, 100, 400, 300};
 constexpr PixelRect inside{0, 0, 400, 300};
@@ -69,6 +72,19 @@ class Source {
                            .width = static_cast<std::uint16_t>(everything.width),
                            .height = static_cast<std::uint16_t>(everything.height)}},
                          isWhole);
+  }
+  // What a stream does with a change while its picture is shown: fills that part of the window, if there is one.
+  std::optional<LiveTarget> paintLive(const PixelRect& rect, std::uint32_t color) {
+    std::optional<LiveTarget> shownIn;
+    buffer_->paintLive([&](const LiveTarget& target) {
+      shownIn = target;
+      const xcb_gcontext_t context = connection_->newId();
+      xcb_create_gc(connection_->get(), context, target.window, XCB_GC_FOREGROUND, &color);
+      const xcb_rectangle_t rectangle = toRectangle(rect);
+      xcb_poly_fill_rectangle(connection_->get(), target.window, context, 1, &rectangle);
+      xcb_free_gc(connection_->get(), context);
+    });
+    return shownIn;
   }
   bool takeWholeRequest() { return buffer_->takeWholeRequest(); }
 
@@ -344,6 +360,86 @@ TEST_F(OverlayWindowOnX, PresentingWaitsForNothing) {
   xcb_ungrab_server(client_.connection());
   client_.sync();
   EXPECT_EQ(picture().count(greenPixel), std::size_t{400} * 300);
+}
+
+TEST_F(OverlayWindowOnX, OnceAFrameIsShownTheStreamPaintsByItself) {
+  OverlayLook look = mirrorLook();
+  look.border = {.width = 3, .color = halfWhite};
+  show(look);
+  Source source(server_.display(), 400, 300, 1);
+  EXPECT_FALSE(source.paintLive(inside, green)) << "nobody has shown a frame yet";
+  EXPECT_TRUE(window_->presentFrame(source.paint(inside, green)));
+  const auto target = source.paintLive({50, 60, 20, 30}, 0xFFFFFF);
+  ASSERT_TRUE(target);
+  EXPECT_EQ(target->window, window_->id());
+  EXPECT_EQ(target->x, 0);
+  EXPECT_EQ(target->y, 0);
+  EXPECT_EQ(target->windowWidth, 400);
+  EXPECT_EQ(target->windowHeight, 300);
+  EXPECT_EQ(target->border, look.border);
+  EXPECT_TRUE(waitUntil([&] { return picture().count(0xFFFFFF, {50, 60, 20, 30}) == std::size_t{20} * 30; }));
+}
+
+TEST_F(OverlayWindowOnX, UnderALabelThePictureComesFrameByFrame) {
+  OverlayLook look = mirrorLook();
+  look.label = label("Waiting");
+  show(look);
+  Source source(server_.display(), 400, 300, 1);
+  EXPECT_TRUE(window_->presentFrame(source.paint(inside, green)));
+  EXPECT_FALSE(source.paintLive(inside, green));
+}
+
+TEST_F(OverlayWindowOnX, AStretchedPictureComesFrameByFrame) {
+  show(mirrorLook());
+  Source source(server_.display(), 200, 150, 1);
+  EXPECT_TRUE(window_->presentFrame(source.paint({0, 0, 200, 150}, green, true)));
+  EXPECT_FALSE(source.paintLive({0, 0, 200, 150}, green));
+}
+
+TEST_F(OverlayWindowOnX, AnotherLookOrSizeEndsThePaintingOfTheStream) {
+  show(mirrorLook());
+  Source source(server_.display(), 400, 300, 1);
+  EXPECT_TRUE(window_->presentFrame(source.paint(inside, green)));
+  OverlayLook look = mirrorLook();
+  look.border = {.width = 1, .color = halfWhite};
+  window_->setLook(look);
+  EXPECT_FALSE(source.paintLive(inside, green));
+  EXPECT_TRUE(source.takeWholeRequest());
+  EXPECT_TRUE(window_->presentFrame(source.paint(inside, green, true)));
+  EXPECT_TRUE(source.paintLive(inside, green));
+  window_->setFrame({200, 100, 300, 300});
+  EXPECT_FALSE(source.paintLive(inside, green));
+}
+
+TEST_F(OverlayWindowOnX, AFrameOfANewerStreamEndsThePaintingOfTheOlder) {
+  show(mirrorLook());
+  Source older(server_.display(), 400, 300, 1);
+  Source newer(server_.display(), 400, 300, 2);
+  EXPECT_TRUE(window_->presentFrame(older.paint(inside, 0xFFFFFF)));
+  EXPECT_TRUE(older.paintLive(inside, 0xFFFFFF));
+  EXPECT_TRUE(window_->presentFrame(newer.paint(inside, green)));
+  EXPECT_FALSE(older.paintLive(inside, 0xFFFFFF));
+  EXPECT_TRUE(newer.paintLive({0, 0, 1, 1}, green));
+  EXPECT_EQ(picture().count(greenPixel), std::size_t{400} * 300);
+}
+
+// The server gets to its clients in an order of its own. While it is held, much piles up on both connections.
+TEST_F(OverlayWindowOnX, WhatTheStreamHasPaintedNeverShowsOverWhatCameLater) {
+  show(mirrorLook());
+  Source source(server_.display(), 400, 300, 1);
+  for (int round = 0; round < 50; ++round) {
+    ASSERT_TRUE(window_->presentFrame(source.paint(inside, green, true)));
+    ASSERT_TRUE(source.paintLive(inside, 0xFF0000)) << "round " << round;
+    settle();
+    xcb_grab_server(client_.connection());
+    client_.sync();
+    for (int i = 0; i < 20; ++i) ASSERT_TRUE(source.paintLive(inside, 0xFF0000 + static_cast<std::uint32_t>(i)));
+    window_->forgetFrames();
+    connection_->flush();
+    xcb_ungrab_server(client_.connection());
+    client_.sync();
+    ASSERT_EQ(picture().count(bluePixel), std::size_t{400} * 300) << "round " << round;
+  }
 }
 
 TEST(OverlayLook, FollowsTheContentInDevicePixels) {

@@ -192,8 +192,7 @@ void SharedScreen::leaveOut(std::vector<xcb_window_t> windows) {
   if (compositor_ && windows == leftOut_) return;
   leftOut_ = std::move(windows);
   compositor_.reset();
-  compositor_.emplace(*connection_, scene_, target_.source, WindowFilter{leftOut_, {}, connection_->resourceMask()},
-                      target_.picture);
+  compositor_.emplace(*connection_, scene_, target_.source, WindowFilter{leftOut_, {}, connection_->resourceMask()});
 }
 
 xcb_pixmap_t SharedScreen::update() {
@@ -205,7 +204,7 @@ xcb_pixmap_t SharedScreen::update() {
   }
   leaveOut(windowsToLeaveOut());
   if (compositor_->changes() != Compositor::Changes::none) {
-    compositor_->paint(painted_);
+    compositor_->paintTo({target_.picture}, painted_);
     connection_->synchronize(longestWaitForServer);
   }
   return target_.pixmap;

@@ -63,7 +63,8 @@ CaptureSession::CaptureSession(const CaptureStreamSettings& settings, std::share
       wakeup_(std::move(wakeup)),
       buffer_(std::move(buffer)),
       scene_(*connection_),
-      compositor_(*connection_, scene_, settings.source, filterOf(settings, *connection_), XCB_NONE),
+      compositor_(*connection_, scene_, settings.source, filterOf(settings, *connection_)),
+      livePainter_(*connection_),
       interval_(settings.minimumFrameInterval),
       nextFrameDue_(Clock::now()),
       nextWholeDue_(nextFrameDue_),
@@ -106,8 +107,14 @@ std::shared_ptr<const Frame> CaptureSession::nextFrame() {
 std::shared_ptr<const Frame> CaptureSession::compose(Clock::time_point now) {
   nextFrameDue_ = now + interval_;
   nextWholeDue_ = now + std::min<Clock::duration>(interval_, wholeInterval);
+  bool isWhole = std::exchange(isWholeWanted_, false);
+  const bool isLive = buffer_->paintLive([&](const LiveTarget& target) {
+    if (isWhole) compositor_.invalidate();
+    livePainter_.paint(compositor_, target, buffer_->changed());
+  });
+  if (isLive) return nullptr;
   const FrameBuffer::Reading reading = buffer_->reclaim();
-  const bool isWhole = std::exchange(isWholeWanted_, false) || reading == FrameBuffer::Reading::never;
+  isWhole = isWhole || reading == FrameBuffer::Reading::never;
   if (isWhole) compositor_.invalidate();
   if (reading == FrameBuffer::Reading::missed) compositor_.repaint(buffer_->changed());
   auto steps = compositor_.plan(buffer_->changed());

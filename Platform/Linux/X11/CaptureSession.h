@@ -17,6 +17,7 @@
 #include "Platform/Linux/X11/Connection.h"
 #include "Platform/Linux/X11/Frame.h"
 #include "Platform/Linux/X11/FrameBuffer.h"
+#include "Platform/Linux/X11/LivePainter.h"
 #include "Platform/Linux/X11/Scene.h"
 #include "Platform/Linux/X11/Wakeup.h"
 
@@ -30,6 +31,7 @@ class CaptureSession {
   [[nodiscard]] bool isLost() const { return connection_->isBroken(); }
   // Takes in what has happened. A frame if there is something new to show, the last frame has been given back, and the
   // frame interval is over: so the first change after a rest is shown at once. Never blocks.
+  // Where the picture is shown already and kept up to date, it paints there, and there is no frame.
   [[nodiscard]] std::shared_ptr<const Frame> nextFrame();
   // What is known of the windows by now is taken in first.
   void admit(std::span<const xcb_window_t> windows);
@@ -56,6 +58,7 @@ class CaptureSession {
   std::shared_ptr<FrameBuffer> buffer_;
   Scene scene_;
   Compositor compositor_;
+  LivePainter livePainter_;
   const Clock::duration interval_;
   Clock::time_point nextFrameDue_;
   Clock::time_point nextWholeDue_;

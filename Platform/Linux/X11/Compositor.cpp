@@ -22,13 +22,11 @@ PixelRect united(const PixelRect& a, const PixelRect& b) {
 
 }  // namespace
 
-Compositor::Compositor(Connection& connection, Scene& scene, const PixelRect& source, WindowFilter filter,
-                       xcb_render_picture_t target)
+Compositor::Compositor(Connection& connection, Scene& scene, const PixelRect& source, WindowFilter filter)
     : connection_(connection),
       scene_(scene),
       source_(source),
       filter_(std::move(filter)),
-      target_(target),
       wallpaper_(connection, source),
       looks_(connection),
       pending_(connection),
@@ -298,7 +296,8 @@ void Compositor::prepare(Region& changed) {
   remaining_.copy(pending_);
 }
 
-void Compositor::paint(Region& painted) {
+void Compositor::paintTo(const Target& target, Region& painted) {
+  target_ = target;
   prepare(painted);
   paintLayers();
   forgetPending();

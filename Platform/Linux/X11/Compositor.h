@@ -36,10 +36,8 @@ namespace platform::x11 {
 
 class Compositor final : private SceneListener {
  public:
-  // `target`, which `paint` needs and `plan` does not, has the root visual's format and the source's size. The whole of
-  // it is to be painted first.
-  Compositor(Connection& connection, Scene& scene, const PixelRect& source, WindowFilter filter,
-             xcb_render_picture_t target);
+  // The whole picture is to be painted first.
+  Compositor(Connection& connection, Scene& scene, const PixelRect& source, WindowFilter filter);
   ~Compositor() override;
   Compositor(const Compositor&) = delete;
   Compositor& operator=(const Compositor&) = delete;
@@ -59,8 +57,14 @@ class Compositor final : private SceneListener {
   bool collectReplies();
   [[nodiscard]] bool isExamining() const { return examination_.has_value(); }
 
-  // Brings the picture up to date and leaves in `painted` what may differ now.
-  void paint(Region& painted);
+  // Of the root visual's format. The source's top-left corner comes to lie at (x, y).
+  struct Target {
+    xcb_render_picture_t picture = XCB_NONE;
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+  };
+  // Brings the picture up to date and leaves in `painted` what may differ now. A target that is gone is no failure.
+  void paintTo(const Target& target, Region& painted);
   // Leaves in `changed` what is to be painted and returns how, for somebody else to do. What the steps name stays as it
   // is until the next plan, but for windows that go or get other pixels: then the next plan puts it right.
   [[nodiscard]] std::vector<PaintStep> plan(Region& changed);
@@ -123,7 +127,6 @@ class Compositor final : private SceneListener {
   Scene& scene_;
   const PixelRect source_;
   WindowFilter filter_;
-  const xcb_render_picture_t target_;
   Wallpaper wallpaper_;
   WindowLooks looks_;
   std::map<xcb_window_t, std::unique_ptr<WindowContent>> contents_;
@@ -146,6 +149,7 @@ class Compositor final : private SceneListener {
   Region remaining_;
   Region clip_;
 
+  Target target_;  // while it is painted to
   // The plan that is being made, and the clips that the last one names.
   std::vector<PaintStep>* plan_ = nullptr;
   std::vector<std::unique_ptr<Region>> clips_;

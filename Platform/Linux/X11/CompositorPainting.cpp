@@ -93,11 +93,13 @@ void Compositor::perform(PaintStep step, const Region& clip) {
     plan_->push_back(step);
     return;
   }
-  xcb_xfixes_set_picture_clip_region(connection_.get(), target_, clip.id(), 0, 0);
+  const auto x = static_cast<std::int16_t>(target_.x);
+  const auto y = static_cast<std::int16_t>(target_.y);
+  connection_.ignoreErrors(xcb_xfixes_set_picture_clip_region(connection_.get(), target_.picture, clip.id(), x, y));
   // A window may have lost its pixels, and the pixmap of a compositing manager's wallpaper belongs to another client.
-  connection_.ignoreErrors(xcb_render_composite(connection_.get(), step.operation, step.source, step.mask, target_,
-                                                step.sourceX, step.sourceY, 0, 0, step.x, step.y, step.width,
-                                                step.height));
+  connection_.ignoreErrors(xcb_render_composite(
+      connection_.get(), step.operation, step.source, step.mask, target_.picture, step.sourceX, step.sourceY, 0, 0,
+      static_cast<std::int16_t>(x + step.x), static_cast<std::int16_t>(y + step.y), step.width, step.height));
 }
 
 // The clip that the next layers change as they go.

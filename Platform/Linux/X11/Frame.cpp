@@ -45,11 +45,13 @@ void Frame::paint(xcb_connection_t* reader, xcb_render_picture_t target, std::in
   }
 }
 
-void Frame::endReading(xcb_connection_t* reader) const {
+void Frame::endReading(xcb_connection_t* reader, const std::optional<LiveTarget>& target) const {
   if (state_ != State::reading) return;
   state_ = State::read;
-  buffer_->finishReading(reader);
+  buffer_->finishReading(reader, target);
 }
+
+void Frame::endLive(xcb_connection_t* reader) const { buffer_->endLive(reader); }
 
 void Frame::requestWhole() const { buffer_->requestWhole(); }
 

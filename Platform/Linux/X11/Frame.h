@@ -24,6 +24,7 @@
 #include <vector>
 
 #include "Platform/Capture.h"
+#include "Platform/Linux/X11/LiveTarget.h"
 
 namespace platform::x11 {
 
@@ -53,8 +54,12 @@ class Frame final : public SampleBuffer {
   // Paints what has changed, the frame's corner at (x, y). Leaves the picture with another clip. Between the two
   // others.
   void paint(xcb_connection_t* reader, xcb_render_picture_t target, std::int32_t x, std::int32_t y) const;
-  // Sends everything off and gives the loan back to the stream. Only after `beginReading` on the same connection.
-  void endReading(xcb_connection_t* reader) const;
+  // Sends everything off and gives the loan back to the stream. Only after `beginReading` on the same connection. With
+  // a target, the stream itself paints there what changes from now on, and lends no more frames.
+  void endReading(xcb_connection_t* reader, const std::optional<LiveTarget>& target = std::nullopt) const;
+  // The stream paints to no target any more, and lends frames again. Requests that follow on this connection, the one
+  // that frames are read on, are carried out after all that the stream has painted.
+  void endLive(xcb_connection_t* reader) const;
   // Asks the stream, if it still runs, for a further frame in which everything counts as changed.
   void requestWhole() const;
 

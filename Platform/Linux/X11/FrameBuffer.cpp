@@ -51,7 +51,10 @@ void FrameBuffer::destroyFences() {
   xcb_sync_destroy_fence(connection_->get(), consumed_);
 }
 
-void FrameBuffer::awaitRead() { xcb_sync_await_fence(connection_->get(), 1, &consumed_); }
+void FrameBuffer::awaitRead() {
+  xcb_sync_await_fence(connection_->get(), 1, &consumed_);
+  xcb_sync_reset_fence(connection_->get(), consumed_);
+}
 
 bool FrameBuffer::isLent() {
   const std::lock_guard lock(mutex_);
@@ -64,6 +67,19 @@ bool FrameBuffer::takeWholeRequest() {
   return std::exchange(isWholeRequested_, false);
 }
 
+// The lock is held while the requests are sent: whoever ends this must find them on their way.
+bool FrameBuffer::paintLive(const std::function<void(const LiveTarget&)>& paint) {
+  const std::lock_guard lock(mutex_);
+  if (!target_) return false;
+  if (std::exchange(loan_, Loan::none) == Loan::read) {
+    awaitRead();
+    wasEverRead_ = true;
+  }
+  paint(*target_);
+  connection_->flush();
+  return true;
+}
+
 FrameBuffer::Reading FrameBuffer::reclaim() {
   Loan outcome = Loan::none;
   {
@@ -72,7 +88,6 @@ FrameBuffer::Reading FrameBuffer::reclaim() {
   }
   if (outcome == Loan::read) {
     awaitRead();
-    xcb_sync_reset_fence(connection_->get(), consumed_);
     wasEverRead_ = true;
     return Reading::done;
   }
@@ -104,20 +119,38 @@ void FrameBuffer::awaitComposed(xcb_connection_t* reader) const {
   xcb_discard_reply(reader, xcb_sync_reset_fence_checked(reader, composed_).sequence);
 }
 
-void FrameBuffer::finishReading(xcb_connection_t* reader) {
+void FrameBuffer::finishReading(xcb_connection_t* reader, const std::optional<LiveTarget>& target) {
+  triggerConsumed(reader);
+  endLoan(Loan::read, target);
+}
+
+// The stream's connection is about to wait for this request, so it must be on its way.
+void FrameBuffer::triggerConsumed(xcb_connection_t* reader) const {
   xcb_discard_reply(reader, xcb_sync_trigger_fence_checked(reader, consumed_).sequence);
-  // The stream's connection is about to wait for this request, so it must be on its way.
   xcb_flush(reader);
-  endLoan(Loan::read);
+}
+
+// As if one more frame had been lent and read, in which nothing has changed.
+void FrameBuffer::endLive(xcb_connection_t* reader) {
+  const std::lock_guard lock(mutex_);
+  if (!std::exchange(target_, std::nullopt) || loan_ != Loan::none) return;
+  xcb_sync_trigger_fence(connection_->get(), composed_);
+  connection_->flush();
+  awaitComposed(reader);
+  triggerConsumed(reader);
+  loan_ = Loan::read;
+  // Sending may have read what the stream waits for: that does not make its descriptor readable again.
+  wakeup_->notify();
 }
 
 void FrameBuffer::drop() { endLoan(Loan::dropped); }
 
-void FrameBuffer::endLoan(Loan outcome) {
+void FrameBuffer::endLoan(Loan outcome, const std::optional<LiveTarget>& target) {
   bool isAwaited = false;
   {
     const std::lock_guard lock(mutex_);
     loan_ = outcome;
+    target_ = target;
     isAwaited = std::exchange(isEndAwaited_, false);
   }
   if (isAwaited) wakeup_->notify();

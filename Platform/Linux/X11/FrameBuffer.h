@@ -13,11 +13,14 @@
 #include <xcb/xcb.h>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 #include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/X11/LiveTarget.h"
 #include "Platform/Linux/X11/PaintStep.h"
 #include "Platform/Linux/X11/Region.h"
 #include "Platform/Linux/X11/Wakeup.h"
@@ -53,6 +56,9 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
     missed,  // what the last frame held is still to be seen: all of `changed`
     never,   // nobody has read a frame of this stream: all of the picture is still to be seen
   };
+  // Whether there is a target that is to be kept up to date: then calls this, behind all that the last reader sent, and
+  // sends off what it asks of the server.
+  bool paintLive(const std::function<void(const LiveTarget&)>& paint);
   // Before planning, while nothing is lent: puts what follows behind all that the last reader sent. Says what has
   // become of the last frame.
   Reading reclaim();
@@ -61,9 +67,11 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
 
   // The side of the frame that has the loan.
   void awaitComposed(xcb_connection_t* reader) const;
-  void finishReading(xcb_connection_t* reader);
+  void finishReading(xcb_connection_t* reader, const std::optional<LiveTarget>& target);
   void drop();
   void requestWhole();
+  // The side of any frame: no target any more. What the reader sends next comes after what was painted there.
+  void endLive(xcb_connection_t* reader);
 
  private:
   enum class Loan : std::uint8_t { none, lent, read, dropped };
@@ -73,7 +81,8 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
   void createFences();
   void destroyFences();
   void awaitRead();
-  void endLoan(Loan outcome);
+  void triggerConsumed(xcb_connection_t* reader) const;
+  void endLoan(Loan outcome, const std::optional<LiveTarget>& target = std::nullopt);
 
   std::shared_ptr<Connection> connection_;
   const std::int32_t width_;
@@ -90,6 +99,7 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
   Loan loan_ = Loan::none;
   bool isEndAwaited_ = false;
   bool isWholeRequested_ = false;
+  std::optional<LiveTarget> target_;
 };
 
 }  // namespace platform::x11

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Platform/Linux/X11/BorderPainting.h"
 #include "Platform/Linux/X11/Region.h"
 
 namespace platform::x11 {
@@ -14,15 +15,6 @@ namespace platform::x11 {
 namespace {
 
 std::uint8_t channel(Argb color, unsigned shift) { return static_cast<std::uint8_t>(color >> shift); }
-
-// Premultiplied, with 16 bits for each component.
-xcb_render_color_t renderColor(Argb color) {
-  const std::uint32_t alpha = channel(color, 24);
-  const auto scaled = [&](unsigned shift) {
-    return static_cast<std::uint16_t>((channel(color, shift) * alpha * 257 + 127) / 255);
-  };
-  return {scaled(16), scaled(8), scaled(0), static_cast<std::uint16_t>(alpha * 257)};
-}
 
 const xcb_visualtype_t* findVisual(const Connection& connection) {
   auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
@@ -144,8 +136,14 @@ bool OverlayPainter::paintFrame(const Frame& frame) {
   }
   blendLabelInClip();
   blendBorderInClip();
-  frame.endReading(connection_.get());
+  frame.endReading(connection_.get(), fitsExactly ? liveTarget() : std::nullopt);
   return true;
+}
+
+// With a label over it, the picture comes here frame by frame.
+std::optional<LiveTarget> OverlayPainter::liveTarget() const {
+  if (label_) return std::nullopt;
+  return LiveTarget{window_, look_.picture->x, look_.picture->y, width_, height_, look_.border};
 }
 
 // A frame of another size, as in the moments between a change of the window and the first frame made for it: a whole
@@ -204,17 +202,7 @@ void OverlayPainter::blendLabelInClip() {
 }
 
 void OverlayPainter::blendBorderInClip() {
-  if (!look_.border) return;
-  const std::int32_t line = std::min(look_.border->width, (std::min(width_, height_) + 1) / 2);
-  const std::int32_t inner = height_ - 2 * line;
-  // Four sides that do not overlap at the corners.
-  std::array<xcb_rectangle_t, 4> sides{
-      toRectangle({0, 0, width_, line}), toRectangle({0, height_ - line, width_, line}),
-      toRectangle({0, line, line, std::max(0, inner)}), toRectangle({width_ - line, line, line, std::max(0, inner)})};
-  const bool meetInTheMiddle = inner < 0 || width_ < 2 * line;
-  if (meetInTheMiddle) sides = {toRectangle({0, 0, width_, height_}), {}, {}, {}};
-  xcb_render_fill_rectangles(connection_.get(), XCB_RENDER_PICT_OP_OVER, picture_, renderColor(look_.border->color),
-                             static_cast<std::uint32_t>(sides.size()), sides.data());
+  if (look_.border) blendBorder(connection_, picture_, width_, height_, *look_.border);
 }
 
 }  // namespace platform::x11

@@ -17,6 +17,7 @@
 #include "Platform/Linux/X11/Connection.h"
 #include "Platform/Linux/X11/Frame.h"
 #include "Platform/Linux/X11/LabelPicture.h"
+#include "Platform/Linux/X11/LiveTarget.h"
 #include "Platform/Linux/X11/OverlayLook.h"
 
 namespace platform::x11 {
@@ -43,6 +44,7 @@ class OverlayPainter {
   // Over what is there already: only while the window shows no label.
   void blendLabel();
 
+  // From then on, as far as it can, the stream paints by itself what changes: until `Frame::endLive`.
   // False when there is nowhere to show it, or it was read before, or it is part of a picture of another size.
   bool paintFrame(const Frame& frame);
 
@@ -51,6 +53,7 @@ class OverlayPainter {
 
  private:
   void giveUpBackground();
+  [[nodiscard]] std::optional<LiveTarget> liveTarget() const;
   void stretch(const Frame& frame, const PixelRect& target);
   // No region: everything.
   void setClip(xcb_xfixes_region_t region, std::int32_t x, std::int32_t y);

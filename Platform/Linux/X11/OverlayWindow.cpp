@@ -47,6 +47,7 @@ OverlayWindow::OverlayWindow(Connection& connection, const PixelRect& frame, con
 }
 
 OverlayWindow::~OverlayWindow() {
+  endLive();
   painter_.reset();
   xcb_destroy_window(connection_.get(), window_);
   connection_.flush();
@@ -83,6 +84,7 @@ void OverlayWindow::setFrame(const PixelRect& frame) {
   const PixelRect wanted = atLeastOnePixel(frame);
   if (wanted == frame_) return;
   const bool isResized = wanted.width != frame_.width || wanted.height != frame_.height;
+  if (isResized) endLive();
   frame_ = wanted;
   const std::array<std::uint32_t, 4> values{static_cast<std::uint32_t>(wanted.x), static_cast<std::uint32_t>(wanted.y),
                                             static_cast<std::uint32_t>(wanted.width),
@@ -98,6 +100,7 @@ void OverlayWindow::setLook(const OverlayLook& look) {
   const OverlayLook before = painter_->look();
   if (look == before) return;
   const PixelRect oldLabel = painter_->labelRect();
+  endLive();
   painter_->setLook(look);
 
   OverlayLook withOldLabel = look;
@@ -110,6 +113,11 @@ void OverlayWindow::setLook(const OverlayLook& look) {
     painter_->paint(painter_->labelRect());
   }
   restore();
+}
+
+// What is painted here next comes after everything that the stream has painted.
+void OverlayWindow::endLive() {
+  if (lastFrame_) lastFrame_->endLive(connection_.get());
 }
 
 // Only its stream can paint the picture again. Until it does, the window stays as it is.
@@ -141,6 +149,7 @@ void OverlayWindow::orderOut() {
 
 bool OverlayWindow::presentFrame(std::shared_ptr<const Frame> frame) {
   if (frame->streamSerial() < newestStream_) return false;
+  if (frame->streamSerial() > newestStream_) endLive();
   newestStream_ = frame->streamSerial();
   if (!painter_->paintFrame(*frame)) return false;
   lastFrame_ = std::move(frame);
@@ -148,7 +157,9 @@ bool OverlayWindow::presentFrame(std::shared_ptr<const Frame> frame) {
 }
 
 void OverlayWindow::forgetFrames() {
-  if (!std::exchange(lastFrame_, nullptr)) return;
+  if (!lastFrame_) return;
+  endLive();
+  lastFrame_ = nullptr;
   painter_->restoreBackground();
   painter_->paintAll();
 }

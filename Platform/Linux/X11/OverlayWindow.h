@@ -50,6 +50,7 @@ class OverlayWindow {
   void setProperties();
   void setText(const char* property, const char* type, std::string_view text);
   void setNumber(const char* property, xcb_atom_t type, std::uint32_t value);
+  void endLive();
   void restore();
   void exposed(const PixelRect& part);
 

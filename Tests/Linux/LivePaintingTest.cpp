@@ -1,0 +1,211 @@
+// A stream and the window that shows it, together: what changes on the screen shows there without anybody in between.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <deque>
+#include <mutex>
+
+#include "Platform/Linux/X11/CaptureStream.h"
+#include "Platform/Linux/X11/OverlayWindow.h"
+#include "Platform/Linux/X11/Redirection.h"
+#include "Tests/Linux/EngineSupport.h"
+#include "Tests/Linux/QtEnvironment.h"
+#include "Tests/Support/Wait.h"
+#include "Tests/Support/XClient.h"
+#include "Tests/Support/XServer.h"
+
+namespace platform::x11 {
+namespace {
+
+using namespace std::chrono_literals;
+using support::waitUntil;
+
+// Below the window that shows the copy lies what is copied, and beside both a client draws.
+constexpr PixelRect area{40, 30, 300, 220};
+constexpr Argb halfWhite = 0x80FFFFFF;
+
+class Arrivals final : public StreamOutput, public StreamDelegate {
+ public:
+  void streamDidOutput(std::shared_ptr<const SampleBuffer> sample, StreamOutputType /*type*/) override {
+    const std::lock_guard lock(mutex_);
+    frames_.push_back(std::dynamic_pointer_cast<const Frame>(std::move(sample)));
+    ++count_;
+  }
+  void streamDidStop(const Error& error) override { ADD_FAILURE() << error.localizedDescription; }
+
+  std::shared_ptr<const Frame> take() {
+    const std::lock_guard lock(mutex_);
+    if (frames_.empty()) return nullptr;
+    auto frame = std::move(frames_.front());
+    frames_.pop_front();
+    return frame;
+  }
+  int count() {
+    const std::lock_guard lock(mutex_);
+    return count_;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::deque<std::shared_ptr<const Frame>> frames_;
+  int count_ = 0;
+};
+
+class InlineQueue final : public SerialQueue {
+ public:
+  void perform(const Job& job) override { job(); }
+};
+
+class LivePainting : public testing::Test {
+ protected:
+  LivePainting() {
+    (void)qt::application();
+    redirectSubwindows(*keeper_);
+    client_.setBackgroundChecks(client_.root(), 7, 0x204060, 0x305070);
+    drawn_ = client_.createWindow({.frame = {60, 50, 200, 150}, .color = 0xff305030});
+    client_.sync();
+    EXPECT_TRUE(keeper_->synchronize(10'000));
+  }
+
+  std::shared_ptr<CaptureStream> start() {
+    CaptureStreamSettings settings;
+    settings.displayName = server_.display();
+    settings.source = area;
+    settings.minimumFrameInterval = 5ms;
+    settings.ownClients = {connection_->resourceBase()};
+    settings.unexpectedError = failOnError;
+    settings.serial = ++serial_;
+    auto stream = std::make_shared<CaptureStream>(settings, arrivals_);
+    EXPECT_TRUE(stream->addOutput(arrivals_, StreamOutputType::screen, std::make_shared<InlineQueue>()).has_value());
+    stream->startCapture([](const std::expected<void, Error>& result) { EXPECT_TRUE(result.has_value()); });
+    return stream;
+  }
+
+  void show(OverlayLook look) {
+    window_ = std::make_unique<OverlayWindow>(*connection_, area, look);
+    window_->orderFront(std::nullopt);
+    turn();
+  }
+
+  // One turn of the main loop.
+  void turn() {
+    while (const auto frame = arrivals_->take()) window_->presentFrame(frame);
+    connection_->flush();
+    while (const Event event = connection_->nextEvent()) window_->handle(*event);
+    connection_->flush();
+  }
+
+  void presentFirst() {
+    const int before = arrivals_->count();
+    ASSERT_TRUE(waitUntil([&] { return arrivals_->count() > before; }));
+    turn();
+  }
+
+  // A colour that was never there before, in the window below; whether the copy comes to show it.
+  bool isShownOnceDrawn(bool turning) {
+    const std::uint32_t color = ++lastColor_;
+    client_.fill(drawn_, {10, 10, 30, 20}, 0xff000000U | color);
+    client_.sync();
+    return waitUntil([&] {
+      if (turning) turn();
+      return client_.screenshot({70, 60, 30, 20}).count(color) == std::size_t{30} * 20;
+    });
+  }
+
+  support::XServer server_{{.width = 400, .height = 300, .depth = 24, .arguments = {}}};
+  support::XClient client_{server_.display()};
+  std::unique_ptr<Connection> keeper_ = connectTo(server_.display());
+  std::unique_ptr<Connection> connection_ = connectTo(server_.display());
+  std::shared_ptr<Arrivals> arrivals_ = std::make_shared<Arrivals>();
+  std::unique_ptr<OverlayWindow> window_;
+  xcb_window_t drawn_ = XCB_NONE;
+  std::uint64_t serial_ = 0;
+  std::uint32_t lastColor_ = 0x405060;
+};
+
+OverlayLook mirrorLook() {
+  return {.background = 0xFF0000FF, .picture = PixelRect{0, 0, area.width, area.height}, .label = {}, .border = {}};
+}
+
+TEST_F(LivePainting, ChangesShowWithoutTheMainThread) {
+  const auto stream = start();
+  show(mirrorLook());
+  presentFirst();
+  const int frames = arrivals_->count();
+  for (int change = 0; change < 20; ++change) ASSERT_TRUE(isShownOnceDrawn(false)) << change;
+  EXPECT_EQ(arrivals_->count(), frames);
+}
+
+TEST_F(LivePainting, TheCopyStaysExactUnderABorderThatDoesNotAddUp) {
+  OverlayLook look = mirrorLook();
+  look.border = BorderLook{.width = 2, .color = halfWhite};
+  const auto stream = start();
+  show(look);
+  presentFirst();
+  ASSERT_TRUE(isShownOnceDrawn(false));
+  const auto before = client_.screenshot(area);
+  // A window comes to lie over corner and edge, and goes.
+  const auto passing = client_.createWindow({.frame = {20, 20, 100, 100}, .color = 0xff806020});
+  client_.lower(passing);
+  client_.sync();
+  ASSERT_TRUE(waitUntil([&] { return client_.screenshot(area).at(15, 15) == 0x806020U; }));
+  client_.destroy(passing);
+  client_.sync();
+  EXPECT_TRUE(waitUntil([&] { return client_.screenshot(area) == before; }));
+}
+
+TEST_F(LivePainting, ALabelStopsItAndItsEndBringsItBack) {
+  const auto stream = start();
+  show(mirrorLook());
+  presentFirst();
+  OverlayLook labelled = mirrorLook();
+  labelled.label = LabelLook{.text = "Waiting", .font = {.size = 12, .weight = FontWeight::medium}, .color = halfWhite};
+  window_->setLook(labelled);
+  turn();
+  const int frames = arrivals_->count();
+  ASSERT_TRUE(isShownOnceDrawn(true));
+  EXPECT_GT(arrivals_->count(), frames) << "under a label, frames come";
+  window_->setLook(mirrorLook());
+  turn();
+  ASSERT_TRUE(isShownOnceDrawn(true));
+  const int later = arrivals_->count();
+  ASSERT_TRUE(isShownOnceDrawn(false));
+  EXPECT_EQ(arrivals_->count(), later);
+}
+
+TEST_F(LivePainting, StreamsTakeOverFromEachOtherWhileMuchIsDrawn) {
+  show(mirrorLook());
+  std::shared_ptr<CaptureStream> stream;
+  for (int restart = 0; restart < 10; ++restart) {
+    const auto next = start();
+    const int before = arrivals_->count();
+    ASSERT_TRUE(waitUntil([&] {
+      client_.fill(drawn_, {50, 50, 60, 60}, 0xff000000U | ++lastColor_);
+      client_.sync();
+      turn();
+      return arrivals_->count() > before;
+    }));
+    stream = next;
+    ASSERT_TRUE(isShownOnceDrawn(true)) << restart;
+    ASSERT_TRUE(isShownOnceDrawn(false)) << restart;
+  }
+}
+
+TEST_F(LivePainting, AWindowThatGoesWhileItIsPaintedDisturbsNobody) {
+  const auto stream = start();
+  for (int round = 0; round < 10; ++round) {
+    show(mirrorLook());
+    ASSERT_TRUE(waitUntil([&] {
+      client_.fill(drawn_, {50, 50, 60, 60}, 0xff000000U | ++lastColor_);
+      client_.sync();
+      turn();
+      return client_.screenshot({115, 105, 1, 1}).at(0, 0) == lastColor_;
+    })) << round;
+    ASSERT_TRUE(isShownOnceDrawn(true)) << round;
+    window_.reset();
+    connection_->flush();
+  }
+}
+
+}  // namespace
+}  // namespace platform::x11
