@@ -89,6 +89,9 @@ LatencyMeasurement measureChange(const std::string& subject, const std::string& 
 LatencyMeasurement measureHotKey(int samples) {
   Stage stage(ours, "idle", false);
   support::Input input(stage.server.display());
+  // A colour that neither the cover without a picture has nor the overlay.
+  constexpr std::uint32_t beneath = 0x00c040;
+  stage.paintSquare(beneath);
   stage.client.map(makeOverlay(stage.client));
   stage.client.sync();
   LatencyMeasurement measurement{"hot key to first live frame", {}};
@@ -99,7 +102,7 @@ LatencyMeasurement measureHotKey(int samples) {
     rest(random, 200, 300);
     const auto begin = Clock::now();
     toggle();
-    measurement.milliseconds.push_back(stage.until(1550, 850, 0x000000, begin));
+    measurement.milliseconds.push_back(stage.until(1550, 850, beneath, begin));
     rest(random, 200, 300);
     toggle();
   }

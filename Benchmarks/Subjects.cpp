@@ -73,6 +73,10 @@ Arguments picom(const std::string& /*display*/, const Place& /*place*/) {
   return {"picom", "--backend", "xrender", "--config", "/dev/null"};
 }
 
+Arguments bareMirror(const std::string& /*display*/, const Place& place) {
+  return {BARE_MIRROR_EXECUTABLE, std::to_string(place.beside.x), std::to_string(place.beside.y)};
+}
+
 struct Peer {
   std::string name;
   Arguments (*command)(const std::string& display, const Place& place);
@@ -93,6 +97,7 @@ const std::vector<Peer>& peers() {
        true},
       {"xzoom", xzoom, {"dpkg-query", "--show", "xzoom"}, true},
       {"picom", picom, {"picom", "--version"}, false},
+      {"bare-mirror", bareMirror, {"echo", "the least that a copy of one window takes"}, true},
   };
   return all;
 }

@@ -35,7 +35,7 @@ inline const std::string ours = "quillfade";
 inline const std::string nobody = "nobody";
 
 // Ours may start with the cover off. "nobody", "quillfade", "ffplay", "gstreamer-damage", "gstreamer-full", "xzoom",
-// "picom". Nobody has no process.
+// "picom", "bare-mirror". Nobody has no process.
 [[nodiscard]] std::unique_ptr<Subject> startSubject(const std::string& name, const std::string& display,
                                                     const Place& place, bool isOn = true);
 

@@ -30,7 +30,8 @@ constexpr PixelRect smallArea{240, 220, 520, 340};  // inside the window that sh
 constexpr PixelRect whole4k{0, 0, 3840, 2160};
 
 std::vector<CostScene> scenes(bool isQuick) {
-  const std::vector<std::string> all{ours, "ffplay", "gstreamer-damage", "gstreamer-full", "xzoom", "picom"};
+  const std::vector<std::string> all{ours,    "ffplay", "gstreamer-damage", "gstreamer-full",
+                                     "xzoom", "picom",  "bare-mirror"};
   const std::vector<std::string> copies{ours, "ffplay", "gstreamer-full", "xzoom"};
   const std::vector<std::string> few{ours, "gstreamer-full", "picom"};
   std::vector<CostScene> result;

@@ -6,6 +6,15 @@
 #include "Platform/Linux/Desktop/Views.h"
 
 namespace platform::x11 {
+
+namespace {
+
+// The text of a mirror goes with its first frame, which comes within some milliseconds as a rule: until then it would
+// only flash, and the toolkit takes long to write the first letters of its life.
+constexpr double labelDelay = 0.1;
+
+}  // namespace
+
 ClickThroughWindow::ClickThroughWindow(const Surroundings& surroundings, const WindowAttributes& attributes)
     : surroundings_(surroundings),
       backgroundColor_(attributes.backgroundColor),
@@ -17,6 +26,7 @@ ClickThroughWindow::ClickThroughWindow(const Surroundings& surroundings, const W
 }
 
 ClickThroughWindow::~ClickThroughWindow() {
+  if (labelTask_) labelTask_->cancel();
   leaveContent();
   surroundings_.stage.remove(window_);
 }
@@ -41,8 +51,17 @@ void ClickThroughWindow::setFrame(const Rect& frame, bool display) {
 }
 
 void ClickThroughWindow::orderFrontRegardless() {
+  writeLabelLater();
   window_.setLook(look());
   surroundings_.stage.orderFront(window_);
+}
+
+void ClickThroughWindow::writeLabelLater() {
+  if (isLabelDue_ || labelTask_) return;
+  labelTask_ = surroundings_.runLoop.after(labelDelay, [this] {
+    isLabelDue_ = true;
+    window_.setLook(look());
+  });
 }
 
 void ClickThroughWindow::orderOut() { window_.orderOut(); }
@@ -68,7 +87,8 @@ bool ClickThroughWindow::presentSample(std::shared_ptr<const SampleBuffer> sampl
 void ClickThroughWindow::forgetSamples() { window_.forgetFrames(); }
 
 OverlayLook ClickThroughWindow::look() const {
-  const OverlayContent content = content_ ? describe(*content_) : OverlayContent{};
+  OverlayContent content = content_ ? describe(*content_) : OverlayContent{};
+  if (!isLabelDue_) content.label.reset();
   const double scale = scaleAt(frame_, surroundings_.screens.geometries());
   return lookOf(content, backgroundColor_, window_.frame().height, scale);
 }

@@ -48,6 +48,7 @@ class ClickThroughWindow final : public Window, private ViewHost {
 
   [[nodiscard]] OverlayLook look() const;
   void leaveContent();
+  void writeLabelLater();
 
   Surroundings surroundings_;
   Color backgroundColor_;
@@ -56,6 +57,8 @@ class ClickThroughWindow final : public Window, private ViewHost {
   std::shared_ptr<ViewNode> content_;
   // Guards posted work: it does nothing once the window is gone.
   std::shared_ptr<bool> updateIsPosted_ = std::make_shared<bool>(false);
+  bool isLabelDue_ = false;
+  std::shared_ptr<DelayedTask> labelTask_;
   // Roles among the colours follow the desktop's light or dark look.
   PaletteWatch palette_;
 };

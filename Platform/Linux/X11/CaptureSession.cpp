@@ -16,7 +16,7 @@ namespace {
 constexpr std::int32_t largestExtent = 32767;
 
 // A client that makes changes faster than they can be taken in must not keep frames from being made.
-constexpr int mostEventsAtOnce = 1000;
+constexpr int mostReadsAtOnce = 10;
 
 constexpr std::chrono::milliseconds longestWaitForAnswer{20};
 
@@ -75,23 +75,26 @@ void CaptureSession::takeIn(const xcb_generic_event_t& event) {
   compositor_.handle(event);
 }
 
-void CaptureSession::takeInAll() {
-  for (int taken = 0; taken < mostEventsAtOnce; ++taken) {
-    const Event event = connection_->nextEvent();
-    if (!event) break;
+bool CaptureSession::takeInSome() {
+  Event event = connection_->nextEvent();
+  const bool isAny = event != nullptr;
+  while (event) {
     takeIn(*event);
+    event = connection_->nextQueuedEvent();
   }
   scene_.collectReplies();
   compositor_.collectReplies();
+  return isAny;
 }
 
 void CaptureSession::admit(std::span<const xcb_window_t> windows) {
-  takeInAll();
+  for (int times = 0; times < mostReadsAtOnce && takeInSome(); ++times) {
+  }
   compositor_.admit(windows);
 }
 
 std::shared_ptr<const Frame> CaptureSession::nextFrame() {
-  takeInAll();
+  takeInSome();
   isWholeWanted_ = buffer_->takeWholeRequest() || isWholeWanted_;
   const Compositor::Changes changes = compositor_.changes();
   const Clock::time_point now = Clock::now();

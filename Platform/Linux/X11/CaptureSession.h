@@ -46,7 +46,9 @@ class CaptureSession {
   CaptureSession(const CaptureStreamSettings& settings, std::shared_ptr<Connection> connection,
                  std::shared_ptr<FrameBuffer> buffer, std::shared_ptr<Wakeup> wakeup);
   void takeIn(const xcb_generic_event_t& event);
-  void takeInAll();
+  // As much as one read of the connection brings: what it leaves behind keeps the descriptor readable. False when there
+  // was nothing.
+  bool takeInSome();
   // When the next frame may be made.
   [[nodiscard]] Clock::time_point due() const { return isWholeWanted_ ? nextWholeDue_ : nextFrameDue_; }
   // When there will be something to do without anything further happening.

@@ -30,12 +30,10 @@ Compositor::Compositor(Connection& connection, Scene& scene, const PixelRect& so
       wallpaper_(connection, source),
       looks_(connection),
       pending_(connection),
-      bounds_(connection),
       parts_(connection),
       remaining_(connection),
       clip_(connection) {
   filter_.addOwnClient(connection_.resourceBase());
-  bounds_.set(PixelRect{0, 0, source_.width, source_.height});
   for (const SceneWindow& window : scene_.windows()) watch(window);
   scene_.addListener(*this);
   invalidate();
@@ -235,7 +233,7 @@ Compositor::Changes Compositor::changes() const {
 void Compositor::examine() {
   if (isExamining()) return;
   gatherDamage();
-  pending_.intersect(bounds_);
+  if (pendingBounds_.empty()) return;
   examination_ = xcb_xfixes_fetch_region(connection_.get(), pending_.id()).sequence;
 }
 
@@ -255,7 +253,6 @@ bool Compositor::collectReplies() {
 void Compositor::forgetPending() {
   if (examination_) xcb_discard_reply(connection_.get(), *examination_);
   examination_.reset();
-  pending_.clear();
   pendingBounds_.clear();
   isPendingCertain_ = false;
 }
@@ -270,8 +267,7 @@ void Compositor::gatherDamage() {
     parts_.translate(window->outer.x + window->border - source_.x, window->outer.y + window->border - source_.y);
     // The window may have grown and moved already; then that is still to be told, and painted.
     parts_.intersect(content->outline(*window, source_));
-    pending_.unite(parts_);
-    pendingBounds_.push_back(intersection(window->outer, source_));
+    addPending(parts_, intersection(window->outer, source_));
     return true;
   });
 }
@@ -282,40 +278,56 @@ void Compositor::gatherSoil() {
   for (const PixelRect& rect : soiled_)
     rectangles.push_back(toRectangle({rect.x - source_.x, rect.y - source_.y, rect.width, rect.height}));
   parts_.set(rectangles);
-  pending_.unite(parts_);
-  pendingBounds_.insert(pendingBounds_.end(), soiled_.begin(), soiled_.end());
+  addPending(parts_, soiled_.front());
+  pendingBounds_.insert(pendingBounds_.end(), soiled_.begin() + 1, soiled_.end());
   soiled_.clear();
 }
 
-void Compositor::prepare(Region& changed) {
+// The part means nothing any more afterwards.
+void Compositor::addPending(Region& part, const PixelRect& bounds) {
+  if (pendingBounds_.empty())
+    pending_.swap(part);
+  else
+    pending_.unite(part);
+  pendingBounds_.push_back(bounds);
+}
+
+void Compositor::gather() {
   readLooks();
   gatherDamage();
   gatherSoil();
-  pending_.intersect(bounds_);
-  changed.copy(pending_);
-  remaining_.copy(pending_);
+  if (pendingBounds_.empty()) pending_.clear();
 }
 
-void Compositor::paintTo(const Target& target, Region& painted) {
+PixelRect Compositor::paintTo(const Target& target, Region& painted) {
   target_ = target;
-  prepare(painted);
-  paintLayers();
+  gather();
+  painted.swap(pending_);
+  paintLayers(painted);
+  PixelRect bounds;
+  for (const PixelRect& each : pendingBounds_) bounds = bounds.isEmpty() ? each : united(bounds, each);
   forgetPending();
+  return {bounds.x - source_.x, bounds.y - source_.y, bounds.width, bounds.height};
 }
 
+// Whoever reads the last plan may still name its regions: they keep their names, and are changed only here.
 std::vector<PaintStep> Compositor::plan(Region& changed) {
   std::vector<PaintStep> steps;
   clipsInUse_ = 0;
+  gather();
+  changed.copy(pending_);
   plan_ = &steps;
-  prepare(changed);
-  paintLayers();
+  paintLayers(changed);
   plan_ = nullptr;
   forgetPending();
   return steps;
 }
 
 void Compositor::repaint(const Region& part) {
-  pending_.unite(part);
+  if (pendingBounds_.empty())
+    pending_.copy(part);
+  else
+    pending_.unite(part);
   pendingBounds_.push_back(source_);
 }
 

@@ -63,8 +63,9 @@ class Compositor final : private SceneListener {
     std::int32_t x = 0;
     std::int32_t y = 0;
   };
-  // Brings the picture up to date and leaves in `painted` what may differ now. A target that is gone is no failure.
-  void paintTo(const Target& target, Region& painted);
+  // Brings the picture up to date and leaves in `painted` what may differ now. Returns a rectangle of the picture that
+  // holds all of that. A target that is gone is no failure.
+  PixelRect paintTo(const Target& target, Region& painted);
   // Leaves in `changed` what is to be painted and returns how, for somebody else to do. What the steps name stays as it
   // is until the next plan, but for windows that go or get other pixels: then the next plan puts it right.
   [[nodiscard]] std::vector<PaintStep> plan(Region& changed);
@@ -111,17 +112,18 @@ class Compositor final : private SceneListener {
   void noteTaking(const WindowContent& content);
   void gatherDamage();
   void gatherSoil();
+  void addPending(Region& part, const PixelRect& bounds);
   void forgetPending();
   [[nodiscard]] std::vector<Layer> layersToPaint(bool& reachesWallpaper) const;
-  void paintLayers();
-  void paintOpaque(const Layer& layer);
+  void paintLayers(const Region& changed);
+  void paintOpaque(const Layer& layer, const Region& rest);
   void paintTranslucent(const Layer& layer, Region& visible);
-  void paintWallpaper();
+  void paintWallpaper(const Region& rest);
   void composite(const Layer& layer, std::uint8_t operation, const Region& clip);
   // Carries out the step, or notes it while a plan is made.
   void perform(PaintStep step, const Region& clip);
   [[nodiscard]] const Region& keptCopy(const Region& clip);
-  void prepare(Region& changed);
+  void gather();
 
   Connection& connection_;
   Scene& scene_;
@@ -136,15 +138,15 @@ class Compositor final : private SceneListener {
   // Known until some window changes.
   mutable std::optional<bool> isHoldingBack_;
 
-  // What is to be painted: rectangles in root pixels, windows' damage not taken yet, and `pending_` in the server.
+  // What is to be painted: rectangles in root pixels, windows' damage not taken yet, and `pending_` in the server,
+  // which means something only while it has bounds.
   std::vector<PixelRect> soiled_;
   Region pending_;
   std::vector<PixelRect> pendingBounds_;
   bool isPendingCertain_ = false;
   std::optional<std::uint32_t> examination_;
 
-  // The whole source, and scratch space, in the server.
-  Region bounds_;
+  // Scratch space in the server.
   Region parts_;
   Region remaining_;
   Region clip_;

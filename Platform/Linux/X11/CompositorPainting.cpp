@@ -26,35 +26,38 @@ std::vector<Compositor::Layer> Compositor::layersToPaint(bool& reachesWallpaper)
 
 // Opaque windows go first, from the top, each where nothing above it has been painted: so no pixel is painted twice.
 // Then what shines through goes on top, from the bottom.
-void Compositor::paintLayers() {
+void Compositor::paintLayers(const Region& changed) {
   struct Veil {
     Layer layer;
     std::unique_ptr<Region> visible;
   };
   std::vector<Veil> veils;
   bool reachesWallpaper = true;
-  for (const Layer& layer : layersToPaint(reachesWallpaper)) {
-    if (!isTranslucent(*layer.window)) {
-      paintOpaque(layer);
+  const std::vector<Layer> layers = layersToPaint(reachesWallpaper);
+  // What nothing has been painted over yet: copied only when it becomes less.
+  const Region* rest = &changed;
+  for (const Layer& layer : layers) {
+    if (isTranslucent(*layer.window)) {
+      veils.push_back({layer, std::make_unique<Region>(connection_)});
+      veils.back().visible->copy(*rest);
       continue;
     }
-    veils.push_back({layer, std::make_unique<Region>(connection_)});
-    veils.back().visible->copy(remaining_);
+    paintOpaque(layer, *rest);
+    const bool isLast = &layer == &layers.back() && !reachesWallpaper;
+    if (isLast) break;
+    if (rest == &changed) remaining_.copy(changed);
+    rest = &remaining_;
+    remaining_.subtract(layer.content->outline(*layer.window, source_));
   }
-  if (reachesWallpaper) paintWallpaper();
+  if (reachesWallpaper) paintWallpaper(*rest);
   for (const Veil& veil : veils | std::views::reverse) paintTranslucent(veil.layer, *veil.visible);
 }
 
-void Compositor::paintOpaque(const Layer& layer) {
-  const Region& outline = layer.content->outline(*layer.window, source_);
-  if (!isRectangle(*layer.window)) {
-    clip_.copy(remaining_);
-    clip_.intersect(outline);
-    composite(layer, XCB_RENDER_PICT_OP_SRC, clip_);
-  } else {
-    composite(layer, XCB_RENDER_PICT_OP_SRC, remaining_);
-  }
-  remaining_.subtract(outline);
+void Compositor::paintOpaque(const Layer& layer, const Region& rest) {
+  if (isRectangle(*layer.window)) return composite(layer, XCB_RENDER_PICT_OP_SRC, rest);
+  clip_.copy(rest);
+  clip_.intersect(layer.content->outline(*layer.window, source_));
+  composite(layer, XCB_RENDER_PICT_OP_SRC, clip_);
 }
 
 void Compositor::paintTranslucent(const Layer& layer, Region& visible) {
@@ -77,14 +80,14 @@ void Compositor::composite(const Layer& layer, std::uint8_t operation, const Reg
           clip);
 }
 
-void Compositor::paintWallpaper() {
+void Compositor::paintWallpaper(const Region& rest) {
   const xcb_render_picture_t picture = wallpaper_.picture(scene_.hasCompositingManager());
   perform({.source = picture,
            .sourceX = static_cast<std::int16_t>(wallpaper_.part().x),
            .sourceY = static_cast<std::int16_t>(wallpaper_.part().y),
            .width = static_cast<std::uint16_t>(source_.width),
            .height = static_cast<std::uint16_t>(source_.height)},
-          remaining_);
+          rest);
 }
 
 void Compositor::perform(PaintStep step, const Region& clip) {

@@ -4,6 +4,17 @@
 
 namespace platform::x11 {
 
+namespace {
+
+bool meetsBorder(const PixelRect& painted, const LiveTarget& target) {
+  const PixelRect inWindow{painted.x + target.x, painted.y + target.y, painted.width, painted.height};
+  const std::int32_t line = target.border->width;
+  const PixelRect inside{line, line, target.windowWidth - 2 * line, target.windowHeight - 2 * line};
+  return intersection(inWindow, inside) != inWindow;
+}
+
+}  // namespace
+
 void LivePainter::paint(Compositor& compositor, const LiveTarget& target, Region& changed) {
   xcb_connection_t* const c = connection_.get();
   if (target.window != window_) {
@@ -13,8 +24,8 @@ void LivePainter::paint(Compositor& compositor, const LiveTarget& target, Region
     connection_.ignoreErrors(xcb_render_create_picture(
         c, picture_, window_, connection_.formatOfVisual(connection_.rootVisual()), 0, nullptr));
   }
-  compositor.paintTo({picture_, target.x, target.y}, changed);
-  if (!target.border) return;
+  const PixelRect painted = compositor.paintTo({picture_, target.x, target.y}, changed);
+  if (!target.border || !meetsBorder(painted, target)) return;
   // It is translucent, so it is blended again just where the picture below it was renewed.
   connection_.ignoreErrors(xcb_xfixes_set_picture_clip_region(
       c, picture_, changed.id(), static_cast<std::int16_t>(target.x), static_cast<std::int16_t>(target.y)));

@@ -39,6 +39,8 @@ class Region {
   void set(std::span<const xcb_rectangle_t> rects) {
     xcb_xfixes_set_region(connection_.get(), id_, static_cast<std::uint32_t>(rects.size()), rects.data());
   }
+  // Of the same connection. Costs nothing.
+  void swap(Region& other) { std::swap(id_, other.id_); }
   void copy(const Region& other) { xcb_xfixes_copy_region(connection_.get(), other.id_, id_); }
   void unite(const Region& other) { xcb_xfixes_union_region(connection_.get(), id_, other.id_, id_); }
   void intersect(const Region& other) { xcb_xfixes_intersect_region(connection_.get(), id_, other.id_, id_); }

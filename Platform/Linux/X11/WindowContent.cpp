@@ -78,7 +78,7 @@ const Region& WindowContent::outline(const SceneWindow& window, const PixelRect&
     const PixelRect& part = *look_.visiblePart;
     seen = intersection(outer, {outer.x + part.x, outer.y + part.y, part.width, part.height});
   }
-  outline_.set(seen);
+  outline_.set(intersection(seen, {0, 0, source.width, source.height}));
   if (!window.isShaped) return outline_;
 
   // The shape is read into a region of its own: if the window is gone, that one does not come to be, the copy fails as
@@ -95,7 +95,6 @@ const Region& WindowContent::outline(const SceneWindow& window, const PixelRect&
 }
 
 void WindowContent::takeDamage(Region& parts) {
-  parts.clear();
   const xcb_void_cookie_t taken = xcb_damage_subtract(connection_.get(), damage_, XCB_NONE, parts.id());
   lastTaking_ = taken.sequence;
   connection_.ignoreErrors(taken);

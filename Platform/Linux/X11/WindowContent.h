@@ -33,7 +33,7 @@ class WindowContent {
   [[nodiscard]] xcb_render_picture_t picture();
   // How opaque it is, as a mask; none when it is opaque.
   [[nodiscard]] xcb_render_picture_t mask();
-  // What of it is seen, for a picture whose top-left corner is that of `source`.
+  // What of it is seen in a picture of `source`.
   [[nodiscard]] const Region& outline(const SceneWindow& window, const PixelRect& source);
   // After a resize, an unmap or a change of the compositing manager the window has other pixels.
   void forgetPicture();
@@ -43,7 +43,8 @@ class WindowContent {
   void setLook(const WindowLook& look);
 
   [[nodiscard]] xcb_damage_damage_t damage() const { return damage_; }
-  // Moves the damage into `parts`, in pixels from the inner corner of the window's border. Empty if the window is gone.
+  // Moves the damage into `parts`, in pixels from the inner corner of the window's border. If the window is gone,
+  // `parts` stays as it is.
   void takeDamage(Region& parts);
   // The request that took the damage last: earlier reports of it mean nothing any more.
   [[nodiscard]] std::uint32_t lastTaking() const { return lastTaking_; }
