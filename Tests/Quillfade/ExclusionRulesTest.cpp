@@ -132,6 +132,12 @@ TEST(ExclusionRules, OnAScreenWithoutAreaOnlyOwnWindowsAreLeftOut) {
   }
 }
 
+TEST(ExclusionRules, AScreenOfLessThanOneSquarePointIsStillMeasured) {
+  const platform::Screen tiny{{{0, 0}, {0.5, 0.5}}, 1, 2};
+  EXPECT_TRUE(isLeftOut(listedWindow(1, unknown, 500, {0.5, 0.5}), own, tiny));
+  EXPECT_FALSE(isLeftOut(listedWindow(1, unknown, 500, {0.1, 0.1}), own, tiny));
+}
+
 TEST(ExclusionRules, AHugeWindowIsLeftOutButOneWithoutAFiniteAreaIsNot) {
   EXPECT_TRUE(isLeftOut(listedWindow(1, unknown, 500, {1e6, 1e6})));
   EXPECT_FALSE(isLeftOut(listedWindow(1, unknown, 500, {1e200, 1e200})));
