@@ -52,6 +52,15 @@ constexpr std::array pictureUses{
 
 }  // namespace
 
+RequestStream::RequestStream(ByteOrder order, const ScreenNames& names, PendingReplies& replies)
+    : wire_(order), names_(names), replies_(replies) {
+  const ExtensionNumbers& numbers = names_.extensions;
+  for (const std::uint8_t major : {getImage, copyArea, copyPlane, grabServer, ungrabServer, numbers.render,
+                                   numbers.sharedMemory, numbers.composite, numbers.bigRequests}) {
+    isOfConcern_[major] = major != 0;
+  }
+}
+
 RequestStream::Step RequestStream::advance(Bytes bytes) {
   if (isMalformed_) return {0, Stop::malformed};
   std::size_t done = 0;
@@ -59,13 +68,14 @@ RequestStream::Step RequestStream::advance(Bytes bytes) {
     const auto passed = static_cast<std::size_t>(std::min<std::uint64_t>(body_, bytes.size() - done));
     body_ -= passed;
     done += passed;
+    done += passUnconcerned(bytes.subspan(done));
     const auto request = readHeader(bytes.subspan(done));
     if (!request) return {done, Stop::needsMore};
     if (request->length < request->header) {
       isMalformed_ = true;
       return {done, Stop::malformed};
     }
-    if (concerns(request->major)) {
+    if (isOfConcern_[request->major]) {
       const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(request->length, farthestLook));
       if (request->bytes.size() < wanted) return {done, Stop::needsMore};
       if (!rewrite(*request)) return {done, Stop::screenRead};
@@ -73,6 +83,22 @@ RequestStream::Step RequestStream::advance(Bytes bytes) {
     ++count_;
     body_ = request->length;
   }
+}
+
+// Programs send millions of small requests a second, so there is as little as possible to be done for one.
+std::size_t RequestStream::passUnconcerned(Bytes bytes) {
+  const Wire wire = wire_;
+  const std::byte* const begin = bytes.data();
+  std::size_t done = 0;
+  std::uint64_t count = 0;
+  while (bytes.size() - done >= shortHeader && !isOfConcern_[std::to_integer<std::uint8_t>(begin[done])]) {
+    const std::size_t length = std::size_t{wire.get16(begin + done + 2)} * 4;
+    if (length == 0 || length > bytes.size() - done) break;
+    done += length;
+    ++count;
+  }
+  count_ += count;
+  return done;
 }
 
 // A length of 0 announces a longer one for clients that have asked for it. Without that it is an error of four bytes.
@@ -88,15 +114,6 @@ std::optional<RequestStream::Request> RequestStream::readHeader(Bytes bytes) con
   }
   request.bytes = bytes.first(static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), request.length)));
   return request;
-}
-
-bool RequestStream::concerns(std::uint8_t major) const {
-  if (major < 128) {
-    return major == getImage || major == copyArea || major == copyPlane || major == grabServer || major == ungrabServer;
-  }
-  const ExtensionNumbers& numbers = names_.extensions;
-  return major == numbers.render || major == numbers.sharedMemory || major == numbers.composite ||
-         major == numbers.bigRequests;
 }
 
 bool RequestStream::rewrite(const Request& request) {

@@ -11,6 +11,7 @@
 // their length are passed on for it to do so.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -34,8 +35,7 @@ class RequestStream {
     Stop stop = Stop::needsMore;
   };
 
-  RequestStream(ByteOrder order, const ScreenNames& names, PendingReplies& replies)
-      : wire_(order), names_(names), replies_(replies) {}
+  RequestStream(ByteOrder order, const ScreenNames& names, PendingReplies& replies);
 
   // Looks at bytes that follow those passed on so far, and rewrites them in place.
   [[nodiscard]] Step advance(Bytes bytes);
@@ -51,7 +51,7 @@ class RequestStream {
   std::uint64_t countOwnRequest() { return ++count_; }
 
  private:
-  // One request: `fixed` is as much of it as matters here and there is, the header not counted twice when it is long.
+  // One request; `bytes` is as much of it as there is.
   struct Request {
     std::uint8_t major = 0;
     std::uint8_t minor = 0;
@@ -60,8 +60,9 @@ class RequestStream {
     Bytes bytes;
   };
 
+  // The length of the requests at the beginning that are there as a whole and concern nobody here; counts them.
+  [[nodiscard]] std::size_t passUnconcerned(Bytes bytes);
   [[nodiscard]] std::optional<Request> readHeader(Bytes bytes) const;
-  [[nodiscard]] bool concerns(std::uint8_t major) const;
   // False when it has to wait for a picture.
   [[nodiscard]] bool rewrite(const Request& request);
   [[nodiscard]] bool rewriteDrawable(const Request& request, std::size_t offset);
@@ -82,6 +83,8 @@ class RequestStream {
   Wire wire_;
   const ScreenNames& names_;
   PendingReplies& replies_;
+  // By major number.
+  std::array<bool, 256> isOfConcern_{};
   std::uint64_t count_ = 0;
   std::uint64_t body_ = 0;
   bool hasBigRequests_ = false;
