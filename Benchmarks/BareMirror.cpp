@@ -1,6 +1,6 @@
-// The least that any program can do to show what happens in one window: it copies what was drawn to the largest window
-// of the screen to a window of its own, beside it. No other windows, nothing left out, no pace, no error that is looked
-// at. What it costs is what wake-ups, requests and copies cost as such.
+// The least that any program can do to show what happens in one window: with all windows redirected, it copies what is
+// drawn to the topmost one to a window of its own, beside it. No other windows, nothing left out, no pace, no error
+// that is looked at. What it costs is what wake-ups, requests and copies cost as such.
 //
 // bare-mirror X Y: shows its window there
 #include <xcb/composite.h>
@@ -20,22 +20,19 @@ namespace {
 
 using platform::x11::Connection;
 
-struct Largest {
+struct Source {
   xcb_window_t window = XCB_NONE;
   support::PixelRect frame;
 };
 
-Largest largestWindow() {
+Source topmostWindow() {
   support::XClient client("");
-  Largest largest;
+  Source topmost;
   for (const xcb_window_t window : client.children(client.root())) {
     const auto frame = client.frame(window);
-    if (!frame || !client.isViewable(window) ||
-        frame->width * frame->height <= largest.frame.width * largest.frame.height)
-      continue;
-    largest = {window, *frame};
+    if (frame && client.isViewable(window)) topmost = {window, *frame};
   }
-  return largest;
+  return topmost;
 }
 
 xcb_render_picture_t pictureOf(Connection& connection, xcb_drawable_t drawable) {
@@ -58,11 +55,11 @@ xcb_window_t makeWindow(Connection& connection, std::int16_t x, std::int16_t y, 
 
 int run(std::int16_t x, std::int16_t y) {
   auto opened = Connection::open("");
-  const Largest source = largestWindow();
+  const Source source = topmostWindow();
   if (!opened || source.window == XCB_NONE) return EXIT_FAILURE;
   Connection& connection = **opened;
   xcb_connection_t* const c = connection.get();
-  xcb_composite_redirect_window(c, source.window, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+  xcb_composite_redirect_subwindows(c, connection.root(), XCB_COMPOSITE_REDIRECT_AUTOMATIC);
   const xcb_pixmap_t pixels = connection.newId();
   xcb_composite_name_window_pixmap(c, source.window, pixels);
   const xcb_render_picture_t from = pictureOf(connection, pixels);

@@ -39,7 +39,7 @@ std::vector<CostScene> scenes(bool isQuick) {
     result.push_back({workload, "whole", 1920, 1080, wholeScreen, isQuick ? few : all});
   if (isQuick) return result;
   for (const char* workload : {"windows-10", "windows-100", "windows-1000"})
-    result.push_back({workload, "whole", 1920, 1080, wholeScreen, {ours, "gstreamer-damage", "picom"}});
+    result.push_back({workload, "whole", 1920, 1080, wholeScreen, {ours, "gstreamer-damage", "picom", "bare-mirror"}});
   for (const char* workload : {"idle", "typing", "video"})
     result.push_back({workload, "520x340", 1920, 1080, smallArea, copies});
   for (const char* workload : {"typing", "video"}) result.push_back({workload, "4K", 3840, 2160, whole4k, few});
