@@ -10,14 +10,14 @@
 namespace quillfade {
 namespace {
 
-// Reads the text from left to right; after the first mismatch every further read fails too.
+// Reads the text from left to right; what is wanted of it ends with the first mismatch.
 class Reader {
  public:
   explicit Reader(std::string_view text) : rest_(text) {}
 
   bool punctuation(char wanted) {
     skipBlanks();
-    if (rest_.empty() || rest_.front() != wanted) return fail();
+    if (rest_.empty() || rest_.front() != wanted) return false;
     rest_.remove_prefix(1);
     return true;
   }
@@ -28,9 +28,9 @@ class Reader {
     // A stream with the classic locale reads the same on every desktop, whatever its decimal sign.
     std::istringstream stream{std::string{rest_.substr(0, length)}};
     stream.imbue(std::locale::classic());
-    if (failed_ || length == 0 || !(stream >> value) || stream.peek() != std::istringstream::traits_type::eof() ||
+    if (length == 0 || !(stream >> value) || stream.peek() != std::istringstream::traits_type::eof() ||
         !std::isfinite(value)) {
-      return fail();
+      return false;
     }
     rest_.remove_prefix(length);
     return true;
@@ -42,19 +42,13 @@ class Reader {
 
   bool end() {
     skipBlanks();
-    return !failed_ && rest_.empty();
+    return rest_.empty();
   }
 
  private:
   void skipBlanks() { rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t\r\n"), rest_.size())); }
 
-  bool fail() {
-    failed_ = true;
-    return false;
-  }
-
   std::string_view rest_;
-  bool failed_ = false;
 };
 
 }  // namespace

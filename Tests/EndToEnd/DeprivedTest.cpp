@@ -7,6 +7,8 @@
 #include <string_view>
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
+#include "Tests/Linux/LockServices.h"
+#include "Tests/Linux/TrayHost.h"
 #include "Tests/Support/Reply.h"
 #include "Tests/Support/TamperingProxy.h"
 
@@ -62,6 +64,71 @@ TEST_F(Deprived, ASessionBusThatDiesTakesTheCommandsWithItButNotTheCover) {
   press(XK_d);
   EXPECT_TRUE(showsCover());
   EXPECT_TRUE(quillfade().process().isRunning()) << quillfade().process().output();
+}
+
+// A session bus that dies, and another one at its address.
+class BusReturn : public Deprived {
+ protected:
+  // Without the number of the one bus, as a desktop's address is.
+  std::string busAddress() override { return bus_.address().substr(0, bus_.address().find(',')); }
+
+  void replaceBus() {
+    bus_.kill();
+    // Keys and cover do without.
+    press(XK_d);
+    ASSERT_TRUE(showsNoCover());
+    press(XK_d);
+    ASSERT_TRUE(showsCover());
+    startBus();
+  }
+  void startBus() {
+    next_.emplace(
+        std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--nopidfile", "--address=" + busAddress()});
+  }
+  [[nodiscard]] bool takesCommands() {
+    return support::waitUntil([&] { return run({"status"}).status == 0; });
+  }
+
+  std::optional<support::ChildProcess> next_;
+};
+
+TEST_F(BusReturn, CommandsReachTheProgramAgainAndAgain) {
+  start(solidOn);
+  ASSERT_TRUE(showsCover());
+  ASSERT_NO_FATAL_FAILURE(replaceBus());
+  ASSERT_TRUE(takesCommands()) << quillfade().process().output();
+  ASSERT_EQ(run({"toggle"}).status, 0);
+  EXPECT_TRUE(showsNoCover());
+  next_->kill();
+  EXPECT_NE(run({"status"}).status, 0);
+  startBus();
+  EXPECT_TRUE(takesCommands());
+}
+
+TEST_F(BusReturn, AScreenSaverOnTheNewBusHidesTheCover) {
+  start(solidOn);
+  ASSERT_TRUE(showsCover());
+  ASSERT_NO_FATAL_FAILURE(replaceBus());
+  ASSERT_TRUE(takesCommands());
+  qt::LockServices saver(busAddress());
+  saver.startScreenSaver("org.freedesktop.ScreenSaver");
+  saver.setScreenSaverActive("org.freedesktop.ScreenSaver", true);
+  EXPECT_TRUE(showsNoCover());
+  saver.setScreenSaverActive("org.freedesktop.ScreenSaver", false);
+  EXPECT_TRUE(showsCover());
+}
+
+TEST_F(BusReturn, ThePanelOfTheNewBusShowsTheItemWithItsMenu) {
+  std::optional<qt::TrayHost> panel(std::in_place, busAddress());
+  start(solidOn);
+  ASSERT_TRUE(support::waitUntil([&] { return panel->hasItem(); }));
+  panel.reset();
+  ASSERT_NO_FATAL_FAILURE(replaceBus());
+  ASSERT_TRUE(takesCommands());
+  panel.emplace(busAddress());
+  ASSERT_TRUE(support::waitUntil([&] { return panel->hasItem(); }));
+  panel->aboutToShow();
+  EXPECT_EQ(panel->items().size(), 16U);
 }
 
 TEST_F(Deprived, AHomeThatCannotBeWrittenIsToldAndTheCoverWorks) {

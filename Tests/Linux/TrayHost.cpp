@@ -92,13 +92,15 @@ class TrayHost::Registry : public QDBusVirtualObject {
   QString owner_;
 };
 
-TrayHost::TrayHost() : registry_(std::make_unique<Registry>()) {
+TrayHost::TrayHost() : TrayHost(qt::busAddress()) {}
+
+TrayHost::TrayHost(const std::string& busAddress) : registry_(std::make_unique<Registry>()) {
   static std::atomic<int> count = 0;
   application();
   name_ = QStringLiteral("tray-%1").arg(++count);
   thread_.start();
   registry_->moveToThread(&thread_);
-  auto connection = QDBusConnection::connectToBus(QString::fromStdString(busAddress()), name_);
+  auto connection = QDBusConnection::connectToBus(QString::fromStdString(busAddress), name_);
   connection.registerVirtualObject(QStringLiteral("/StatusNotifierWatcher"), registry_.get());
   if (!connection.registerService(watcher)) throw std::runtime_error(connection.lastError().message().toStdString());
   connection.send(QDBusMessage::createSignal(QStringLiteral("/StatusNotifierWatcher"), watcher,

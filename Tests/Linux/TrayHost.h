@@ -31,7 +31,8 @@ struct ShownItem {
 
 class TrayHost {
  public:
-  TrayHost();
+  TrayHost();  // on the bus of the tests themselves
+  explicit TrayHost(const std::string& busAddress);
   ~TrayHost();
   TrayHost(const TrayHost&) = delete;
   TrayHost& operator=(const TrayHost&) = delete;

@@ -30,6 +30,10 @@ TEST(KeyCombination, WhatIsWrittenReadsBack) {
   EXPECT_EQ(combinationText(*parseCombination("Control+F12")), "Control+F12");
 }
 
+TEST(KeyCombination, AKeyWithoutANameIsWrittenAsItsNumber) {
+  EXPECT_EQ(combinationText({0xF0, builtInModifiers}), "Control+Alt+Super+240");
+}
+
 TEST(KeyCombination, NamesAreReadInCapitalsOrNotAndModifiersInAnyOrderAndByTheirOtherNames) {
   const auto expected = parseCombination("Control+Alt+Super+D");
   EXPECT_EQ(parseCombination("super+alt+control+d"), expected);

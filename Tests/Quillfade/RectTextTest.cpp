@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <string>
 
 namespace quillfade {
 namespace {
@@ -33,6 +34,14 @@ TEST(RectText, TextThatIsNoRectangleReadsAsZero) {
                            "{{1, 2}, {3, x}}", "{{1, 2}, {--3, 4}}", "{{1, 2}, {1.2.3, 4}}"}) {
     EXPECT_EQ(rectFromText(text), Rect{}) << text;
   }
+}
+
+TEST(RectText, NoBeginningOfARectangleIsOne) {
+  const std::string whole = "{{1, 2}, {3, 4}}";
+  for (std::size_t length = 0; length < whole.size(); ++length) {
+    EXPECT_EQ(rectFromText(whole.substr(0, length)), Rect{}) << length;
+  }
+  EXPECT_EQ(rectFromText(whole + "}"), Rect{});
 }
 
 TEST(RectText, NumbersThatAreNotFiniteReadAsZero) {

@@ -282,6 +282,15 @@ TEST_F(OnlyInstance, TheSecondOneSaysSoAndDoesNotRun) {
   EXPECT_THAT(desktop.record().entries(), ElementsAre("claim the remote control"));
 }
 
+TEST_F(OnlyInstance, ARulesFileThatCannotBeReadIsToldOnceAtTheStart) {
+  desktop.rulesFile().content = std::unexpected(platform::Error{"Line 3 is no JSON."});
+  const Overheard errors(std::cerr);
+  EXPECT_EQ(runOnlyInstance(desktop), 0);
+  EXPECT_THAT(errors.text(), testing::StartsWith("quillfade: /home/presenter/.config/quillfade/rules.json: "));
+  EXPECT_THAT(errors.text(), HasSubstr("Line 3 is no JSON."));
+  EXPECT_EQ(std::ranges::count(errors.text(), '\n'), 1);
+}
+
 TEST_F(OnlyInstance, WithoutAWayInItRunsAllTheSame) {
   desktop.remoteControl().nextClaim = platform::RemoteControl::Claim::unavailable;
   bool ran = false;

@@ -47,5 +47,14 @@ TEST(StoredValues, APlainBoolIsFalseUnlessSomethingAffirmsIt) {
   EXPECT_FALSE(readBool(SettingValue{std::string("no")}));
 }
 
+TEST(StoredValues, ATextAffirmsByItsFirstLetterOrAsANumberOtherThanZero) {
+  for (const char* text : {"true", " y", "1", "+1", "-1", "007", "\t-02"}) {
+    EXPECT_TRUE(readBool(SettingValue{std::string(text)})) << text;
+  }
+  for (const char* text : {"", " ", "0", "000", "+", "-0", "--1", "false", "0x1"}) {
+    EXPECT_FALSE(readBool(SettingValue{std::string(text)})) << text;
+  }
+}
+
 }  // namespace
 }  // namespace quillfade

@@ -1,6 +1,7 @@
 #include "Platform/Linux/Desktop/ScreenSavers.h"
 
 #include <array>
+#include <utility>
 
 namespace platform::x11 {
 namespace {
@@ -13,8 +14,17 @@ constexpr std::array<std::string_view, 5> services{
 
 }  // namespace
 
-ScreenSavers::ScreenSavers(const std::function<void(std::string_view, bool)>& changed) {
-  const QDBusConnection bus = QDBusConnection::sessionBus();
+ScreenSavers::ScreenSavers(std::function<void(std::string_view, bool)> changed)
+    : changed_(std::move(changed)), busReturn_([this](const QDBusConnection& bus) {
+        // What went with the old bus hides nothing any more.
+        for (const std::string_view service : services) changed_(service, false);
+        follow(bus);
+      }) {
+  follow(QDBusConnection::sessionBus());
+}
+
+void ScreenSavers::follow(const QDBusConnection& bus) {
+  flags_.clear();
   if (!bus.isConnected()) return;
   for (const std::string_view service : services) {
     const QString name = QString::fromLatin1(service.data(), static_cast<qsizetype>(service.size()));
@@ -22,7 +32,7 @@ ScreenSavers::ScreenSavers(const std::function<void(std::string_view, bool)>& ch
     flags_.push_back(std::make_unique<BusFlag>(
         BusFlag::Source{bus, name, path, name, QStringLiteral("ActiveChanged"),
                         QDBusMessage::createMethodCall(name, path, name, QStringLiteral("GetActive"))},
-        [changed, service](bool isActive) { changed(service, isActive); }));
+        [this, service](bool isActive) { changed_(service, isActive); }));
   }
 }
 

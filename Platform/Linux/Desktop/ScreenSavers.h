@@ -10,16 +10,21 @@
 #include <vector>
 
 #include "Platform/Linux/Desktop/BusFlag.h"
+#include "Platform/Linux/Desktop/SessionBusReturn.h"
 
 namespace platform::x11 {
 
 class ScreenSavers {
  public:
   // `changed`: the service by its bus name, and whether it hides the screen now.
-  explicit ScreenSavers(const std::function<void(std::string_view service, bool isActive)>& changed);
+  explicit ScreenSavers(std::function<void(std::string_view service, bool isActive)> changed);
 
  private:
+  void follow(const QDBusConnection& bus);
+
+  std::function<void(std::string_view, bool)> changed_;
   std::vector<std::unique_ptr<BusFlag>> flags_;
+  SessionBusReturn busReturn_;
 };
 
 }  // namespace platform::x11

@@ -60,29 +60,36 @@ class SessionBus::Object final : public QDBusVirtualObject {
   Handler handler_;
 };
 
-SessionBus::SessionBus() = default;
+SessionBus::SessionBus() : bus_(QDBusConnection::sessionBus()) {}
 
 SessionBus::~SessionBus() {
   if (!object_) return;
-  QDBusConnection bus = QDBusConnection::sessionBus();
-  bus.unregisterService(busName);
-  bus.unregisterObject(objectPath);
+  bus_.unregisterService(busName);
+  bus_.unregisterObject(objectPath);
 }
 
 RemoteControl::Claim SessionBus::claim(Handler handler) {
-  QDBusConnection bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) {
+  if (!bus_.isConnected()) {
     std::cerr << "quillfade: There is no session bus: commands like \"quillfade toggle\" will not reach this instance."
               << std::endl;
     return Claim::unavailable;
   }
   object_ = std::make_unique<Object>(std::move(handler));
-  // The object first: whoever sees the name may send at once.
-  bus.registerVirtualObject(objectPath, object_.get());
-  if (bus.registerService(busName)) return Claim::first;
-  bus.unregisterObject(objectPath);
+  if (own(bus_)) {
+    busReturn_.emplace([this](const QDBusConnection& bus) { own(bus); });
+    return Claim::first;
+  }
   object_ = nullptr;
-  return bus.interface()->isServiceRegistered(busName) ? Claim::taken : Claim::unavailable;
+  return bus_.interface()->isServiceRegistered(busName) ? Claim::taken : Claim::unavailable;
+}
+
+bool SessionBus::own(const QDBusConnection& bus) {
+  bus_ = bus;
+  // The object first: whoever sees the name may send at once.
+  bus_.registerVirtualObject(objectPath, object_.get());
+  if (bus_.registerService(busName)) return true;
+  bus_.unregisterObject(objectPath);
+  return false;
 }
 
 }  // namespace platform::x11

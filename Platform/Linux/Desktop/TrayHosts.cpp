@@ -29,7 +29,7 @@ bool announcesTray(const xcb_generic_event_t& event) {
 
 }  // namespace
 
-TrayHosts::TrayHosts() {
+TrayHosts::TrayHosts() : bus_(QDBusConnection::sessionBus()) {
   for (QTimer* timer : {&hostCame_, &hostWent_}) {
     timer->setSingleShot(true);
     timer->setInterval(0);
@@ -37,6 +37,11 @@ TrayHosts::TrayHosts() {
   QObject::connect(&hostCame_, &QTimer::timeout, &context_, [this] { look(); });
   QObject::connect(&hostWent_, &QTimer::timeout, &context_, [this] { notifyVanished(); });
   QCoreApplication::instance()->installNativeEventFilter(this);
+  QObject::connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, &context_,
+                   [this](const QString&, const QString& oldOwner, const QString& newOwner) {
+                     if (!oldOwner.isEmpty()) notifyVanished();
+                     if (!newOwner.isEmpty()) look();
+                   });
   listenToBus();
   look();
 }
@@ -56,26 +61,29 @@ bool TrayHosts::nativeEventFilter(const QByteArray& eventType, void* message, qi
 }
 
 void TrayHosts::listenToBus() {
-  QDBusConnection bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) return;
-  watcher_.setConnection(bus);
+  if (!bus_.isConnected()) return;
+  watcher_.setConnection(bus_);
   watcher_.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
   watcher_.addWatchedService(watcherService);
-  QObject::connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, &context_,
-                   [this](const QString&, const QString& oldOwner, const QString& newOwner) {
-                     if (!oldOwner.isEmpty()) notifyVanished();
-                     if (!newOwner.isEmpty()) look();
-                   });
-  bus.connect(watcherService, watcherPath, watcherService, QStringLiteral("StatusNotifierHostRegistered"), &hostCame_,
-              SLOT(start()));
-  bus.connect(watcherService, watcherPath, watcherService, QStringLiteral("StatusNotifierHostUnregistered"), &hostWent_,
-              SLOT(start()));
+  bus_.connect(watcherService, watcherPath, watcherService, QStringLiteral("StatusNotifierHostRegistered"), &hostCame_,
+               SLOT(start()));
+  bus_.connect(watcherService, watcherPath, watcherService, QStringLiteral("StatusNotifierHostUnregistered"),
+               &hostWent_, SLOT(start()));
+}
+
+void TrayHosts::busReturned(const QDBusConnection& bus) {
+  notifyVanished();
+  bus_ = bus;
+  isAvailable_ = false;
+  waiting_.insert(waiting_.end(), told_.begin(), told_.end());
+  told_.clear();
+  listenToBus();
+  look();
 }
 
 void TrayHosts::look() {
   if (isAvailable_) return;
-  const QDBusConnection bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) {
+  if (!bus_.isConnected()) {
     lookForX11Tray();
     return;
   }
@@ -83,7 +91,7 @@ void TrayHosts::look() {
       watcherService, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
   question << QString(watcherService) << QStringLiteral("IsStatusNotifierHostRegistered");
   question.setAutoStartService(false);
-  auto* call = new QDBusPendingCallWatcher(bus.asyncCall(question), &context_);
+  auto* call = new QDBusPendingCallWatcher(bus_.asyncCall(question), &context_);
   QObject::connect(call, &QDBusPendingCallWatcher::finished, &context_, [this, call] {
     call->deleteLater();
     const QDBusPendingReply<QDBusVariant> reply = *call;
@@ -101,7 +109,10 @@ void TrayHosts::lookForX11Tray() {
 
 void TrayHosts::found() {
   isAvailable_ = true;
-  for (const auto& callback : std::exchange(waiting_, {})) callback();
+  for (const auto& callback : std::exchange(waiting_, {})) {
+    told_.push_back(callback);
+    callback();
+  }
 }
 
 void TrayHosts::notifyVanished() {

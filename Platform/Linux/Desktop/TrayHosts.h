@@ -11,6 +11,8 @@
 #include <functional>
 #include <vector>
 
+#include "Platform/Linux/Desktop/SessionBusReturn.h"
+
 namespace platform::x11 {
 
 class TrayHosts : private QAbstractNativeEventFilter {
@@ -18,7 +20,8 @@ class TrayHosts : private QAbstractNativeEventFilter {
   TrayHosts();
   ~TrayHosts() override;
 
-  // Called once, when there is a tray of either kind, which may be soon, late or never.
+  // Called when there is a tray of either kind, which may be soon, late or never; and when one is there after the
+  // session bus has died and come back, since the toolkit shows an icon on the bus on which it was made.
   void whenAvailable(std::function<void()> callback);
   // Called whenever a host on the bus, or the bus's list of hosts, has gone.
   void whenHostVanishes(std::function<void()> callback) { vanished_.push_back(std::move(callback)); }
@@ -26,6 +29,7 @@ class TrayHosts : private QAbstractNativeEventFilter {
  private:
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
   void listenToBus();
+  void busReturned(const QDBusConnection& bus);
   void look();
   void lookForX11Tray();
   void found();
@@ -36,9 +40,12 @@ class TrayHosts : private QAbstractNativeEventFilter {
   // Bus signals can only be connected to named slots; a timer's `start` is one, and its timeout takes any callback.
   QTimer hostCame_;
   QTimer hostWent_;
+  QDBusConnection bus_;
   std::vector<std::function<void()>> waiting_;
+  std::vector<std::function<void()>> told_;
   std::vector<std::function<void()>> vanished_;
   bool isAvailable_ = false;
+  SessionBusReturn busReturn_{[this](const QDBusConnection& bus) { busReturned(bus); }};
 };
 
 }  // namespace platform::x11
