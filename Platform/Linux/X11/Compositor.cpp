@@ -14,12 +14,6 @@ namespace {
 // More rectangles than this are kept as the one that holds them all.
 constexpr std::size_t maximumSoiledRects = 64;
 
-PixelRect united(const PixelRect& a, const PixelRect& b) {
-  const std::int32_t x = std::min(a.x, b.x);
-  const std::int32_t y = std::min(a.y, b.y);
-  return {x, y, std::max(a.right(), b.right()) - x, std::max(a.bottom(), b.bottom()) - y};
-}
-
 }  // namespace
 
 Compositor::Compositor(Connection& connection, Scene& scene, const PixelRect& source, WindowFilter filter)
@@ -297,38 +291,6 @@ void Compositor::gather() {
   gatherDamage();
   gatherSoil();
   if (pendingBounds_.empty()) pending_.clear();
-}
-
-PixelRect Compositor::paintTo(const Target& target, Region& painted) {
-  target_ = target;
-  gather();
-  painted.swap(pending_);
-  paintLayers(painted);
-  PixelRect bounds;
-  for (const PixelRect& each : pendingBounds_) bounds = bounds.isEmpty() ? each : united(bounds, each);
-  forgetPending();
-  return {bounds.x - source_.x, bounds.y - source_.y, bounds.width, bounds.height};
-}
-
-// Whoever reads the last plan may still name its regions: they keep their names, and are changed only here.
-std::vector<PaintStep> Compositor::plan(Region& changed) {
-  std::vector<PaintStep> steps;
-  clipsInUse_ = 0;
-  gather();
-  changed.copy(pending_);
-  plan_ = &steps;
-  paintLayers(changed);
-  plan_ = nullptr;
-  forgetPending();
-  return steps;
-}
-
-void Compositor::repaint(const Region& part) {
-  if (pendingBounds_.empty())
-    pending_.copy(part);
-  else
-    pending_.unite(part);
-  pendingBounds_.push_back(source_);
 }
 
 }  // namespace platform::x11

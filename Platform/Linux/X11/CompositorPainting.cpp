@@ -6,6 +6,38 @@
 
 namespace platform::x11 {
 
+PixelRect Compositor::paintTo(const Target& target, Region& painted) {
+  target_ = target;
+  gather();
+  painted.swap(pending_);
+  paintLayers(painted);
+  PixelRect bounds;
+  for (const PixelRect& each : pendingBounds_) bounds = bounds.isEmpty() ? each : united(bounds, each);
+  forgetPending();
+  return {bounds.x - source_.x, bounds.y - source_.y, bounds.width, bounds.height};
+}
+
+// Whoever reads the last plan may still name its regions: they keep their names, and are changed only here.
+std::vector<PaintStep> Compositor::plan(Region& changed) {
+  std::vector<PaintStep> steps;
+  clipsInUse_ = 0;
+  gather();
+  changed.copy(pending_);
+  plan_ = &steps;
+  paintLayers(changed);
+  plan_ = nullptr;
+  forgetPending();
+  return steps;
+}
+
+void Compositor::repaint(const Region& part) {
+  if (pendingBounds_.empty())
+    pending_.copy(part);
+  else
+    pending_.unite(part);
+  pendingBounds_.push_back(source_);
+}
+
 // Top to bottom, as far as anything can show through.
 std::vector<Compositor::Layer> Compositor::layersToPaint(bool& reachesWallpaper) const {
   std::vector<Layer> layers;

@@ -7,6 +7,8 @@
 
 #include <xcb/xfixes.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <span>
 #include <utility>
 
@@ -18,6 +20,13 @@ namespace platform::x11 {
 [[nodiscard]] inline xcb_rectangle_t toRectangle(const PixelRect& rect) {
   return {static_cast<std::int16_t>(rect.x), static_cast<std::int16_t>(rect.y), static_cast<std::uint16_t>(rect.width),
           static_cast<std::uint16_t>(rect.height)};
+}
+
+// The smallest rectangle that holds both.
+[[nodiscard]] inline PixelRect united(const PixelRect& a, const PixelRect& b) {
+  const std::int32_t x = std::min(a.x, b.x);
+  const std::int32_t y = std::min(a.y, b.y);
+  return {x, y, std::max(a.right(), b.right()) - x, std::max(a.bottom(), b.bottom()) - y};
 }
 
 class Region {
@@ -40,7 +49,7 @@ class Region {
     xcb_xfixes_set_region(connection_.get(), id_, static_cast<std::uint32_t>(rects.size()), rects.data());
   }
   // Of the same connection. Costs nothing.
-  void swap(Region& other) { std::swap(id_, other.id_); }
+  void swap(Region& other) noexcept { std::swap(id_, other.id_); }
   void copy(const Region& other) { xcb_xfixes_copy_region(connection_.get(), other.id_, id_); }
   void unite(const Region& other) { xcb_xfixes_union_region(connection_.get(), id_, other.id_, id_); }
   void intersect(const Region& other) { xcb_xfixes_intersect_region(connection_.get(), id_, other.id_, id_); }
