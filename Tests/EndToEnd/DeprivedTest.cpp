@@ -243,6 +243,47 @@ class WithoutShape : public Deprived {
   support::TamperingProxy proxy_{server_.display(), client_.connection()};
 };
 
+// The others without which nothing can be captured.
+class WithoutNeededExtension : public Deprived, public testing::WithParamInterface<const char*> {
+ protected:
+  support::TamperingProxy proxy_{server_.display(), client_.connection()};
+};
+
+TEST_P(WithoutNeededExtension, LiveIsRefusedWithItsNameAndTheSolidCoverCovers) {
+  proxy_.hideExtension(GetParam());
+  start(solidOff, {{"DISPLAY", proxy_.display()}});
+  const Answer windows = run({"windows"});
+  EXPECT_EQ(windows.status, 1);
+  EXPECT_THAT(windows.output, HasSubstr(std::string("lacks the X extension ") + GetParam()));
+  EXPECT_TRUE(coverComesAndGoes());
+  EXPECT_THAT(quillfade().process().output(), testing::Not(HasSubstr("refused request")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, WithoutNeededExtension,
+                         testing::Values("Composite", "DAMAGE", "RANDR", "SYNC", "XFIXES"));
+
+// Those that only tell more.
+class WithoutUsefulExtension : public WithoutNeededExtension {};
+
+TEST_P(WithoutUsefulExtension, LiveWorksAllTheSame) {
+  proxy_.hideExtension(GetParam());
+  start(solidOff, {{"DISPLAY", proxy_.display()}});
+  const Answer windows = run({"windows"});
+  EXPECT_EQ(windows.status, 0) << windows.output;
+  EXPECT_EQ(run({"style", "live"}).status, 0);
+  EXPECT_EQ(run({"toggle"}).status, 0);
+  EXPECT_TRUE(becomes("\"enabled\": true"));
+  EXPECT_TRUE(quillfade().process().isRunning());
+  EXPECT_THAT(quillfade().process().output(), testing::Not(HasSubstr("refused request")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, WithoutUsefulExtension, testing::Values("X-Resource", "MIT-SCREEN-SAVER"),
+                         [](const auto& extension) {
+                           std::string name = extension.param;
+                           std::erase(name, '-');
+                           return name;
+                         });
+
 class WithoutRender : public Deprived {
  protected:
   WithoutRender() : Deprived(support::XServerOptions{.arguments = {"-extension", "RENDER"}}) {}

@@ -14,6 +14,7 @@
 #include "Platform/Linux/Desktop/SettingsFile.h"
 #include "Platform/Linux/Desktop/UserDirectories.h"
 #include "Tests/Support/TemporaryDirectory.h"
+#include "Tests/Support/Variable.h"
 
 namespace fs = std::filesystem;
 using platform::SettingValue;
@@ -77,29 +78,13 @@ Outcome withFilesNoLargerThan(rlim_t bytes, const std::function<bool()>& action)
   ::close(ends[1]);
   Outcome outcome;
   std::array<char, 4096> buffer{};
-  for (ssize_t count; (count = ::read(ends[0], buffer.data(), buffer.size())) > 0;) {
+  for (ssize_t count = 0; (count = ::read(ends[0], buffer.data(), buffer.size())) > 0;) {
     outcome.errors.append(buffer.data(), static_cast<std::size_t>(count));
   }
   ::close(ends[0]);
   EXPECT_EQ(::waitpid(child, &outcome.status, 0), child);
   return outcome;
 }
-
-// Sets a variable for the life of the object.
-class Variable {
- public:
-  Variable(const char* name, const char* value) : name_(name) {
-    if (const char* before = std::getenv(name)) before_ = before;
-    value ? ::setenv(name, value, 1) : ::unsetenv(name);
-  }
-  ~Variable() { before_ ? ::setenv(name_, before_->c_str(), 1) : ::unsetenv(name_); }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-
- private:
-  const char* name_;
-  std::optional<std::string> before_;
-};
 
 }  // namespace
 
@@ -251,21 +236,21 @@ TEST_F(SettingsTest, LinksInACircleStopNothing) {
 }
 
 TEST_F(SettingsTest, ThePathFollowsTheEnvironmentWhenThatIsAbsolute) {
-  const Variable home("HOME", "/home/someone/");
+  const support::Variable home("HOME", "/home/someone/");
   {
-    const Variable configuration("XDG_CONFIG_HOME", "/somewhere/else");
+    const support::Variable configuration("XDG_CONFIG_HOME", "/somewhere/else");
     EXPECT_EQ(platform::x11::settingsPath(), "/somewhere/else/quillfade/settings.json");
   }
   {
-    const Variable configuration("XDG_CONFIG_HOME", "relative");
+    const support::Variable configuration("XDG_CONFIG_HOME", "relative");
     EXPECT_EQ(platform::x11::settingsPath(), "/home/someone/.config/quillfade/settings.json");
   }
-  const Variable configuration("XDG_CONFIG_HOME", nullptr);
+  const support::Variable configuration("XDG_CONFIG_HOME", nullptr);
   EXPECT_EQ(platform::x11::settingsPath(), "/home/someone/.config/quillfade/settings.json");
 }
 
 TEST_F(SettingsTest, WithoutAnAbsoluteHomeTheUserDatabaseDecides) {
-  const Variable home("HOME", "not/absolute");
+  const support::Variable home("HOME", "not/absolute");
   const std::string found = platform::x11::homeDirectory();
   EXPECT_TRUE(found.starts_with('/')) << found;
 }

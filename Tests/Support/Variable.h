@@ -1,0 +1,28 @@
+// A variable of the environment that is set, or unset, for the life of the object.
+//
+// Threads: while no other thread reads the environment. The name must outlive the object.
+#pragma once
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+namespace support {
+
+class Variable {
+ public:
+  // Unset with a null pointer.
+  Variable(const char* name, const char* value) : name_(name) {
+    if (const char* before = std::getenv(name)) before_ = before;
+    value ? ::setenv(name, value, 1) : ::unsetenv(name);
+  }
+  ~Variable() { before_ ? ::setenv(name_, before_->c_str(), 1) : ::unsetenv(name_); }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+
+ private:
+  const char* name_;
+  std::optional<std::string> before_;
+};
+
+}  // namespace support
