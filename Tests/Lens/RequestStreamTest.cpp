@@ -17,6 +17,7 @@ constexpr std::uint8_t composite = 140;
 constexpr std::uint8_t bigRequests = 133;
 constexpr std::uint8_t sharedMemory = 130;
 constexpr std::uint8_t render = 138;
+constexpr std::uint8_t directRendering = 149;
 
 class RequestStreams : public testing::TestWithParam<ByteOrder> {
  protected:
@@ -35,7 +36,7 @@ class RequestStreams : public testing::TestWithParam<ByteOrder> {
     return stops;
   }
 
-  ScreenNames names_{.extensions = {bigRequests, composite, render, sharedMemory},
+  ScreenNames names_{.extensions = {bigRequests, composite, render, sharedMemory, directRendering},
                      .root = root,
                      .rootVisual = 0x21,
                      .overlay = overlay,
@@ -152,6 +153,22 @@ TEST_P(RequestStreams, TheOverlayWindowIsLookedForInTheReply) {
   ASSERT_EQ(replies_.size(), 1U);
   EXPECT_EQ(replies_[0].kind, ReplyTo::overlayWindow);
   EXPECT_EQ(replies_[0].request, 1U);
+}
+
+TEST_P(RequestStreams, RequestsWhoseReplyBringsDescriptorsAreNoticed) {
+  for (const auto& [major, minor] : {std::pair{directRendering, 1}, {sharedMemory, 7}}) {
+    PendingReplies replies;
+    RequestStream stream(GetParam(), names_, replies);
+    ProtocolBytes sent(GetParam());
+    sent.request(sharedMemory, 0, {});
+    sent.request(sharedMemory, 4, {other, 0, 0, 0, 0, 0, 0});
+    EXPECT_EQ(stream.advance(sent.span()).length, sent.bytes().size());
+    EXPECT_FALSE(stream.asksForDescriptors());
+    ProtocolBytes asking(GetParam());
+    asking.request(major, static_cast<std::uint8_t>(minor), {1, 2});
+    EXPECT_EQ(stream.advance(asking.span()).length, asking.bytes().size());
+    EXPECT_TRUE(stream.asksForDescriptors());
+  }
 }
 
 TEST_P(RequestStreams, ARequestTooShortToNameTheScreenPasses) {

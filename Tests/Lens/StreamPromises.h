@@ -19,7 +19,7 @@ namespace lens {
 namespace wire = platform::x11::lens;
 
 inline wire::ScreenNames anyNames() {
-  return {.extensions = {133, 140, 138, 130},
+  return {.extensions = {133, 140, 138, 130, 149},
           .root = 0x50a,
           .rootVisual = 0x21,
           .overlay = 0x60b,

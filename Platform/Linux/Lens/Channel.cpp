@@ -36,9 +36,9 @@ void Channel::makeRoom() {
   begin_ = 0;
 }
 
-Channel::Outcome Channel::receive() {
+Channel::Outcome Channel::receive(std::uint64_t most) {
   makeRoom();
-  iovec part{buffer_.data() + end_, buffer_.size() - end_};
+  iovec part{buffer_.data() + end_, static_cast<std::size_t>(std::min<std::uint64_t>(most, buffer_.size() - end_))};
   if (part.iov_len == 0) return Outcome::blocked;
   alignas(cmsghdr) Control control;
   msghdr message{};
@@ -54,6 +54,7 @@ Channel::Outcome Channel::receive() {
   keepDescriptors(message);
   if (received == 0) return Outcome::closed;
   end_ += static_cast<std::size_t>(received);
+  mayHaveLeft_ = static_cast<std::size_t>(received) == part.iov_len;
   return Outcome::done;
 }
 
@@ -83,7 +84,7 @@ Channel::Outcome Channel::send() {
 // As far as the next descriptors, which go with the byte that follows.
 Channel::Outcome Channel::sendSome() {
   std::size_t length = released_ - begin_;
-  alignas(cmsghdr) Control control{};
+  alignas(cmsghdr) Control control;
   msghdr message{};
   const bool carries = !descriptors_.empty() && descriptors_.front().position <= position_;
   if (carries) {

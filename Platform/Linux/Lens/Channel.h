@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <limits>
 #include <vector>
 
 #include "Platform/Linux/Desktop/FileDescriptor.h"
@@ -28,10 +29,12 @@ class Channel {
     closed,   // the other end is gone, or the connection failed
   };
 
+  static constexpr std::uint64_t everything = std::numeric_limits<std::uint64_t>::max();
+
   Channel(int from, int to) : from_(from), to_(to) {}
 
-  // Receives what there is, as far as there is room.
-  [[nodiscard]] Outcome receive();
+  // Receives what there is, as far as there is room, and no more than that.
+  [[nodiscard]] Outcome receive(std::uint64_t most = everything);
   // Sends what was released.
   [[nodiscard]] Outcome send();
   // Moves up to `count` bytes, none of which anybody looks at, and of which none belongs to a message that could carry
@@ -47,7 +50,7 @@ class Channel {
 
   [[nodiscard]] bool hasPending() const { return released_ < end_; }
   // Whether the last `receive` may have left something behind.
-  [[nodiscard]] bool isFull() const { return end_ == buffer_.size(); }
+  [[nodiscard]] bool mayHaveLeft() const { return mayHaveLeft_; }
   [[nodiscard]] bool hasReleased() const { return begin_ < released_ || inPipe_ > 0; }
 
  private:
@@ -68,6 +71,7 @@ class Channel {
   std::size_t begin_ = 0;
   std::size_t released_ = 0;
   std::size_t end_ = 0;
+  bool mayHaveLeft_ = false;
   std::uint64_t position_ = 0;  // of `begin_` in the stream
   std::deque<Descriptors> descriptors_;
   std::array<FileDescriptor, 2> pipe_;

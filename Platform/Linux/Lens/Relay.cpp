@@ -14,18 +14,21 @@ namespace {
 constexpr int mostRounds = 16;
 
 // What is left of a long message goes from socket to socket, but for its end: that may have come in one piece with the
-// beginning of the next message, which may carry descriptors.
-constexpr std::uint64_t endOfMessage = std::uint64_t{64} * 1024;
+// beginning of the next message, which may carry descriptors. Programs gather as much before they send it.
+constexpr std::uint64_t endOfMessage = std::uint64_t{16} * 1024;
 constexpr std::uint64_t worthMoving = endOfMessage + std::uint64_t{64} * 1024;
+// After a long message, what is received at once, so that most of the next long one can be moved.
+constexpr std::uint64_t nextBeginning = std::uint64_t{4} * 1024;
 
 constexpr std::uint8_t getInputFocus = 43;
 
 template <typename Stream>
-Channel::Outcome takeIn(Channel& channel, Stream& stream, bool& mayBeMore) {
+Channel::Outcome takeIn(Channel& channel, Stream& stream, bool mayMove, bool& mayBeMore) {
   const std::uint64_t body = stream.remainingBody();
-  if (channel.hasPending() || body < worthMoving) {
-    const Channel::Outcome outcome = channel.receive();
-    mayBeMore = channel.isFull();
+  if (!mayMove || channel.hasPending() || body < worthMoving) {
+    const bool isSeries = mayMove && stream.lastLength() >= worthMoving;
+    const Channel::Outcome outcome = isSeries ? channel.receive(body + nextBeginning) : channel.receive();
+    mayBeMore = channel.mayHaveLeft();
     return outcome;
   }
   std::uint64_t moved = 0;
@@ -90,7 +93,7 @@ bool Relay::pumpRequests() {
     if (sent == Channel::Outcome::closed) return false;
     isServerFull_ = sent == Channel::Outcome::blocked;
     if (isServerFull_ || waiting_ != Waiting::no || !mayBeMore) return true;
-    const Channel::Outcome taken = takeIn(toServer_, requestStream_, mayBeMore);
+    const Channel::Outcome taken = takeIn(toServer_, requestStream_, true, mayBeMore);
     if (taken == Channel::Outcome::closed) return false;
     if (taken == Channel::Outcome::blocked && !toServer_.hasReleased()) return true;
   }
@@ -105,7 +108,9 @@ bool Relay::pumpReplies() {
     if (sent == Channel::Outcome::closed) return false;
     isClientFull_ = sent == Channel::Outcome::blocked;
     if (isClientFull_ || !mayBeMore) return true;
-    const Channel::Outcome taken = takeIn(toClient_, replyStream_, mayBeMore);
+    // The server sends a descriptor with whatever it has not sent yet, be it the middle of a long reply.
+    const bool mayMove = !requestStream_.asksForDescriptors();
+    const Channel::Outcome taken = takeIn(toClient_, replyStream_, mayMove, mayBeMore);
     if (taken == Channel::Outcome::closed) return false;
     if (taken == Channel::Outcome::blocked && !toClient_.hasReleased()) return true;
   }

@@ -32,7 +32,7 @@ ReplyStream::Step ReplyStream::advance(Bytes bytes) {
       if ((type == reply || type == error) && takeReply(message)) return {done, true};
       renumber(message);
     }
-    body_ = length;
+    body_ = lastLength_ = length;
   }
 }
 

@@ -35,6 +35,8 @@ class ReplyStream {
 
   [[nodiscard]] std::uint64_t remainingBody() const { return body_; }
   void skip(std::uint64_t count) { body_ -= count; }
+  // Of the last message, as a whole.
+  [[nodiscard]] std::uint64_t lastLength() const { return lastLength_; }
 
   // The last request, as the server counts, of which a message has told that the server has carried it out.
   [[nodiscard]] std::uint64_t lastRequest() const { return lastRequest_; }
@@ -48,6 +50,7 @@ class ReplyStream {
   ScreenNames& names_;
   PendingReplies& replies_;
   std::uint64_t body_ = 0;
+  std::uint64_t lastLength_ = 0;
   std::uint64_t lastRequest_ = 0;
   // Answered questions of the lens's own.
   std::uint16_t barriers_ = 0;

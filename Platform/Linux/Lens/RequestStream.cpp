@@ -19,6 +19,7 @@ constexpr std::uint8_t noOperation = 127;
 constexpr std::uint8_t enableBigRequests = 0;
 constexpr std::uint8_t getOverlayWindow = 7;
 constexpr std::uint8_t sharedMemoryGetImage = 4;
+constexpr std::uint8_t sharedMemoryCreateSegment = 7;
 constexpr std::uint8_t renderCreatePicture = 4;
 constexpr std::uint8_t renderChangePicture = 5;
 constexpr std::uint8_t renderFreePicture = 7;
@@ -55,8 +56,9 @@ constexpr std::array pictureUses{
 RequestStream::RequestStream(ByteOrder order, const ScreenNames& names, PendingReplies& replies)
     : wire_(order), names_(names), replies_(replies) {
   const ExtensionNumbers& numbers = names_.extensions;
-  for (const std::uint8_t major : {getImage, copyArea, copyPlane, grabServer, ungrabServer, numbers.render,
-                                   numbers.sharedMemory, numbers.composite, numbers.bigRequests}) {
+  for (const std::uint8_t major :
+       {getImage, copyArea, copyPlane, grabServer, ungrabServer, numbers.render, numbers.sharedMemory,
+        numbers.composite, numbers.bigRequests, numbers.directRendering}) {
     isOfConcern_[major] = major != 0;
   }
 }
@@ -81,7 +83,7 @@ RequestStream::Step RequestStream::advance(Bytes bytes) {
       if (!rewrite(*request)) return {done, Stop::screenRead};
     }
     ++count_;
-    body_ = request->length;
+    body_ = lastLength_ = request->length;
   }
 }
 
@@ -97,6 +99,7 @@ std::size_t RequestStream::passUnconcerned(Bytes bytes) {
     done += length;
     ++count;
   }
+  if (count > 0) lastLength_ = 0;
   count_ += count;
   return done;
 }
@@ -132,8 +135,11 @@ bool RequestStream::rewrite(const Request& request) {
       break;
   }
   if (request.major == numbers.render) return rewriteRender(request);
-  if (request.major == numbers.sharedMemory) return request.minor != sharedMemoryGetImage || rewriteImage(request);
-  if (request.major == numbers.bigRequests) {
+  if (request.major == numbers.sharedMemory && request.minor == sharedMemoryGetImage) return rewriteImage(request);
+  if (request.major == numbers.sharedMemory || request.major == numbers.directRendering) {
+    asksForDescriptors_ =
+        asksForDescriptors_ || request.major == numbers.directRendering || request.minor == sharedMemoryCreateSegment;
+  } else if (request.major == numbers.bigRequests) {
     hasBigRequests_ = hasBigRequests_ || request.minor == enableBigRequests;
   } else if (request.minor == getOverlayWindow && holds(request, 4) && wire_.get32(at(request, 4)) == names_.root) {
     replies_.push_back({count_ + 1, ReplyTo::overlayWindow});

@@ -45,6 +45,10 @@ class RequestStream {
   // How many bytes belong to the request under way and concern nobody here; `skip` when they went another way.
   [[nodiscard]] std::uint64_t remainingBody() const { return body_; }
   void skip(std::uint64_t count) { body_ -= count; }
+  // Of the last request, as a whole; 0 for a short one.
+  [[nodiscard]] std::uint64_t lastLength() const { return lastLength_; }
+  // Whether there was a request whose reply brings descriptors.
+  [[nodiscard]] bool asksForDescriptors() const { return asksForDescriptors_; }
 
   // The number of the last request, and making room for one of the lens's own after it.
   [[nodiscard]] std::uint64_t requestCount() const { return count_; }
@@ -87,6 +91,8 @@ class RequestStream {
   std::array<bool, 256> isOfConcern_{};
   std::uint64_t count_ = 0;
   std::uint64_t body_ = 0;
+  std::uint64_t lastLength_ = 0;
+  bool asksForDescriptors_ = false;
   bool hasBigRequests_ = false;
   bool isMalformed_ = false;
   std::optional<std::uint32_t> picture_;

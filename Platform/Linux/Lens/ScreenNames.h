@@ -13,6 +13,7 @@ struct ExtensionNumbers {
   std::uint8_t composite = 0;
   std::uint8_t render = 0;
   std::uint8_t sharedMemory = 0;
+  std::uint8_t directRendering = 0;
 };
 
 struct ScreenNames {

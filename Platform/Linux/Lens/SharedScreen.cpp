@@ -31,7 +31,8 @@ ScreenNames namesOn(Connection& connection) {
   return {.extensions = {.bigRequests = extensionNumber(connection, "BIG-REQUESTS"),
                          .composite = extensionNumber(connection, "Composite"),
                          .render = extensionNumber(connection, "RENDER"),
-                         .sharedMemory = extensionNumber(connection, "MIT-SHM")},
+                         .sharedMemory = extensionNumber(connection, "MIT-SHM"),
+                         .directRendering = extensionNumber(connection, "DRI3")},
           .root = connection.root(),
           .rootVisual = connection.rootVisual()};
 }
