@@ -1,6 +1,7 @@
 // "quillfade doctor" on desktops that have what is needed, and on some that do not; and the user's own rules.
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
+#include "Tests/Linux/TrayHost.h"
 
 namespace endtoend {
 namespace {
@@ -63,6 +64,36 @@ TEST_F(Doctor, WithoutATrayItSaysSoAndWhatToDo) {
   EXPECT_THAT(answer.output, HasSubstr("trayer"));
   EXPECT_THAT(answer.output, says("note", "Log", "Library/Logs"));
   EXPECT_THAT(answer.output, HasSubstr("mkdir -p " + (home_.path() / "Library/Logs").string()));
+}
+
+TEST_F(Doctor, ATrayOnTheSessionBusIsEnough) {
+  const qt::TrayHost panel(bus_.address());
+  EXPECT_THAT(examine().output, says("ok", "Tray", "shown by a StatusNotifierItem host"));
+}
+
+TEST_F(Doctor, WithoutASessionBusItSaysWhatThatMeans) {
+  startTray();
+  const Answer answer = examine({{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"}});
+  EXPECT_EQ(answer.status, 1);
+  EXPECT_THAT(answer.output, says("problem", "Session bus", "cannot be reached"));
+  EXPECT_THAT(answer.output, says("ok", "Tray", "XEmbed"));
+}
+
+TEST_F(Doctor, ACompositingManagerIsKnownWhateverItCallsItself) {
+  const auto window = client_.createWindow({.frame = {0, 0, 1, 1}, .mapped = false});
+  xcb_set_selection_owner(client_.connection(), window, client_.atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
+  client_.sync();
+  EXPECT_THAT(examine().output, says("ok", "Compositing", "a compositing manager without a name"));
+  // Numbers are no name.
+  const std::uint32_t numbers = 0x41414141;
+  xcb_change_property(client_.connection(), XCB_PROP_MODE_REPLACE, window, client_.atom("_NET_WM_NAME"),
+                      XCB_ATOM_CARDINAL, 32, 1, &numbers);
+  client_.sync();
+  EXPECT_THAT(examine().output, says("ok", "Compositing", "a compositing manager without a name"));
+  xcb_change_property(client_.connection(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 5,
+                      "older");
+  client_.sync();
+  EXPECT_THAT(examine().output, says("ok", "Compositing", "older"));
 }
 
 TEST_F(Doctor, AKeyOfAnotherProgramIsAProblem) {

@@ -9,6 +9,7 @@
 #include "Platform/Linux/Desktop/WidgetWindow.h"
 #include "Tests/Linux/QtEnvironment.h"
 #include "Tests/Support/Input.h"
+#include "Tests/Support/Reply.h"
 #include "Tests/Support/XClient.h"
 
 using namespace platform;
@@ -51,6 +52,12 @@ class NestedViews : public qt::Test {
   }
   [[nodiscard]] bool shows(std::uint32_t color, std::size_t count) {
     return qt::runUntil([&] { return client_.screenshot().count(color) == count; });
+  }
+
+  [[nodiscard]] xcb_window_t focused() {
+    return support::waitForReply(client_.connection(), xcb_get_input_focus_reply,
+                                 xcb_get_input_focus(client_.connection()))
+        ->focus;
   }
 
   support::XClient client_{qt::display()};
@@ -106,4 +113,36 @@ TEST_F(NestedViews, FollowTheWindow) {
   window_->setFrame({{300, 400}, {200, 200}}, true);
   EXPECT_TRUE(shows(0xff0000, 200 * 200 - 100 * 50));
   EXPECT_EQ(client_.screenshot().count(0x00ff00, {320, 320, 100, 50}), 100U * 50U);
+}
+
+TEST_F(NestedViews, GetNoPressThatIsMadeOnAViewWhichWantsNone) {
+  const auto plain = views_.makeView({{0, 0}, {400, 300}});
+  plain->addSubview(inner_);
+  window_->setContentView(plain);
+  input_.click(300, 400, 1);
+  input_.click(125, 525, 1);
+  EXPECT_TRUE(qt::runUntil([&] { return innerResponder_->at.has_value(); }));
+  EXPECT_FALSE(outerResponder_->at);
+}
+
+TEST_F(NestedViews, MayGoWhileAButtonIsHeldOnThem) {
+  input_.moveTo(125, 525);
+  input_.buttonDown();
+  EXPECT_TRUE(qt::runUntil([&] { return innerResponder_->at.has_value(); }));
+  innerResponder_ = nullptr;
+  window_->setContentView(views_.makeView({{0, 0}, {400, 300}}, outerResponder_));
+  outer_ = nullptr;
+  inner_ = nullptr;
+  input_.moveTo(130, 530);
+  input_.buttonUp();
+  input_.click(300, 400, 1);
+  EXPECT_TRUE(qt::runUntil([&] { return outerResponder_->at == Point{200, 200}; }));
+}
+
+TEST_F(NestedViews, LeaveTheKeyboardToOthersInAWindowThatIsNotForKeys) {
+  const auto before = focused();
+  window_->makeKey();
+  window_->makeFirstResponder(*inner_);
+  qt::runPending();
+  EXPECT_EQ(focused(), before);
 }
