@@ -16,9 +16,13 @@
 
 namespace platform {
 
-// Says which of the windows on screen are left out, whenever the program reads. Pure.
-using LensRule =
-    std::function<std::vector<CaptureWindow>(const std::vector<CaptureWindow>&, const std::vector<Screen>&)>;
+struct LensRule {
+  // Says which of the windows on screen are left out, whenever the program reads. Pure.
+  std::function<std::vector<CaptureWindow>(const std::vector<CaptureWindow>&, const std::vector<Screen>&)> leftOut;
+  // Whether others than this application's own windows can be among them. What lies beneath others has to be kept from
+  // the beginning, which makes all drawing dearer; beneath its own windows the application keeps it already.
+  bool concernsOthers = true;
+};
 
 // Defined by the adapter that is linked in, as are the others here. The program is looked up as a shell would; the
 // result is its exit status, or 128 and the number of the signal that ended it.

@@ -46,10 +46,10 @@ std::vector<CaptureWindow> leftOut(ShareView view, const std::vector<CaptureWind
 RemoteReply share(const command::Share& command) {
   // As they are now: the rule runs on another thread.
   const auto rules = userRules(*platform::makeRulesFile()).windows;
-  const auto status =
-      platform::runThroughLens(command.program, [view = command.view, rules](const auto& windows, const auto& screens) {
-        return leftOut(view, windows, screens, rules);
-      });
+  const auto leftOutOf = [view = command.view, rules](const auto& windows, const auto& screens) {
+    return leftOut(view, windows, screens, rules);
+  };
+  const auto status = platform::runThroughLens(command.program, {leftOutOf, command.view == ShareView::clean});
   return status ? RemoteReply{*status, {}} : failure(status.error());
 }
 

@@ -8,11 +8,14 @@
 #include <xcb/shm.h>
 
 #include <array>
+#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <map>
+#include <memory>
 
 #include "Platform/Linux/X11/ProductMark.h"
+#include "Platform/Linux/X11/Redirection.h"
 #include "Tests/Lens/OpenLens.h"
 #include "Tests/Linux/EngineSupport.h"
 #include "Tests/Support/Desktop.h"
@@ -132,8 +135,9 @@ class ScreenReads : public testing::Test {
     client_.sync();
   }
 
-  // What another process of the product would show there.
+  // What another process of the product would show there, which keeps what lies beneath.
   void showMirror() {
+    platform::x11::redirectSubwindows(*product_);
     mark_.emplace(*product_, std::array{product_->resourceBase()});
     window_ = product_->newId();
     const std::array<std::uint32_t, 2> values{mirrorColor, 1};
@@ -144,6 +148,14 @@ class ScreenReads : public testing::Test {
     ASSERT_TRUE(product_->synchronize(10'000));
     // A compositing manager takes its time.
     ASSERT_TRUE(support::waitUntil([&] { return client_.screenshot().count(mirrorColor) == std::size_t{400} * 300; }));
+  }
+
+  // Off screen, whatever lies above it.
+  bool isKept(xcb_window_t window) {
+    xcb_connection_t* c = client_.connection();
+    const xcb_void_cookie_t named = xcb_composite_name_window_pixmap_checked(c, window, xcb_generate_id(c));
+    const std::unique_ptr<xcb_generic_error_t, decltype(&std::free)> error(xcb_request_check(c, named), &std::free);
+    return error == nullptr;
   }
 
   support::XServer server_;
@@ -199,6 +211,19 @@ INSTANTIATE_TEST_SUITE_P(Requests, EveryReading,
                          testing::Values("GetImage", "CopyArea", "CopyPlane", "Render", "SharedMemory"),
                          [](const auto& reading) { return reading.param; });
 
+TEST_F(ScreenReads, UntilAProgramReadsOnlyALensThatLeavesOutOthersKeepsWindows) {
+  {
+    const OpenLens open(server_.display());
+    const auto program = open.connect();
+    EXPECT_FALSE(isKept(board_)) << "drawing would be dearer for all";
+    (void)byGetImage(*program, program->root());
+    EXPECT_TRUE(isKept(board_));
+  }
+  EXPECT_TRUE(support::waitUntil([&] { return !isKept(board_); })) << "the lens has ended";
+  const OpenLens open(server_.display(), "clean");
+  EXPECT_TRUE(isKept(board_)) << "what an overlay hides now could not be had later";
+}
+
 TEST_F(ScreenReads, TheOverlayWindowOfACompositingManagerIsTheScreenToo) {
   const support::CompositingManager manager(server_.display());
   const OpenLens open(server_.display());
@@ -245,6 +270,19 @@ TEST_F(ScreenReads, NothingIsSeenWhileTheServerItselfHidesTheScreen) {
   xcb_force_screen_saver(client_.connection(), XCB_SCREEN_SAVER_RESET);
   client_.sync();
   EXPECT_EQ(program->screenshot(), before);
+}
+
+TEST_F(ScreenReads, ImagesOfEverySizeArriveToTheirEnd) {
+  const OpenLens open(server_.display());
+  const auto program = open.connect();
+  const Picture truth = client_.screenshot();
+  for (int height = 20; height <= screen.height; height += 13) {
+    const PixelRect part{0, 0, screen.width, height};
+    const Picture read = program->screenshot(part);
+    ASSERT_EQ(read.width(), part.width);
+    ASSERT_EQ(read.height(), height);
+    EXPECT_EQ(read.at(5, height - 1), truth.at(5, height - 1));
+  }
 }
 
 TEST_F(ScreenReads, AReadKeepsTheNumbersOfWhatFollows) {

@@ -10,7 +10,8 @@ namespace platform::x11::lens {
 
 namespace {
 
-// Others want their turn.
+// Others want their turn. A round ends before anything is taken in: what is in the socket is told of again, what is
+// here is not.
 constexpr int mostRounds = 16;
 
 // What is left of a long message goes from socket to socket, but for its end: that may have come in one piece with the
@@ -87,34 +88,34 @@ std::uint32_t Relay::serverEvents() const {
 
 bool Relay::pumpRequests() {
   bool mayBeMore = true;
-  for (int round = 0; round < mostRounds; ++round) {
+  for (int round = 0;; ++round) {
     if (!takeRequests()) return false;
     const Channel::Outcome sent = toServer_.send();
     if (sent == Channel::Outcome::closed) return false;
     isServerFull_ = sent == Channel::Outcome::blocked;
-    if (isServerFull_ || waiting_ != Waiting::no || !mayBeMore) return true;
+    // Nobody tells again of what a program that is gone has left behind.
+    const bool isTurnOver = !isClientGone_ && (!mayBeMore || round >= mostRounds);
+    if (isServerFull_ || waiting_ != Waiting::no || isTurnOver) return true;
     const Channel::Outcome taken = takeIn(toServer_, requestStream_, true, mayBeMore);
     if (taken == Channel::Outcome::closed) return false;
     if (taken == Channel::Outcome::blocked && !toServer_.hasReleased()) return true;
   }
-  return true;
 }
 
 bool Relay::pumpReplies() {
   bool mayBeMore = true;
-  for (int round = 0; round < mostRounds; ++round) {
+  for (int round = 0;; ++round) {
     if (!takeReplies()) return false;
     const Channel::Outcome sent = toClient_.send();
     if (sent == Channel::Outcome::closed) return false;
     isClientFull_ = sent == Channel::Outcome::blocked;
-    if (isClientFull_ || !mayBeMore) return true;
+    if (isClientFull_ || !mayBeMore || round >= mostRounds) return true;
     // The server sends a descriptor with whatever it has not sent yet, be it the middle of a long reply.
     const bool mayMove = !requestStream_.asksForDescriptors();
     const Channel::Outcome taken = takeIn(toClient_, replyStream_, mayMove, mayBeMore);
     if (taken == Channel::Outcome::closed) return false;
     if (taken == Channel::Outcome::blocked && !toClient_.hasReleased()) return true;
   }
-  return true;
 }
 
 bool Relay::takeRequests() {

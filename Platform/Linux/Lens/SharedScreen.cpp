@@ -45,7 +45,7 @@ std::expected<std::unique_ptr<SharedScreen>, Error> SharedScreen::open(const std
   if (const auto missing = (*connection)->missingExtensions(); !missing.empty()) {
     return std::unexpected(Error{missingExtensionsSentence(missing)});
   }
-  redirectSubwindows(**connection);
+  if (rule.concernsOthers) redirectSubwindows(**connection);
   std::unique_ptr<SharedScreen> screen(new SharedScreen(std::move(*connection), std::move(rule)));
   if (screen->isLost()) return std::unexpected(Error{connectionLostSentence});
   return screen;
@@ -181,7 +181,7 @@ void SharedScreen::release(Target& target) {
 
 std::vector<xcb_window_t> SharedScreen::windowsToLeaveOut() {
   std::vector<xcb_window_t> windows;
-  for (const CaptureWindow& window : rule_(windowList_.windows({.onScreenWindowsOnly = true}), screens_)) {
+  for (const CaptureWindow& window : rule_.leftOut(windowList_.windows({.onScreenWindowsOnly = true}), screens_)) {
     windows.push_back(window.windowID);
   }
   std::ranges::sort(windows);

@@ -5,7 +5,8 @@
 //
 // Threads: one at a time.
 // Units and axes: the picture is as large as the root window.
-// Lifetime: the windows of the screen stay redirected as long as this object lives.
+// Lifetime: windows that were redirected stay so as long as this object lives: those that were read, or, where the rule
+// concerns others than our own, all of them from the beginning.
 // Failure: `open` says in a sentence why it cannot be had; later ones leave the picture as it was.
 #pragma once
 
