@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <random>
 
 #include "Platform/Linux/Lens/LocalSocket.h"
@@ -42,6 +43,14 @@ std::size_t descriptorsOf(pid_t process) {
   return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
 }
 
+// Whether something of the display is left. Another lens may have taken its number by now.
+bool isLeft(int number, pid_t process) {
+  std::ifstream file(lockPath(number));
+  int holder = 0;
+  const bool isLocked = static_cast<bool>(file >> holder);
+  return isLocked ? holder == process : fs::exists(socketPath(number)) && !fs::exists(lockPath(number));
+}
+
 class Lens : public testing::Test {
  protected:
   std::optional<int> statusOf(const std::vector<std::string>& program) {
@@ -55,10 +64,12 @@ class Lens : public testing::Test {
 TEST_F(Lens, ItsFilesAreTheUsersAloneAndGoWithTheProgram) {
   std::string authority;
   int number = 0;
+  pid_t process = 0;
   {
     OpenLens open(server_.display());
     authority = open.authority();
     number = open.number();
+    process = open.process().id();
     EXPECT_EQ(modeOf(authority), 0600U);
     EXPECT_EQ(modeOf(fs::path(authority).parent_path()), 0700U);
     EXPECT_EQ(modeOf(socketPath(number)), 0600U);
@@ -66,8 +77,7 @@ TEST_F(Lens, ItsFilesAreTheUsersAloneAndGoWithTheProgram) {
     EXPECT_GE(number, 100);
   }
   EXPECT_FALSE(fs::exists(fs::path(authority).parent_path()));
-  EXPECT_FALSE(fs::exists(socketPath(number)));
-  EXPECT_FALSE(fs::exists(lockPath(number)));
+  EXPECT_FALSE(isLeft(number, process));
 }
 
 TEST_F(Lens, TheExitStatusIsTheProgramsWhicheverWayItEnds) {
@@ -181,9 +191,10 @@ TEST_F(Lens, OfAHundredProgramsHalfOfThemKilledNothingIsLeft) {
       << descriptorsOf(open.process().id()) << " descriptors, " << before << " before";
   EXPECT_EQ(open.connect()->screenshot({0, 0, 10, 10}).width(), 10);
   const std::string authority = open.authority();
+  const pid_t process = open.process().id();
   open.process().terminate();
   EXPECT_FALSE(fs::exists(authority));
-  EXPECT_FALSE(fs::exists(socketPath(open.number())));
+  EXPECT_FALSE(isLeft(open.number(), process));
 }
 
 TEST(PrivateDisplays, ALockOfADeadProcessIsTakenOver) {
