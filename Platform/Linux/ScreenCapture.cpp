@@ -93,11 +93,13 @@ void ScreenCapture::watchBackground() {
   windows_.leaveOut(background_->window());
 }
 
-// The application looks at the content from time to time, which is as good a moment as any for what is not announced.
+// The application looks at the content from time to time, and every other time is as good a moment as any for what is
+// not announced: it takes an answer from the server.
 void ScreenCapture::checkBackground() {
   std::erase_if(streams_, [](const auto& stream) { return stream.expired(); });
   if (streams_.empty()) return background_.reset();
-  if (!background_ || !background_->hasChanged()) return;
+  isBackgroundDue_ = !isBackgroundDue_;
+  if (!background_ || !isBackgroundDue_ || !background_->hasChanged()) return;
   for (const auto& weakStream : streams_)
     if (const auto stream = weakStream.lock()) stream->backgroundChanged();
 }

@@ -68,6 +68,7 @@ class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
   std::vector<std::weak_ptr<std::function<void()>>> observers_;
   // Looked after while there are streams.
   std::optional<RootBackground> background_;
+  bool isBackgroundDue_ = false;
   std::vector<std::weak_ptr<CaptureStream>> streams_;
   std::uint64_t streamCount_ = 0;
 };
