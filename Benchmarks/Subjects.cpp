@@ -1,5 +1,7 @@
 #include "Benchmarks/Subjects.h"
 
+#include <xcb/composite.h>
+
 #include <algorithm>
 #include <set>
 #include <stdexcept>
@@ -107,6 +109,21 @@ class Nobody final : public Subject {
   [[nodiscard]] pid_t process() const override { return 0; }
 };
 
+class Redirection final : public Subject {
+ public:
+  Redirection(const std::string& display, const Place& place) : client_(display) {
+    for (const xcb_window_t window : client_.children(client_.root()))
+      xcb_composite_redirect_window(client_.connection(), window, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+    client_.createWindow({.frame = place.area, .color = 0xff000000});
+    client_.sync();
+  }
+
+  [[nodiscard]] pid_t process() const override { return 0; }
+
+ private:
+  support::XClient client_;
+};
+
 class PeerProgram final : public Subject {
  public:
   PeerProgram(const Peer& peer, const std::string& display, const Place& place) : client_(display) {
@@ -180,6 +197,7 @@ std::string firstLine(const std::string& text) { return text.substr(0, text.find
 std::unique_ptr<Subject> startSubject(const std::string& name, const std::string& display, const Place& place,
                                       bool isOn) {
   if (name == nobody) return std::make_unique<Nobody>();
+  if (name == redirectionOnly) return std::make_unique<Redirection>(display, place);
   if (name == ours) return std::make_unique<Quillfade>(display, place, isOn);
   const auto peer = std::ranges::find(peers(), name, &Peer::name);
   if (peer == peers().end()) throw std::invalid_argument("There is no program " + name + ".");
@@ -194,6 +212,8 @@ std::vector<PeerDescription> describePeers() {
     for (const std::string& argument : peer.command(":99", example)) command += (command.empty() ? "" : " ") + argument;
     descriptions.push_back({peer.name, firstLine(support::runToEnd(peer.version)), command});
   }
+  descriptions.push_back(
+      {redirectionOnly, "no program", "all windows off screen, and one over the area: nothing is copied"});
   return descriptions;
 }
 

@@ -33,9 +33,12 @@ class Subject {
 
 inline const std::string ours = "quillfade";
 inline const std::string nobody = "nobody";
+// What the X server does when all windows are drawn off screen and a window lies over the area: what is left of ours
+// is the copy.
+inline const std::string redirectionOnly = "redirection-only";
 
-// Ours may start with the cover off. "nobody", "quillfade", "ffplay", "gstreamer-damage", "gstreamer-full", "xzoom",
-// "picom", "bare-mirror". Nobody has no process.
+// Ours may start with the cover off. "nobody", "redirection-only", "quillfade", "ffplay", "gstreamer-damage",
+// "gstreamer-full", "xzoom", "picom", "bare-mirror". The first two have no process.
 [[nodiscard]] std::unique_ptr<Subject> startSubject(const std::string& name, const std::string& display,
                                                     const Place& place, bool isOn = true);
 

@@ -56,9 +56,12 @@ class Terminal : public Idle {
 class Typing final : public Terminal {
  public:
   explicit Typing(const std::string& display) : Terminal(display, {"cat"}), input_(display) {
-    // Without a window manager the keys go where the pointer is.
+    // Keys go where the pointer is, even if a program has just taken the keyboard: one of the peers would pause.
     input_.moveTo(200, 200);
     pace_.emplace(charactersASecond, [this] {
+      xcb_set_input_focus(client().connection(), XCB_INPUT_FOCUS_POINTER_ROOT, XCB_INPUT_FOCUS_POINTER_ROOT,
+                          XCB_CURRENT_TIME);
+      client().sync();
       constexpr std::array<support::KeySymbol, 8> text{XK_t, XK_y, XK_p, XK_i, XK_n, XK_g, XK_space, XK_Return};
       input_.press(text[typed_++ % text.size()]);
     });

@@ -32,14 +32,15 @@ constexpr PixelRect whole4k{0, 0, 3840, 2160};
 std::vector<CostScene> scenes(bool isQuick) {
   const std::vector<std::string> all{ours,    "ffplay", "gstreamer-damage", "gstreamer-full",
                                      "xzoom", "picom",  "bare-mirror"};
-  const std::vector<std::string> copies{ours, "ffplay", "gstreamer-full", "xzoom"};
+  const std::vector<std::string> copies{ours, "ffplay", "gstreamer-full", "xzoom", redirectionOnly};
   const std::vector<std::string> few{ours, "gstreamer-full", "picom"};
   std::vector<CostScene> result;
   for (const char* workload : {"idle", "typing", "scrolling", "video"})
     result.push_back({workload, "whole", 1920, 1080, wholeScreen, isQuick ? few : all});
   if (isQuick) return result;
+  const std::vector<std::string> byDamage{ours, "gstreamer-damage", "picom", "bare-mirror", redirectionOnly};
   for (const char* workload : {"windows-10", "windows-100", "windows-1000"})
-    result.push_back({workload, "whole", 1920, 1080, wholeScreen, {ours, "gstreamer-damage", "picom", "bare-mirror"}});
+    result.push_back({workload, "whole", 1920, 1080, wholeScreen, byDamage});
   for (const char* workload : {"idle", "typing", "video"})
     result.push_back({workload, "520x340", 1920, 1080, smallArea, copies});
   for (const char* workload : {"typing", "video"}) result.push_back({workload, "4K", 3840, 2160, whole4k, few});
