@@ -1,6 +1,6 @@
-// Where the local sockets of a display are.
+// Where the local sockets of a display are, and how much they hold.
 //
-// Threads: pure.
+// Threads: any.
 #pragma once
 
 #include <sys/socket.h>
@@ -35,6 +35,13 @@ struct LocalAddress {
   std::ranges::copy(fitting, result.address.sun_path + offset);
   result.length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + offset + fitting.size());
   return result;
+}
+
+// Makes a local socket hold more of what its other end has not taken yet, as far as the system lets a user have it. A
+// long message then comes in fewer pieces, for each of which somebody would have to wake up.
+inline void widen(int socket) {
+  constexpr int size = 1024 * 1024;
+  ::setsockopt(socket, SOL_SOCKET, SO_SNDBUF, &size, sizeof size);
 }
 
 }  // namespace platform::x11::lens

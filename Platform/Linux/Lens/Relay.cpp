@@ -17,7 +17,7 @@ constexpr int mostRounds = 16;
 // What is left of a long message goes from socket to socket, but for its end: that may have come in one piece with the
 // beginning of the next message, which may carry descriptors. Programs gather as much before they send it.
 constexpr std::uint64_t endOfMessage = std::uint64_t{16} * 1024;
-constexpr std::uint64_t worthMoving = endOfMessage + std::uint64_t{64} * 1024;
+constexpr std::uint64_t worthMoving = endOfMessage + std::uint64_t{16} * 1024;
 // After a long message, what is received at once, so that most of the next long one can be moved.
 constexpr std::uint64_t nextBeginning = std::uint64_t{4} * 1024;
 

@@ -51,7 +51,10 @@ FileDescriptor ServerAddress::connectLocally() const {
   const std::string path = host_.starts_with('/') ? host_ : socketPath(number_);
   for (const bool isAbstract : {true, false}) {
     const LocalAddress address = localAddress(path, isAbstract);
-    if (auto socket = connected(AF_UNIX, address.get(), address.length); socket.isOpen()) return socket;
+    if (auto socket = connected(AF_UNIX, address.get(), address.length); socket.isOpen()) {
+      widen(socket.get());
+      return socket;
+    }
   }
   return FileDescriptor();
 }
