@@ -109,9 +109,9 @@ class Nobody final : public Subject {
   [[nodiscard]] pid_t process() const override { return 0; }
 };
 
-class Redirection final : public Subject {
+class RedirectionOnly final : public Subject {
  public:
-  Redirection(const std::string& display, const Place& place) : client_(display) {
+  RedirectionOnly(const std::string& display, const Place& place) : client_(display) {
     for (const xcb_window_t window : client_.children(client_.root()))
       xcb_composite_redirect_window(client_.connection(), window, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
     client_.createWindow({.frame = place.area, .color = 0xff000000});
@@ -197,7 +197,7 @@ std::string firstLine(const std::string& text) { return text.substr(0, text.find
 std::unique_ptr<Subject> startSubject(const std::string& name, const std::string& display, const Place& place,
                                       bool isOn) {
   if (name == nobody) return std::make_unique<Nobody>();
-  if (name == redirectionOnly) return std::make_unique<Redirection>(display, place);
+  if (name == redirectionOnly) return std::make_unique<RedirectionOnly>(display, place);
   if (name == ours) return std::make_unique<Quillfade>(display, place, isOn);
   const auto peer = std::ranges::find(peers(), name, &Peer::name);
   if (peer == peers().end()) throw std::invalid_argument("There is no program " + name + ".");

@@ -33,8 +33,8 @@ class Subject {
 
 inline const std::string ours = "quillfade";
 inline const std::string nobody = "nobody";
-// What the X server does when all windows are drawn off screen and a window lies over the area: what is left of ours
-// is the copy.
+// No program: all windows are drawn off screen, and a window lies over the area. What ours costs beyond that is the
+// copy.
 inline const std::string redirectionOnly = "redirection-only";
 
 // Ours may start with the cover off. "nobody", "redirection-only", "quillfade", "ffplay", "gstreamer-damage",

@@ -39,7 +39,7 @@ struct LocalAddress {
 
 // Makes a local socket hold more of what its other end has not taken yet, as far as the system lets a user have it. A
 // long message then comes in fewer pieces, for each of which somebody would have to wake up.
-inline void widen(int socket) {
+inline void enlargeSendBuffer(int socket) {
   constexpr int size = 1024 * 1024;
   ::setsockopt(socket, SOL_SOCKET, SO_SNDBUF, &size, sizeof size);
 }

@@ -111,7 +111,7 @@ void PrivateDisplay::release() {
 FileDescriptor PrivateDisplay::accept(const FileDescriptor& socket) {
   FileDescriptor connection(::accept4(socket.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
   if (!connection.isOpen()) return connection;
-  widen(connection.get());
+  enlargeSendBuffer(connection.get());
   ucred peer{};
   socklen_t length = sizeof peer;
   const bool isKnown = ::getsockopt(connection.get(), SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0;

@@ -52,7 +52,7 @@ FileDescriptor ServerAddress::connectLocally() const {
   for (const bool isAbstract : {true, false}) {
     const LocalAddress address = localAddress(path, isAbstract);
     if (auto socket = connected(AF_UNIX, address.get(), address.length); socket.isOpen()) {
-      widen(socket.get());
+      enlargeSendBuffer(socket.get());
       return socket;
     }
   }
