@@ -30,7 +30,7 @@ check-deb: deb ## the same, held against Debian's own rules (needs lintian) and 
 test: ## every test, the static checks included
 	./test
 
-bench: ## measures against other programs, which takes twenty minutes; QUICK=1: a few minutes; ONLY=typing: just that
+bench: ## measures against other programs, which takes forty minutes; QUICK=1: a few minutes; ONLY=typing: just that
 	./setup bench
 	cmake --preset release
 	cmake --build --preset release --target bench

@@ -22,8 +22,8 @@ struct Sample {
 
 Sample sample(pid_t server, pid_t program, double seconds) {
   const auto state = [&] {
-    return Sample{processorSeconds(server), program != 0 ? processorSeconds(program) : 0,
-                  program != 0 ? static_cast<double>(wakeUps(program)) : 0};
+    return Sample{processorSeconds(server), program != noProcess ? processorSeconds(program) : 0,
+                  program != noProcess ? static_cast<double>(wakeUps(program)) : 0};
   };
   const Sample before = state();
   const auto begin = std::chrono::steady_clock::now();
@@ -41,26 +41,29 @@ CostMeasurement measureCost(const CostScene& scene, const CostOptions& options, 
   const Place place{{0, 0, 2 * scene.screenWidth, scene.screenHeight},
                     scene.area,
                     {scene.screenWidth, 0, scene.area.width, scene.area.height}};
-  std::vector<std::string> subjects{nobody};
-  subjects.insert(subjects.end(), scene.subjects.begin(), scene.subjects.end());
-  for (const std::string& name : subjects) {
+  for (const std::string& name : scene.subjects) {
     progress(scene.workload + ", " + scene.areaName + ": " + name);
     const support::XServer server({.width = place.screen.width, .height = place.screen.height, .arguments = {}});
     const auto workload = makeWorkload(scene.workload, server.display());
+    const auto samples = [&](pid_t program) {
+      std::this_thread::sleep_for(settling);
+      std::vector<Sample> taken;
+      for (int run = 0; run < options.runs; ++run)
+        taken.push_back(sample(server.processId(), program, options.seconds));
+      return taken;
+    };
+    // One server does the same work at another cost than the next one: each subject is compared with its own.
+    std::vector<double> without;
+    for (const Sample& taken : samples(noProcess)) without.push_back(taken.server);
     const auto subject = startSubject(name, server.display(), place);
-    std::this_thread::sleep_for(settling);
     CostResult result{name, {}, {}, {}};
-    for (int run = 0; run < options.runs; ++run) {
-      const Sample taken = sample(server.processId(), subject->process(), options.seconds);
-      if (name == nobody) {
-        measurement.without.push_back(taken.server);
-        continue;
-      }
-      result.extra.push_back(taken.server + taken.program - median(measurement.without));
+    for (const Sample& taken : samples(subject->process())) {
+      result.extra.push_back(taken.server + taken.program - median(without));
       result.ofProgram.push_back(taken.program);
       result.wakeUps.push_back(taken.wakeUps);
     }
-    if (name != nobody) measurement.results.push_back(std::move(result));
+    measurement.results.push_back(std::move(result));
+    measurement.without.insert(measurement.without.end(), without.begin(), without.end());
   }
   return measurement;
 }

@@ -1,7 +1,7 @@
 // What a live copy costs: processor time of the program and of the X server together, beyond what the same workload
-// costs the server without anybody looking.
+// cost the same server just before, without anybody looking.
 //
-// Each scene has an X server of its own, twice as wide as what is copied.
+// Each subject has an X server of its own, twice as wide as what is copied.
 // Units: processor seconds in ten seconds.
 #pragma once
 
@@ -19,7 +19,7 @@ struct CostScene {
   int screenWidth;
   int screenHeight;
   PixelRect area;
-  std::vector<std::string> subjects;  // without nobody
+  std::vector<std::string> subjects;
 };
 
 struct CostResult {
@@ -31,7 +31,7 @@ struct CostResult {
 
 struct CostMeasurement {
   CostScene scene;
-  std::vector<double> without;  // what the workload costs the X server
+  std::vector<double> without;  // what the workload costs the X server, before each of the subjects
   std::vector<CostResult> results;
 };
 

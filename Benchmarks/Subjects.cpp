@@ -6,6 +6,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "Benchmarks/Workloads.h"
 #include "Tests/Support/Input.h"
 #include "Tests/Support/Wait.h"
 
@@ -104,11 +105,6 @@ const std::vector<Peer>& peers() {
   return all;
 }
 
-class Nobody final : public Subject {
- public:
-  [[nodiscard]] pid_t process() const override { return 0; }
-};
-
 class RedirectionOnly final : public Subject {
  public:
   RedirectionOnly(const std::string& display, const Place& place) : client_(display) {
@@ -118,7 +114,7 @@ class RedirectionOnly final : public Subject {
     client_.sync();
   }
 
-  [[nodiscard]] pid_t process() const override { return 0; }
+  [[nodiscard]] pid_t process() const override { return noProcess; }
 
  private:
   support::XClient client_;
@@ -162,6 +158,8 @@ class PeerProgram final : public Subject {
     support::Input input(display);
     input.moveTo(beside.x + beside.width / 2, beside.y + beside.height / 2);
     for (int times = 0; times < 2; ++times) input.press(XK_d);
+    // What is typed later would work it, or quit it.
+    input.moveTo(pointerPlace.x, pointerPlace.y);
   }
 
   support::PrivateHome home_;
@@ -196,7 +194,6 @@ std::string firstLine(const std::string& text) { return text.substr(0, text.find
 
 std::unique_ptr<Subject> startSubject(const std::string& name, const std::string& display, const Place& place,
                                       bool isOn) {
-  if (name == nobody) return std::make_unique<Nobody>();
   if (name == redirectionOnly) return std::make_unique<RedirectionOnly>(display, place);
   if (name == ours) return std::make_unique<Quillfade>(display, place, isOn);
   const auto peer = std::ranges::find(peers(), name, &Peer::name);

@@ -5,6 +5,8 @@
 // Failure: a program that is not there or shows nothing throws.
 #pragma once
 
+#include <sys/types.h>
+
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -25,20 +27,22 @@ struct Place {
   PixelRect beside;
 };
 
+inline constexpr pid_t noProcess = 0;
+
 class Subject {
  public:
   virtual ~Subject() = default;
+  // May be none.
   [[nodiscard]] virtual pid_t process() const = 0;
 };
 
 inline const std::string ours = "quillfade";
-inline const std::string nobody = "nobody";
 // No program: all windows are drawn off screen, and a window lies over the area. What ours costs beyond that is the
 // copy.
 inline const std::string redirectionOnly = "redirection-only";
 
-// Ours may start with the cover off. "nobody", "redirection-only", "quillfade", "ffplay", "gstreamer-damage",
-// "gstreamer-full", "xzoom", "picom", "bare-mirror". The first two have no process.
+// Ours may start with the cover off. "redirection-only", "quillfade", "ffplay", "gstreamer-damage", "gstreamer-full",
+// "xzoom", "picom", "bare-mirror".
 [[nodiscard]] std::unique_ptr<Subject> startSubject(const std::string& name, const std::string& display,
                                                     const Place& place, bool isOn = true);
 

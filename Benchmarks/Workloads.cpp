@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <stdexcept>
+#include <string_view>
 #include <thread>
 
 #include "Benchmarks/Pace.h"
@@ -57,13 +58,15 @@ class Typing final : public Terminal {
  public:
   explicit Typing(const std::string& display) : Terminal(display, {"cat"}), input_(display) {
     // Keys go where the pointer is, even if a program has just taken the keyboard: one of the peers would pause.
-    input_.moveTo(200, 200);
+    input_.moveTo(pointerPlace.x, pointerPlace.y);
     pace_.emplace(charactersASecond, [this] {
       xcb_set_input_focus(client().connection(), XCB_INPUT_FOCUS_POINTER_ROOT, XCB_INPUT_FOCUS_POINTER_ROOT,
                           XCB_CURRENT_TIME);
       client().sync();
-      constexpr std::array<support::KeySymbol, 8> text{XK_t, XK_y, XK_p, XK_i, XK_n, XK_g, XK_space, XK_Return};
-      input_.press(text[typed_++ % text.size()]);
+      // Short enough that the terminal does not come to scroll, which is another workload.
+      constexpr std::string_view line = "the quick brown fox jumps over the lazy dog and runs away\r";
+      const char typed = line[typed_++ % line.size()];
+      input_.press(typed == '\r' ? XK_Return : static_cast<support::KeySymbol>(typed));
     });
   }
 

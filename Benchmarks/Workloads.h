@@ -21,6 +21,13 @@ class Workload {
 // changes 30 times a second).
 [[nodiscard]] std::unique_ptr<Workload> makeWorkload(const std::string& name, const std::string& display);
 
+// Where the pointer is left: whatever is typed goes to the window there.
+struct PointerPlace {
+  int x;
+  int y;
+};
+inline constexpr PointerPlace pointerPlace{200, 200};
+
 // What runs in the xterm that scrolls: prints lines until it is ended.
 [[noreturn]] void printLines();
 
