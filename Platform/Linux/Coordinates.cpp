@@ -48,15 +48,6 @@ constexpr ScreenGeometry noScreen{};
 
 }  // namespace
 
-PixelRect intersection(const PixelRect& a, const PixelRect& b) {
-  const std::int32_t left = std::max(a.x, b.x);
-  const std::int32_t top = std::max(a.y, b.y);
-  const std::int32_t right = std::min(a.right(), b.right());
-  const std::int32_t bottom = std::min(a.bottom(), b.bottom());
-  if (left >= right || top >= bottom) return {};
-  return {left, top, right - left, bottom - top};
-}
-
 void placeInPoints(std::span<ScreenGeometry> screens) {
   if (screens.empty()) return;
   const ScreenGeometry& primary = screens.front();

@@ -6,6 +6,7 @@
 // points but may have gaps between them. Threads: pure functions of plain values.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -27,7 +28,15 @@ struct PixelRect {
   friend bool operator==(const PixelRect&, const PixelRect&) = default;
 };
 
-[[nodiscard]] PixelRect intersection(const PixelRect& a, const PixelRect& b);  // empty (all zero) when they do not meet
+// Empty (all zero) when they do not meet.
+[[nodiscard]] inline PixelRect intersection(const PixelRect& a, const PixelRect& b) {
+  const std::int32_t left = std::max(a.x, b.x);
+  const std::int32_t top = std::max(a.y, b.y);
+  const std::int32_t right = std::min(a.right(), b.right());
+  const std::int32_t bottom = std::min(a.bottom(), b.bottom());
+  if (left >= right || top >= bottom) return {};
+  return {left, top, right - left, bottom - top};
+}
 
 // One screen in both spaces.
 struct ScreenGeometry {

@@ -207,6 +207,40 @@ TEST_F(CompositorTest, PaintsJustWhatWasDrawn) {
   EXPECT_THAT(composition.painted(), ElementsAre(PixelRect{100 + 5 + 30 - 10, 50 + 5 + 40 - 20, 2, 12}));
 }
 
+TEST_F(CompositorTest, DrawingToAWindowThatLiesFreeTakesThreeRequests) {
+  const auto window = client.createWindow({.frame = {100, 50, 200, 200}, .border = 5});
+  client.createWindow({.frame = {320, 50, 50, 50}});
+  client.sync();
+  Composition composition(server.display(), {10, 20, 390, 280});
+  composition.needNotTell();
+  const auto requestsOfUpdate = [&] {
+    const std::uint32_t before = xcb_no_operation(composition.connection().get()).sequence;
+    composition.update();
+    return xcb_no_operation(composition.connection().get()).sequence - before;
+  };
+  while (composition.update()) {
+  }
+  const std::uint32_t whenNothingChanged = requestsOfUpdate();
+  client.fill(window, {30, 40, 2, 12}, 0xabcdef);
+  client.sync();
+  EXPECT_EQ(requestsOfUpdate() - whenNothingChanged, 3U);
+  EXPECT_EQ(composition.picture().differences(client.screenshot({10, 20, 390, 280})), 0U);
+}
+
+TEST_F(CompositorTest, WhatIsDrawnBeneathAnotherWindowDoesNotShowThere) {
+  const auto window = client.createWindow({.frame = {100, 50, 200, 200}, .border = 5});
+  client.createWindow({.frame = {150, 100, 200, 50}, .color = 0x223344});
+  client.sync();
+  Composition composition(server.display(), wholeScreen);
+  composition.needNotTell();
+  while (composition.update()) {
+  }
+  client.fill(window, {0, 0, 200, 200}, 0xabcdef);
+  client.sync();
+  EXPECT_TRUE(composition.update());
+  EXPECT_EQ(composition.picture().differences(client.screenshot(wholeScreen)), 0U);
+}
+
 TEST_F(CompositorTest, NothingIsToBePaintedWhileNothingChanges) {
   fillTheScreen();
   Composition composition(server.display(), wholeScreen);
@@ -251,12 +285,17 @@ TEST_F(CompositorTest, DrawingBeneathAnOpaqueWindowIsNoChangeButIsNotForgotten) 
 
 TEST_F(CompositorTest, AfterEachOfManyRandomChangesTheScreenIsReproduced) {
   Composition composition(server.display(), wholeScreen);
+  Composition other(server.display(), wholeScreen);
+  other.needNotTell();
   WindowStorm storm(client, 4711);
   for (int change = 0; change < 700; ++change) {
     storm.change();
     client.sync();
     composition.update();
-    ASSERT_EQ(composition.picture().differences(client.screenshot(wholeScreen)), 0U) << "after change " << change;
+    other.update();
+    const Picture screen = client.screenshot(wholeScreen);
+    ASSERT_EQ(composition.picture().differences(screen), 0U) << "after change " << change;
+    ASSERT_EQ(other.picture().differences(screen), 0U) << "after change " << change;
   }
 }
 
@@ -266,6 +305,7 @@ TEST_F(CompositorTest, PaintingTheDamageComesToTheSameAsPaintingEverything) {
   client.sync();
   constexpr PixelRect part{20, 30, 300, 200};
   Composition composition(server.display(), part, {overlay});
+  composition.needNotTell();
   WindowStorm storm(client, 815);
   for (int change = 0; change < 600; ++change) {
     storm.change();
@@ -281,6 +321,7 @@ TEST_F(CompositorTest, PaintingTheDamageComesToTheSameAsPaintingEverything) {
 TEST_F(CompositorTest, ChangesInTheMiddleOfPaintingAreCaughtUpWith) {
   for (unsigned round = 0; round < 6; ++round) {
     Composition composition(server.display(), wholeScreen);
+    if (round % 2 == 0) composition.needNotTell();
     std::atomic<bool> isEnough = false;
     std::thread other([&] {
       WindowStorm storm(client, 99 + round);
@@ -317,6 +358,18 @@ TEST_F(CompositorTest, IsRightUnderACompositingManagerThatComesAndGoes) {
   }
   expectPictureBecomesTheScreen(composition);
   client.move(drawn, 130, 60);
+  client.sync();
+  expectPictureBecomesTheScreen(composition);
+}
+
+TEST_F(CompositorTest, WhatIsDrawnToATranslucentWindowThatLiesFreeIsBlendedUnderACompositingManager) {
+  const support::CompositingManager manager(server.display());
+  const auto window = makeChecks({.frame = {50, 40, 120, 90}, .depth = 32}, 0x60603010, 0xa0105040);
+  client.sync();
+  Composition composition(server.display(), wholeScreen);
+  composition.needNotTell();
+  expectPictureBecomesTheScreen(composition);
+  client.fill(window, {20, 20, 50, 40}, 0x70500020);
   client.sync();
   expectPictureBecomesTheScreen(composition);
 }

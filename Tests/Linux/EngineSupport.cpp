@@ -49,7 +49,7 @@ bool Composition::update(int mostEvents) {
     catchUp();
   }
   if (compositor_.changes() == Compositor::Changes::none) return false;
-  compositor_.paintTo({target_}, painted_);
+  compositor_.paintTo({.picture = target_, .clear = clear_}, painted_);
   return true;
 }
 

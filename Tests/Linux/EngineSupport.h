@@ -45,6 +45,8 @@ class Composition {
   [[nodiscard]] support::Picture picture();
   // The rectangles that the last painting may have changed.
   [[nodiscard]] std::vector<PixelRect> painted();
+  // From now on nobody asks for those.
+  void needNotTell() { clear_ = {-source_.width, -source_.height, 3 * source_.width, 3 * source_.height}; }
   [[nodiscard]] Compositor& compositor() { return compositor_; }
   [[nodiscard]] Connection& connection() { return *connection_; }
 
@@ -58,6 +60,7 @@ class Composition {
   Scene scene_;
   Compositor compositor_;
   Region painted_;
+  PixelRect clear_;
 };
 
 }  // namespace platform::x11

@@ -34,8 +34,8 @@ class WindowLooksTest : public ::testing::Test {
   }
 
   // A frame of a window manager with a client's window inside: ten pixels of edges, of which four are to be seen.
-  void makeFrame() {
-    frame = manager.createWindow({.frame = {50, 40, 120, 100}, .color = 0xff000000, .depth = 32});
+  void makeFrame(std::uint8_t depth = 32) {
+    frame = manager.createWindow({.frame = {50, 40, 120, 100}, .color = 0xff000000, .depth = depth});
     inner =
         client.createWindow({.frame = {0, 0, 100, 80}, .color = 0xff00aa00, .depth = 32, .overrideRedirect = false});
     client.setNumbers(inner, "_NET_FRAME_EXTENTS", "CARDINAL", {4, 4, 4, 4});
@@ -79,6 +79,18 @@ TEST_F(WindowLooksTest, TheEdgesOfAFrameThatNobodySeesAreNotPainted) {
   EXPECT_EQ(pixel(164, 90), grey);
   EXPECT_EQ(pixel(60, 50), 0x00aa00U);
   EXPECT_EQ(composition->picture().count(0x00aa00), std::size_t{100} * 80);
+}
+
+TEST_F(WindowLooksTest, WhatIsDrawnToEdgesThatNobodySeesIsNotPainted) {
+  claimToComposite();
+  makeFrame(24);
+  composition.emplace(server.display(), wholeScreen);
+  composition->needNotTell();
+  ASSERT_EQ(pixel(55, 45), grey);
+  manager.fill(frame, {0, 0, 120, 100}, 0xffffff);
+  manager.sync();
+  EXPECT_EQ(pixel(57, 47), 0xffffffU);
+  EXPECT_EQ(pixel(55, 45), grey);
 }
 
 TEST_F(WindowLooksTest, TheSeenPartFollowsTheExtentsAndTheWindowInside) {

@@ -58,12 +58,15 @@ bool Compositor::isRectangle(const SceneWindow& window) const {
   return !window.isShaped && (content == nullptr || !content->look().visiblePart);
 }
 
+std::span<const SceneWindow> Compositor::windowsAbove(const SceneWindow& window) const {
+  const std::span<const SceneWindow> windows = scene_.windows();
+  return windows.subspan(static_cast<std::size_t>(&window - windows.data()) + 1);
+}
+
 // Whether a single opaque window hides it entirely: what is drawn there then need not wake anybody.
 bool Compositor::isCovered(const SceneWindow& window) const {
   const PixelRect shown = intersection(window.outer, source_);
-  const std::span<const SceneWindow> windows = scene_.windows();
-  const auto above = windows.subspan(static_cast<std::size_t>(&window - windows.data()) + 1);
-  return std::ranges::any_of(above, [&](const SceneWindow& cover) {
+  return std::ranges::any_of(windowsAbove(window), [&](const SceneWindow& cover) {
     return intersection(cover.outer, shown) == shown && isVisible(cover) && isRectangle(cover) && !isTranslucent(cover);
   });
 }
@@ -85,7 +88,7 @@ void Compositor::watch(const SceneWindow& window) {
 }
 
 void Compositor::abandon(xcb_window_t window) {
-  damaged_.erase(window);
+  std::erase(damaged_, window);
   contents_.erase(window);
   looks_.forget(window);
 }
@@ -208,8 +211,9 @@ void Compositor::noteTaking(const WindowContent& content) {
 void Compositor::noteDamage(const xcb_damage_notify_event_t& event) {
   WindowContent* content = contentOf(event.drawable);
   if (content == nullptr || content->damage() != event.damage) return;
-  // Only takings that came after the report are still listed.
-  if (std::ranges::find(takings_, event.damage, &Taking::damage) == takings_.end()) damaged_.insert(event.drawable);
+  // Only takings that came after the report are still listed. A damage that was reported is not reported again until it
+  // is taken.
+  if (std::ranges::find(takings_, event.damage, &Taking::damage) == takings_.end()) damaged_.push_back(event.drawable);
 }
 
 Compositor::Changes Compositor::changes() const {

@@ -19,7 +19,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <span>
 #include <vector>
 
@@ -62,9 +61,11 @@ class Compositor final : private SceneListener {
     xcb_render_picture_t picture = XCB_NONE;
     std::int32_t x = 0;
     std::int32_t y = 0;
+    // Of the source's picture: in here nobody needs to know just what was painted.
+    PixelRect clear;
   };
-  // Brings the picture up to date and leaves in `painted` what may differ now. Returns a rectangle of the picture that
-  // holds all of that. A target that is gone is no failure.
+  // Brings the picture up to date. Returns a rectangle of it that holds all that may differ now; if that is not within
+  // the target's clear part, `painted` says just what. A target that is gone is no failure.
   PixelRect paintTo(const Target& target, Region& painted);
   // Leaves in `changed` what is to be painted and returns how, for somebody else to do. What the steps name stays as it
   // is until the next plan, but for windows that go or get other pixels: then the next plan puts it right.
@@ -101,6 +102,7 @@ class Compositor final : private SceneListener {
   [[nodiscard]] bool isVisible(const SceneWindow& window) const;
   [[nodiscard]] bool isTranslucent(const SceneWindow& window) const;
   [[nodiscard]] bool isRectangle(const SceneWindow& window) const;
+  [[nodiscard]] std::span<const SceneWindow> windowsAbove(const SceneWindow& window) const;
   [[nodiscard]] bool isCovered(const SceneWindow& window) const;
   [[nodiscard]] WindowContent* contentOf(xcb_window_t window) const;
   void watch(const SceneWindow& window);
@@ -115,13 +117,16 @@ class Compositor final : private SceneListener {
   void addPending(Region& part, const PixelRect& bounds);
   void forgetPending();
   [[nodiscard]] std::vector<Layer> layersToPaint(bool& reachesWallpaper) const;
+  [[nodiscard]] std::optional<Layer> loneLayer() const;
+  PixelRect paintLone(const Layer& layer, Region& scratch);
   void paintLayers(const Region& changed);
   void paintOpaque(const Layer& layer, const Region& rest);
   void paintTranslucent(const Layer& layer, Region& visible);
   void paintWallpaper(const Region& rest);
-  void composite(const Layer& layer, std::uint8_t operation, const Region& clip);
+  [[nodiscard]] PaintStep paintStep(const Layer& layer, std::uint8_t operation) const;
   // Carries out the step, or notes it while a plan is made.
   void perform(PaintStep step, const Region& clip);
+  void carryOut(const PaintStep& step, const Region& clip, std::int32_t clipX, std::int32_t clipY);
   [[nodiscard]] const Region& keptCopy(const Region& clip);
   void gather();
 
@@ -134,7 +139,7 @@ class Compositor final : private SceneListener {
   std::map<xcb_window_t, std::unique_ptr<WindowContent>> contents_;
   std::deque<Taking> takings_;
   // Whose damage is not taken yet: there may be a thousand windows, and few that change.
-  std::set<xcb_window_t> damaged_;
+  std::vector<xcb_window_t> damaged_;
   // Known until some window changes.
   mutable std::optional<bool> isHoldingBack_;
 

@@ -8,6 +8,8 @@ namespace platform::x11 {
 
 PixelRect Compositor::paintTo(const Target& target, Region& painted) {
   target_ = target;
+  readLooks();
+  if (const auto lone = loneLayer()) return paintLone(*lone, painted);
   gather();
   painted.swap(pending_);
   paintLayers(painted);
@@ -36,6 +38,31 @@ void Compositor::repaint(const Region& part) {
   else
     pending_.unite(part);
   pendingBounds_.push_back(source_);
+}
+
+// The only window that was drawn to, if it lies free in the clear part: by far the most frequent case, in which the
+// server need not work out where what was drawn is seen.
+std::optional<Compositor::Layer> Compositor::loneLayer() const {
+  if (damaged_.size() != 1 || !soiled_.empty() || !pendingBounds_.empty()) return std::nullopt;
+  const SceneWindow& window = *scene_.find(damaged_.front());
+  const PixelRect& outer = window.outer;
+  const PixelRect place{outer.x - source_.x, outer.y - source_.y, outer.width, outer.height};
+  const bool isInside = intersection(outer, source_) == outer && intersection(place, target_.clear) == place;
+  if (!isInside || !isRectangle(window) || isTranslucent(window)) return std::nullopt;
+  const bool isOverlaid = std::ranges::any_of(windowsAbove(window), [&](const SceneWindow& other) {
+    return !intersection(other.outer, outer).isEmpty() && isVisible(other);
+  });
+  if (isOverlaid) return std::nullopt;
+  return Layer{&window, contentOf(window.id)};
+}
+
+PixelRect Compositor::paintLone(const Layer& layer, Region& scratch) {
+  damaged_.clear();
+  layer.content->takeDamage(scratch);
+  noteTaking(*layer.content);
+  const PaintStep step = paintStep(layer, XCB_RENDER_PICT_OP_SRC);
+  carryOut(step, scratch, step.x + layer.window->border, step.y + layer.window->border);
+  return {step.x, step.y, step.width, step.height};
 }
 
 // Top to bottom, as far as anything can show through.
@@ -86,30 +113,29 @@ void Compositor::paintLayers(const Region& changed) {
 }
 
 void Compositor::paintOpaque(const Layer& layer, const Region& rest) {
-  if (isRectangle(*layer.window)) return composite(layer, XCB_RENDER_PICT_OP_SRC, rest);
+  if (isRectangle(*layer.window)) return perform(paintStep(layer, XCB_RENDER_PICT_OP_SRC), rest);
   clip_.copy(rest);
   clip_.intersect(layer.content->outline(*layer.window, source_));
-  composite(layer, XCB_RENDER_PICT_OP_SRC, clip_);
+  perform(paintStep(layer, XCB_RENDER_PICT_OP_SRC), clip_);
 }
 
 void Compositor::paintTranslucent(const Layer& layer, Region& visible) {
   visible.intersect(layer.content->outline(*layer.window, source_));
-  composite(layer, XCB_RENDER_PICT_OP_OVER, visible);
+  perform(paintStep(layer, XCB_RENDER_PICT_OP_OVER), visible);
 }
 
-void Compositor::composite(const Layer& layer, std::uint8_t operation, const Region& clip) {
+PaintStep Compositor::paintStep(const Layer& layer, std::uint8_t operation) const {
   const PixelRect& outer = layer.window->outer;
   const PixelRect shown = intersection(outer, source_);
-  perform({.operation = operation,
-           .source = layer.content->picture(),
-           .mask = layer.content->mask(),
-           .sourceX = static_cast<std::int16_t>(shown.x - outer.x),
-           .sourceY = static_cast<std::int16_t>(shown.y - outer.y),
-           .x = static_cast<std::int16_t>(shown.x - source_.x),
-           .y = static_cast<std::int16_t>(shown.y - source_.y),
-           .width = static_cast<std::uint16_t>(shown.width),
-           .height = static_cast<std::uint16_t>(shown.height)},
-          clip);
+  return {.operation = operation,
+          .source = layer.content->picture(),
+          .mask = layer.content->mask(),
+          .sourceX = static_cast<std::int16_t>(shown.x - outer.x),
+          .sourceY = static_cast<std::int16_t>(shown.y - outer.y),
+          .x = static_cast<std::int16_t>(shown.x - source_.x),
+          .y = static_cast<std::int16_t>(shown.y - source_.y),
+          .width = static_cast<std::uint16_t>(shown.width),
+          .height = static_cast<std::uint16_t>(shown.height)};
 }
 
 void Compositor::paintWallpaper(const Region& rest) {
@@ -128,13 +154,20 @@ void Compositor::perform(PaintStep step, const Region& clip) {
     plan_->push_back(step);
     return;
   }
-  const auto x = static_cast<std::int16_t>(target_.x);
-  const auto y = static_cast<std::int16_t>(target_.y);
-  connection_.ignoreErrors(xcb_xfixes_set_picture_clip_region(connection_.get(), target_.picture, clip.id(), x, y));
+  carryOut(step, clip, 0, 0);
+}
+
+// The clip's origin lies at that point of the source's picture.
+void Compositor::carryOut(const PaintStep& step, const Region& clip, std::int32_t clipX, std::int32_t clipY) {
+  xcb_connection_t* c = connection_.get();
+  connection_.ignoreErrors(xcb_xfixes_set_picture_clip_region(c, target_.picture, clip.id(),
+                                                              static_cast<std::int16_t>(target_.x + clipX),
+                                                              static_cast<std::int16_t>(target_.y + clipY)));
   // A window may have lost its pixels, and the pixmap of a compositing manager's wallpaper belongs to another client.
-  connection_.ignoreErrors(xcb_render_composite(
-      connection_.get(), step.operation, step.source, step.mask, target_.picture, step.sourceX, step.sourceY, 0, 0,
-      static_cast<std::int16_t>(x + step.x), static_cast<std::int16_t>(y + step.y), step.width, step.height));
+  connection_.ignoreErrors(
+      xcb_render_composite(c, step.operation, step.source, step.mask, target_.picture, step.sourceX, step.sourceY, 0, 0,
+                           static_cast<std::int16_t>(target_.x + step.x), static_cast<std::int16_t>(target_.y + step.y),
+                           step.width, step.height));
 }
 
 // The clip that the next layers change as they go.

@@ -6,11 +6,10 @@ namespace platform::x11 {
 
 namespace {
 
-bool meetsBorder(const PixelRect& painted, const LiveTarget& target) {
-  const PixelRect inWindow{painted.x + target.x, painted.y + target.y, painted.width, painted.height};
-  const std::int32_t line = target.border->width;
-  const PixelRect inside{line, line, target.windowWidth - 2 * line, target.windowHeight - 2 * line};
-  return intersection(inWindow, inside) != inWindow;
+// Of the picture, what the border leaves free.
+PixelRect withoutBorder(const LiveTarget& target) {
+  const std::int32_t line = target.border ? target.border->width : 0;
+  return {line - target.x, line - target.y, target.windowWidth - 2 * line, target.windowHeight - 2 * line};
 }
 
 }  // namespace
@@ -24,8 +23,9 @@ void LivePainter::paint(Compositor& compositor, const LiveTarget& target, Region
     connection_.ignoreErrors(xcb_render_create_picture(
         c, picture_, window_, connection_.formatOfVisual(connection_.rootVisual()), 0, nullptr));
   }
-  const PixelRect painted = compositor.paintTo({picture_, target.x, target.y}, changed);
-  if (!target.border || !meetsBorder(painted, target)) return;
+  const PixelRect clear = withoutBorder(target);
+  const PixelRect painted = compositor.paintTo({picture_, target.x, target.y, clear}, changed);
+  if (!target.border || intersection(painted, clear) == painted) return;
   // It is translucent, so it is blended again just where the picture below it was renewed.
   connection_.ignoreErrors(xcb_xfixes_set_picture_clip_region(
       c, picture_, changed.id(), static_cast<std::int16_t>(target.x), static_cast<std::int16_t>(target.y)));

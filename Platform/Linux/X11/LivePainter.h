@@ -21,7 +21,7 @@ class LivePainter {
   LivePainter(const LivePainter&) = delete;
   LivePainter& operator=(const LivePainter&) = delete;
 
-  // Paints what has changed, and leaves it in `changed`.
+  // Paints what has changed. `changed` means nothing afterwards.
   void paint(Compositor& compositor, const LiveTarget& target, Region& changed);
 
  private:
