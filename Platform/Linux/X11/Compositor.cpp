@@ -291,7 +291,6 @@ void Compositor::addPending(Region& part, const PixelRect& bounds) {
 }
 
 void Compositor::gather() {
-  readLooks();
   gatherDamage();
   gatherSoil();
   if (pendingBounds_.empty()) pending_.clear();

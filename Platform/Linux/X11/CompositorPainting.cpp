@@ -23,6 +23,7 @@ PixelRect Compositor::paintTo(const Target& target, Region& painted) {
 std::vector<PaintStep> Compositor::plan(Region& changed) {
   std::vector<PaintStep> steps;
   clipsInUse_ = 0;
+  readLooks();
   gather();
   changed.copy(pending_);
   plan_ = &steps;
