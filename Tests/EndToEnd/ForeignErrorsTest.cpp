@@ -9,6 +9,7 @@ namespace {
 class ForeignErrors : public DrivenDesktop {
  protected:
   static constexpr const char* complaint = "The display server refused";
+  static constexpr int mostTurns = 3;
   static constexpr const char* liveOn = R"({"enabled": true, "outline": false, "region": "{{200, 300}, {400, 200}}"})";
 
   // Everything that makes the program ask about windows: they come, change in every way, are listed, and go.
@@ -58,7 +59,8 @@ TEST_F(ForeignErrors, OfEveryKindOfRequestLeaveTheProgramAtWork) {
     SCOPED_TRACE("request " + name);
     proxy.forgetSeen();
     proxy.tamperWith(kind);
-    ASSERT_NO_FATAL_FAILURE(stir());
+    // Some are made once, or not at all when another request tells first that the window has gone.
+    for (int turn = 0; turn < mostTurns && proxy.seen()[kind] == 0; ++turn) ASSERT_NO_FATAL_FAILURE(stir());
     proxy.tamperWith(std::nullopt);
     EXPECT_GT(proxy.seen()[kind], 0U) << "No request of this kind was made again.";
     ASSERT_TRUE(program.process().isRunning()) << program.process().output();

@@ -73,9 +73,11 @@ LockServices::LockServices(const std::string& busAddress) : services_(std::make_
 }
 
 LockServices::~LockServices() {
-  QDBusConnection::disconnectFromBus(name_);
   thread_.quit();
   thread_.wait();
+  // Before the connection: the library still reaches for its objects while it closes one, on a thread of its own.
+  services_.reset();
+  QDBusConnection::disconnectFromBus(name_);
 }
 
 void LockServices::startLoginManager() {

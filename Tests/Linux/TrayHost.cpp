@@ -108,9 +108,11 @@ TrayHost::TrayHost(const std::string& busAddress) : registry_(std::make_unique<R
 }
 
 TrayHost::~TrayHost() {
-  QDBusConnection::disconnectFromBus(name_);
   thread_.quit();
   thread_.wait();
+  // Before the connection: the library still reaches for its objects while it closes one, on a thread of its own.
+  registry_.reset();
+  QDBusConnection::disconnectFromBus(name_);
 }
 
 bool TrayHost::hasItem() const { return !registry_->owner().isEmpty(); }

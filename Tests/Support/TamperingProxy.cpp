@@ -18,6 +18,8 @@ constexpr std::size_t setupLength = 12;
 // Requests that name windows are short; what is longer is text or pixels.
 constexpr std::size_t longestLookedAt = 256;
 constexpr std::uint8_t firstExtension = 128;
+// Clients number what they make from zero. Two coordinates together look like a higher number now and then.
+constexpr std::uint32_t idsInUse = 0x10000;
 
 sockaddr_un addressOf(const std::string& path) {
   sockaddr_un address{};
@@ -198,7 +200,7 @@ void TamperingProxy::pass(std::uint8_t* request, std::size_t length) {
     if (std::string_view(name, read<std::uint16_t>(bytes, 4)) == hiddenExtension_) *name = '?';
   }
   for (std::size_t offset = 4; offset + 4 <= length; offset += 4) {
-    if ((read<std::uint32_t>(bytes, offset) & ~idMask_) != foreignBase_) continue;
+    if (read<std::uint32_t>(bytes, offset) - foreignBase_ >= idsInUse) continue;
     const bool isTampered = kind_ == kind;
     seen_[kind] += isTampered ? 1 : 0;
     if (!isTampered) continue;

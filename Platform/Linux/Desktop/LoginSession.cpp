@@ -25,12 +25,8 @@ LoginSession::LoginSession(LoginSessionListener listener)
       bus_(QDBusConnection::systemBus()),
       watcher_(service, bus_, QDBusServiceWatcher::WatchForRegistration) {
   if (!bus_.isConnected()) return;
-  for (QTimer* timer : {&lock_, &unlock_}) {
-    timer->setSingleShot(true);
-    timer->setInterval(0);
-  }
-  QObject::connect(&lock_, &QTimer::timeout, &context_, [this] { listener_.lockRequested(); });
-  QObject::connect(&unlock_, &QTimer::timeout, &context_, [this] { listener_.unlockRequested(); });
+  QObject::connect(&lock_, &QAction::triggered, &context_, [this] { listener_.lockRequested(); });
+  QObject::connect(&unlock_, &QAction::triggered, &context_, [this] { listener_.unlockRequested(); });
   QObject::connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, &context_, [this] { find(); });
   find();
 }
@@ -50,8 +46,8 @@ void LoginSession::find() {
 }
 
 void LoginSession::follow(const QString& path) {
-  bus_.connect(service, path, sessionInterface, QStringLiteral("Lock"), &lock_, SLOT(start()));
-  bus_.connect(service, path, sessionInterface, QStringLiteral("Unlock"), &unlock_, SLOT(start()));
+  bus_.connect(service, path, sessionInterface, QStringLiteral("Lock"), &lock_, SLOT(trigger()));
+  bus_.connect(service, path, sessionInterface, QStringLiteral("Unlock"), &unlock_, SLOT(trigger()));
   QDBusMessage question = QDBusMessage::createMethodCall(service, path, propertiesInterface, QStringLiteral("Get"));
   question << sessionInterface << QStringLiteral("LockedHint");
   lockedHint_.emplace(

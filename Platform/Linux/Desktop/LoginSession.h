@@ -4,9 +4,9 @@
 // Failure: without a login manager, or without a session, there is nothing to tell.
 #pragma once
 
+#include <QAction>
 #include <QDBusConnection>
 #include <QObject>
-#include <QTimer>
 #include <functional>
 #include <optional>
 
@@ -34,8 +34,10 @@ class LoginSession {
   QDBusConnection bus_;
   QObject context_;
   QDBusServiceWatcher watcher_;
-  QTimer lock_;
-  QTimer unlock_;
+  // Bus signals can only be connected to named slots; an action's `trigger` is one, and calls back at once, so that
+  // requests keep their place among the answers.
+  QAction lock_;
+  QAction unlock_;
   std::optional<BusFlag> lockedHint_;
 };
 

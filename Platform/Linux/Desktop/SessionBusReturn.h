@@ -11,6 +11,7 @@
 #include <QString>
 #include <QTimer>
 #include <functional>
+#include <optional>
 
 namespace platform::x11 {
 
@@ -28,7 +29,7 @@ class SessionBusReturn {
   std::function<void(const QDBusConnection&)> returned_;
   QString name_;
   // Started by the bus library when the bus is gone.
-  QTimer looking_;
+  std::optional<QTimer> looking_;
 };
 
 }  // namespace platform::x11
