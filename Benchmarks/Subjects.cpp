@@ -100,7 +100,7 @@ const std::vector<Peer>& peers() {
        true},
       {"xzoom", xzoom, {"dpkg-query", "--show", "xzoom"}, true},
       {"picom", picom, {"picom", "--version"}, false},
-      {"bare-mirror", bareMirror, {"echo", "the least that a copy of one window takes"}, true},
+      {"bare-mirror", bareMirror, {"echo", "copies one window, and knows of nothing else"}, true},
   };
   return all;
 }

@@ -1,5 +1,5 @@
-// The least that any proxy of a display has to do: passes bytes both ways without looking at them. What it costs, every
-// lens must cost.
+// The least that any proxy of a display has to do: passes bytes both ways without looking at them. A yardstick and no
+// bound: the lens gathers small requests, and is faster with some.
 //
 // Its argument is the number of the real display. Prints the number of its own and serves it until it is ended. One
 // thread waits for each direction of each connection. The bytes go from socket to socket through a pipe, which was
