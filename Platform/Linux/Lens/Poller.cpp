@@ -2,11 +2,21 @@
 
 #include <sys/epoll.h>
 
-#include <array>
+#include <chrono>
+#include <thread>
 
 namespace platform::x11::lens {
 
-Poller::Poller() : epoll_(::epoll_create1(EPOLL_CLOEXEC)) {}
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Polling would keep the only processor from whoever is waited for.
+bool canPollBusily() { return std::thread::hardware_concurrency() > 1; }
+
+}  // namespace
+
+Poller::Poller() : epoll_(::epoll_create1(EPOLL_CLOEXEC)), canPollBusily_(canPollBusily()) {}
 
 void Poller::add(int descriptor, std::uint32_t events, Handler handler) {
   handlers_[descriptor] = std::make_shared<Handler>(std::move(handler));
@@ -24,9 +34,27 @@ void Poller::remove(int descriptor) {
   handlers_.erase(descriptor);
 }
 
+int Poller::next(Events& events) {
+  const auto poll = [&](int milliseconds) {
+    return ::epoll_wait(epoll_.get(), events.data(), mostEvents, milliseconds);
+  };
+  if (!canPollBusily_) return poll(-1);
+  const auto begin = Clock::now();
+  const auto waited = [&] { return Clock::now() - begin; };
+  int count = 0;
+  while (count == 0 && waited() < busyPolling_.patience()) count = poll(0);
+  if (count == 0) count = poll(-1);
+  if (count == 1 && events[0].events == EPOLLIN) {
+    busyPolling_.noteTurn(events[0].data.fd, waited());
+  } else {
+    busyPolling_.noteOther();
+  }
+  return count;
+}
+
 void Poller::wait() {
-  std::array<epoll_event, 64> events{};
-  const int count = ::epoll_wait(epoll_.get(), events.data(), events.size(), -1);
+  Events events;
+  const int count = next(events);
   for (int index = 0; index < count; ++index) {
     const epoll_event& event = events[static_cast<std::size_t>(index)];
     const auto found = handlers_.find(event.data.fd);

@@ -3,12 +3,16 @@
 // Threads: one at a time. Ownership: not of the descriptors; remove one before it is closed.
 #pragma once
 
+#include <sys/epoll.h>
+
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <unordered_map>
 
 #include "Platform/Linux/Desktop/FileDescriptor.h"
+#include "Platform/Linux/Lens/BusyPolling.h"
 
 namespace platform::x11::lens {
 
@@ -22,12 +26,19 @@ class Poller {
   void add(int descriptor, std::uint32_t events, Handler handler);
   void change(int descriptor, std::uint32_t events);
   void remove(int descriptor);
-  // Waits, and calls the handlers. They may add and remove, themselves included.
+  // Waits, asleep or awake, and calls the handlers. They may add and remove, themselves included.
   void wait();
 
  private:
+  static constexpr int mostEvents = 64;
+  using Events = std::array<epoll_event, mostEvents>;
+
+  [[nodiscard]] int next(Events& events);
+
   FileDescriptor epoll_;
   std::unordered_map<int, std::shared_ptr<Handler>> handlers_;
+  BusyPolling busyPolling_;
+  bool canPollBusily_;
 };
 
 }  // namespace platform::x11::lens
