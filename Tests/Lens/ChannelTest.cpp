@@ -10,21 +10,12 @@
 #include <numeric>
 #include <string>
 
+#include "Tests/Lens/SocketPair.h"
+
 namespace platform::x11::lens {
 namespace {
 
 using Outcome = Channel::Outcome;
-
-struct Pair {
-  Pair() {
-    std::array<int, 2> ends{};
-    EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0, ends.data()), 0);
-    near = FileDescriptor(ends[0]);
-    far = FileDescriptor(ends[1]);
-  }
-  FileDescriptor near;
-  FileDescriptor far;
-};
 
 std::span<const std::byte> bytesOf(std::string_view text) { return std::as_bytes(std::span(text)); }
 
@@ -84,8 +75,8 @@ std::size_t openDescriptors() {
 
 class Channels : public testing::Test {
  protected:
-  Pair source_;
-  Pair sink_;
+  SocketPair source_{SOCK_NONBLOCK};
+  SocketPair sink_{SOCK_NONBLOCK};
   Channel channel_{source_.near.get(), sink_.near.get()};
 };
 

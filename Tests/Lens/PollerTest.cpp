@@ -1,7 +1,6 @@
 #include "Platform/Linux/Lens/Poller.h"
 
 #include <gtest/gtest.h>
-#include <sys/socket.h>
 #include <sys/timerfd.h>
 #include <unistd.h>
 
@@ -9,21 +8,12 @@
 #include <ctime>
 #include <thread>
 
+#include "Tests/Lens/SocketPair.h"
+
 namespace platform::x11::lens {
 namespace {
 
 using namespace std::chrono_literals;
-
-struct Pair {
-  Pair() {
-    std::array<int, 2> ends{};
-    EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()), 0);
-    near = FileDescriptor(ends[0]);
-    far = FileDescriptor(ends[1]);
-  }
-  FileDescriptor near;
-  FileDescriptor far;
-};
 
 char receive(const FileDescriptor& socket) {
   char letter = 0;
@@ -47,7 +37,7 @@ class PollerTest : public testing::Test {
     poller_.add(second_.near.get(), EPOLLIN, [this](std::uint32_t) { pass(second_, first_); });
   }
 
-  static void pass(const Pair& from, const Pair& to) { send(to.near, receive(from.near)); }
+  static void pass(const SocketPair& from, const SocketPair& to) { send(to.near, receive(from.near)); }
 
   void dialogue(int turns) {
     const std::jthread answerer([this, turns] {
@@ -61,8 +51,8 @@ class PollerTest : public testing::Test {
     }
   }
 
-  Pair first_;
-  Pair second_;
+  SocketPair first_;
+  SocketPair second_;
   Poller poller_;
 };
 

@@ -1,0 +1,26 @@
+// Two connected local sockets.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+
+#include <array>
+
+#include "Platform/Linux/Desktop/FileDescriptor.h"
+
+namespace platform::x11::lens {
+
+struct SocketPair {
+  // SOCK_NONBLOCK, or nothing.
+  explicit SocketPair(int flags = 0) {
+    std::array<int, 2> ends{};
+    EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | flags, 0, ends.data()), 0);
+    near = FileDescriptor(ends[0]);
+    far = FileDescriptor(ends[1]);
+  }
+
+  FileDescriptor near;
+  FileDescriptor far;
+};
+
+}  // namespace platform::x11::lens
