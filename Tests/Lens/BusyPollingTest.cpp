@@ -9,6 +9,7 @@ using namespace std::chrono_literals;
 
 constexpr int client = 5;
 constexpr int server = 6;
+constexpr int composing = 7;
 
 // The client speaks last.
 BusyPolling afterTurns(int turns, BusyPolling::Duration waited = 50us) {
@@ -55,8 +56,10 @@ TEST(BusyPolling, SleepsBetweenThirtyPicturesASecond) {
   BusyPolling polling;
   for (int picture = 0; picture < 30; ++picture) {
     polling.noteTurn(client, 33ms);
-    polling.noteTurn(server, 50us);
-    EXPECT_EQ(polling.patience(), 0ns);
+    for (const int answering : {server, composing, server}) {
+      polling.noteTurn(answering, 50us);
+      EXPECT_EQ(polling.patience(), 0ns);
+    }
   }
 }
 
