@@ -5,9 +5,22 @@
 
 namespace platform::x11::lens {
 
+BusyPolling::Duration BusyPolling::patience() const {
+  if (keepsProcessor()) return longestAnswer;
+  return shortWaits_ >= eventsOfSeries ? longestPause : Duration::zero();
+}
+
 void BusyPolling::noteTurn(int descriptor, Duration waited) {
-  const bool isAlternate = std::exchange(last_, descriptor) != descriptor;
-  turns_ = isAlternate && waited <= longestAnswer ? std::min(turns_ + 1, turnsOfDialogue) : 0;
+  const int before = turns_;
+  noteOther(waited);
+  if (std::exchange(last_, descriptor) != descriptor) turns_ = std::min(before + 1, shortWaits_);
+}
+
+void BusyPolling::noteOther(Duration waited) {
+  shortWaits_ = waited <= longestAnswer ? std::min(shortWaits_ + 1, eventsOfSeries) : 0;
+  // A turn is as long as its message.
+  const bool goesOn = std::exchange(isLong_, false);
+  turns_ = goesOn ? std::min(turns_, shortWaits_) : 0;
 }
 
 }  // namespace platform::x11::lens

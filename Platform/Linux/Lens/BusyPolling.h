@@ -1,10 +1,12 @@
 // When to ask for the next event again and again instead of sleeping until it comes.
 //
-// A program that waits for each answer, and a server that waits for each question, have two sleepers between them where
-// there is a proxy; to wake one up takes longer than most answers do. So once two ends have promptly taken turns for a
-// while, the proxy stays awake for the next turn, until one of them takes its time.
+// Where there is a proxy, it sleeps and is woken up between two programs that hand things to each other, which takes
+// longer than most answers do. So while events promptly follow each other, the proxy stays awake for the next one:
 //
-// A stream in one direction is no such dialogue: its ends have work for the processors that waiting would keep busy.
+// - While two ends take turns, or a long message goes by, it keeps its processor: nobody has anything to do before it
+//   has passed on what comes.
+// - In a stream of short messages both ends are at work, and it lets others have the processor: what they send
+//   meanwhile comes in larger pieces.
 //
 // Threads: one at a time.
 #pragma once
@@ -19,20 +21,27 @@ class BusyPolling {
 
   // As long as most answers take, together with waking up for them.
   static constexpr Duration longestAnswer = std::chrono::microseconds(200);
-  // A program that captures a picture now and then takes fewer turns for one.
-  static constexpr int turnsOfDialogue = 4;
+  static constexpr Duration longestPause = std::chrono::microseconds(60);
+  // A program that captures a picture now and then causes fewer events for one.
+  static constexpr int eventsOfSeries = 4;
 
   // How long to poll before going to sleep.
-  [[nodiscard]] Duration patience() const { return turns_ < turnsOfDialogue ? Duration::zero() : longestAnswer; }
+  [[nodiscard]] Duration patience() const;
+  // Whether not to let others have the processor meanwhile.
+  [[nodiscard]] bool keepsProcessor() const { return turns_ >= eventsOfSeries || isLong_; }
 
   // A descriptor that could be read, and nothing else, has ended the wait.
   void noteTurn(int descriptor, Duration waited);
   // Anything else has.
-  void noteOther() { turns_ = 0; }
+  void noteOther(Duration waited);
+  // What came then belongs to a long message.
+  void noteLongMessage() { isLong_ = true; }
 
  private:
   int last_ = -1;
-  int turns_ = 0;
+  int turns_ = 0;        // that two ends have promptly taken
+  int shortWaits_ = 0;   // up to now
+  bool isLong_ = false;  // whether a long message goes by
 };
 
 }  // namespace platform::x11::lens

@@ -42,12 +42,15 @@ int Poller::next(Events& events) {
   const auto begin = Clock::now();
   const auto waited = [&] { return Clock::now() - begin; };
   int count = 0;
-  while (count == 0 && waited() < busyPolling_.patience()) count = poll(0);
+  while (count == 0 && waited() < busyPolling_.patience()) {
+    if (!busyPolling_.keepsProcessor()) std::this_thread::yield();
+    count = poll(0);
+  }
   if (count == 0) count = poll(-1);
   if (count == 1 && events[0].events == EPOLLIN) {
     busyPolling_.noteTurn(events[0].data.fd, waited());
   } else {
-    busyPolling_.noteOther();
+    busyPolling_.noteOther(waited());
   }
   return count;
 }

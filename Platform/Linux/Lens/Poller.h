@@ -28,6 +28,8 @@ class Poller {
   void remove(int descriptor);
   // Waits, asleep or awake, and calls the handlers. They may add and remove, themselves included.
   void wait();
+  // For handlers: what came belongs to a long message, of which more, or another, is to be expected at once.
+  void noteLongMessage() { busyPolling_.noteLongMessage(); }
 
  private:
   static constexpr int mostEvents = 64;

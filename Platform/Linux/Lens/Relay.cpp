@@ -91,6 +91,7 @@ bool Relay::pumpRequests() {
   for (int round = 0;; ++round) {
     if (!takeRequests()) return false;
     const Channel::Outcome sent = toServer_.send();
+    passesLongMessage_ = requestStream_.lastLength() >= worthMoving;
     if (sent == Channel::Outcome::closed) return false;
     isServerFull_ = sent == Channel::Outcome::blocked;
     // Nobody tells again of what a program that is gone has left behind.
@@ -107,6 +108,7 @@ bool Relay::pumpReplies() {
   for (int round = 0;; ++round) {
     if (!takeReplies()) return false;
     const Channel::Outcome sent = toClient_.send();
+    passesLongMessage_ = replyStream_.lastLength() >= worthMoving;
     if (sent == Channel::Outcome::closed) return false;
     isClientFull_ = sent == Channel::Outcome::blocked;
     if (isClientFull_ || !mayBeMore || round >= mostRounds) return true;

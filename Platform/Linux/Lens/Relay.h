@@ -50,6 +50,8 @@ class Relay {
   [[nodiscard]] std::uint32_t serverEvents() const;
   // Its socket is to be read no more than the server takes, and must not be waited for.
   [[nodiscard]] bool isClientGone() const { return isClientGone_; }
+  // Whether what was passed on last, in whichever direction, belongs to a long message.
+  [[nodiscard]] bool passesLongMessage() const { return passesLongMessage_; }
   [[nodiscard]] const std::string& complaint() const { return complaint_; }
 
  private:
@@ -76,6 +78,7 @@ class Relay {
   std::optional<std::uint64_t> setupLeft_;  // of the server's answer to the setup; absent until its length is known
   Waiting waiting_ = Waiting::no;
   std::uint64_t awaitedPicture_ = 0;
+  bool passesLongMessage_ = false;
   bool isClientGone_ = false;
   bool isServerFull_ = false;
   bool isClientFull_ = false;

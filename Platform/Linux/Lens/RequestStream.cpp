@@ -92,14 +92,16 @@ std::size_t RequestStream::passUnconcerned(Bytes bytes) {
   const Wire wire = wire_;
   const std::byte* const begin = bytes.data();
   std::size_t done = 0;
+  std::size_t last = 0;
   std::uint64_t count = 0;
   while (bytes.size() - done >= shortHeader && !isOfConcern_[std::to_integer<std::uint8_t>(begin[done])]) {
     const std::size_t length = std::size_t{wire.get16(begin + done + 2)} * 4;
     if (length == 0 || length > bytes.size() - done) break;
     done += length;
+    last = length;
     ++count;
   }
-  if (count > 0) lastLength_ = 0;
+  if (count > 0) lastLength_ = last;
   count_ += count;
   return done;
 }

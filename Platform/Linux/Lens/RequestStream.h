@@ -45,7 +45,7 @@ class RequestStream {
   // How many bytes belong to the request under way and concern nobody here; `skip` when they went another way.
   [[nodiscard]] std::uint64_t remainingBody() const { return body_; }
   void skip(std::uint64_t count) { body_ -= count; }
-  // Of the last request, as a whole; 0 for a short one.
+  // Of the last request, as a whole.
   [[nodiscard]] std::uint64_t lastLength() const { return lastLength_; }
   // Whether there was a request whose reply brings descriptors.
   [[nodiscard]] bool asksForDescriptors() const { return asksForDescriptors_; }
