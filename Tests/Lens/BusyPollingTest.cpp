@@ -26,60 +26,65 @@ BusyPolling afterStream(int messages, BusyPolling::Duration waited = 10us) {
   return polling;
 }
 
-void expectKeepsProcessor(const BusyPolling& polling) {
+void expectStaysAwake(const BusyPolling& polling) {
   EXPECT_EQ(polling.patience(), BusyPolling::longestAnswer);
-  EXPECT_TRUE(polling.keepsProcessor());
+  EXPECT_FALSE(polling.isStream());
 }
 
-void expectLetsOthersRun(const BusyPolling& polling) {
-  EXPECT_EQ(polling.patience(), BusyPolling::longestPause);
-  EXPECT_FALSE(polling.keepsProcessor());
+void expectGathers(const BusyPolling& polling) {
+  EXPECT_EQ(polling.patience(), 0ns);
+  EXPECT_TRUE(polling.isStream());
 }
 
-TEST(BusyPolling, SleepsAtFirst) { EXPECT_EQ(BusyPolling().patience(), 0ns); }
+void expectJustSleeps(const BusyPolling& polling) {
+  EXPECT_EQ(polling.patience(), 0ns);
+  EXPECT_FALSE(polling.isStream());
+}
 
-TEST(BusyPolling, KeepsTheProcessorOnceTwoEndsHaveTakenTurnsForAWhile) {
-  EXPECT_EQ(afterTurns(BusyPolling::eventsOfSeries - 1).patience(), 0ns);
-  expectKeepsProcessor(afterTurns(BusyPolling::eventsOfSeries));
-  expectKeepsProcessor(afterTurns(manyEvents));
+TEST(BusyPolling, SleepsAtFirst) { expectJustSleeps(BusyPolling()); }
+
+TEST(BusyPolling, StaysAwakeOnceTwoEndsHaveTakenTurnsForAWhile) {
+  expectJustSleeps(afterTurns(BusyPolling::eventsOfSeries - 1));
+  expectStaysAwake(afterTurns(BusyPolling::eventsOfSeries));
+  expectStaysAwake(afterTurns(manyEvents));
 }
 
 TEST(BusyPolling, SleepsWhileAnswersAreSlow) {
-  EXPECT_EQ(afterTurns(manyEvents, BusyPolling::longestAnswer + 1ns).patience(), 0ns);
-  EXPECT_EQ(afterStream(manyEvents, BusyPolling::longestAnswer + 1ns).patience(), 0ns);
+  expectJustSleeps(afterTurns(manyEvents, BusyPolling::longestAnswer + 1ns));
+  expectJustSleeps(afterStream(manyEvents, BusyPolling::longestAnswer + 1ns));
 }
 
 TEST(BusyPolling, SleepsAgainAfterOneSlowAnswer) {
   BusyPolling polling = afterTurns(manyEvents);
   polling.noteTurn(server, 33ms);
-  EXPECT_EQ(polling.patience(), 0ns);
+  expectJustSleeps(polling);
   polling.noteTurn(client, 50us);
-  EXPECT_EQ(polling.patience(), 0ns);
+  expectJustSleeps(polling);
 }
 
-TEST(BusyPolling, LetsOthersRunWhileOnlyOneEndSpeaks) {
-  EXPECT_EQ(afterStream(BusyPolling::eventsOfSeries - 1).patience(), 0ns);
-  expectLetsOthersRun(afterStream(BusyPolling::eventsOfSeries));
-  expectLetsOthersRun(afterStream(manyEvents));
+TEST(BusyPolling, SleepsAndGathersWhileOnlyOneEndSpeaks) {
+  expectJustSleeps(afterStream(BusyPolling::eventsOfSeries - 1));
+  expectGathers(afterStream(BusyPolling::eventsOfSeries));
+  expectGathers(afterStream(manyEvents));
 }
 
 TEST(BusyPolling, ADialogueEndsWhenOneEndGoesOnSpeakingOrAnythingElseHappens) {
   BusyPolling polling = afterTurns(manyEvents);
   polling.noteTurn(client, 10us);
-  expectLetsOthersRun(polling);
+  expectGathers(polling);
   polling = afterTurns(manyEvents);
   polling.noteOther(10us);
-  expectLetsOthersRun(polling);
+  expectGathers(polling);
 }
 
-TEST(BusyPolling, KeepsTheProcessorWhileALongMessageGoesBy) {
+TEST(BusyPolling, StaysAwakeWhileALongMessageGoesBy) {
   BusyPolling polling;
   polling.noteTurn(client, 33ms);
   polling.noteLongMessage();
-  expectKeepsProcessor(polling);
+  expectStaysAwake(polling);
   // Its next part, with which it ends.
   polling.noteTurn(client, 10us);
-  EXPECT_EQ(polling.patience(), 0ns);
+  expectJustSleeps(polling);
 }
 
 // An answer in many parts, amid which the client may be slow to take them.
@@ -95,7 +100,7 @@ TEST(BusyPolling, ATurnIsAsLongAsItsMessage) {
     }
   }
   polling.noteTurn(client, 50us);
-  expectKeepsProcessor(polling);
+  expectStaysAwake(polling);
 }
 
 TEST(BusyPolling, SleepsBetweenThirtyPicturesASecond) {
@@ -104,7 +109,7 @@ TEST(BusyPolling, SleepsBetweenThirtyPicturesASecond) {
     polling.noteTurn(client, 33ms);
     for (const int answering : {server, composing, server}) {
       polling.noteTurn(answering, 50us);
-      EXPECT_EQ(polling.patience(), 0ns);
+      expectJustSleeps(polling);
     }
   }
 }

@@ -5,11 +5,6 @@
 
 namespace platform::x11::lens {
 
-BusyPolling::Duration BusyPolling::patience() const {
-  if (keepsProcessor()) return longestAnswer;
-  return shortWaits_ >= eventsOfSeries ? longestPause : Duration::zero();
-}
-
 void BusyPolling::noteTurn(int descriptor, Duration waited) {
   const int before = turns_;
   noteOther(waited);

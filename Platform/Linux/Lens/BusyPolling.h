@@ -1,12 +1,11 @@
 // When to ask for the next event again and again instead of sleeping until it comes.
 //
 // Where there is a proxy, it sleeps and is woken up between two programs that hand things to each other, which takes
-// longer than most answers do. So while events promptly follow each other, the proxy stays awake for the next one:
+// longer than most answers do. So while two ends promptly take turns, or a long message goes by, the proxy stays awake:
+// nobody has anything to do before it has passed on what comes.
 //
-// - While two ends take turns, or a long message goes by, it keeps its processor: nobody has anything to do before it
-//   has passed on what comes.
-// - In a stream of short messages both ends are at work, and it lets others have the processor: what they send
-//   meanwhile comes in larger pieces.
+// In a stream of short messages both ends are at work. There the proxy sleeps, and even waits for more when it has
+// woken up, so that what it passes on comes in larger pieces and wakes up others less often.
 //
 // Threads: one at a time.
 #pragma once
@@ -21,14 +20,15 @@ class BusyPolling {
 
   // As long as most answers take, together with waking up for them.
   static constexpr Duration longestAnswer = std::chrono::microseconds(200);
-  static constexpr Duration longestPause = std::chrono::microseconds(60);
+  // As long as a program takes for a few pieces of a stream.
+  static constexpr Duration longestGathering = std::chrono::microseconds(20);
   // A program that captures a picture now and then causes fewer events for one.
   static constexpr int eventsOfSeries = 4;
 
   // How long to poll before going to sleep.
-  [[nodiscard]] Duration patience() const;
-  // Whether not to let others have the processor meanwhile.
-  [[nodiscard]] bool keepsProcessor() const { return turns_ >= eventsOfSeries || isLong_; }
+  [[nodiscard]] Duration patience() const { return staysAwake() ? longestAnswer : Duration::zero(); }
+  // Whether short messages follow each other in one direction.
+  [[nodiscard]] bool isStream() const { return shortWaits_ >= eventsOfSeries && !staysAwake(); }
 
   // A descriptor that could be read, and nothing else, has ended the wait.
   void noteTurn(int descriptor, Duration waited);
@@ -38,6 +38,8 @@ class BusyPolling {
   void noteLongMessage() { isLong_ = true; }
 
  private:
+  [[nodiscard]] bool staysAwake() const { return turns_ >= eventsOfSeries || isLong_; }
+
   int last_ = -1;
   int turns_ = 0;        // that two ends have promptly taken
   int shortWaits_ = 0;   // up to now
