@@ -3,9 +3,9 @@
 #include <chrono>
 #include <thread>
 
-#include "Benchmarks/ProcessState.h"
 #include "Benchmarks/Statistics.h"
 #include "Benchmarks/Workloads.h"
+#include "Tests/Support/ProcessState.h"
 
 namespace bench {
 
@@ -22,8 +22,8 @@ struct Sample {
 
 Sample sample(pid_t server, pid_t program, double seconds) {
   const auto state = [&] {
-    return Sample{processorSeconds(server), program != noProcess ? processorSeconds(program) : 0,
-                  program != noProcess ? static_cast<double>(wakeUps(program)) : 0};
+    return Sample{support::processorSeconds(server), program != noProcess ? support::processorSeconds(program) : 0,
+                  program != noProcess ? static_cast<double>(support::wakeUps(program)) : 0};
   };
   const Sample before = state();
   const auto begin = std::chrono::steady_clock::now();

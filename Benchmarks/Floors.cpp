@@ -8,8 +8,8 @@
 #include <thread>
 
 #include "Benchmarks/Pace.h"
-#include "Benchmarks/ProcessState.h"
 #include "Platform/Linux/X11/Connection.h"
+#include "Tests/Support/ProcessState.h"
 
 namespace bench {
 
@@ -29,9 +29,9 @@ std::vector<double> cost(pid_t process, const CostOptions& options, const std::f
   std::vector<double> costs;
   const Pace pace(timesASecond, step);
   for (int run = 0; run < options.runs; ++run) {
-    const double before = processorSeconds(process);
+    const double before = support::processorSeconds(process);
     std::this_thread::sleep_for(std::chrono::duration<double>(options.seconds));
-    costs.push_back((processorSeconds(process) - before) * 10 / options.seconds);
+    costs.push_back((support::processorSeconds(process) - before) * 10 / options.seconds);
   }
   return costs;
 }

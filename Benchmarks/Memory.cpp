@@ -7,10 +7,10 @@
 #include <stdexcept>
 #include <thread>
 
-#include "Benchmarks/ProcessState.h"
 #include "Benchmarks/Subjects.h"
 #include "Benchmarks/Workloads.h"
 #include "Platform/Linux/X11/CaptureStream.h"
+#include "Tests/Support/ProcessState.h"
 
 namespace bench {
 
@@ -63,12 +63,12 @@ void measureRestarts(MemoryMeasurement& measurement) {
   for (int count = 1; count <= measurement.restarts; ++count) {
     restart(server.display(), static_cast<std::uint64_t>(count));
     if (count == measurement.restarts / 2) {
-      measurement.programAtHalf = residentBytes(getpid());
-      measurement.serverAtHalf = residentBytes(server.processId());
+      measurement.programAtHalf = support::residentBytes(getpid());
+      measurement.serverAtHalf = support::residentBytes(server.processId());
     }
   }
-  measurement.programAtEnd = residentBytes(getpid());
-  measurement.serverAtEnd = residentBytes(server.processId());
+  measurement.programAtEnd = support::residentBytes(getpid());
+  measurement.serverAtEnd = support::residentBytes(server.processId());
 }
 
 }  // namespace
@@ -80,18 +80,18 @@ MemoryMeasurement measureMemory(int restarts) {
     const support::XServer server({.width = area.width, .height = area.height, .arguments = {}});
     const auto workload = makeWorkload("typing", server.display());
     letItSettle();
-    const std::size_t before = residentBytes(server.processId());
+    const std::size_t before = support::residentBytes(server.processId());
     const auto program = startSubject(ours, server.display(), place);
     letItSettle();
-    measurement.program = residentBytes(program->process());
-    measurement.server = residentBytes(server.processId()) - before;
+    measurement.program = support::residentBytes(program->process());
+    measurement.server = support::residentBytes(server.processId()) - before;
   }
   {
     const support::XServer server({.width = area.width, .height = area.height, .arguments = {}});
     const support::PrivateHome home;
     const support::ChildProcess tray({EMPTY_TRAY_EXECUTABLE}, home.environment(server.display()));
     letItSettle();
-    measurement.emptyTrayProgram = residentBytes(tray.id());
+    measurement.emptyTrayProgram = support::residentBytes(tray.id());
   }
   measureRestarts(measurement);
   return measurement;

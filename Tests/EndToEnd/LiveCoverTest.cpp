@@ -1,25 +1,10 @@
 // The live cover: what lies beneath is seen, exactly and as it is now, without the overlays.
 
-#include <filesystem>
-#include <sstream>
-
 #include "Tests/EndToEnd/CoveredDesktop.h"
+#include "Tests/Support/ProcessState.h"
 
 namespace endtoend {
 namespace {
-
-// How often the threads of a process have given up a processor by themselves, which is once for each time they woke.
-std::size_t wakeUps(pid_t process) {
-  const std::string label = "voluntary_ctxt_switches:";
-  std::size_t sum = 0;
-  for (const auto& task : std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/task")) {
-    std::istringstream status(support::readFile(task.path() / "status"));
-    for (std::string line; std::getline(status, line);) {
-      if (line.starts_with(label)) sum += std::stoul(line.substr(label.size()));
-    }
-  }
-  return sum;
-}
 
 using LiveCover = CoveredDesktop;
 
@@ -126,10 +111,10 @@ TEST_F(LiveCover, AnUnchangingDesktopNeitherRestartsTheCaptureNorWakesTheProgram
   ASSERT_TRUE(quillfade().waitForMessage("stream started, excluding 1 window(s)"));
   const std::size_t lines = quillfade().messages().size();
   const auto changed = [&] { return quillfade().messages().size() != lines; };
-  const std::size_t before = wakeUps(quillfade().process().id());
+  const std::size_t before = support::wakeUps(quillfade().process().id());
   EXPECT_FALSE(support::waitUntil(changed, std::chrono::seconds(4)));
   // One for each frame at thirty a second. In fact those take more than 300, and reading the window list about 50.
-  const std::size_t woken = wakeUps(quillfade().process().id()) - before;
+  const std::size_t woken = support::wakeUps(quillfade().process().id()) - before;
   EXPECT_LT(woken, 120U);
   EXPECT_GT(woken, 0U) << "The window list was not read.";
 }

@@ -1,10 +1,10 @@
-#include "Benchmarks/ProcessState.h"
+#include "Tests/Support/ProcessState.h"
 
 #include <filesystem>
 #include <fstream>
 #include <string>
 
-namespace bench {
+namespace support {
 
 namespace {
 
@@ -47,4 +47,4 @@ std::size_t wakeUps(pid_t process) {
 
 std::size_t residentBytes(pid_t process) { return statusNumber(directoryOf(process) / "status", "VmRSS:") * 1024; }
 
-}  // namespace bench
+}  // namespace support

@@ -8,7 +8,7 @@
 
 #include <cstddef>
 
-namespace bench {
+namespace support {
 
 // Of all threads that live, to the nanosecond; a thread that has ended does not count.
 [[nodiscard]] double processorSeconds(pid_t process);
@@ -16,4 +16,4 @@ namespace bench {
 [[nodiscard]] std::size_t wakeUps(pid_t process);
 [[nodiscard]] std::size_t residentBytes(pid_t process);
 
-}  // namespace bench
+}  // namespace support
