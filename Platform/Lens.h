@@ -1,8 +1,8 @@
 // Running another program so that what it reads of the screen is not the screen as it looks, but the screen without
 // some of its windows.
 //
-// Threads: `runThroughLens` blocks the main thread until the program has ended; the rule is called on another one, one
-// call at a time. Failure: sentences. A desktop that cannot do it says so.
+// Threads: `runThroughLens` blocks the main thread until the program has ended, and calls the rule there.
+// Failure: sentences. A desktop that cannot do it says so.
 #pragma once
 
 #include <expected>

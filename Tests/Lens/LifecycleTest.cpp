@@ -16,6 +16,8 @@
 #include "Platform/Linux/Lens/ServerAddress.h"
 #include "Platform/Linux/Lens/Setup.h"
 #include "Tests/Lens/OpenLens.h"
+#include "Tests/Support/ProcessState.h"
+#include "Tests/Support/Reply.h"
 #include "Tests/Support/XServer.h"
 
 namespace lens {
@@ -161,6 +163,54 @@ TEST_F(Lens, AProgramThatGrabsTheServerAndDiesStopsNobody) {
   support::XClient outside(server_.display());
   outside.sync();
   EXPECT_TRUE(outside.isConnected());
+}
+
+TEST_F(Lens, ItEndsWithItsProgramEvenWhileSomebodyElseHoldsTheServer) {
+  OpenLens open(server_.display());
+  const auto program = open.connect();
+  support::XClient outside(server_.display());
+  xcb_grab_server(outside.connection());
+  outside.sync();
+  (void)xcb_get_image(program->connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, program->root(), 0, 0, 8, 8, ~0U);
+  xcb_flush(program->connection());
+  EXPECT_FALSE(support::waitReadable(xcb_get_file_descriptor(program->connection()), std::chrono::milliseconds(1500)));
+  open.process().signal(SIGTERM);
+  EXPECT_EQ(open.process().waitForExit(), 128 + SIGTERM);
+}
+
+TEST_F(Lens, WhoWaitedForTheServerGetsThePictureAfterAll) {
+  const OpenLens open(server_.display());
+  const auto program = open.connect();
+  for (int times = 0; times < 2; ++times) {
+    support::XClient outside(server_.display());
+    xcb_grab_server(outside.connection());
+    outside.sync();
+    const auto reading =
+        xcb_get_image(program->connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, program->root(), 0, 0, 8, 8, ~0U);
+    xcb_flush(program->connection());
+    // Longer than the lens waits for a picture.
+    EXPECT_FALSE(
+        support::waitReadable(xcb_get_file_descriptor(program->connection()), std::chrono::milliseconds(1500)));
+    xcb_ungrab_server(outside.connection());
+    outside.sync();
+    EXPECT_TRUE(support::waitForReply(program->connection(), xcb_get_image_reply, reading)) << times;
+  }
+}
+
+TEST_F(Lens, AServerThatDiesEndsTheConnectionsWhileTheProgramGoesOn) {
+  OpenLens open(server_.display());
+  const auto program = open.connect();
+  (void)program->screenshot({0, 0, 10, 10});
+  server_.kill();
+  EXPECT_FALSE(support::waitForReply(program->connection(), xcb_get_input_focus_reply,
+                                     xcb_get_input_focus(program->connection())));
+  const double before = support::processorSeconds(open.process().id());
+  EXPECT_FALSE(support::waitUntil([&] { return support::processorSeconds(open.process().id()) - before > 0.3; },
+                                  std::chrono::milliseconds(1500)))
+      << "The lens does not come to rest.";
+  EXPECT_TRUE(open.process().isRunning());
+  open.process().signal(SIGTERM);
+  EXPECT_EQ(open.process().waitForExit(), 128 + SIGTERM);
 }
 
 TEST_F(Lens, OfAHundredProgramsHalfOfThemKilledNothingIsLeft) {

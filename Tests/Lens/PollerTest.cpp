@@ -71,5 +71,15 @@ TEST_F(PollerTest, FallsAsleepSoonAfterADialogueAndHearsWhatComesLater) {
   EXPECT_LT(processorTime() - before, 30ms);
 }
 
+TEST_F(PollerTest, WaitsNoLongerThanUntilTheDeadline) {
+  const auto deadline = Poller::Clock::now() + 20ms;
+  poller_.wait(deadline);
+  EXPECT_GE(Poller::Clock::now(), deadline);
+  poller_.wait(deadline);
+  send(first_.far, 'a');
+  poller_.wait(Poller::Clock::now() + 1h);
+  EXPECT_EQ(receive(second_.far), 'a');
+}
+
 }  // namespace
 }  // namespace platform::x11::lens

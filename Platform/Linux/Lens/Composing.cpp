@@ -1,73 +1,47 @@
 #include "Platform/Linux/Lens/Composing.h"
 
-#include <poll.h>
-
-#include <array>
-#include <utility>
+#include <sys/epoll.h>
 
 namespace platform::x11::lens {
 
-Composing::Composing(std::unique_ptr<SharedScreen> screen) : screen_(std::move(screen)), thread_([this] { run(); }) {}
+namespace {
 
-Composing::~Composing() {
-  {
-    const std::lock_guard lock(mutex_);
-    isEnding_ = true;
-  }
-  wanted_.notify();
-  thread_.join();
-}
+// A program that films the screen is going to ask again, which is soon enough to take in what has happened: to listen
+// meanwhile would be to be woken up by all that is drawn.
+constexpr std::chrono::seconds restAfterPicture{1};
+
+}  // namespace
 
 std::uint64_t Composing::request() {
-  std::uint64_t number = 0;
-  {
-    const std::lock_guard lock(mutex_);
-    number = ++requested_;
-  }
-  wanted_.notify();
-  return number;
-}
-
-Composing::Picture Composing::take() {
-  finished_.clear();
-  const std::lock_guard lock(mutex_);
-  return picture_;
-}
-
-bool Composing::isEnding() {
-  const std::lock_guard lock(mutex_);
-  return isEnding_;
-}
-
-void Composing::run() {
-  while (!isEnding()) {
-    compose();
-    if (!screen_->isLost()) screen_->takeIn();
-    wait();
-  }
+  ++requested_;
+  if (!isUnderWay()) begin();
+  return requested_;
 }
 
 // One picture answers everybody who asked before it was begun.
-void Composing::compose() {
-  std::uint64_t number = 0;
-  {
-    const std::lock_guard lock(mutex_);
-    number = requested_;
-    if (number == picture_.request) return;
-  }
-  const std::uint32_t pixmap = screen_->isLost() ? picture_.pixmap : screen_->update();
-  {
-    const std::lock_guard lock(mutex_);
-    picture_ = {number, pixmap};
-  }
-  finished_.notify();
+void Composing::begin() {
+  begun_ = requested_;
+  restsUntil_.reset();
+  screen_->beginUpdate();
 }
 
-void Composing::wait() {
-  std::array<pollfd, 2> descriptors{{{wanted_.descriptor(), POLLIN, 0}, {screen_->fileDescriptor(), POLLIN, 0}}};
-  // A connection that is lost stays readable.
-  ::poll(descriptors.data(), screen_->isLost() ? 1 : descriptors.size(), -1);
-  wanted_.clear();
+std::optional<Composing::Picture> Composing::advance() {
+  if (!isUnderWay()) {
+    restsUntil_.reset();
+    screen_->takeIn();
+    return std::nullopt;
+  }
+  if (!screen_->isUpToDate()) return std::nullopt;
+  finished_ = begun_;
+  restsUntil_ = Clock::now() + restAfterPicture;
+  if (requested_ != finished_) begin();
+  return Picture{finished_, screen_->pixmap()};
+}
+
+std::uint32_t Composing::events() const { return restsUntil_ ? 0U : std::uint32_t{EPOLLIN}; }
+
+std::optional<Composing::Clock::time_point> Composing::deadline() const {
+  return isUnderWay() ? screen_->deadline() : restsUntil_;
 }
 
 }  // namespace platform::x11::lens

@@ -27,7 +27,8 @@ Lens::Lens(ServerAddress server, PrivateDisplay display, PrivateAuthority author
       names_(screen->names()),
       composing_(std::move(screen)) {
   watchSockets();
-  poller_.add(composing_.descriptor(), EPOLLIN, [this](std::uint32_t) { showPicture(); });
+  composingEvents_ = composing_.events();
+  poller_.add(composing_.descriptor(), *composingEvents_, [this](std::uint32_t) { goOnComposing(); });
 }
 
 ChildProgram::Variables Lens::variables() const {
@@ -47,7 +48,11 @@ int Lens::run(const ChildProgram& program, const SignalWatch& signals) {
     }
     status = program.exitStatus();
   });
-  while (!status) poller_.wait();
+  while (!status) {
+    const auto deadline = composing_.deadline();
+    poller_.wait(deadline);
+    if (deadline && Composing::Clock::now() >= *deadline) goOnComposing();
+  }
   return *status;
 }
 
@@ -93,11 +98,30 @@ void Lens::ready(Relay* relay, bool isFromServer, std::uint32_t events) {
   follow(relay, isFromServer ? relay->serverReady(events) : relay->clientReady(events));
 }
 
-void Lens::showPicture() {
-  const Composing::Picture picture = composing_.take();
+std::uint64_t Lens::requestPicture() {
+  const std::uint64_t request = composing_.request();
+  watchComposing();
+  return request;
+}
+
+void Lens::goOnComposing() {
+  const auto picture = composing_.advance();
+  watchComposing();
+  if (!picture) return;
   std::vector<Relay*> all;
   for (const auto& [relay, session] : sessions_) all.push_back(relay);
-  for (Relay* relay : all) follow(relay, relay->pictureReady(picture.request, picture.pixmap));
+  for (Relay* relay : all) follow(relay, relay->pictureReady(picture->request, picture->pixmap));
+}
+
+void Lens::watchComposing() {
+  if (!composingEvents_) return;
+  if (composing_.isLost()) {
+    poller_.remove(composing_.descriptor());
+    composingEvents_.reset();
+  } else if (const std::uint32_t events = composing_.events(); events != composingEvents_) {
+    poller_.change(composing_.descriptor(), events);
+    composingEvents_ = events;
+  }
 }
 
 void Lens::follow(Relay* relay, bool isAlive) {
@@ -127,7 +151,6 @@ namespace platform {
 std::expected<int, Error> runThroughLens(const std::vector<std::string>& program, const LensRule& rule) {
   using namespace x11::lens;
   const std::string name = x11::environmentVariable("DISPLAY").value_or("");
-  // Before the composing thread, which inherits what it blocks.
   const SignalWatch signals;
   auto screen = SharedScreen::open("", rule);
   if (!screen) return std::unexpected(screen.error());

@@ -1,12 +1,13 @@
 // A lens: a private display that stands before the real one, and the program that runs behind it.
 //
-// Threads: the main thread, and the one that composes the picture.
+// Threads: the main thread.
 // Ownership: RAII; display, authority and connections go with it.
 // Failure: sentences.
 #pragma once
 
 #include <expected>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -31,7 +32,7 @@ class Lens final : public PictureSource {
 
   // What tells a program where its display is.
   [[nodiscard]] ChildProgram::Variables variables() const;
-  [[nodiscard]] std::uint64_t requestPicture() override { return composing_.request(); }
+  [[nodiscard]] std::uint64_t requestPicture() override;
   // Until the program ends; its exit status.
   [[nodiscard]] int run(const ChildProgram& program, const SignalWatch& signals);
 
@@ -48,7 +49,8 @@ class Lens final : public PictureSource {
   void decide(int descriptor);
   void connect(Admission& admission);
   void ready(Relay* relay, bool isFromServer, std::uint32_t events);
-  void showPicture();
+  void goOnComposing();
+  void watchComposing();
   // Ends a session that is over; otherwise waits for what it waits for.
   void follow(Relay* relay, bool isAlive);
   void end(Relay* relay);
@@ -59,6 +61,7 @@ class Lens final : public PictureSource {
   PrivateAuthority authority_;
   ScreenNames names_;
   Composing composing_;
+  std::optional<std::uint32_t> composingEvents_;  // while it is watched
   Poller poller_;
   std::unordered_map<int, std::unique_ptr<Admission>> admissions_;
   std::unordered_map<Relay*, Session> sessions_;

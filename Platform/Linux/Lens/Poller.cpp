@@ -3,6 +3,7 @@
 #include <sys/epoll.h>
 #include <sys/ioctl.h>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -10,7 +11,16 @@ namespace platform::x11::lens {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using Clock = Poller::Clock;
+
+constexpr int forever = -1;
+
+// For epoll, in milliseconds.
+int timeUntil(std::optional<Clock::time_point> deadline) {
+  if (!deadline) return forever;
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(*deadline - Clock::now());
+  return static_cast<int>(std::max(left, std::chrono::milliseconds::zero()).count());
+}
 
 // Polling would keep the only processor from whoever is waited for.
 bool canPollBusily() { return std::thread::hardware_concurrency() > 1; }
@@ -49,17 +59,17 @@ void Poller::remove(int descriptor) {
   handlers_.erase(descriptor);
 }
 
-int Poller::next(Events& events) {
+int Poller::next(Events& events, std::optional<Clock::time_point> deadline) {
   const auto poll = [&](int milliseconds) {
     return ::epoll_wait(epoll_.get(), events.data(), mostEvents, milliseconds);
   };
-  if (!canPollBusily_) return poll(-1);
+  if (!canPollBusily_) return poll(timeUntil(deadline));
   const auto begin = Clock::now();
   const auto waited = [&] { return Clock::now() - begin; };
   int count = 0;
   const bool wasStream = busyPolling_.isStream();
   while (count == 0 && waited() < busyPolling_.patience()) count = poll(0);
-  if (count == 0) count = poll(-1);
+  if (count == 0) count = poll(timeUntil(deadline));
   if (count == 1 && events[0].events == EPOLLIN) {
     busyPolling_.noteTurn(events[0].data.fd, waited());
     if (wasStream && busyPolling_.isStream()) gather(events[0].data.fd);
@@ -69,9 +79,9 @@ int Poller::next(Events& events) {
   return count;
 }
 
-void Poller::wait() {
+void Poller::wait(std::optional<Clock::time_point> deadline) {
   Events events;
-  const int count = next(events);
+  const int count = next(events, deadline);
   for (int index = 0; index < count; ++index) {
     const epoll_event& event = events[static_cast<std::size_t>(index)];
     const auto found = handlers_.find(event.data.fd);

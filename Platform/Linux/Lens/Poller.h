@@ -6,9 +6,11 @@
 #include <sys/epoll.h>
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 
 #include "Platform/Linux/Desktop/FileDescriptor.h"
@@ -18,6 +20,7 @@ namespace platform::x11::lens {
 
 class Poller {
  public:
+  using Clock = std::chrono::steady_clock;
   // With the events that came, as for epoll. May come when there is nothing to do.
   using Handler = std::function<void(std::uint32_t events)>;
 
@@ -26,8 +29,9 @@ class Poller {
   void add(int descriptor, std::uint32_t events, Handler handler);
   void change(int descriptor, std::uint32_t events);
   void remove(int descriptor);
-  // Waits, asleep or awake, and calls the handlers. They may add and remove, themselves included.
-  void wait();
+  // Waits, asleep or awake, and calls the handlers. They may add and remove, themselves included. Returns at the
+  // deadline.
+  void wait(std::optional<Clock::time_point> deadline = std::nullopt);
   // For handlers: what came belongs to a long message, of which more, or another, is to be expected at once.
   void noteLongMessage() { busyPolling_.noteLongMessage(); }
 
@@ -35,7 +39,7 @@ class Poller {
   static constexpr int mostEvents = 64;
   using Events = std::array<epoll_event, mostEvents>;
 
-  [[nodiscard]] int next(Events& events);
+  [[nodiscard]] int next(Events& events, std::optional<Clock::time_point> deadline);
 
   FileDescriptor epoll_;
   std::unordered_map<int, std::shared_ptr<Handler>> handlers_;

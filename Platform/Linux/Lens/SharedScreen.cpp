@@ -6,6 +6,7 @@
 #include <xcb/xfixes.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "Platform/Linux/X11/MonitorRectangles.h"
@@ -16,8 +17,7 @@ namespace platform::x11::lens {
 namespace {
 
 // Somebody outside may hold the server grabbed. The program then gets an old picture rather than none.
-constexpr int longestWaitForServer = 1000;  // milliseconds
-// Each round may find windows to ask about, whose answers the next one takes in.
+constexpr std::chrono::milliseconds longestWaitForServer{1000};
 constexpr int mostRounds = 4;
 
 std::uint8_t extensionNumber(Connection& connection, const char* name) {
@@ -63,7 +63,7 @@ SharedScreen::SharedScreen(std::unique_ptr<Connection> connection, LensRule rule
   // A change of the monitors alone shows as a root window that is configured to be as it was.
   connection_->addRootEvents(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
   makeRootPictures();
-  connection_->synchronize(longestWaitForServer);
+  connection_->synchronize(static_cast<int>(longestWaitForServer.count()));
 }
 
 SharedScreen::~SharedScreen() {
@@ -116,7 +116,6 @@ void SharedScreen::blacken() {
   xcb_xfixes_set_picture_clip_region(connection_->get(), target_.picture, XCB_NONE, 0, 0);
   xcb_render_fill_rectangles(connection_->get(), XCB_RENDER_PICT_OP_SRC, target_.picture, {0, 0, 0, 0xffff}, 1,
                              &everything);
-  connection_->synchronize(longestWaitForServer);
 }
 
 // Each answer may lead to a question, and each may bring events along.
@@ -132,13 +131,33 @@ void SharedScreen::takeIn() {
   }
 }
 
-void SharedScreen::catchUp() {
-  const auto isDescribed = [](const SceneWindow& window) { return window.isDescribed; };
-  for (int round = 0; round < mostRounds; ++round) {
-    connection_->synchronize(longestWaitForServer);
-    takeIn();
-    if (std::ranges::all_of(scene_.windows(), isDescribed)) return;
-  }
+void SharedScreen::ask() {
+  question_ = xcb_get_input_focus(connection_->get()).sequence;
+  connection_->flush();
+  deadline_ = Clock::now() + longestWaitForServer;
+  ++questions_;
+}
+
+bool SharedScreen::isAnswered() {
+  void* reply = nullptr;
+  xcb_generic_error_t* error = nullptr;
+  if (xcb_poll_for_reply(connection_->get(), question_, &reply, &error) == 0) return false;
+  std::free(reply);
+  std::free(error);
+  return true;
+}
+
+// Without an older picture there is nothing but to wait on.
+bool SharedScreen::isTooLate() {
+  if (Clock::now() < deadline_) return false;
+  deadline_ = Clock::now() + longestWaitForServer;
+  if (target_.pixmap == 0) return false;
+  xcb_discard_reply(connection_->get(), question_);
+  return true;
+}
+
+bool SharedScreen::isDescribed() const {
+  return std::ranges::all_of(scene_.windows(), [](const SceneWindow& window) { return window.isDescribed; });
 }
 
 void SharedScreen::readScreens() {
@@ -196,19 +215,42 @@ void SharedScreen::leaveOut(std::vector<xcb_window_t> windows) {
   compositor_.emplace(*connection_, scene_, target_.source, WindowFilter{leftOut_, {}, connection_->resourceMask()});
 }
 
-xcb_pixmap_t SharedScreen::update() {
-  catchUp();
+bool SharedScreen::paint() {
   if (isScreenStale_) readScreens();
   if (isHidden()) {
     blacken();
-    return target_.pixmap;
+    return true;
   }
   leaveOut(windowsToLeaveOut());
-  if (compositor_->changes() != Compositor::Changes::none) {
-    compositor_->paintTo({target_.picture}, painted_);
-    connection_->synchronize(longestWaitForServer);
+  if (compositor_->changes() == Compositor::Changes::none) return false;
+  compositor_->paintTo({target_.picture}, painted_);
+  return true;
+}
+
+// What is known already is painted first: mostly that is all, and then one answer of the server tells both that it is
+// there and that nothing else has happened.
+void SharedScreen::beginUpdate() {
+  isPainted_ = false;
+  questions_ = 0;
+  deadline_ = Clock::now();
+  if (isLost()) return;
+  takeIn();
+  if (compositor_ && !isScreenStale_ && isDescribed()) paint();
+  ask();
+}
+
+// Each round may find windows to ask about, whose answers the next one takes in.
+bool SharedScreen::isUpToDate() {
+  if (isLost()) return true;
+  if (!isAnswered()) return isTooLate();
+  takeIn();
+  if (isPainted_) return true;
+  if (isDescribed() || questions_ >= mostRounds) {
+    isPainted_ = paint();
+    if (!isPainted_) return true;
   }
-  return target_.pixmap;
+  ask();
+  return false;
 }
 
 }  // namespace platform::x11::lens

@@ -12,6 +12,7 @@
 
 #include <xcb/render.h>
 
+#include <chrono>
 #include <expected>
 #include <memory>
 #include <optional>
@@ -31,6 +32,8 @@ namespace platform::x11::lens {
 
 class SharedScreen {
  public:
+  using Clock = std::chrono::steady_clock;
+
   static std::expected<std::unique_ptr<SharedScreen>, Error> open(const std::string& display, LensRule rule);
   SharedScreen(const SharedScreen&) = delete;
   SharedScreen& operator=(const SharedScreen&) = delete;
@@ -42,9 +45,13 @@ class SharedScreen {
 
   // Takes in what has happened, without painting anything. Never waits.
   void takeIn();
-  // Brings the picture up to date with everything that any client has made the server do before. When this returns,
-  // whoever reads the pixmap finds it so. One that was handed out before stays valid until the next but one.
-  [[nodiscard]] xcb_pixmap_t update();
+  // Begins to bring the picture up to date with everything that any client has made the server do before.
+  void beginUpdate();
+  // Goes on with that; to be asked again when the descriptor can be read or the deadline has passed. Once it is true,
+  // whoever reads the pixmap finds the picture so. One that was handed out before stays valid until the next but one.
+  [[nodiscard]] bool isUpToDate();
+  [[nodiscard]] Clock::time_point deadline() const { return deadline_; }
+  [[nodiscard]] xcb_pixmap_t pixmap() const { return target_.pixmap; }
 
  private:
   struct Target {
@@ -55,7 +62,10 @@ class SharedScreen {
 
   SharedScreen(std::unique_ptr<Connection> connection, LensRule rule);
   void makeRootPictures();
-  void catchUp();
+  void ask();
+  [[nodiscard]] bool isAnswered();
+  [[nodiscard]] bool isTooLate();
+  [[nodiscard]] bool isDescribed() const;
   void handle(const xcb_generic_event_t& event);
   void noteServerWindow(const xcb_generic_event_t& event);
   [[nodiscard]] bool isHidden() const;
@@ -63,6 +73,8 @@ class SharedScreen {
   void readScreens();
   void makeTarget();
   void release(Target& target);
+  // Whether there was anything to do.
+  bool paint();
   void leaveOut(std::vector<xcb_window_t> windows);
   [[nodiscard]] std::vector<xcb_window_t> windowsToLeaveOut();
 
@@ -81,6 +93,11 @@ class SharedScreen {
   Region painted_;
   std::vector<Screen> screens_;
   bool isScreenStale_ = true;
+  // What the server is asked during an update, to learn that it is past all that came before.
+  std::uint32_t question_ = 0;
+  int questions_ = 0;
+  Clock::time_point deadline_;
+  bool isPainted_ = false;  // but perhaps not carried out yet
 };
 
 }  // namespace platform::x11::lens
