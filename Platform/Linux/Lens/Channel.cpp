@@ -136,6 +136,7 @@ Channel::Outcome Channel::move(std::uint64_t count, std::uint64_t& moved) {
   moved = static_cast<std::uint64_t>(taken);
   inPipe_ = static_cast<std::size_t>(taken);
   position_ += moved;
+  mayHaveLeft_ = moved == wanted;
   return sendPiped();
 }
 

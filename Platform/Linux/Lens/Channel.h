@@ -49,7 +49,7 @@ class Channel {
   void insert(std::span<const std::byte> bytes);
 
   [[nodiscard]] bool hasPending() const { return released_ < end_; }
-  // Whether the last `receive` may have left something behind.
+  // Whether the last `receive` or `move` may have left something behind.
   [[nodiscard]] bool mayHaveLeft() const { return mayHaveLeft_; }
   [[nodiscard]] bool hasReleased() const { return begin_ < released_ || inPipe_ > 0; }
 

@@ -34,6 +34,7 @@ Channel::Outcome takeIn(Channel& channel, Stream& stream, bool mayMove, bool& ma
   }
   std::uint64_t moved = 0;
   const Channel::Outcome outcome = channel.move(body - endOfMessage, moved);
+  mayBeMore = channel.mayHaveLeft();
   stream.skip(moved);
   return outcome;
 }
