@@ -77,14 +77,24 @@ TEST(BusyPolling, ADialogueEndsWhenOneEndGoesOnSpeakingOrAnythingElseHappens) {
   expectGathers(polling);
 }
 
-TEST(BusyPolling, StaysAwakeWhileALongMessageGoesBy) {
+TEST(BusyPolling, StaysAwakeWhileALongAnswerGoesBy) {
   BusyPolling polling;
-  polling.noteTurn(client, 33ms);
-  polling.noteLongMessage();
+  polling.noteTurn(server, 33ms);
+  polling.notePassing(Passing::longReply);
   expectStaysAwake(polling);
   // Its next part, with which it ends.
-  polling.noteTurn(client, 10us);
+  polling.noteTurn(server, 10us);
+  polling.notePassing(Passing::shortMessages);
   expectJustSleeps(polling);
+}
+
+TEST(BusyPolling, StaysAwakeForAShortWhileAmidALongRequestEvenInADialogue) {
+  for (BusyPolling polling : {BusyPolling(), afterTurns(manyEvents), afterStream(manyEvents)}) {
+    polling.noteTurn(client, 10us);
+    polling.notePassing(Passing::longRequest);
+    EXPECT_EQ(polling.patience(), BusyPolling::longestPause);
+    EXPECT_FALSE(polling.isStream());
+  }
 }
 
 // An answer in many parts, amid which the client may be slow to take them.
@@ -92,7 +102,7 @@ TEST(BusyPolling, ATurnIsAsLongAsItsMessage) {
   BusyPolling polling = afterTurns(manyEvents);
   polling.noteTurn(server, 50us);
   for (int part = 0; part < 30; ++part) {
-    polling.noteLongMessage();
+    polling.notePassing(Passing::longReply);
     if (part % 3 == 0) {
       polling.noteOther(10us);
     } else {

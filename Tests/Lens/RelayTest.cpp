@@ -62,7 +62,7 @@ class RelayTest : public testing::Test {
     return bytes.bytes();
   }
 
-  [[nodiscard]] bool passesLongMessage() const { return relay_.passesLongMessage(); }
+  [[nodiscard]] Passing passing() const { return relay_.passing(); }
 
  private:
   static void send(const FileDescriptor& socket, const std::vector<std::byte>& bytes) {
@@ -88,29 +88,29 @@ class RelayTest : public testing::Test {
 
 TEST_F(RelayTest, TellsALongRequestFromAShortOne) {
   programSends(request());
-  EXPECT_FALSE(passesLongMessage());
+  EXPECT_EQ(passing(), Passing::shortMessages);
   programSends(longRequest());
-  EXPECT_TRUE(passesLongMessage());
+  EXPECT_EQ(passing(), Passing::longRequest);
   programSends(request());
-  EXPECT_FALSE(passesLongMessage());
+  EXPECT_EQ(passing(), Passing::shortMessages);
 }
 
 TEST_F(RelayTest, TellsALongReplyFromAShortOne) {
   serverSends(reply());
-  EXPECT_FALSE(passesLongMessage());
+  EXPECT_EQ(passing(), Passing::shortMessages);
   serverSends(reply(wordsOfLongMessage));
-  EXPECT_TRUE(passesLongMessage());
+  EXPECT_EQ(passing(), Passing::longReply);
   serverSends(reply());
-  EXPECT_FALSE(passesLongMessage());
+  EXPECT_EQ(passing(), Passing::shortMessages);
 }
 
 TEST_F(RelayTest, ALongMessageOfTheOtherDirectionDoesNotCount) {
   serverSends(reply(wordsOfLongMessage));
   programSends(request());
-  EXPECT_FALSE(passesLongMessage());
+  EXPECT_EQ(passing(), Passing::shortMessages);
   programSends(longRequest());
   serverSends(reply());
-  EXPECT_FALSE(passesLongMessage());
+  EXPECT_EQ(passing(), Passing::shortMessages);
 }
 
 }  // namespace

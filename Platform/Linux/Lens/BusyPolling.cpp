@@ -5,6 +5,12 @@
 
 namespace platform::x11::lens {
 
+BusyPolling::Duration BusyPolling::patience() const {
+  if (passing_ == Passing::longRequest) return longestPause;
+  const bool staysAwake = turns_ >= eventsOfSeries || passing_ == Passing::longReply;
+  return staysAwake ? longestAnswer : Duration::zero();
+}
+
 void BusyPolling::noteTurn(int descriptor, Duration waited) {
   const int before = turns_;
   noteOther(waited);
@@ -14,7 +20,7 @@ void BusyPolling::noteTurn(int descriptor, Duration waited) {
 void BusyPolling::noteOther(Duration waited) {
   shortWaits_ = waited <= longestAnswer ? std::min(shortWaits_ + 1, eventsOfSeries) : 0;
   // A turn is as long as its message.
-  const bool goesOn = std::exchange(isLong_, false);
+  const bool goesOn = std::exchange(passing_, Passing::shortMessages) != Passing::shortMessages;
   turns_ = goesOn ? std::min(turns_, shortWaits_) : 0;
 }
 

@@ -11,8 +11,12 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 
 namespace platform::x11::lens {
+
+// What was passed on last belongs to.
+enum class Passing : std::uint8_t { shortMessages, longRequest, longReply };
 
 class BusyPolling {
  public:
@@ -20,30 +24,31 @@ class BusyPolling {
 
   // As long as most answers take, together with waking up for them.
   static constexpr Duration longestAnswer = std::chrono::microseconds(200);
+  // As long as a program takes for the next piece of a long request. One that takes longer has lost its processor, as
+  // may have the server, and gets it back sooner when nobody else is awake.
+  static constexpr Duration longestPause = std::chrono::microseconds(10);
   // As long as a program takes for a few pieces of a stream.
   static constexpr Duration longestGathering = std::chrono::microseconds(20);
   // A program that captures a picture now and then causes fewer events for one.
   static constexpr int eventsOfSeries = 4;
 
   // How long to poll before going to sleep.
-  [[nodiscard]] Duration patience() const { return staysAwake() ? longestAnswer : Duration::zero(); }
+  [[nodiscard]] Duration patience() const;
   // Whether short messages follow each other in one direction.
-  [[nodiscard]] bool isStream() const { return shortWaits_ >= eventsOfSeries && !staysAwake(); }
+  [[nodiscard]] bool isStream() const { return shortWaits_ >= eventsOfSeries && patience() == Duration::zero(); }
 
   // A descriptor that could be read, and nothing else, has ended the wait.
   void noteTurn(int descriptor, Duration waited);
   // Anything else has.
   void noteOther(Duration waited);
-  // What came then belongs to a long message.
-  void noteLongMessage() { isLong_ = true; }
+  // What came then has been passed on.
+  void notePassing(Passing passing) { passing_ = passing; }
 
  private:
-  [[nodiscard]] bool staysAwake() const { return turns_ >= eventsOfSeries || isLong_; }
-
   int last_ = -1;
-  int turns_ = 0;        // that two ends have promptly taken
-  int shortWaits_ = 0;   // up to now
-  bool isLong_ = false;  // whether a long message goes by
+  int turns_ = 0;       // that two ends have promptly taken
+  int shortWaits_ = 0;  // up to now
+  Passing passing_ = Passing::shortMessages;
 };
 
 }  // namespace platform::x11::lens

@@ -126,7 +126,7 @@ void Lens::watchComposing() {
 
 void Lens::follow(Relay* relay, bool isAlive) {
   if (!isAlive) return end(relay);
-  if (relay->passesLongMessage()) poller_.noteLongMessage();
+  poller_.notePassing(relay->passing());
   Session& session = sessions_.at(relay);
   if (relay->isClientGone() && std::exchange(session.isClientWatched, false)) poller_.remove(relay->client());
   if (const auto events = relay->clientEvents(); session.isClientWatched && events != session.clientEvents) {

@@ -32,8 +32,8 @@ class Poller {
   // Waits, asleep or awake, and calls the handlers. They may add and remove, themselves included. Returns at the
   // deadline.
   void wait(std::optional<Clock::time_point> deadline = std::nullopt);
-  // For handlers: what came belongs to a long message, of which more, or another, is to be expected at once.
-  void noteLongMessage() { busyPolling_.noteLongMessage(); }
+  // For handlers: of a long message more, or another, is to be expected at once.
+  void notePassing(Passing passing) { busyPolling_.notePassing(passing); }
 
  private:
   static constexpr int mostEvents = 64;

@@ -92,7 +92,7 @@ bool Relay::pumpRequests() {
   for (int round = 0;; ++round) {
     if (!takeRequests()) return false;
     const Channel::Outcome sent = toServer_.send();
-    passesLongMessage_ = requestStream_.lastLength() >= worthMoving;
+    passing_ = requestStream_.lastLength() >= worthMoving ? Passing::longRequest : Passing::shortMessages;
     if (sent == Channel::Outcome::closed) return false;
     isServerFull_ = sent == Channel::Outcome::blocked;
     // Nobody tells again of what a program that is gone has left behind.
@@ -109,7 +109,7 @@ bool Relay::pumpReplies() {
   for (int round = 0;; ++round) {
     if (!takeReplies()) return false;
     const Channel::Outcome sent = toClient_.send();
-    passesLongMessage_ = replyStream_.lastLength() >= worthMoving;
+    passing_ = replyStream_.lastLength() >= worthMoving ? Passing::longReply : Passing::shortMessages;
     if (sent == Channel::Outcome::closed) return false;
     isClientFull_ = sent == Channel::Outcome::blocked;
     if (isClientFull_ || !mayBeMore || round >= mostRounds) return true;

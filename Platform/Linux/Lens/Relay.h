@@ -13,6 +13,7 @@
 #include <string>
 
 #include "Platform/Linux/Desktop/FileDescriptor.h"
+#include "Platform/Linux/Lens/BusyPolling.h"
 #include "Platform/Linux/Lens/Channel.h"
 #include "Platform/Linux/Lens/PendingReplies.h"
 #include "Platform/Linux/Lens/ReplyStream.h"
@@ -50,8 +51,8 @@ class Relay {
   [[nodiscard]] std::uint32_t serverEvents() const;
   // Its socket is to be read no more than the server takes, and must not be waited for.
   [[nodiscard]] bool isClientGone() const { return isClientGone_; }
-  // Whether what was passed on last, in whichever direction, belongs to a long message.
-  [[nodiscard]] bool passesLongMessage() const { return passesLongMessage_; }
+  // What was passed on last, in whichever direction.
+  [[nodiscard]] Passing passing() const { return passing_; }
   [[nodiscard]] const std::string& complaint() const { return complaint_; }
 
  private:
@@ -78,7 +79,7 @@ class Relay {
   std::optional<std::uint64_t> setupLeft_;  // of the server's answer to the setup; absent until its length is known
   Waiting waiting_ = Waiting::no;
   std::uint64_t awaitedPicture_ = 0;
-  bool passesLongMessage_ = false;
+  Passing passing_ = Passing::shortMessages;
   bool isClientGone_ = false;
   bool isServerFull_ = false;
   bool isClientFull_ = false;
