@@ -15,7 +15,7 @@
 
 namespace platform::x11::lens {
 
-// What was passed on last belongs to.
+// What the bytes that were passed on last belong to.
 enum class Passing : std::uint8_t { shortMessages, longRequest, longReply };
 
 class BusyPolling {
