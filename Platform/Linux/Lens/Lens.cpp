@@ -95,7 +95,9 @@ void Lens::connect(Admission& admission) {
 }
 
 void Lens::ready(Relay* relay, bool isFromServer, std::uint32_t events) {
-  follow(relay, isFromServer ? relay->serverReady(events) : relay->clientReady(events));
+  const bool isAlive = isFromServer ? relay->serverReady(events) : relay->clientReady(events);
+  if (isAlive) poller_.notePassing(relay->passing());
+  follow(relay, isAlive);
 }
 
 std::uint64_t Lens::requestPicture() {
@@ -126,7 +128,6 @@ void Lens::watchComposing() {
 
 void Lens::follow(Relay* relay, bool isAlive) {
   if (!isAlive) return end(relay);
-  poller_.notePassing(relay->passing());
   Session& session = sessions_.at(relay);
   if (relay->isClientGone() && std::exchange(session.isClientWatched, false)) poller_.remove(relay->client());
   if (const auto events = relay->clientEvents(); session.isClientWatched && events != session.clientEvents) {
