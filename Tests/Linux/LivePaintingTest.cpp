@@ -1,5 +1,7 @@
 // A stream and the window that shows it, together: what changes on the screen shows there without anybody in between.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <deque>
@@ -10,6 +12,7 @@
 #include "Platform/Linux/X11/Redirection.h"
 #include "Tests/Linux/EngineSupport.h"
 #include "Tests/Linux/QtEnvironment.h"
+#include "Tests/Support/ProcessState.h"
 #include "Tests/Support/Wait.h"
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
@@ -67,11 +70,11 @@ class LivePainting : public testing::Test {
     EXPECT_TRUE(keeper_->synchronize(10'000));
   }
 
-  std::shared_ptr<CaptureStream> start() {
+  std::shared_ptr<CaptureStream> start(std::chrono::milliseconds interval = 5ms) {
     CaptureStreamSettings settings;
     settings.displayName = server_.display();
     settings.source = area;
-    settings.minimumFrameInterval = 5ms;
+    settings.minimumFrameInterval = interval;
     settings.ownClients = {connection_->resourceBase()};
     settings.unexpectedError = failOnError;
     settings.serial = ++serial_;
@@ -102,11 +105,24 @@ class LivePainting : public testing::Test {
     turn();
   }
 
+  // Draws in a colour that was never there before.
+  std::uint32_t draw(xcb_window_t window, const PixelRect& part) {
+    const std::uint32_t color = ++lastColor_;
+    client_.fill(window, part, 0xff000000U | color);
+    client_.sync();
+    return color;
+  }
+
+  // How often threads other than the test's have woken up.
+  static std::size_t wakeUps() {
+    rusage ours{};
+    ::getrusage(RUSAGE_THREAD, &ours);
+    return support::wakeUps(::getpid()) - static_cast<std::size_t>(ours.ru_nvcsw);
+  }
+
   // A colour that was never there before, in the window below; whether the copy comes to show it.
   bool isShownOnceDrawn(bool turning) {
-    const std::uint32_t color = ++lastColor_;
-    client_.fill(drawn_, {10, 10, 30, 20}, 0xff000000U | color);
-    client_.sync();
+    const std::uint32_t color = draw(drawn_, {10, 10, 30, 20});
     return waitUntil([&] {
       if (turning) turn();
       return client_.screenshot({70, 60, 30, 20}).count(color) == std::size_t{30} * 20;
@@ -136,6 +152,62 @@ TEST_F(LivePainting, ChangesShowWithoutTheMainThread) {
   const int frames = arrivals_->count();
   for (int change = 0; change < 20; ++change) ASSERT_TRUE(isShownOnceDrawn(false)) << change;
   EXPECT_EQ(arrivals_->count(), frames);
+}
+
+TEST_F(LivePainting, WhileChangesWaitForTheirFrameNoFurtherOneWakesTheStream) {
+  constexpr auto interval = 300ms;
+  const auto moving = client_.createWindow({.frame = {270, 60, 40, 40}, .color = 0xff604020});
+  client_.sync();
+  const auto stream = start(interval);
+  show(mirrorLook());
+  presentFirst();
+  int step = 0;
+  const auto movements = [&] {
+    const std::size_t before = wakeUps();
+    for (int times = 0; times < 20; ++times) {
+      client_.move(moving, 250 + ++step % 30, 60);
+      client_.sync();
+    }
+    return wakeUps() - before;
+  };
+  EXPECT_TRUE(waitUntil([&] {
+    if (!isShownOnceDrawn(false)) return false;
+    // Just after a frame, with another one in reserve at most: then it has to hear of one change more.
+    const auto begin = std::chrono::steady_clock::now();
+    const bool isQuiet = movements() <= 2;
+    return isQuiet && std::chrono::steady_clock::now() - begin < interval / 2;
+  }));
+  EXPECT_TRUE(isShownOnceDrawn(false));
+}
+
+TEST_F(LivePainting, WhatIsDrawnToAWindowThatReachesBeyondTheAreaIsShownWithoutAskingWhere) {
+  const auto reaching = client_.createWindow({.frame = {200, 150, 190, 140}, .color = 0xff604020});
+  client_.sync();
+  const auto stream = start(0ms);
+  show(mirrorLook());
+  presentFirst();
+  constexpr std::size_t changes = 20;
+  const std::size_t before = wakeUps();
+  for (std::size_t change = 0; change < changes; ++change) {
+    const std::uint32_t color = draw(reaching, {20, 20, 30, 20});
+    ASSERT_TRUE(waitUntil([&] { return client_.screenshot({220, 170, 30, 20}).count(color) == std::size_t{30} * 20; }));
+  }
+  // An answer to be waited for would wake it once more for each.
+  EXPECT_LT(wakeUps() - before, changes + changes / 2);
+}
+
+TEST_F(LivePainting, ManyEventsThatArriveWhileItRestsDoNotPileUp) {
+  const auto moving = client_.createWindow({.frame = {270, 60, 40, 40}, .color = 0xff604020});
+  client_.sync();
+  const auto stream = start(500ms);
+  show(mirrorLook());
+  presentFirst();
+  for (int step = 0; step < 20'000; ++step) client_.move(moving, 250 + step % 30, 60 + step % 40);
+  client_.fill(moving, {0, 0, 40, 40}, 0xff112233);
+  client_.move(moving, 280, 120);
+  client_.sync();
+  const PixelRect place{280, 120, 40, 40};
+  EXPECT_TRUE(waitUntil([&] { return client_.screenshot(place).count(0x112233) == std::size_t{40} * 40; }));
 }
 
 TEST_F(LivePainting, TheCopyStaysExactUnderABorderThatDoesNotAddUp) {

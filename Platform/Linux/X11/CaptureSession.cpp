@@ -18,6 +18,9 @@ constexpr std::int32_t largestExtent = 32767;
 // A client that makes changes faster than they can be taken in must not keep frames from being made.
 constexpr int mostReadsAtOnce = 10;
 
+// A read that brings fewer events than these has left none behind: it has room for many more.
+constexpr int manyEvents = 32;
+
 constexpr std::chrono::milliseconds longestWaitForAnswer{20};
 
 // A whole frame is asked for when something that lay over the picture has gone, and may be seen there until it comes.
@@ -66,73 +69,86 @@ CaptureSession::CaptureSession(const CaptureStreamSettings& settings, std::share
       compositor_(*connection_, scene_, settings.source, filterOf(settings, *connection_)),
       livePainter_(*connection_),
       interval_(settings.minimumFrameInterval),
-      nextFrameDue_(Clock::now()),
-      nextWholeDue_(nextFrameDue_),
-      nextExaminationDue_(nextFrameDue_) {}
+      pace_(interval_) {}
 
 void CaptureSession::takeIn(const xcb_generic_event_t& event) {
   scene_.handle(event);
   compositor_.handle(event);
 }
 
-bool CaptureSession::takeInSome() {
-  Event event = connection_->nextEvent();
-  const bool isAny = event != nullptr;
-  while (event) {
+int CaptureSession::takeInSome() {
+  int events = 0;
+  for (Event event = connection_->nextEvent(); event; event = connection_->nextQueuedEvent()) {
     takeIn(*event);
-    event = connection_->nextQueuedEvent();
+    ++events;
   }
   scene_.collectReplies();
   compositor_.collectReplies();
-  return isAny;
+  return events;
+}
+
+bool CaptureSession::takeInMost() {
+  for (int reads = 0; reads < mostReadsAtOnce; ++reads)
+    if (takeInSome() < manyEvents) return true;
+  return false;
 }
 
 void CaptureSession::admit(std::span<const xcb_window_t> windows) {
-  for (int times = 0; times < mostReadsAtOnce && takeInSome(); ++times) {
+  for (int reads = 0; reads < mostReadsAtOnce && takeInSome() > 0; ++reads) {
   }
   compositor_.admit(windows);
 }
 
 std::shared_ptr<const Frame> CaptureSession::nextFrame() {
-  takeInSome();
+  isMoreToTakeIn_ = !takeInMost();
   isWholeWanted_ = buffer_->takeWholeRequest() || isWholeWanted_;
   const Compositor::Changes changes = compositor_.changes();
+  if (!isWholeWanted_ && changes == Compositor::Changes::none) return nullptr;
   const Clock::time_point now = Clock::now();
-  if ((!isWholeWanted_ && changes == Compositor::Changes::none) || buffer_->isLent() || now < due()) return nullptr;
-  if (isWholeWanted_ || changes == Compositor::Changes::certain) return compose(now);
-  if (changes == Compositor::Changes::possible && now >= nextExaminationDue_) {
+  if (buffer_->isLent() || now < due()) return nullptr;
+  // Painting nothing where nothing has changed is cheaper than asking first.
+  if (paintLive()) {
+    madeFrame(now);
+  } else if (isWholeWanted_ || changes == Compositor::Changes::certain) {
+    madeFrame(now);
+    return compose();
+  } else if (now >= nextExaminationDue_) {
     compositor_.examine();
     nextExaminationDue_ = now + interval_;
   }
   return nullptr;
 }
 
-std::shared_ptr<const Frame> CaptureSession::compose(Clock::time_point now) {
-  nextFrameDue_ = now + interval_;
-  nextWholeDue_ = now + std::min<Clock::duration>(interval_, wholeInterval);
-  bool isWhole = std::exchange(isWholeWanted_, false);
-  const bool isLive = buffer_->paintLive([&](const LiveTarget& target) {
-    if (isWhole) compositor_.invalidate();
+bool CaptureSession::paintLive() {
+  return buffer_->paintLive([&](const LiveTarget& target) {
+    if (std::exchange(isWholeWanted_, false)) compositor_.invalidate();
     livePainter_.paint(compositor_, target, buffer_->changed());
   });
-  if (isLive) return nullptr;
+}
+
+std::shared_ptr<const Frame> CaptureSession::compose() {
   const FrameBuffer::Reading reading = buffer_->reclaim();
-  isWhole = isWhole || reading == FrameBuffer::Reading::never;
+  const bool isWhole = std::exchange(isWholeWanted_, false) || reading == FrameBuffer::Reading::never;
   if (isWhole) compositor_.invalidate();
   if (reading == FrameBuffer::Reading::missed) compositor_.repaint(buffer_->changed());
   auto steps = compositor_.plan(buffer_->changed());
   return buffer_->lend(std::move(steps), isWhole);
 }
 
-std::optional<CaptureSession::Clock::time_point> CaptureSession::nextDeadline() const {
+void CaptureSession::madeFrame(Clock::time_point now) {
+  pace_.madeFrame(now);
+  nextWholeDue_ = now + std::min<Clock::duration>(interval_, wholeInterval);
+}
+
+std::optional<CaptureSession::Clock::time_point> CaptureSession::nextDeadline(Clock::time_point now) const {
   // Looking for one answer may read another one, which then does not make the descriptor readable again.
-  if (compositor_.isExamining()) return Clock::now() + longestWaitForAnswer;
+  if (compositor_.isExamining()) return now + longestWaitForAnswer;
   const Compositor::Changes changes = compositor_.changes();
   if (!isWholeWanted_ && changes == Compositor::Changes::none) return std::nullopt;
   // Giving a frame back notifies.
   if (buffer_->isLent()) return std::nullopt;
   if (isWholeWanted_ || changes == Compositor::Changes::certain) return due();
-  return std::max(nextFrameDue_, nextExaminationDue_);
+  return std::max(pace_.due(), nextExaminationDue_);
 }
 
 void CaptureSession::wait() {
@@ -140,10 +156,14 @@ void CaptureSession::wait() {
   // Sending may have read answers and events: they would not make the descriptor readable again.
   if (scene_.collectReplies() || compositor_.collectReplies()) return;
   if (const Event event = connection_->nextQueuedEvent()) return takeIn(*event);
-  const auto deadline = nextDeadline();
+  const Clock::time_point now = Clock::now();
+  const auto deadline = nextDeadline(now);
   timespec limit{};
-  if (deadline) limit = toTimespec(std::max(*deadline - Clock::now(), Clock::duration::zero()));
-  std::array<pollfd, 2> descriptors{{{connection_->fileDescriptor(), POLLIN, 0}, {wakeup_->descriptor(), POLLIN, 0}}};
+  if (deadline) limit = toTimespec(std::max(*deadline - now, Clock::duration::zero()));
+  // What is to be shown has to wait, and hearing of more would only wake the stream. A negative descriptor is left out.
+  const bool isResting = deadline && *deadline <= due() && !compositor_.isExamining() && !isMoreToTakeIn_;
+  std::array<pollfd, 2> descriptors{
+      {{isResting ? -1 : connection_->fileDescriptor(), POLLIN, 0}, {wakeup_->descriptor(), POLLIN, 0}}};
   ::ppoll(descriptors.data(), descriptors.size(), deadline ? &limit : nullptr, nullptr);
   if (descriptors[1].revents != 0) wakeup_->clear();
 }

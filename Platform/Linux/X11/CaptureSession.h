@@ -17,6 +17,7 @@
 #include "Platform/Linux/X11/Connection.h"
 #include "Platform/Linux/X11/Frame.h"
 #include "Platform/Linux/X11/FrameBuffer.h"
+#include "Platform/Linux/X11/FramePace.h"
 #include "Platform/Linux/X11/LivePainter.h"
 #include "Platform/Linux/X11/Scene.h"
 #include "Platform/Linux/X11/Wakeup.h"
@@ -29,9 +30,9 @@ class CaptureSession {
                                                                     std::shared_ptr<Wakeup> wakeup);
 
   [[nodiscard]] bool isLost() const { return connection_->isBroken(); }
-  // Takes in what has happened. A frame if there is something new to show, the last frame has been given back, and the
-  // frame interval is over: so the first change after a rest is shown at once. Never blocks.
-  // Where the picture is shown already and kept up to date, it paints there, and there is no frame.
+  // Takes in what has happened. A frame if there is something new to show, the last frame has been given back, and it
+  // is time. Never blocks. Where the picture is shown already and kept up to date, it paints there, and there is no
+  // frame.
   [[nodiscard]] std::shared_ptr<const Frame> nextFrame();
   // What is known of the windows by now is taken in first.
   void admit(std::span<const xcb_window_t> windows);
@@ -41,19 +42,24 @@ class CaptureSession {
   void wait();
 
  private:
-  using Clock = std::chrono::steady_clock;
+  using Clock = FramePace::Clock;
 
   CaptureSession(const CaptureStreamSettings& settings, std::shared_ptr<Connection> connection,
                  std::shared_ptr<FrameBuffer> buffer, std::shared_ptr<Wakeup> wakeup);
   void takeIn(const xcb_generic_event_t& event);
-  // As much as one read of the connection brings: what it leaves behind keeps the descriptor readable. False when there
-  // was nothing.
-  bool takeInSome();
+  // As much as one read of the connection brings: what it leaves behind keeps the descriptor readable. How many events
+  // that were.
+  int takeInSome();
+  // Whether that was all that has arrived.
+  bool takeInMost();
   // When the next frame may be made.
-  [[nodiscard]] Clock::time_point due() const { return isWholeWanted_ ? nextWholeDue_ : nextFrameDue_; }
+  [[nodiscard]] Clock::time_point due() const { return isWholeWanted_ ? nextWholeDue_ : pace_.due(); }
   // When there will be something to do without anything further happening.
-  [[nodiscard]] std::optional<Clock::time_point> nextDeadline() const;
-  [[nodiscard]] std::shared_ptr<const Frame> compose(Clock::time_point now);
+  [[nodiscard]] std::optional<Clock::time_point> nextDeadline(Clock::time_point now) const;
+  // Whether the picture is kept up to date where it is shown; then it is up to date now.
+  bool paintLive();
+  [[nodiscard]] std::shared_ptr<const Frame> compose();
+  void madeFrame(Clock::time_point now);
 
   std::shared_ptr<Connection> connection_;
   std::shared_ptr<Wakeup> wakeup_;
@@ -62,10 +68,11 @@ class CaptureSession {
   Compositor compositor_;
   LivePainter livePainter_;
   const Clock::duration interval_;
-  Clock::time_point nextFrameDue_;
+  FramePace pace_;
   Clock::time_point nextWholeDue_;
   Clock::time_point nextExaminationDue_;
   bool isWholeWanted_ = false;
+  bool isMoreToTakeIn_ = false;
 };
 
 }  // namespace platform::x11
