@@ -26,55 +26,43 @@ BusyPolling afterStream(int messages, BusyPolling::Duration waited = 10us) {
   return polling;
 }
 
-void expectStaysAwake(const BusyPolling& polling) {
-  EXPECT_EQ(polling.patience(), BusyPolling::longestAnswer);
-  EXPECT_FALSE(polling.isStream());
-}
+void expectStaysAwake(const BusyPolling& polling) { EXPECT_EQ(polling.patience(), BusyPolling::longestAnswer); }
 
-void expectGathers(const BusyPolling& polling) {
-  EXPECT_EQ(polling.patience(), 0ns);
-  EXPECT_TRUE(polling.isStream());
-}
+void expectSleeps(const BusyPolling& polling) { EXPECT_EQ(polling.patience(), 0ns); }
 
-void expectJustSleeps(const BusyPolling& polling) {
-  EXPECT_EQ(polling.patience(), 0ns);
-  EXPECT_FALSE(polling.isStream());
-}
-
-TEST(BusyPolling, SleepsAtFirst) { expectJustSleeps(BusyPolling()); }
+TEST(BusyPolling, SleepsAtFirst) { expectSleeps(BusyPolling()); }
 
 TEST(BusyPolling, StaysAwakeOnceTwoEndsHaveTakenTurnsForAWhile) {
-  expectJustSleeps(afterTurns(BusyPolling::eventsOfSeries - 1));
+  expectSleeps(afterTurns(BusyPolling::eventsOfSeries - 1));
   expectStaysAwake(afterTurns(BusyPolling::eventsOfSeries));
   expectStaysAwake(afterTurns(manyEvents));
 }
 
 TEST(BusyPolling, SleepsWhileAnswersAreSlow) {
-  expectJustSleeps(afterTurns(manyEvents, BusyPolling::longestAnswer + 1ns));
-  expectJustSleeps(afterStream(manyEvents, BusyPolling::longestAnswer + 1ns));
+  expectSleeps(afterTurns(manyEvents, BusyPolling::longestAnswer + 1ns));
+  expectSleeps(afterStream(manyEvents, BusyPolling::longestAnswer + 1ns));
 }
 
 TEST(BusyPolling, SleepsAgainAfterOneSlowAnswer) {
   BusyPolling polling = afterTurns(manyEvents);
   polling.noteTurn(server, 33ms);
-  expectJustSleeps(polling);
+  expectSleeps(polling);
   polling.noteTurn(client, 50us);
-  expectJustSleeps(polling);
+  expectSleeps(polling);
 }
 
-TEST(BusyPolling, SleepsAndGathersWhileOnlyOneEndSpeaks) {
-  expectJustSleeps(afterStream(BusyPolling::eventsOfSeries - 1));
-  expectGathers(afterStream(BusyPolling::eventsOfSeries));
-  expectGathers(afterStream(manyEvents));
+TEST(BusyPolling, SleepsWhileOnlyOneEndSpeaks) {
+  expectSleeps(afterStream(BusyPolling::eventsOfSeries));
+  expectSleeps(afterStream(manyEvents));
 }
 
 TEST(BusyPolling, ADialogueEndsWhenOneEndGoesOnSpeakingOrAnythingElseHappens) {
   BusyPolling polling = afterTurns(manyEvents);
   polling.noteTurn(client, 10us);
-  expectGathers(polling);
+  expectSleeps(polling);
   polling = afterTurns(manyEvents);
   polling.noteOther(10us);
-  expectGathers(polling);
+  expectSleeps(polling);
 }
 
 TEST(BusyPolling, StaysAwakeWhileALongAnswerGoesBy) {
@@ -85,7 +73,7 @@ TEST(BusyPolling, StaysAwakeWhileALongAnswerGoesBy) {
   // Its next part, with which it ends.
   polling.noteTurn(server, 10us);
   polling.notePassing(Passing::shortMessages);
-  expectJustSleeps(polling);
+  expectSleeps(polling);
 }
 
 TEST(BusyPolling, StaysAwakeForAShortWhileAmidALongRequestEvenInADialogue) {
@@ -93,7 +81,6 @@ TEST(BusyPolling, StaysAwakeForAShortWhileAmidALongRequestEvenInADialogue) {
     polling.noteTurn(client, 10us);
     polling.notePassing(Passing::longRequest);
     EXPECT_EQ(polling.patience(), BusyPolling::longestPause);
-    EXPECT_FALSE(polling.isStream());
   }
 }
 
@@ -119,7 +106,7 @@ TEST(BusyPolling, SleepsBetweenThirtyPicturesASecond) {
     polling.noteTurn(client, 33ms);
     for (const int answering : {server, composing, server}) {
       polling.noteTurn(answering, 50us);
-      expectJustSleeps(polling);
+      expectSleeps(polling);
     }
   }
 }

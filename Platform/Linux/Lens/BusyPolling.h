@@ -4,8 +4,8 @@
 // longer than most answers do. So while two ends promptly take turns, or a long message goes by, the proxy stays awake:
 // nobody has anything to do before it has passed on what comes.
 //
-// In a stream of short messages both ends are at work. There the proxy sleeps, and even waits for more when it has
-// woken up, so that what it passes on comes in larger pieces and wakes up others less often.
+// In a stream of short messages both ends are at work. There the proxy sleeps: what has piled up until it has woken up
+// goes on in one piece, which wakes up others less often.
 //
 // Threads: one at a time.
 #pragma once
@@ -27,15 +27,11 @@ class BusyPolling {
   // As long as a program takes for the next piece of a long request. One that takes longer has lost its processor, as
   // may have the server, and gets it back sooner when nobody else is awake.
   static constexpr Duration longestPause = std::chrono::microseconds(10);
-  // As long as a program takes for a few pieces of a stream.
-  static constexpr Duration longestGathering = std::chrono::microseconds(20);
   // A program that captures a picture now and then causes fewer events for one.
   static constexpr int eventsOfSeries = 4;
 
   // How long to poll before going to sleep.
   [[nodiscard]] Duration patience() const;
-  // Whether short messages follow each other in one direction.
-  [[nodiscard]] bool isStream() const { return shortWaits_ >= eventsOfSeries && patience() == Duration::zero(); }
 
   // A descriptor that could be read, and nothing else, has ended the wait.
   void noteTurn(int descriptor, Duration waited);

@@ -1,7 +1,6 @@
 #include "Platform/Linux/Lens/Poller.h"
 
 #include <sys/epoll.h>
-#include <sys/ioctl.h>
 
 #include <algorithm>
 #include <chrono>
@@ -24,20 +23,6 @@ int timeUntil(std::optional<Clock::time_point> deadline) {
 
 // Polling would keep the only processor from whoever is waited for.
 bool canPollBusily() { return std::thread::hardware_concurrency() > 1; }
-
-// Less is no part of a long stream; more would only wait here instead of there.
-constexpr int leastToGather = 8 * 1024;
-constexpr int mostToGather = 64 * 1024;
-
-// Gives way to whoever sends, until there is enough to read or it has taken too long.
-void gather(int descriptor) {
-  const auto end = Clock::now() + BusyPolling::longestGathering;
-  int waiting = 0;
-  while (::ioctl(descriptor, FIONREAD, &waiting) == 0 && waiting >= leastToGather && waiting < mostToGather &&
-         Clock::now() < end) {
-    std::this_thread::yield();
-  }
-}
 
 }  // namespace
 
@@ -67,12 +52,10 @@ int Poller::next(Events& events, std::optional<Clock::time_point> deadline) {
   const auto begin = Clock::now();
   const auto waited = [&] { return Clock::now() - begin; };
   int count = 0;
-  const bool wasStream = busyPolling_.isStream();
   while (count == 0 && waited() < busyPolling_.patience()) count = poll(0);
   if (count == 0) count = poll(timeUntil(deadline));
   if (count == 1 && events[0].events == EPOLLIN) {
     busyPolling_.noteTurn(events[0].data.fd, waited());
-    if (wasStream && busyPolling_.isStream()) gather(events[0].data.fd);
   } else {
     busyPolling_.noteOther(waited());
   }
