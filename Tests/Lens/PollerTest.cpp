@@ -1,11 +1,15 @@
 #include "Platform/Linux/Lens/Poller.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/timerfd.h>
 #include <unistd.h>
 
+#include <array>
 #include <chrono>
+#include <cstdint>
 #include <ctime>
+#include <span>
 #include <thread>
 
 #include "Tests/Lens/SocketPair.h"
@@ -29,6 +33,29 @@ std::chrono::nanoseconds processorTime() {
   return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
+// How often this thread has gone to sleep.
+long sleeps() {
+  rusage usage{};
+  EXPECT_EQ(::getrusage(RUSAGE_THREAD, &usage), 0);
+  return usage.ru_nvcsw;
+}
+
+class Timer {
+ public:
+  void start(std::chrono::nanoseconds delay) {
+    const itimerspec later{.it_interval = {}, .it_value = {.tv_sec = 0, .tv_nsec = delay.count()}};
+    EXPECT_EQ(::timerfd_settime(descriptor_.get(), 0, &later, nullptr), 0);
+  }
+  void stop() {
+    std::uint64_t count = 0;
+    EXPECT_EQ(::read(descriptor_.get(), &count, sizeof count), static_cast<ssize_t>(sizeof count));
+  }
+  [[nodiscard]] int descriptor() const { return descriptor_.get(); }
+
+ private:
+  FileDescriptor descriptor_{::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC)};
+};
+
 // Passes letters between two that answer each other.
 class PollerTest : public testing::Test {
  protected:
@@ -51,6 +78,21 @@ class PollerTest : public testing::Test {
     }
   }
 
+  // How often the poller has gone to sleep while they spoke in turn, once they had done so for a while.
+  long sleepsWhileTheySpeak(std::span<Timer> speakers) {
+    for (Timer& each : speakers) poller_.add(each.descriptor(), EPOLLIN, [&each](std::uint32_t) { each.stop(); });
+    constexpr std::size_t turnsBefore = BusyPolling::eventsOfSeries + 1;
+    constexpr std::size_t turnsCounted = 20;
+    long before = 0;
+    for (std::size_t turn = 0; turn < turnsBefore + turnsCounted; ++turn) {
+      if (turn == turnsBefore) before = sleeps();
+      speakers[turn % speakers.size()].start(BusyPolling::longestAnswer / 4);
+      poller_.wait();
+    }
+    for (Timer& each : speakers) poller_.remove(each.descriptor());
+    return sleeps() - before;
+  }
+
   SocketPair first_;
   SocketPair second_;
   Poller poller_;
@@ -60,15 +102,27 @@ TEST_F(PollerTest, PassesALongDialogue) { dialogue(2000); }
 
 TEST_F(PollerTest, FallsAsleepSoonAfterADialogueAndHearsWhatComesLater) {
   dialogue(2000);
-  const FileDescriptor timer(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC));
-  const itimerspec later{.it_interval = {}, .it_value = {.tv_sec = 0, .tv_nsec = 300'000'000}};
-  ASSERT_EQ(::timerfd_settime(timer.get(), 0, &later, nullptr), 0);
+  Timer timer;
+  timer.start(300ms);
   bool isHeard = false;
-  poller_.add(timer.get(), EPOLLIN, [&](std::uint32_t) { isHeard = true; });
+  poller_.add(timer.descriptor(), EPOLLIN, [&](std::uint32_t) { isHeard = true; });
   const auto before = processorTime();
   poller_.wait();
   EXPECT_TRUE(isHeard);
   EXPECT_LT(processorTime() - before, 30ms);
+}
+
+// Nobody but this thread takes part, so a busy machine can only delay a turn. Then there is another dialogue.
+TEST_F(PollerTest, DoesNotSleepAmidADialogueWhereThereIsAnotherProcessor) {
+  if (std::thread::hardware_concurrency() < 2) GTEST_SKIP() << "one processor";
+  std::array<Timer, 2> speakers;
+  const auto deadline = Poller::Clock::now() + 10s;
+  while (sleepsWhileTheySpeak(speakers) > 0) ASSERT_LT(Poller::Clock::now(), deadline);
+}
+
+TEST_F(PollerTest, SleepsAmidAStreamOfShortMessages) {
+  std::array<Timer, 1> speakers;
+  EXPECT_GT(sleepsWhileTheySpeak(speakers), 0);
 }
 
 TEST_F(PollerTest, WaitsNoLongerThanUntilTheDeadline) {
