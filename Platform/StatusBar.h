@@ -49,7 +49,7 @@ struct MenuItem {
   std::string keyEquivalent;                               // one lower-case letter, or none
   std::optional<std::uint32_t> keyEquivalentModifierMask;  // absent: the desktop's default
   std::optional<bool> isEnabled;                           // a wish; with an action the item is enabled all the same
-  ControlState state = ControlState::off;
+  std::optional<ControlState> state;                       // absent: it never has a check mark
   std::int64_t tag = 0;
   std::vector<MenuItem> submenu;
 };

@@ -105,7 +105,7 @@ NSMenuItem* Menu::makeItem(MenuItem value) {
   if (item->action) setTarget(made, item);
   if (item->keyEquivalentModifierMask) made.keyEquivalentModifierMask = *item->keyEquivalentModifierMask;
   if (item->isEnabled) made.enabled = *item->isEnabled;
-  made.state = static_cast<NSControlStateValue>(item->state);
+  made.state = static_cast<NSControlStateValue>(item->state.value_or(ControlState::off));
   made.tag = item->tag;
   if (!item->submenu.empty()) {
     NSMenu* submenu = [[NSMenu alloc] init];

@@ -4,8 +4,13 @@
 #include <QDBusArgument>
 #include <QMenu>
 #include <QPixmap>
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "Platform/Linux/Desktop/DesktopStatusBar.h"
 #include "Platform/Linux/Desktop/DesktopStatusItem.h"
@@ -25,29 +30,28 @@ constexpr std::uint32_t allModifiers = modifierflags::control | modifierflags::o
 // Fills the menu anew at each opening, as the application does.
 class Delegate : public MenuDelegate {
  public:
-  void menuWillOpen(platform::Menu& menu) override {
-    calls += "open ";
-    menu.removeAllItems();
-    menu.addItem(titled("Quillfade · idle"));
+  Delegate() {
     MenuItem separator;
     separator.isSeparator = true;
-    menu.addItem(separator);
     MenuItem command = choosable("Hide Annotations");
     command.keyEquivalent = "d";
     command.keyEquivalentModifierMask = allModifiers;
     command.isEnabled = false;  // a wish that its action overrules
     command.state = ControlState::on;
-    menu.addItem(command);
     MenuItem mode = titled("Mode");
     mode.submenu.push_back(choosable("Solid cover"));
     mode.submenu.back().tag = 1;
-    menu.addItem(mode);
+    mode.submenu.back().state = ControlState::off;
+    items = {titled("Quillfade · idle"), separator, command, mode};
+  }
+
+  void menuWillOpen(platform::Menu& menu) override {
+    calls += "open ";
+    menu.removeAllItems();
+    for (const MenuItem& item : items) menu.addItem(item);
   }
   void menuDidClose(platform::Menu&) override { calls += "close "; }
 
-  std::string calls;
-
- private:
   static MenuItem titled(const char* title) {
     MenuItem item;
     item.title = title;
@@ -58,6 +62,9 @@ class Delegate : public MenuDelegate {
     item.action = [this](const MenuItem& chosen) { calls += chosen.title + "/" + std::to_string(chosen.tag) + " "; };
     return item;
   }
+
+  std::string calls;
+  std::vector<MenuItem> items;
 };
 
 // A tray's host here shows nothing on screen.
@@ -97,6 +104,16 @@ class StatusBarTest : public qt::Test {
   std::shared_ptr<Delegate> delegate = std::make_shared<Delegate>();
   std::shared_ptr<StatusItem> item;
 };
+
+// Of all lines, a line's own before those of its submenu.
+std::vector<int> identifiers(const std::vector<qt::ShownItem>& lines) {
+  std::vector<int> result;
+  for (const auto& line : lines) {
+    result.push_back(line.id);
+    std::ranges::copy(identifiers(line.children), std::back_inserter(result));
+  }
+  return result;
+}
 
 // How many pixels of a picture have any ink, and whether all of that ink has this colour.
 struct Ink {
@@ -225,6 +242,48 @@ TEST_F(StatusBarTest, EachOpeningShowsTheSameItemsOnce) {
     tray->event(0, QStringLiteral("closed"));
   }
   EXPECT_EQ(calls(), "open close open close open close ");
+}
+
+TEST_F(StatusBarTest, LinesThatLookDifferentAtTheNextOpeningStayWhereTheyAre) {
+  showQuietItem();
+  const auto before = tray->items();
+  const auto revision = tray->menuRevision();
+  auto& items = delegate->items;
+  items[0].title = "Quillfade · annotations hidden";
+  items[2].state = ControlState::off;
+  items[2].action = {};
+  items[3].submenu[0] = delegate->choosable("Solid");
+  items[3].submenu[0].tag = 7;
+  items[3].submenu[0].state = ControlState::on;
+  tray->aboutToShow();
+  const auto now = tray->items();
+  EXPECT_EQ(now[0].title(), "Quillfade · annotations hidden");
+  EXPECT_FALSE(now[2].isChecked());
+  EXPECT_FALSE(now[2].isEnabled());
+  EXPECT_TRUE(now[3].children[0].isChecked());
+  EXPECT_EQ(identifiers(now), identifiers(before));
+  EXPECT_EQ(tray->menuRevision(), revision) << "A host would lose the menu that it is opening.";
+  tray->event(now[3].children[0].id, QStringLiteral("clicked"));
+  EXPECT_TRUE(qt::runUntil([&] { return calls() == "open close Solid/7 "; })) << calls();
+}
+
+TEST_F(StatusBarTest, LinesThatAreOfAnotherKindAtTheNextOpeningTakeThePlaceOfTheEarlierOnes) {
+  showQuietItem();
+  auto& items = delegate->items;
+  const auto titles = [this] {
+    tray->aboutToShow();
+    std::vector<std::string> result;
+    for (const auto& line : tray->items()) result.push_back(line.isSeparator() ? "-" : line.title());
+    return result;
+  };
+  std::swap(items[1], items[3]);
+  EXPECT_EQ(titles(), (std::vector<std::string>{"Quillfade · idle", "Mode", "Hide Annotations", "-"}));
+  items.insert(items.begin(), delegate->choosable("Peek"));
+  EXPECT_EQ(titles(), (std::vector<std::string>{"Peek", "Quillfade · idle", "Mode", "Hide Annotations", "-"}));
+  items.erase(items.begin() + 1, items.begin() + 3);
+  EXPECT_EQ(titles(), (std::vector<std::string>{"Peek", "Hide Annotations", "-"}));
+  items.clear();
+  EXPECT_EQ(titles(), std::vector<std::string>());
 }
 
 TEST_F(StatusBarTest, AChosenItemRunsAfterTheMenuHasClosedEvenIfTheHostDoesNotSaySo) {

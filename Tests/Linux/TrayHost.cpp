@@ -128,8 +128,13 @@ void TrayHost::activateItem(int x, int y) { call(itemPath, itemInterface, QStrin
 void TrayHost::aboutToShow() { call(menuPath(), menuInterface, QStringLiteral("AboutToShow"), {0}); }
 
 std::vector<ShownItem> TrayHost::items() {
-  const QDBusMessage reply = call(menuPath(), menuInterface, QStringLiteral("GetLayout"), {0, -1, QStringList()});
-  return parse(reply.arguments().value(1).value<QDBusArgument>()).children;
+  return parse(layout().arguments().value(1).value<QDBusArgument>()).children;
+}
+
+unsigned TrayHost::menuRevision() { return layout().arguments().value(0).toUInt(); }
+
+QDBusMessage TrayHost::layout() {
+  return call(menuPath(), menuInterface, QStringLiteral("GetLayout"), {0, -1, QStringList()});
 }
 
 void TrayHost::event(int id, const QString& name) {

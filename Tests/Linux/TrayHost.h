@@ -44,6 +44,8 @@ class TrayHost {
 
   void aboutToShow();
   [[nodiscard]] std::vector<ShownItem> items();
+  // Another one each time that the host has been told to read the lines anew.
+  [[nodiscard]] unsigned menuRevision();
   void event(int id, const QString& name);
 
  private:
@@ -52,6 +54,7 @@ class TrayHost {
   QDBusMessage call(const QString& path, const QString& interface, const QString& method,
                     const QVariantList& arguments);
   [[nodiscard]] QString menuPath();
+  QDBusMessage layout();
 
   QString name_;
   QThread thread_;

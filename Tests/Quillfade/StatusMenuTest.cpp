@@ -17,7 +17,7 @@ struct Row {
   std::string key = "";
   std::optional<std::uint32_t> mask = std::nullopt;
   std::optional<bool> enabledFlag = std::nullopt;
-  ControlState state = ControlState::off;
+  std::optional<ControlState> state = std::nullopt;
   bool hasAction = true;
   bool isSeparator = false;
   std::size_t submenuSize = 0;
@@ -26,8 +26,8 @@ struct Row {
 
 void PrintTo(const Row& row, std::ostream* out) {
   *out << (row.isSeparator ? "---" : row.title) << " key " << row.key << " mask " << row.mask.value_or(0) << " state "
-       << static_cast<int>(row.state) << " action " << row.hasAction << " flag "
-       << (row.enabledFlag ? (*row.enabledFlag ? "on" : "off") : "none") << " submenu " << row.submenuSize;
+       << (row.state ? (row.state == ControlState::on ? "on" : "off") : "none") << " action " << row.hasAction
+       << " flag " << (row.enabledFlag ? (*row.enabledFlag ? "on" : "off") : "none") << " submenu " << row.submenuSize;
 }
 
 const Row separator{.title = "", .hasAction = false, .isSeparator = true};
@@ -65,16 +65,17 @@ TEST_F(StatusMenu, WithTheCoverOffItHoldsTheseItems) {
   launch();
   EXPECT_THAT(
       rows(opened()),
-      ElementsAre(Row{.title = "Quillfade · idle", .enabledFlag = false, .hasAction = false}, separator,
-                  Row{.title = "Hide Annotations", .key = "d", .mask = controlOptionCommand},
-                  Row{.title = "Peek for 5 Seconds", .key = "p", .mask = controlOptionCommand, .enabledFlag = false},
-                  separator, Row{.title = "Whole Screen", .key = "f", .mask = controlOptionCommand},
-                  Row{.title = "Select Area…", .key = "a", .mask = controlOptionCommand},
-                  Row{.title = "Area: whole screen", .enabledFlag = false, .hasAction = false}, separator,
-                  Row{.title = "Mode", .hasAction = false, .submenuSize = 2},
-                  Row{.title = "Show Outline", .state = ControlState::on}, separator, Row{.title = "Launch at Login"},
-                  Row{.title = "About Quillfade"}, separator,
-                  Row{.title = "Quit Quillfade", .key = "q", .mask = 0x100000}));
+      ElementsAre(
+          Row{.title = "Quillfade · idle", .enabledFlag = false, .hasAction = false}, separator,
+          Row{.title = "Hide Annotations", .key = "d", .mask = controlOptionCommand, .state = ControlState::off},
+          Row{.title = "Peek for 5 Seconds", .key = "p", .mask = controlOptionCommand, .enabledFlag = false}, separator,
+          Row{.title = "Whole Screen", .key = "f", .mask = controlOptionCommand},
+          Row{.title = "Select Area…", .key = "a", .mask = controlOptionCommand},
+          Row{.title = "Area: whole screen", .enabledFlag = false, .hasAction = false}, separator,
+          Row{.title = "Mode", .hasAction = false, .submenuSize = 2},
+          Row{.title = "Show Outline", .state = ControlState::on}, separator,
+          Row{.title = "Launch at Login", .state = ControlState::off}, Row{.title = "About Quillfade"}, separator,
+          Row{.title = "Quit Quillfade", .key = "q", .mask = 0x100000}));
 }
 
 TEST_F(StatusMenu, WithTheCoverOnItSaysSo) {

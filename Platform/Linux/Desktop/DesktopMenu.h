@@ -6,8 +6,10 @@
 
 #include <QMenu>
 #include <memory>
+#include <utility>
 #include <vector>
 
+#include "Platform/Linux/Desktop/MenuLines.h"
 #include "Platform/Linux/Desktop/MenuSession.h"
 #include "Platform/StatusBar.h"
 
@@ -18,8 +20,9 @@ class DesktopMenu : public Menu {
   DesktopMenu(RunLoop& runLoop, HostMenus& hostMenus);
 
   void setDelegate(std::weak_ptr<MenuDelegate> delegate) override { delegate_ = std::move(delegate); }
-  void removeAllItems() override;
-  void addItem(MenuItem item) override;
+  // What these change shows at the next opening.
+  void removeAllItems() override { items_.clear(); }
+  void addItem(MenuItem item) override { items_.push_back(std::move(item)); }
 
   [[nodiscard]] QMenu& qtMenu() { return menu_; }
   // Fills it once without showing it: some hosts ask for the lines before they announce the first opening, and show a
@@ -31,13 +34,14 @@ class DesktopMenu : public Menu {
   void hostVanished() { session_.close(); }
 
  private:
-  void append(QMenu& menu, MenuItem item);
-  void appendSubmenu(QMenu& menu, const MenuItem& item);
+  void willOpen();
+  void choose(const std::shared_ptr<const MenuItem>& item);
 
   RunLoop& runLoop_;
   std::weak_ptr<MenuDelegate> delegate_;
+  std::vector<MenuItem> items_;
   QMenu menu_;
-  std::vector<std::unique_ptr<QMenu>> submenus_;
+  MenuLines lines_;
   bool popsUpHere_ = false;
   MenuSession session_;  // last: it may end while the rest still stands
 };

@@ -1,0 +1,42 @@
+// The lines of a Qt menu, which stay as long as they are of one kind.
+//
+// A tray's host shows the menu in its own process, and is asked to show other content when it has begun to open it.
+// Some hosts lose an open menu whose lines all go, be it that others take their place.
+//
+// Threads: main thread only. Ownership: a line of the menu is the menu's; its own menu, if it has one, is owned here.
+#pragma once
+
+#include <QMenu>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "Platform/StatusBar.h"
+
+namespace platform::x11 {
+
+class MenuLines {
+ public:
+  // With a line that was chosen.
+  using Choose = std::function<void(const std::shared_ptr<const MenuItem>&)>;
+
+  // The menu must outlive this.
+  MenuLines(QMenu& menu, Choose choose);
+  ~MenuLines();
+  MenuLines(const MenuLines&) = delete;
+  MenuLines& operator=(const MenuLines&) = delete;
+
+  void show(const std::vector<MenuItem>& items);
+
+ private:
+  struct Line;
+
+  [[nodiscard]] std::unique_ptr<Line> makeLine(const MenuItem& item);
+  static void update(Line& line, const MenuItem& item);
+
+  QMenu& menu_;
+  Choose choose_;
+  std::vector<std::unique_ptr<Line>> lines_;
+};
+
+}  // namespace platform::x11
