@@ -7,8 +7,10 @@ namespace {
 
 using testing::HasSubstr;
 
+enum class Panel { xfce, lxqt };
+
 // One panel in the top-left corner that holds nothing but the tray.
-constexpr const char* panelSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
+constexpr const char* xfceSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
   <property name="configver" type="int" value="2"/>
   <property name="panels" type="array">
@@ -25,19 +27,38 @@ constexpr const char* panelSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
 </channel>
 )";
 
-// A place inside the tray's first icon, on either tray.
+constexpr const char* lxqtSettings = R"([General]
+panels=panel1
+[panel1]
+position=Top
+alignment=-1
+panelSize=40
+width=100
+width-percent=false
+lockPanel=true
+background-color=#d8d0c0
+plugins=statusnotifier
+[statusnotifier]
+type=statusnotifier
+)";
+
+// A place inside the tray's first icon, on each tray.
 constexpr int iconX = 11;
 constexpr int iconY = 20;
 
 class TrayPrograms : public DrivenDesktop {
  protected:
-  void startPanel() {
-    support::writeFile(home_.configuration() / "xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml", panelSettings);
+  void startPanel(Panel panel = Panel::xfce) {
+    const auto settings = home_.configuration();
+    support::writeFile(settings / "xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml", xfceSettings);
+    support::writeFile(settings / "lxqt/panel.conf", lxqtSettings);
     auto environment = home_.environment(server_.display());
     environment["DBUS_SESSION_BUS_ADDRESS"] = busAddress();
     // The bus starts the service that reads the settings, in surroundings of its own.
     support::runToEnd({"dbus-update-activation-environment", "XDG_CONFIG_HOME", "HOME", "DISPLAY"}, environment);
-    tray_.emplace(std::vector<std::string>{"xfce4-panel", "--disable-wm-check"}, environment);
+    using Command = std::vector<std::string>;
+    tray_.emplace(panel == Panel::xfce ? Command{"xfce4-panel", "--disable-wm-check"} : Command{"lxqt-panel"},
+                  environment);
   }
   void startTrayer() {
     tray_.emplace(std::vector<std::string>{"trayer", "--edge", "top", "--align", "left", "--widthtype", "request",
@@ -81,16 +102,19 @@ class TrayPrograms : public DrivenDesktop {
     input_.click(iconX, iconY, button);
     EXPECT_TRUE(showsMenu());
     EXPECT_TRUE(showsTheBoardBelowTheMenu()) << "An open menu takes the cover down.";
-    keepPicture(client_.screenshot(), "menu");
+    keepPicture(client_.screenshot(), "menu-of-button-" + std::to_string(button));
     input_.press(XK_Escape);
     leaveTheIcon();
     EXPECT_TRUE(showsNoMenu());
     EXPECT_TRUE(showsCover()) << "The menu has closed.";
   }
-  // The header above it cannot be chosen.
-  void chooseTheFirstCommand(int button) {
+  void openTheMenu(int button) {
     input_.click(iconX, iconY, button);
     ASSERT_TRUE(showsMenu());
+  }
+  // The header above it cannot be chosen.
+  void chooseTheFirstCommand(int button) {
+    openTheMenu(button);
     input_.press(XK_Down);
     input_.press(XK_Return);
     leaveTheIcon();
@@ -101,19 +125,27 @@ class TrayPrograms : public DrivenDesktop {
   std::optional<support::ChildProcess> tray_;
 };
 
-TEST_F(TrayPrograms, APanelOnTheSessionBusShowsTheItemAndItsMenu) {
+class EachPanel : public TrayPrograms, public testing::WithParamInterface<Panel> {};
+
+TEST_P(EachPanel, OnTheSessionBusShowsTheItemAndItsMenu) {
   const support::WindowManager manager(server_.display());
-  startPanel();
+  startPanel(GetParam());
   start(solidOn);
   ASSERT_TRUE(showsIcon()) << tray_->output();
   ASSERT_TRUE(showsCover());
-  // The right button's menu is drawn by the panel, which never says that it closed; the left button's by the program.
+  // The right button's menu is drawn by the panel, which may never say that it closed; the left button's by the
+  // program.
   openAndCloseTheMenu(3);
   openAndCloseTheMenu(1);
   chooseTheFirstCommand(3);
   EXPECT_TRUE(showsNoCover());
   EXPECT_THAT(status(), HasSubstr("\"enabled\": false"));
+  // It has other content now.
+  openTheMenu(3);
 }
+
+INSTANTIATE_TEST_SUITE_P(Panels, EachPanel, testing::Values(Panel::xfce, Panel::lxqt),
+                         [](const auto& panel) { return panel.param == Panel::xfce ? "Xfce" : "Lxqt"; });
 
 TEST_F(TrayPrograms, AnOlderTrayShowsTheItemAndItsMenuWithEitherButton) {
   // The tray comes later, as at a login where the panel starts last.
