@@ -1,9 +1,9 @@
 // The lines of a Qt menu, which stay as long as they are of one kind.
 //
-// A tray's host shows the menu in its own process, and is asked to show other content when it has begun to open it.
-// Some hosts lose an open menu whose lines all go, be it that others take their place.
+// A tray's host shows the menu in its own process, and gets to know what it shows now when it has begun to open it.
+// Some hosts lose the menu when lines go at that moment, even if others take their place.
 //
-// Threads: main thread only. Ownership: a line of the menu is the menu's; its own menu, if it has one, is owned here.
+// Threads: main thread only. Ownership: the lines and the menus that they open belong to this.
 #pragma once
 
 #include <QMenu>
