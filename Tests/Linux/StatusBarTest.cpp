@@ -3,9 +3,11 @@
 #include <QApplication>
 #include <QDBusArgument>
 #include <QMenu>
+#include <QPainter>
 #include <QPixmap>
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -115,24 +117,28 @@ std::vector<int> identifiers(const std::vector<qt::ShownItem>& lines) {
   return result;
 }
 
-// How many pixels of a picture have any ink, and whether all of that ink has this colour.
-struct Ink {
-  int pixels = 0;
-  bool isAll = true;
-};
-bool isNear(int a, int b) { return std::abs(a - b) <= 8; }  // edges are blended
-Ink inkOf(const QIcon& icon, const QColor& color) {
-  const QImage picture = icon.pixmap(22, 22).toImage().convertToFormat(QImage::Format_ARGB32);
-  Ink ink;
+QImage picture(const QIcon& icon, int size) {
+  return icon.pixmap(size, size).toImage().convertToFormat(QImage::Format_ARGB32);
+}
+
+int countPixels(const QImage& picture, const std::function<bool(const QColor&)>& counts) {
+  int count = 0;
   for (int y = 0; y < picture.height(); ++y)
-    for (int x = 0; x < picture.width(); ++x) {
-      const QColor pixel = picture.pixelColor(x, y);
-      if (pixel.alpha() < 200) continue;
-      ++ink.pixels;
-      ink.isAll = ink.isAll && isNear(pixel.red(), color.red()) && isNear(pixel.green(), color.green()) &&
-                  isNear(pixel.blue(), color.blue());
-    }
-  return ink;
+    for (int x = 0; x < picture.width(); ++x) count += counts(picture.pixelColor(x, y)) ? 1 : 0;
+  return count;
+}
+
+// How many pixels of a large picture have nothing but this ink.
+int inkOf(const QIcon& icon, const QColor& ink) {
+  return countPixels(picture(icon, 64), [&](const QColor& pixel) { return pixel == ink; });
+}
+
+// How many pixels stand out from a panel of this colour.
+int contrastOf(const QIcon& icon, const QColor& panel) {
+  QImage shown(22, 22, QImage::Format_RGB32);
+  shown.fill(panel);
+  QPainter(&shown).drawImage(0, 0, picture(icon, 22));
+  return countPixels(shown, [&](const QColor& pixel) { return std::abs(pixel.lightness() - panel.lightness()) > 80; });
 }
 
 }  // namespace
@@ -147,13 +153,25 @@ TEST_F(StatusBarTest, ATemplateIsDrawnInTheInkThatSuitsTheBar) {
   const QColor ink(10, 200, 30);
   for (const char* name : {"pencil", "pencil.slash"}) {
     const auto image = SymbolImage::named(name, "Quillfade");
-    const Ink plain = inkOf(image->icon(ink), Qt::black);
-    EXPECT_TRUE(plain.isAll);
-    EXPECT_GT(plain.pixels, 20);
+    const int plain = inkOf(image->icon(ink), Qt::black);
+    EXPECT_GT(plain, 200);
     image->setTemplate(true);
-    const Ink tinted = inkOf(image->icon(ink), ink);
-    EXPECT_TRUE(tinted.isAll);
-    EXPECT_EQ(tinted.pixels, plain.pixels);
+    EXPECT_NEAR(inkOf(image->icon(ink), ink), plain, 10);
+  }
+}
+
+TEST_F(StatusBarTest, ATemplateStandsOutFromAPanelOfAnyShade) {
+  const QColor dark(35, 38, 41);
+  const QColor light(239, 240, 241);
+  for (const char* name : {"pencil", "pencil.slash"}) {
+    const auto image = SymbolImage::named(name, "Quillfade");
+    const int plain = contrastOf(image->icon({}), Qt::white);
+    image->setTemplate(true);
+    EXPECT_EQ(contrastOf(image->icon(Qt::black), Qt::white), plain);
+    for (const QColor ink : {QColor(Qt::black), dark, light, QColor(Qt::white)})
+      for (const QColor panel : {QColor(Qt::black), dark, QColor(Qt::gray), light, QColor(Qt::white)})
+        EXPECT_GT(contrastOf(image->icon(ink), panel), 40)
+            << name << ", " << ink.lightness() << " on " << panel.lightness();
   }
 }
 
@@ -201,8 +219,7 @@ TEST_F(StatusBarTest, TheIconFollowsTheDesktopsColours) {
     QPalette palette = before;
     palette.setColor(QPalette::WindowText, ink);
     QApplication::setPalette(palette);
-    EXPECT_TRUE(qt::runUntil([&] { return inkOf(icon->icon(), ink).isAll; }));
-    EXPECT_GT(inkOf(icon->icon(), ink).pixels, 20);
+    EXPECT_TRUE(qt::runUntil([&] { return inkOf(icon->icon(), ink) > 200; }));
   }
   QApplication::setPalette(before);
 }

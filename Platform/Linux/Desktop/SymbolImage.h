@@ -5,6 +5,7 @@
 
 #include <QColor>
 #include <QIcon>
+#include <QPixmap>
 #include <functional>
 #include <memory>
 #include <string>
@@ -20,7 +21,8 @@ class SymbolImage : public Image {
 
   void setTemplate(bool isTemplate) override;
 
-  // A template is drawn in this ink, any other picture in the drawing's own black.
+  // A template is drawn in this ink, with an edge that can be seen on a panel of the ink's own shade; any other picture
+  // in the drawing's own black.
   [[nodiscard]] QIcon icon(const QColor& ink) const;
   [[nodiscard]] const std::string& accessibilityDescription() const { return description_; }
   // At most one listener: the place where the image shows.
@@ -29,6 +31,8 @@ class SymbolImage : public Image {
  private:
   SymbolImage(QByteArray drawing, std::string description)
       : drawing_(std::move(drawing)), description_(std::move(description)) {}
+
+  [[nodiscard]] QPixmap drawn(const QColor& color, int size) const;
 
   QByteArray drawing_;  // SVG in which the ink is `currentColor`
   std::string description_;
