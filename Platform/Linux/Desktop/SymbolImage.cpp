@@ -20,14 +20,18 @@ QPixmap transparent(int size) {
 }
 
 // By the width of an edge on every side.
-QPixmap widened(const QPixmap& drawing) {
-  const double width = drawing.width() / 16.0;
-  QPixmap result = transparent(drawing.width());
-  QPainter painter(&result);
+QPixmap widened(QSvgRenderer& drawing, int size) {
+  QPixmap narrow = transparent(size);
+  QPainter narrowPainter(&narrow);
+  drawing.render(&narrowPainter);
+  narrowPainter.end();
+  QPixmap wide = transparent(size);
+  QPainter painter(&wide);
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  const double width = size / 16.0;
   for (const double x : {-width, 0.0, width})
-    for (const double y : {-width, 0.0, width}) painter.drawPixmap(QPointF(x, y), drawing);
-  return result;
+    for (const double y : {-width, 0.0, width}) painter.drawPixmap(QPointF(x, y), narrow);
+  return wide;
 }
 
 }  // namespace
@@ -44,29 +48,27 @@ void SymbolImage::setTemplate(bool isTemplate) {
 
 QIcon SymbolImage::icon(const QColor& ink) const {
   const QColor color = isTemplate_ ? ink : QColor(Qt::black);
+  QSvgRenderer drawing(drawingIn(color));
+  QSvgRenderer edge(drawingIn(color.lightnessF() < 0.5 ? Qt::white : Qt::black));
   QIcon icon;
   for (const int size : {16, 22, 24, 32, 48, 64}) {
     QPixmap pixmap = transparent(size);
     QPainter painter(&pixmap);
     if (isTemplate_) {
       painter.setOpacity(edgeOpacity);
-      painter.drawPixmap(0, 0, widened(drawn(color.lightnessF() < 0.5 ? Qt::white : Qt::black, size)));
+      painter.drawPixmap(0, 0, widened(edge, size));
       painter.setOpacity(1);
     }
-    painter.drawPixmap(0, 0, drawn(color, size));
+    drawing.render(&painter);
     painter.end();
     icon.addPixmap(pixmap);
   }
   return icon;
 }
 
-QPixmap SymbolImage::drawn(const QColor& color, int size) const {
+QByteArray SymbolImage::drawingIn(const QColor& color) const {
   QByteArray drawing = drawing_;
-  QSvgRenderer renderer(drawing.replace("currentColor", color.name(QColor::HexRgb).toUtf8()));
-  QPixmap pixmap = transparent(size);
-  QPainter painter(&pixmap);
-  renderer.render(&painter);
-  return pixmap;
+  return drawing.replace("currentColor", color.name(QColor::HexRgb).toUtf8());
 }
 
 }  // namespace platform::x11

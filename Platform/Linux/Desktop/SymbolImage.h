@@ -3,9 +3,9 @@
 // Threads: main thread only.
 #pragma once
 
+#include <QByteArray>
 #include <QColor>
 #include <QIcon>
-#include <QPixmap>
 #include <functional>
 #include <memory>
 #include <string>
@@ -32,7 +32,7 @@ class SymbolImage : public Image {
   SymbolImage(QByteArray drawing, std::string description)
       : drawing_(std::move(drawing)), description_(std::move(description)) {}
 
-  [[nodiscard]] QPixmap drawn(const QColor& color, int size) const;
+  [[nodiscard]] QByteArray drawingIn(const QColor& color) const;
 
   QByteArray drawing_;  // SVG in which the ink is `currentColor`
   std::string description_;
