@@ -3,7 +3,6 @@
 #include <QAction>
 #include <QKeySequence>
 #include <QString>
-#include <algorithm>
 #include <cstdint>
 #include <utility>
 
@@ -11,6 +10,7 @@ namespace platform::x11 {
 
 namespace {
 
+// What a host cannot be told anew of a line.
 enum class Kind : std::uint8_t { separator, submenu, toggle, plain };
 
 Kind kindOf(const MenuItem& item) {
