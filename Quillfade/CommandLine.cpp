@@ -28,8 +28,9 @@ Parsed parsePeek(const Words& words) {
   std::istringstream stream(words[1]);
   stream.imbue(std::locale::classic());
   double seconds = 0;
-  if (!(stream >> seconds) || stream.peek() != std::istringstream::traits_type::eof() ||
-      !(seconds > 0 && seconds <= longestPeek)) {
+  // Some standard libraries read hexadecimal, too.
+  if (words[1].find_first_not_of("+-.0123456789eE") != std::string::npos || !(stream >> seconds) ||
+      stream.peek() != std::istringstream::traits_type::eof() || !(seconds > 0 && seconds <= longestPeek)) {
     return std::unexpected("A peek takes a number of seconds above 0 and up to 3600, not " + quoted(words[1]) + ".");
   }
   return command::Peek{seconds};

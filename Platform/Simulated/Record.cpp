@@ -20,7 +20,7 @@ void expectFinite(const Rect& rect, const std::string& operation) {
   if (!finite) misuse(operation + " was given a rectangle that is not finite");
 }
 
-void runOnAnotherThread(const std::function<void()>& work) { std::jthread thread(work); }
+void runOnAnotherThread(const std::function<void()>& work) { std::thread(work).join(); }
 
 void Record::expectMainThread(const std::string& operation) const {
   if (std::this_thread::get_id() != mainThread_) misuse(operation + " was called off the main thread");

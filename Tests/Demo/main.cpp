@@ -157,17 +157,14 @@ void openMenu(const std::string& executable, const std::filesystem::path& output
   support::XClient client(server.display());
   support::Input input(server.display());
   const support::SessionBus bus;
-  const support::PrivateHome home;
   client.createWindow({.frame = client.screenFrame(), .color = 0x4c6a8a});
   client.sync();
-  support::ChildProcess tray(
-      {"trayer", "--edge", "top", "--align", "left", "--widthtype", "request", "--height", "32", "--expand", "false"},
-      home.environment(server.display()));
+  const support::XEmbedTray tray(server.display());
   const support::QuillfadeProgram quillfade(
       executable, server.display(),
       {.demonstration = false, .environment = {{"DBUS_SESSION_BUS_ADDRESS", bus.address()}}});
-  const auto showsInk = [&] { return client.screenshot().count(0, {0, 0, 24, 40}, 90) > 20; };
-  require(support::waitUntil(showsInk), "The icon did not come up: " + tray.output());
+  const auto showsIcon = [&] { return client.screenshot().count(0xffffff, {0, 0, 24, 40}, 90) > 20; };
+  require(support::waitUntil(showsIcon), "The icon did not come up.");
   const Picture before = client.screenshot();
   // Panels lay themselves out in their own time, so the click may come too early.
   constexpr PixelRect menu{30, 45, 200, 150};

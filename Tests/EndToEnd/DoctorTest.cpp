@@ -24,17 +24,14 @@ class Doctor : public DrivenDesktop {
     return {status, doctor.output()};
   }
   void prepareLog() { std::filesystem::create_directories(home_.path() / "Library/Logs"); }
-  void startTray() {
-    tray_.emplace(std::vector<std::string>{"trayer"}, home_.environment(server_.display()));
-    ASSERT_TRUE(support::waitUntil([&] { return client_.selectionOwner("_NET_SYSTEM_TRAY_S0") != XCB_NONE; }));
-  }
+  void startTray() { tray_.emplace(server_.display()); }
   // The line about a subject, with the fix below it.
   static auto says(const std::string& state, const std::string& subject, const std::string& detail) {
     return ContainsRegex(state + " +" + subject + " +[^\n]*" + detail);
   }
 
   support::PrivateHome home_;
-  std::optional<support::ChildProcess> tray_;
+  std::optional<support::XEmbedTray> tray_;
 };
 
 TEST_F(Doctor, OnADesktopWithEverythingItEndsWithSuccess) {
@@ -61,7 +58,7 @@ TEST_F(Doctor, WithoutATrayItSaysSoAndWhatToDo) {
   const Answer answer = examine();
   EXPECT_EQ(answer.status, 1);
   EXPECT_THAT(answer.output, says("problem", "Tray", "no program shows tray icons"));
-  EXPECT_THAT(answer.output, HasSubstr("trayer"));
+  EXPECT_THAT(answer.output, HasSubstr("tint2"));
   EXPECT_THAT(answer.output, says("note", "Log", "Library/Logs"));
   EXPECT_THAT(answer.output, HasSubstr("mkdir -p " + (home_.path() / "Library/Logs").string()));
 }

@@ -60,15 +60,11 @@ class TrayPrograms : public DrivenDesktop {
     tray_.emplace(panel == Panel::xfce ? Command{"xfce4-panel", "--disable-wm-check"} : Command{"lxqt-panel"},
                   environment);
   }
-  void startTrayer() {
-    tray_.emplace(std::vector<std::string>{"trayer", "--edge", "top", "--align", "left", "--widthtype", "request",
-                                           "--height", "32", "--expand", "false"},
-                  home_.environment(server_.display()));
+  [[nodiscard]] std::size_t inkOfIcon(const Picture& screen) const {
+    return screen.count(iconColor_, {0, 0, 24, 40}, 90);
   }
-  // The dark strokes of the icon.
-  [[nodiscard]] static std::size_t inkOfIcon(const Picture& screen) { return screen.count(0, {0, 0, 24, 40}, 90); }
   [[nodiscard]] bool showsIcon() {
-    return shows([](const Picture& screen) { return inkOfIcon(screen) > 20; }) && stands({0, 0, 200, 60});
+    return shows([this](const Picture& screen) { return inkOfIcon(screen) > 20; }) && stands({0, 0, 200, 60});
   }
   // Panels lay themselves out in their own time, and fill a menu anew when it is on screen already.
   [[nodiscard]] bool stands(const PixelRect& part) {
@@ -124,6 +120,7 @@ class TrayPrograms : public DrivenDesktop {
 
   support::PrivateHome home_;
   std::optional<support::ChildProcess> tray_;
+  std::uint32_t iconColor_ = 0x000000;  // of its strokes on the light panels
 };
 
 class EachPanel : public TrayPrograms, public testing::WithParamInterface<Panel> {};
@@ -151,8 +148,9 @@ INSTANTIATE_TEST_SUITE_P(Panels, EachPanel, testing::Values(Panel::xfce, Panel::
 TEST_F(TrayPrograms, AnOlderTrayShowsTheItemAndItsMenuWithEitherButton) {
   // The tray comes later, as at a login where the panel starts last.
   start(solidOn);
-  startTrayer();
-  ASSERT_TRUE(showsIcon()) << tray_->output();
+  const support::XEmbedTray tray(server_.display());
+  iconColor_ = 0xffffff;
+  ASSERT_TRUE(showsIcon());
   ASSERT_TRUE(showsCover());
   openAndCloseTheMenu(1);
   openAndCloseTheMenu(3);
@@ -168,7 +166,7 @@ TEST_F(TrayPrograms, APanelThatIsStartedAnewShowsTheItemAgain) {
     startPanel();
     EXPECT_TRUE(showsIcon()) << tray_->output();
     tray_.reset();
-    EXPECT_TRUE(shows([](const Picture& screen) { return inkOfIcon(screen) == 0; }));
+    EXPECT_TRUE(shows([this](const Picture& screen) { return inkOfIcon(screen) == 0; }));
   }
 }
 

@@ -72,6 +72,31 @@ void CompositingManager::stop() {
   }
 }
 
+XEmbedTray::XEmbedTray(const std::string& display) {
+  // Black, as tint2 leaves the ground of the icons black, too.
+  const auto settings = home_.configuration() / "tint2/tint2rc";
+  writeFile(settings,
+            "rounded = 0\n"
+            "border_width = 0\n"
+            "background_color = #000000 100\n"
+            "panel_items = S\n"
+            "panel_size = 0 40\n"
+            "panel_position = top left horizontal\n"
+            "panel_shrink = 1\n"
+            "panel_padding = 0 0 0\n"
+            "panel_background_id = 1\n"
+            "systray_padding = 0 0 0\n"
+            "systray_icon_size = 24\n");
+  // It waits for fifteen seconds for a window manager that says this.
+  XClient client(display);
+  client.setNumbers(client.root(), "_NET_NUMBER_OF_DESKTOPS", "CARDINAL", {1});
+  client.sync();
+  process_.emplace(std::vector<std::string>{"tint2", "-c", settings.string()}, home_.environment(display));
+  if (!waitUntil([&] { return client.selectionOwner("_NET_SYSTEM_TRAY_S0") != XCB_NONE; })) {
+    throw std::runtime_error("The tray did not come up: " + process_->output());
+  }
+}
+
 SessionBus::SessionBus() {
   const std::string wanted = "unix:path=" + (directory_.path() / "bus").string();
   process_.emplace(std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",

@@ -1,4 +1,4 @@
-// The other programs of a desktop: a window manager, a compositing manager, a session bus.
+// The other programs of a desktop: a window manager, a compositing manager, a session bus, a tray.
 //
 // Ownership: each ends with its object. Each is ready when its constructor returns, or the constructor throws.
 // None of them reads or writes the developer's own configuration.
@@ -59,6 +59,17 @@ class CompositingManager {
 
  private:
   std::string display_;
+  PrivateHome home_;
+  std::optional<ChildProcess> process_;
+};
+
+// tint2 with nothing but a tray of the older kind, which takes the icons' windows in: 40 pixels high, in the top-left
+// corner. It needs no session bus.
+class XEmbedTray {
+ public:
+  explicit XEmbedTray(const std::string& display);
+
+ private:
   PrivateHome home_;
   std::optional<ChildProcess> process_;
 };

@@ -49,6 +49,10 @@ bool writeEntries(FILE* file, int displayNumber, Credential& credential) {
   return isLocalWritten && XauWriteAuth(file, &entry) != 0 && std::fflush(file) == 0;
 }
 
+struct CloseFile {
+  void operator()(FILE* file) const { std::fclose(file); }
+};
+
 }  // namespace
 
 std::expected<PrivateAuthority, Error> PrivateAuthority::make(int displayNumber) {
@@ -64,8 +68,7 @@ std::expected<PrivateAuthority, Error> PrivateAuthority::make(int displayNumber)
     return std::unexpected(Error{"The system has no random numbers."});
   }
   const int descriptor = ::open(authority.path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-  const std::unique_ptr<FILE, decltype(&std::fclose)> file(descriptor < 0 ? nullptr : ::fdopen(descriptor, "wb"),
-                                                           &std::fclose);
+  const std::unique_ptr<FILE, CloseFile> file(descriptor < 0 ? nullptr : ::fdopen(descriptor, "wb"));
   if (!file || !writeEntries(file.get(), displayNumber, authority.credential_)) {
     return std::unexpected(systemError("Cannot write", authority.path_, errno));
   }
