@@ -4,8 +4,10 @@ PREFIX ?= /usr/local
 
 SECONDS ?= 60
 MINUTES ?= 10
+SUITES ?= bookworm trixie testing
 
-.PHONY: build install deb check-deb test bench coverage fuzz mutate soak asan tsan format lint check-mac app clean help
+.PHONY: build install deb check-deb check-debian test bench coverage fuzz mutate soak asan tsan format lint check-mac \
+        app clean help
 
 build: ## the program, optimised: build/quillfade
 	cmake --preset release
@@ -30,29 +32,32 @@ check-deb: deb ## the same, held against Debian's own rules (needs lintian) and 
 test: ## every test, the static checks included
 	./test
 
+check-debian: ## ./run and ./test in bare roots of Debian 12, 13 and testing, as root; KEEP=DIRECTORY keeps them
+	status=0; for suite in $(SUITES); do Scripts/try-debian $(if $(KEEP),--keep $(KEEP)) $$suite || status=1; done; exit $$status
+
 bench: ## measures against other programs, which takes forty minutes; QUICK=1: a few minutes; ONLY=typing: just that
 	./setup bench
-	cmake --preset release
-	cmake --build --preset release --target bench
-	build/release/Benchmarks/bench $(if $(QUICK),--quick) $(if $(ONLY),--only $(ONLY)) \
+	cmake --preset bench
+	cmake --build --preset bench --target bench
+	build/bench/Benchmarks/bench $(if $(QUICK),--quick) $(if $(ONLY),--only $(ONLY)) \
 	  --json build/bench.json --svg build/bench.svg
 
 coverage: ## every test, and how much of the code they reach
-	./setup
+	./setup test
 	Scripts/coverage
 
 fuzz: ## every fuzzer for SECONDS (60) each
-	./setup
+	./setup test
 	Scripts/fuzz $(SECONDS)
 
 soak: ## a cover in use for MINUTES (10): is everything as after the first minute?
-	./setup
+	./setup test
 	cmake --preset release
 	cmake --build --preset release --target quillfade quillfade-soak
-	build/release/Tests/quillfade-soak build/release/Platform/Linux/quillfade $(MINUTES) build/soak
+	build/release/Tests/Support/quillfade-soak build/release/Platform/Linux/quillfade $(MINUTES) build/soak
 
 mutate: ## flips each comparison and constant of the rules in turn: a test must notice
-	./setup
+	./setup test
 	Scripts/mutate
 
 asan: ## the tests with the address and undefined-behaviour sanitizers
