@@ -33,7 +33,7 @@ struct CaptureWindow {
   Rect frame;                    // points, global space
   bool isOnScreen = false;
   std::optional<RunningApplication> owningApplication;
-  std::vector<std::string> classes{};  // further names that its program gave it; none where windows have none
+  std::vector<std::string> names{};  // what it is called besides, the most fitting first; none where windows have none
   friend bool operator==(const CaptureWindow&, const CaptureWindow&) = default;
 };
 

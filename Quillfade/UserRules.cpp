@@ -79,7 +79,7 @@ class Reading {
 bool concerns(const WindowRule& rule, const platform::CaptureWindow& window) {
   const auto matches = [&](const std::string& name) { return matchesPattern(name, rule.pattern); };
   return (window.owningApplication && matches(window.owningApplication->bundleIdentifier)) ||
-         std::ranges::any_of(window.classes, matches);
+         std::ranges::any_of(window.names, matches);
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ struct UserRules {
 
 [[nodiscard]] UserRules userRules(platform::RulesFile& file);
 
-// The rule that decides about a window by its owner's identifier or one of its classes; null when none does. A rule
+// The rule that decides about a window by its owner's identifier or one of its names; null when none does. A rule
 // without wildcards goes before one with them; among those, one that leaves out before one that keeps.
 [[nodiscard]] const WindowRule* ruleFor(const platform::CaptureWindow& window, const std::vector<WindowRule>& rules);
 

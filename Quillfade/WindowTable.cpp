@@ -36,13 +36,18 @@ std::string reasonText(Judgement judgement, const platform::CaptureWindow& windo
   return text;
 }
 
+std::string ownerText(const platform::CaptureWindow& window) {
+  const std::string name = window.names.empty() ? "?" : window.names.front();
+  return escapedText(ownerIdentifier(window).value_or(name));
+}
+
 Row rowOf(const platform::CaptureWindow& window, const platform::Screen& screen,
           const std::optional<std::string>& ownIdentifier, const std::vector<WindowRule>& rules) {
   const Judgement judgement = judge(window, screen, ownIdentifier, rules);
   const double coverage =
       100 * window.frame.width() * window.frame.height() / (screen.frame.width() * screen.frame.height());
   return {std::to_string(window.windowID),
-          escapedText(ownerIdentifier(window).value_or("?")),
+          ownerText(window),
           std::to_string(window.windowLayer),
           wholeText(window.frame.width()) + "x" + wholeText(window.frame.height()),
           wholeText(coverage, "%"),

@@ -41,13 +41,31 @@ INSTANTIATE_TEST_SUITE_P(
                     OwnerCase{"Webex", "Webex", "", "com.cisco.webexmeetingsapp"},
                     OwnerCase{"", "", "CiscoCollabHost", "com.cisco.webexmeetingsapp"},
                     OwnerCase{"discord", "discord", "", "com.hnc.Discord"},
-                    OwnerCase{"crx", "SLACK", "", "com.tinyspeck.slackmacgap"}));
+                    OwnerCase{"crx", "SLACK", "", "com.tinyspeck.slackmacgap"},
+                    OwnerCase{"teams for linux", "Teams for Linux", "", "com.microsoft.teams2"},
+                    OwnerCase{"skype", "Skype", "", "com.skype.skype"},
+                    OwnerCase{"", "", "skypeforlinux", "com.skype.skype"},
+                    OwnerCase{"", "us.zoom.Zoom", "", "us.zoom.xos"},
+                    OwnerCase{"", "com.slack.Slack", "", "com.tinyspeck.slackmacgap"},
+                    OwnerCase{"", "com.discordapp.Discord", "", "com.hnc.Discord"}));
+
+// The rules take every identifier for a conferencing program's that has such a program's name anywhere in it.
+INSTANTIATE_TEST_SUITE_P(ProgramsWhoseNameHoldsAConferencingProgramsName, Owner,
+                         testing::Values(OwnerCase{"xzoom", "XZoom", "", std::nullopt},
+                                         OwnerCase{"", "", "xzoom", std::nullopt},
+                                         OwnerCase{"zoomify", "Zoomify", "", std::nullopt},
+                                         OwnerCase{"TeamSpeak", "TeamSpeak", "", std::nullopt},
+                                         OwnerCase{"", "com.teamspeak.TeamSpeak", "", std::nullopt},
+                                         OwnerCase{"slackpkg", "Slackpkg", "", std::nullopt},
+                                         OwnerCase{"skypecall", "SkypeCall", "", std::nullopt},
+                                         OwnerCase{"discordance", "Discordance", "", std::nullopt},
+                                         OwnerCase{"webexport", "WebExport", "", std::nullopt},
+                                         OwnerCase{"xzoom", "Magnifier", "", "Magnifier"}));
 
 INSTANTIATE_TEST_SUITE_P(Others, Owner,
                          testing::Values(OwnerCase{"gromit-mpx", "Gromit-mpx", "", "Gromit-mpx"},
                                          OwnerCase{"navigator", "", "firefox", "navigator"},
                                          OwnerCase{" ", "\t", "xterm", "xterm"}, OwnerCase{"", "", "", std::nullopt},
-                                         OwnerCase{"zoomer", "Zoomer", "", "Zoomer"},
                                          OwnerCase{"", "Caf\xE9", "", "Caf\xC3\xA9"},
                                          OwnerCase{"", "Caf\xC3\xA9", "", "Caf\xC3\xA9"}));
 

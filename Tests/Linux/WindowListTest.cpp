@@ -203,6 +203,17 @@ TEST_F(WindowListOnX, AWindowWithoutAClassBelongsToTheProcessThatMadeIt) {
   ASSERT_FALSE(self.empty());
   EXPECT_EQ(ownerOf(entry(window)), self);
   EXPECT_EQ(ownerOf(entry(blank)), self);
+  EXPECT_EQ(entry(window)->names, std::vector<std::string>{self}) << "Rules find it by this name.";
+}
+
+TEST_F(WindowListOnX, AWindowWhoseNameOnlyHoldsAConferencingProgramsHasItsNamesAndNoOwner) {
+  const xcb_window_t magnifier = client_.createWindow({});
+  client_.setClass(magnifier, "xzoom", "XZoom");
+  client_.sync();
+  observe();
+  ASSERT_TRUE(entry(magnifier));
+  EXPECT_EQ(entry(magnifier)->owningApplication, std::nullopt);
+  EXPECT_EQ(entry(magnifier)->names, (std::vector<std::string>{"XZoom", "xzoom"}));
 }
 
 TEST_F(WindowListOnX, WindowsOfThisProgramsConnectionsAreItsOwn) {

@@ -96,13 +96,15 @@ TEST_F(UserRulesTest, PatternsMatchWholeNames) {
   EXPECT_FALSE(matchesPattern(std::string(2000, 'a'), "*a*a*a*a*a*a*a*a*b")) << "and says so soon";
 }
 
-TEST_F(UserRulesTest, ARuleFindsAWindowByItsOwnerOrByAnyOfItsClasses) {
+TEST_F(UserRulesTest, ARuleFindsAWindowByItsOwnerOrByAnyOfItsNames) {
   const std::vector<WindowRule> all{{"us.zoom.xos", true}, {"as_toolbar", false}};
   auto window = listedWindow(1, "us.zoom.xos", 0);
   EXPECT_EQ(ruleFor(window, all), &all[0]);
   window = listedWindow(2, "Other", 0);
   EXPECT_EQ(ruleFor(window, all), nullptr);
-  window.classes = {"Other", "as_toolbar"};
+  window.names = {"Other", "as_toolbar"};
+  EXPECT_EQ(ruleFor(window, all), &all[1]);
+  window.owningApplication = std::nullopt;
   EXPECT_EQ(ruleFor(window, all), &all[1]);
   EXPECT_EQ(ruleFor(listedWindow(3, std::nullopt, 0), {{"", true}}), nullptr);
 }

@@ -68,6 +68,12 @@ TEST_F(WindowTable, AWindowBeyondMeasureIsListedWithoutNumbers) {
   EXPECT_THAT(line(listedWindow(1, "Ink", 500, {1e120, 2})), HasSubstr("-x2"));
 }
 
+TEST_F(WindowTable, AWindowWithoutAnOwnersIdentifierGoesByTheFirstOfItsNames) {
+  auto window = listedWindow(9, std::nullopt, 0);
+  window.names = {"XZoom", "xzoom"};
+  EXPECT_THAT(line(window), testing::StartsWith("9   XZoom  0 "));
+}
+
 TEST_F(WindowTable, AnOwnerWithoutANameIsAQuestionMark) {
   EXPECT_THAT(line(listedWindow(9, std::nullopt, 0)), testing::StartsWith("9   ?      0 "));
 }

@@ -22,18 +22,32 @@ constexpr std::array knownOwners{
     KnownOwner{"zoom", "us.zoom.xos"},
     KnownOwner{"zoom workplace", "us.zoom.xos"},
     KnownOwner{"zoom meeting", "us.zoom.xos"},
+    KnownOwner{"us.zoom.zoom", "us.zoom.xos"},
+    KnownOwner{"us.zoom.xos", "us.zoom.xos"},
     KnownOwner{"slack", "com.tinyspeck.slackmacgap"},
+    KnownOwner{"com.slack.slack", "com.tinyspeck.slackmacgap"},
+    KnownOwner{"com.tinyspeck.slackmacgap", "com.tinyspeck.slackmacgap"},
+    KnownOwner{"skype", "com.skype.skype"},
+    KnownOwner{"skypeforlinux", "com.skype.skype"},
+    KnownOwner{"com.skype.client", "com.skype.skype"},
     KnownOwner{"teams-for-linux", "com.microsoft.teams2"},
+    KnownOwner{"teams for linux", "com.microsoft.teams2"},
+    KnownOwner{"com.github.ismaelmartinez.teams_for_linux", "com.microsoft.teams2"},
     KnownOwner{"microsoft teams", "com.microsoft.teams2"},
+    KnownOwner{"com.microsoft.teams2", "com.microsoft.teams2"},
     KnownOwner{"microsoft teams - preview", "com.microsoft.teams"},
     KnownOwner{"microsoft teams - insiders", "com.microsoft.teams"},
     KnownOwner{"teams", "com.microsoft.teams"},
+    KnownOwner{"com.microsoft.teams", "com.microsoft.teams"},
     KnownOwner{"webex", "com.cisco.webexmeetingsapp"},
     KnownOwner{"ciscocollabhost", "com.cisco.webexmeetingsapp"},
     KnownOwner{"ciscocollabhostcef", "com.cisco.webexmeetingsapp"},
+    KnownOwner{"com.cisco.webexmeetingsapp", "com.cisco.webexmeetingsapp"},
     KnownOwner{"discord", "com.hnc.Discord"},
     KnownOwner{"discordptb", "com.hnc.Discord"},
     KnownOwner{"discordcanary", "com.hnc.Discord"},
+    KnownOwner{"com.discordapp.discord", "com.hnc.Discord"},
+    KnownOwner{"com.hnc.discord", "com.hnc.Discord"},
 };
 
 // Programs whose transparent sheets take the pointer while one draws, so that the input region does not tell them.
@@ -41,8 +55,18 @@ constexpr std::array<std::string_view, 8> annotationPrograms{
     "gromit-mpx", "gromit", "ardesia", "pylote", "pensela", "screenpen", "epic pen", "openboard",
 };
 
+constexpr auto asciiLowerCase = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+
 bool equalIgnoringAsciiCase(std::string_view text, std::string_view lowerCase) {
-  return std::ranges::equal(text, lowerCase, {}, [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; });
+  return std::ranges::equal(text, lowerCase, {}, asciiLowerCase);
+}
+
+// The rules look for these names anywhere in an identifier. Xzoom and TeamSpeak are none of those programs, so they get
+// no identifier rather than one that misleads.
+bool holdsNameOfKnownOwner(std::string_view name) {
+  return std::ranges::any_of(knownOwners, [&](const KnownOwner& owner) {
+    return !std::ranges::search(name, owner.name, {}, asciiLowerCase).empty();
+  });
 }
 
 std::array<std::string_view, 3> names(const WindowProperties& window) {
@@ -116,7 +140,8 @@ std::optional<std::string> ownerIdentifier(const WindowProperties& window) {
     if (known != knownOwners.end()) return std::string(known->identifier);
   }
   for (const std::string_view name : names(window)) {
-    if (!trimmed(name).empty()) return validUtf8(name);
+    if (trimmed(name).empty()) continue;
+    return holdsNameOfKnownOwner(name) ? std::nullopt : std::optional(validUtf8(name));
   }
   return std::nullopt;
 }

@@ -1,10 +1,10 @@
 // Whose a window is and how far in front it belongs: what the rules about overlays are told of a window.
 //
-// Owner: conferencing programs are given the identifiers under which they are known on every system; all others go by
-// the class that their windows carry.
-// Layer: 0 for ordinary windows, full-screen ones included; larger is further in front; `overlay` and more only for
-// sheets that lie over a whole monitor to be drawn on. Small windows, menus, panels, notifications, drag icons and
-// whatever opaque window hides a locked session never reach it. Threads: pure functions of plain values.
+// Owner: conferencing programs, known by their whole names, are given the identifiers under which they are known on
+// every system; all others go by the class that their windows carry, unless it merely holds such a name. Layer: 0 for
+// ordinary windows, full-screen ones included; larger is further in front; `overlay` and more only for sheets that lie
+// over a whole monitor to be drawn on. Small windows, menus, panels, notifications, drag icons and whatever opaque
+// window hides a locked session never reach it. Threads: pure functions of plain values.
 #pragma once
 
 #include <cstdint>
@@ -29,7 +29,7 @@ inline constexpr std::int64_t overlay = 500;
 inline constexpr std::int64_t own = 1000;
 }  // namespace layers
 
-// Valid UTF-8; absent when nothing names the owner.
+// Valid UTF-8; absent when nothing names the owner, or only a name that would be mistaken for a conferencing program's.
 [[nodiscard]] std::optional<std::string> ownerIdentifier(const WindowProperties& window);
 
 [[nodiscard]] std::int64_t windowLayer(const WindowProperties& window, std::span<const PixelRect> monitors);

@@ -19,12 +19,12 @@ constexpr xcb_window_t none = XCB_WINDOW_NONE;
 
 bool isBlank(const std::string& name) { return trimmed(name).empty(); }
 
-std::vector<std::string> classesOf(const WindowProperties& window) {
-  std::vector<std::string> classes;
-  for (const std::string& name : {window.className, window.instanceName}) {
-    if (!isBlank(name)) classes.push_back(validUtf8(name));
+std::vector<std::string> namesOf(const WindowProperties& window) {
+  std::vector<std::string> names;
+  for (const std::string& name : {window.className, window.instanceName, window.processName}) {
+    if (!isBlank(name)) names.push_back(validUtf8(name));
   }
-  return classes;
+  return names;
 }
 
 bool meet(const PixelRect& a, const PixelRect& b) { return !intersection(a, b).isEmpty(); }
@@ -68,7 +68,7 @@ std::vector<CaptureWindow> WindowList::windows(const ShareableContentOptions& op
                     .frame = toPoints(window.outer, screens_),
                     .isOnScreen = window.isViewable,
                     .owningApplication = owner ? std::optional(RunningApplication{*owner}) : std::nullopt,
-                    .classes = classesOf(properties)});
+                    .names = namesOf(properties)});
   }
   isHandedOut_ = true;
   return list;
