@@ -46,6 +46,8 @@ class HotKeys {
   virtual std::optional<HotKeyReference> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                         HotKeyID id) = 0;
   virtual void unregisterHotKey(HotKeyReference reference) = 0;
+  // Whether presses still come: a desktop may lose a combination that it granted, and find it again.
+  [[nodiscard]] virtual bool isHeld(HotKeyReference reference) const = 0;
 };
 
 }  // namespace platform

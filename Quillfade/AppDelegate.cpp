@@ -77,12 +77,21 @@ void AppDelegate::bindHotKeys() {
   hotKeyTable_ = userRules(platform_.rulesFile()).hotKeys;
   for (const HotKey& key : hotKeyTable_) {
     const auto& [keyCode, modifiers] = key.combination;
-    const bool isBound = manager->bind(keyCode, modifiers, [weakDelegate = weak_from_this(), name = key.command] {
+    const auto reference = manager->bind(keyCode, modifiers, [weakDelegate = weak_from_this(), name = key.command] {
       if (const auto delegate = weakDelegate.lock()) ((*delegate).*commandOf(name))();
     });
-    hotKeyStates_.push_back(hotKeyState(key, isBound));
+    hotKeyReferences_.push_back(reference);
   }
   hotKeys_ = manager;
+}
+
+std::vector<HotKeyState> AppDelegate::hotKeyStates() const {
+  std::vector<HotKeyState> states;
+  for (std::size_t i = 0; i < hotKeyReferences_.size(); ++i) {
+    const auto reference = hotKeyReferences_[i];
+    states.push_back(hotKeyState(hotKeyTable_.at(i), reference && platform_.hotKeys().isHeld(*reference)));
+  }
+  return states;
 }
 
 void AppDelegate::startDemonstration() {
@@ -94,7 +103,7 @@ void AppDelegate::startDemonstration() {
 // Tells whoever starts the application for the first time where to find it.
 void AppDelegate::welcome() {
   std::string text = translated("Look for the pencil: its menu offers everything.");
-  const HotKeyState& toggle = hotKeyStates_.front();
+  const HotKeyState toggle = hotKeyStates().front();
   if (toggle.isBound)
     text += '\n' + translated("This key hides annotations, or shows them again: ") + toggle.combination;
   platform_.notifications().showOnce("welcomed", {translated("Quillfade is in the tray"), text});

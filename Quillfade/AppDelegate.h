@@ -5,6 +5,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,8 +49,8 @@ class AppDelegate final : public platform::ApplicationDelegate,
   [[nodiscard]] OverlayController& overlay() const { return *overlay_; }
   [[nodiscard]] RegionSelector& selector() const { return *selector_; }
   [[nodiscard]] const std::shared_ptr<HotKeyManager>& hotKeys() const { return hotKeys_; }
-  // In the order in which they were bound.
-  [[nodiscard]] const std::vector<HotKeyState>& hotKeyStates() const { return hotKeyStates_; }
+  // As they are now, in the order in which they were bound.
+  [[nodiscard]] std::vector<HotKeyState> hotKeyStates() const;
 
  private:
   using Command = void (AppDelegate::*)();
@@ -83,7 +84,7 @@ class AppDelegate final : public platform::ApplicationDelegate,
   std::shared_ptr<RegionSelector> selector_;
   std::shared_ptr<HotKeyManager> hotKeys_;
   HotKeyTable hotKeyTable_ = builtInHotKeys;
-  std::vector<HotKeyState> hotKeyStates_;
+  std::vector<std::optional<platform::HotKeyReference>> hotKeyReferences_;  // one for each that was bound
 };
 
 }  // namespace quillfade

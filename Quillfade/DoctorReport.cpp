@@ -62,7 +62,7 @@ Finding runningFinding(const HotKeyState& state, const std::string& rulesPath) {
   }
   return {.subject = state.combination,
           .health = Health::fails,
-          .detail = state.word + ": taken; the running Quillfade was refused it when it started",
+          .detail = state.word + ": taken; the running Quillfade was refused it",
           .fix = releaseFix(rulesPath) + " Then start Quillfade anew."};
 }
 

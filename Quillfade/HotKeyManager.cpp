@@ -15,14 +15,15 @@ HotKeyManager::~HotKeyManager() {
   if (handler_) hotKeys_.removeHandler(*handler_);
 }
 
-bool HotKeyManager::bind(std::uint32_t keyCode, std::uint32_t modifiers, std::function<void()> action) {
+std::optional<platform::HotKeyReference> HotKeyManager::bind(std::uint32_t keyCode, std::uint32_t modifiers,
+                                                             std::function<void()> action) {
   if (actions_.size() >= std::numeric_limits<std::uint32_t>::max()) fatalError("there are no more hot key numbers");
   const auto id = static_cast<std::uint32_t>(actions_.size() + 1);
   // Before the registration, and for good: a binding that fails must not shift the numbers of those after it.
   actions_.emplace(id, std::move(action));
   const auto reference = hotKeys_.registerHotKey(keyCode, modifiers, {signature, id});
   if (reference) refs_.push_back(*reference);
-  return reference.has_value();
+  return reference;
 }
 
 std::int32_t HotKeyManager::handle(const platform::HotKeyEvent* event, void* userData) {

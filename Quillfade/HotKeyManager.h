@@ -26,8 +26,9 @@ class HotKeyManager final : public std::enable_shared_from_this<HotKeyManager> {
   HotKeyManager& operator=(const HotKeyManager&) = delete;
   ~HotKeyManager();
 
-  // Whether the combination could be had.
-  bool bind(std::uint32_t keyCode, std::uint32_t modifiers, std::function<void()> action);
+  // Absent when the combination could not be had.
+  std::optional<platform::HotKeyReference> bind(std::uint32_t keyCode, std::uint32_t modifiers,
+                                                std::function<void()> action);
 
   [[nodiscard]] const std::vector<platform::HotKeyReference>& refs() const { return refs_; }
 

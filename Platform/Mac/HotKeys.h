@@ -18,6 +18,8 @@ class HotKeys final : public platform::HotKeys {
   void removeHandler(HotKeyHandlerReference handler) override;
   std::optional<HotKeyReference> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) override;
   void unregisterHotKey(HotKeyReference reference) override;
+  // A registered key is kept until it is given back.
+  [[nodiscard]] bool isHeld(HotKeyReference /*reference*/) const override { return true; }
 
  private:
   struct Installation;

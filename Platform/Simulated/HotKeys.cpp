@@ -59,6 +59,12 @@ void HotKeys::unregisterHotKey(HotKeyReference reference) {
   registered_.erase(place);
 }
 
+bool HotKeys::isHeld(HotKeyReference reference) const {
+  const auto place = std::ranges::find(registered_, reference, &HotKeyRegistration::reference);
+  if (place == registered_.end()) misuse("HotKeys::isHeld was given a reference that is not held");
+  return !takenKeyCodes.contains(place->keyCode);
+}
+
 std::optional<std::int32_t> HotKeys::press(std::uint32_t keyCode, std::uint32_t modifiers) {
   const auto place = std::ranges::find_if(
       registered_, [&](const auto& each) { return each.keyCode == keyCode && each.modifiers == modifiers; });

@@ -30,9 +30,10 @@ class HotKeys final : public platform::HotKeys {
   void removeHandler(HotKeyHandlerReference handler) override;
   std::optional<HotKeyReference> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) override;
   void unregisterHotKey(HotKeyReference reference) override;
+  [[nodiscard]] bool isHeld(HotKeyReference reference) const override;
 
   bool refusesHandlers = false;
-  std::set<std::uint32_t> takenKeyCodes;  // held by another application
+  std::set<std::uint32_t> takenKeyCodes;  // held by another application, from a registration's beginning or later
   // Runs inside every registration, where a desktop may already deliver a press.
   std::function<void(HotKeyID)> duringRegistration;
 

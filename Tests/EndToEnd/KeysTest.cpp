@@ -104,5 +104,20 @@ TEST_F(Keys, ACombinationThatAnotherProgramHoldsLeavesTheOthersToWork) {
   EXPECT_TRUE(becomes("\"enabled\": false"));
 }
 
+TEST_F(Keys, ACombinationThatIsLostWhenTheModifiersChangeIsReportedAsTaken) {
+  start(solidOff);
+  const std::string bound = "Control+Alt+Super+D  toggle        bound\n";
+  EXPECT_THAT(run({"keys"}).output, testing::HasSubstr(bound));
+  ASSERT_TRUE(client_.grabKey(input_.keyCode(XK_d), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_3));
+  input_.moveSuperTo(3);
+  EXPECT_TRUE(support::waitUntil([&] {
+    const std::string keys = run({"keys"}).output;
+    return keys.contains("Control+Alt+Super+D  toggle        taken by another program\n") &&
+           keys.contains("Control+Alt+Super+F  whole-screen  bound\n");
+  })) << run({"keys"}).output;
+  input_.moveSuperTo(4);
+  EXPECT_TRUE(support::waitUntil([&] { return run({"keys"}).output.contains(bound); }));
+}
+
 }  // namespace
 }  // namespace endtoend

@@ -245,19 +245,7 @@ TEST_F(HotKeysOnX, AHandlerMayUnregisterItsOwnCombination) {
 
 TEST_F(HotKeysOnX, AChangeOfTheModifierMapMovesTheGrabs) {
   ASSERT_TRUE(hotKeys_->registerHotKey(virtualD, controlOptionCommand, {1, 7}));
-  // Super moves to the third of the shared modifiers.
-  const xcb_keycode_t superKey = input_.keyCode(XK_Super_L);
-  const xcb_keycode_t altKey = input_.keyCode(XK_Alt_L);
-  const std::vector<xcb_keycode_t> map{input_.keyCode(XK_Shift_L),
-                                       input_.keyCode(XK_Caps_Lock),
-                                       input_.keyCode(XK_Control_L),
-                                       altKey,
-                                       input_.keyCode(XK_Num_Lock),
-                                       superKey,
-                                       0,
-                                       0};
-  std::free(xcb_set_modifier_mapping_reply(other_.connection(),
-                                           xcb_set_modifier_mapping(other_.connection(), 1, map.data()), nullptr));
+  input_.moveSuperTo(3);
   constexpr std::uint16_t oldState = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
   ASSERT_TRUE(support::waitUntil([&] {
     dispatchEvents();
@@ -265,6 +253,27 @@ TEST_F(HotKeysOnX, AChangeOfTheModifierMapMovesTheGrabs) {
   })) << "the old combination is given back";
   pressD();
   EXPECT_TRUE(hasFired({7}));
+}
+
+TEST_F(HotKeysOnX, ACombinationThatAChangeOfTheModifierMapLosesIsNotHeldUntilAnotherFindsItAgain) {
+  const auto d = hotKeys_->registerHotKey(virtualD, controlOptionCommand, {1, 7});
+  const auto p = hotKeys_->registerHotKey(virtualP, controlOptionCommand, {1, 8});
+  ASSERT_TRUE(d && p);
+  EXPECT_TRUE(hotKeys_->isHeld(*d));
+  ASSERT_TRUE(other_.grabKey(input_.keyCode(XK_d), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_3));
+  const auto isHeldAfterwards = [&](bool isHeld) {
+    return support::waitUntil([&] {
+      dispatchEvents();
+      return hotKeys_->isHeld(*d) == isHeld;
+    });
+  };
+  input_.moveSuperTo(3);
+  EXPECT_TRUE(isHeldAfterwards(false));
+  EXPECT_TRUE(hotKeys_->isHeld(*p));
+  input_.moveSuperTo(4);
+  EXPECT_TRUE(isHeldAfterwards(true));
+  hotKeys_->unregisterHotKey(*d);
+  EXPECT_FALSE(hotKeys_->isHeld(*d));
 }
 
 TEST_F(HotKeysOnX, AnUnknownKeyFails) {

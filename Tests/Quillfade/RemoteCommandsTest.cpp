@@ -90,6 +90,14 @@ TEST_F(RemoteCommands, TheHotKeysAreListedWithWhatBecameOfThem) {
   EXPECT_THAT(reply.output, HasSubstr("Control+Alt+Super+F  whole-screen  taken by another program\n"));
 }
 
+TEST_F(RemoteCommands, AHotKeyThatIsLostLaterIsListedAsTakenUntilItIsFoundAgain) {
+  launch();
+  desktop.hotKeys().takenKeyCodes = {3};
+  EXPECT_THAT(run({"keys"}).output, HasSubstr("Control+Alt+Super+F  whole-screen  taken by another program\n"));
+  desktop.hotKeys().takenKeyCodes.clear();
+  EXPECT_THAT(run({"keys"}).output, HasSubstr("Control+Alt+Super+F  whole-screen  bound\n"));
+}
+
 TEST_F(RemoteCommands, APeekLastsAsLongAsAsked) {
   launchWithCoverOn();
   EXPECT_EQ(run({"peek", "2.5"}), done);

@@ -3,6 +3,7 @@
 #include <xcb/xtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <ranges>
 #include <stdexcept>
@@ -60,6 +61,16 @@ std::pair<int, int> Input::pointer() {
                                   xcb_query_pointer(client_.connection(), client_.root()));
   if (!reply) throw std::runtime_error("The X server gave no position of the pointer.");
   return {reply->root_x, reply->root_y};
+}
+
+void Input::moveSuperTo(std::size_t modifier) {
+  std::array<xcb_keycode_t, 8> keys{keyCode(XK_Shift_L), keyCode(XK_Caps_Lock), keyCode(XK_Control_L),
+                                    keyCode(XK_Alt_L), keyCode(XK_Num_Lock)};
+  keys.at(modifier + 2) = keyCode(XK_Super_L);
+  const auto reply = waitForReply(client_.connection(), xcb_set_modifier_mapping_reply,
+                                  xcb_set_modifier_mapping(client_.connection(), 1, keys.data()));
+  if (!reply || reply->status != XCB_MAPPING_STATUS_SUCCESS)
+    throw std::runtime_error("The modifiers stay as they are.");
 }
 
 void Input::send(std::uint8_t type, std::uint8_t detail, int x, int y) {

@@ -6,6 +6,7 @@
 
 #include <X11/keysym.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -36,6 +37,8 @@ class Input {
   // A straight line with the button held, in steps of a few pixels.
   void drag(int fromX, int fromY, int toX, int toY, int button = 1);
   [[nodiscard]] std::pair<int, int> pointer();
+  // Makes the Super key this one of the modifiers (3 to 5), as a tool for keyboards may; the others keep one key each.
+  void moveSuperTo(std::size_t modifier);
 
  private:
   void send(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0);

@@ -45,7 +45,7 @@ std::optional<HotKeyReference> HotKeys::registerHotKey(std::uint32_t keyCode, st
     fail(keyCode, modifiers, id, "This keyboard has no such key.");
     return std::nullopt;
   }
-  const Binding binding{keyCode, modifiers, id, *key, stateFor(modifiers, modifiers_), std::nullopt};
+  const Binding binding{keyCode, modifiers, id, *key, stateFor(modifiers, modifiers_), true, std::nullopt};
   // The server lets one client grab a combination twice; releasing one of the two would then release both.
   const bool isTaken = std::ranges::any_of(bindings_ | std::views::values, [&](const Binding& other) {
     return other.key == binding.key && other.state == binding.state;
@@ -69,6 +69,11 @@ void HotKeys::unregisterHotKey(HotKeyReference reference) {
   ungrab(found->second);
   bindings_.erase(found);
   connection_.flush();
+}
+
+bool HotKeys::isHeld(HotKeyReference reference) const {
+  const auto found = bindings_.find(reference);
+  return found != bindings_.end() && found->second.isHeld;
 }
 
 void HotKeys::handle(const xcb_generic_event_t& event) {
@@ -142,7 +147,8 @@ void HotKeys::keyboardChanged() {
   modifiers_ = modifiers;
   for (Binding& binding : bindings_ | std::views::values) {
     binding.state = stateFor(binding.modifiers, modifiers_);
-    if (!grab(binding)) {
+    binding.isHeld = grab(binding);
+    if (!binding.isHeld) {
       fail(binding.keyCode, binding.modifiers, binding.id,
            "Another program holds this key combination since the keyboard's modifiers changed.");
     }

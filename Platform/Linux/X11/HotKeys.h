@@ -38,6 +38,8 @@ class HotKeys final : public platform::HotKeys {
   void removeHandler(HotKeyHandlerReference handler) override;
   std::optional<HotKeyReference> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) override;
   void unregisterHotKey(HotKeyReference reference) override;
+  // Not when another program had it first as the keyboard's modifiers changed.
+  [[nodiscard]] bool isHeld(HotKeyReference reference) const override;
 
   // Takes any event of the connection; those that are none of its own are ignored.
   void handle(const xcb_generic_event_t& event);
@@ -52,6 +54,7 @@ class HotKeys final : public platform::HotKeys {
     HotKeyID id;
     xcb_keycode_t key;
     std::uint16_t state;  // without any lock
+    bool isHeld;
     // The time of the last release: a held key repeats as releases and presses of one time.
     std::optional<xcb_timestamp_t> releasedAt;
   };
