@@ -12,8 +12,8 @@ namespace platform {
 
 enum class Health {
   works,
-  limited,  // something is missing that most people can do without
-  fails,    // something is missing that is needed
+  limited,  // something is missing that one can do without: a tray, the log
+  fails,    // something does not work that a live cover, the commands or the hot keys need, or that the user wrote
 };
 
 struct Finding {

@@ -131,8 +131,10 @@ These need no running Quillfade:
 Environment:
   QUILLFADE_DEMO=1    start with a fixed area covered
 
-Exit status: 0 done; 1 Quillfade is not running, the command could not be carried out, or something that is needed
-does not work (doctor); 2 no such command. "share" ends with the exit status of its program.
+Exit status: 0 done; 1 Quillfade is not running, or the command could not be carried out; 2 no such command.
+"doctor" ends with 0 when a live cover, the commands and all hot keys can work, and your settings and rules are
+understood, else with 1; it needs no tray, no log and no running Quillfade for that. "share" ends with the exit status
+of its program.
 )help";
 }
 

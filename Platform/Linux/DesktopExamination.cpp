@@ -114,7 +114,7 @@ Finding trayFinding(Connection* connection) {
       selectionOwner(connection->get(), ofScreen("_NET_SYSTEM_TRAY_S", *connection).c_str()) != XCB_NONE;
   if (hasX11Tray) return {.subject = "Tray", .detail = "shown by an XEmbed tray"};
   return {.subject = "Tray",
-          .health = Health::fails,
+          .health = Health::limited,
           .detail = "no program shows tray icons, so there is no icon and no menu",
           .fix =
               "Add a tray (\"status\" or \"notification\" area) to the panel, or start one such as tint2. Hot keys and "

@@ -161,7 +161,8 @@ TEST(CommandLine, TheHelpNamesEveryCommandThatThereIs) {
 TEST(CommandLine, TheHelpTellsTheWayBackToTheLiveCoverAndWhatTheExitStatusMeans) {
   EXPECT_THAT(helpText(), HasSubstr("\"style live\" is the one way back from the solid cover to the live one"));
   EXPECT_THAT(helpText(), HasSubstr("Exit status: 0 done; 1 "));
-  EXPECT_THAT(helpText(), HasSubstr("does not work (doctor); 2 no such command."));
+  EXPECT_THAT(helpText(), HasSubstr("could not be carried out; 2 no such command."));
+  EXPECT_THAT(helpText(), HasSubstr("it needs no tray, no log and no running Quillfade"));
   EXPECT_THAT(helpText(), HasSubstr("QUILLFADE_DEMO=1"));
   EXPECT_THAT(helpText(), EndsWith("\n"));
 }

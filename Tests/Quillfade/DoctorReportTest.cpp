@@ -25,7 +25,7 @@ using testing::SizeIs;
 
 const Finding fine{.subject = "Display", .detail = ":1"};
 const Finding lacking{.subject = "Log", .health = Health::limited, .detail = "no \"directory\"", .fix = "Make it."};
-const Finding broken{.subject = "Tray", .health = Health::fails, .detail = "none", .fix = "Add one."};
+const Finding broken{.subject = "Keys", .health = Health::fails, .detail = "none", .fix = "Free one."};
 const std::string path = "/home/presenter/.config/quillfade/rules.json";
 
 TEST(DoctorReport, EachFindingIsALineAndEachFixStandsBelowIt) {
@@ -33,8 +33,8 @@ TEST(DoctorReport, EachFindingIsALineAndEachFixStandsBelowIt) {
             "ok       Display  :1\n"
             "note     Log      no \"directory\"\n"
             "                  Make it.\n"
-            "problem  Tray     none\n"
-            "                  Add one.\n"
+            "problem  Keys     none\n"
+            "                  Free one.\n"
             "\n"
             "There is 1 problem.\n");
 }
@@ -52,7 +52,7 @@ TEST(DoctorReport, OnlyAProblemMakesItFail) {
 TEST(DoctorReport, ProgramsGetTheSameAsJson) {
   EXPECT_EQ(doctorJson({lacking, broken}),
             R"({"works": false, "findings": [{"subject": "Log", "state": "note", "detail": "no \"directory\"", )"
-            R"("fix": "Make it."}, {"subject": "Tray", "state": "problem", "detail": "none", "fix": "Add one."}]})"
+            R"("fix": "Make it."}, {"subject": "Keys", "state": "problem", "detail": "none", "fix": "Free one."}]})"
             "\n");
   EXPECT_THAT(doctorJson({fine}), HasSubstr(R"({"works": true, )"));
   EXPECT_THAT(doctorJson({{.subject = "a\n\x1b\\"}}), HasSubstr(R"("a\u000a\u001b\\")"));
