@@ -57,15 +57,22 @@ TEST_F(PermissionRefused, UseSolidCoverCovers) {
   EXPECT_TRUE(shows([](const Picture& screen) { return screen.count(boardColor) == 0; }));
 }
 
-TEST_F(PermissionRefused, OpenSystemSettingsChangesNothingAndOpensThem) {
+TEST_F(PermissionRefused, OpenSystemSettingsChangesNothingAndOpensThemAndTellsWhatIsMissing) {
   auto environment = withProgram("mate-control-center");
   environment["XDG_CURRENT_DESKTOP"] = "MATE";
   start({}, environment);
   ask({"toggle"});
+  const xcb_window_t alert = *alert_;
   answer({XK_Return});
   EXPECT_THAT(status(), HasSubstr(notCovered));
-  EXPECT_TRUE(showsNoCover());
   EXPECT_TRUE(support::waitUntil([&] { return std::filesystem::exists(trace()); })) << "No settings were opened.";
+  const auto explanation = waitForDialog();
+  ASSERT_TRUE(explanation);
+  EXPECT_NE(*explanation, alert);
+  EXPECT_TRUE(showsText(*explanation));
+  ASSERT_TRUE(support::waitUntil([&] { return focusedWindow() == *explanation; }));
+  input_.press(XK_Escape);
+  EXPECT_TRUE(showsNoCover());
 }
 
 TEST_F(PermissionRefused, WithoutASettingsProgramASentenceTellsWhatIsMissing) {

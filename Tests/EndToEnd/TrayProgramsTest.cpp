@@ -9,8 +9,9 @@ using testing::HasSubstr;
 
 enum class Panel { xfce, lxqt };
 
-// One panel in the top-left corner that holds nothing but the tray.
-constexpr const char* xfceSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
+// One panel in the top-left corner that holds nothing but this plugin.
+std::string xfceSettings(const std::string& plugin) {
+  return R"(<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
   <property name="configver" type="int" value="2"/>
   <property name="panels" type="array">
@@ -23,9 +24,11 @@ constexpr const char* xfceSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
       <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
     </property>
   </property>
-  <property name="plugins" type="empty"><property name="plugin-1" type="string" value="systray"/></property>
+  <property name="plugins" type="empty"><property name="plugin-1" type="string" value=")" +
+         plugin + R"("/></property>
 </channel>
 )";
+}
 
 constexpr const char* lxqtSettings = R"([General]
 panels=panel1
@@ -48,9 +51,11 @@ constexpr int iconY = 20;
 
 class TrayPrograms : public DrivenDesktop {
  protected:
-  void startPanel(Panel panel = Panel::xfce) {
+  using DrivenDesktop::DrivenDesktop;
+
+  void startPanel(Panel panel = Panel::xfce, const std::string& xfcePlugin = "systray") {
     const auto settings = home_.configuration();
-    support::writeFile(settings / "xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml", xfceSettings);
+    support::writeFile(settings / "xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml", xfceSettings(xfcePlugin));
     support::writeFile(settings / "lxqt/panel.conf", lxqtSettings);
     auto environment = home_.environment(server_.display());
     environment["DBUS_SESSION_BUS_ADDRESS"] = busAddress();
@@ -168,6 +173,38 @@ TEST_F(TrayPrograms, APanelThatIsStartedAnewShowsTheItemAgain) {
     tray_.reset();
     EXPECT_TRUE(shows([this](const Picture& screen) { return inkOfIcon(screen) == 0; }));
   }
+}
+
+class TaskList : public TrayPrograms {
+ protected:
+  TaskList() : TrayPrograms({.arguments = {"-extension", "Composite"}}) {}
+
+  // The panel's end is a handle, which is there at once.
+  [[nodiscard]] bool showsPanel() {
+    return shows([](const Picture& screen) { return screen.count(boardColor, panel_) < 1'000; }) && stands(panel_);
+  }
+  [[nodiscard]] Picture panel() { return client_.screenshot(panel_); }
+
+  static constexpr PixelRect panel_{0, 0, 128, 40};
+};
+
+TEST_F(TaskList, OfAPanelShowsNoneOfTheProgramsDialogues) {
+  const support::WindowManager manager(server_.display());
+  startPanel(Panel::xfce, "tasklist");
+  ASSERT_TRUE(showsPanel()) << tray_->output();
+  const Picture before = panel();
+  start();
+  press(XK_d);
+  const auto alert = waitForDialog();
+  ASSERT_TRUE(alert) << "There is no alert.";
+  ASSERT_TRUE(support::waitUntil([&] { return focusedWindow() == *alert; }));
+  ASSERT_TRUE(stands(panel_));
+  EXPECT_EQ(panel().differences(before), 0U);
+  keepPicture(client_.screenshot(), "task-list");
+  // The list is one that shows windows.
+  client_.setClass(client_.createWindow({.frame = {600, 500, 200, 100}, .overrideRedirect = false}), "a", "A");
+  client_.sync();
+  EXPECT_TRUE(shows([&](const Picture& screen) { return screen.cropped(panel_).differences(before) > 100; }));
 }
 
 }  // namespace

@@ -18,6 +18,7 @@
 #include "Platform/Linux/Desktop/TextAndColors.h"
 #include "Tests/Linux/QtEnvironment.h"
 #include "Tests/Support/ChildProcess.h"
+#include "Tests/Support/Variable.h"
 
 using namespace platform;
 using namespace platform::x11;
@@ -206,16 +207,20 @@ TEST(SettingsPrograms, ThoseOfTheRunningDesktopComeFirst) {
   EXPECT_EQ(settingsPrograms("").size(), settingsPrograms("KDE").size());
 }
 
-TEST_F(DialogsTest, WithoutASettingsProgramTheUserIsToldWhatTheDisplayLacks) {
-  const QByteArray path = qgetenv("PATH");
-  qputenv("PATH", "/nonexistent");
-  DesktopWorkspace workspace({"Composite", "DAMAGE"});
-  workspace.openURL("x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture");
-  qputenv("PATH", path);
-  const auto* box = qobject_cast<QMessageBox*>(visibleDialog());
-  ASSERT_NE(box, nullptr);
-  EXPECT_EQ(
-      box->text().toStdString(),
-      "The live view needs the X extensions Composite and DAMAGE, which this display does not offer. Switch them on "
-      "in the X server's configuration, or log in to a session on an X.Org server.");
+TEST_F(DialogsTest, TheUserIsToldWhatTheDisplayLacksWithAndWithoutASettingsProgram) {
+  const support::TemporaryDirectory programs;
+  const auto program = programs.path() / "lxqt-config";
+  support::writeFile(program, "#!/bin/sh\n");
+  std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+  for (const auto& place : {std::filesystem::path("/nonexistent"), programs.path()}) {
+    const support::Variable path("PATH", place.c_str());
+    DesktopWorkspace workspace({"Composite", "DAMAGE"});
+    workspace.openURL("x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture");
+    const auto* box = qobject_cast<QMessageBox*>(visibleDialog());
+    ASSERT_NE(box, nullptr) << place;
+    EXPECT_EQ(
+        box->text().toStdString(),
+        "The live view needs the X extensions Composite and DAMAGE, which this display does not offer. Switch them on "
+        "in the X server's configuration, or log in to a session on an X.Org server.");
+  }
 }

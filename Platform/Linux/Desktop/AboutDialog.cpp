@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "Platform/Linux/Desktop/OffTaskLists.h"
 #include "Platform/Linux/Desktop/TextAndColors.h"
 
 namespace platform::x11 {
@@ -42,7 +43,7 @@ QString versionText(const AboutPanel& panel) {
 }  // namespace
 
 std::unique_ptr<QDialog> makeAboutDialog(const AboutPanel& panel) {
-  auto dialog = std::make_unique<QDialog>(nullptr, Qt::Dialog | Qt::WindowStaysOnTopHint);
+  auto dialog = std::make_unique<QDialog>(nullptr, dialogFlags);
   dialog->setWindowTitle(QStringLiteral("About ") + QString::fromStdString(panel.applicationName));
   auto* layout = new QVBoxLayout(dialog.get());
   layout->setContentsMargins(24, 20, 24, 24);

@@ -32,6 +32,13 @@ DesktopApplication::DesktopApplication(std::span<char* const> arguments)
   signals_.emplace([this] { terminate(); });
 }
 
+void DesktopApplication::setActivationPolicy(ActivationPolicy policy) {
+  if (policy == ActivationPolicy::regular)
+    offTaskLists_.reset();
+  else if (!offTaskLists_)
+    offTaskLists_.emplace();
+}
+
 void DesktopApplication::run() {
   QTimer::singleShot(0, &*application_, [this] {
     if (const auto delegate = delegate_.lock()) delegate->applicationDidFinishLaunching();

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Platform/Application.h"
+#include "Platform/Linux/Desktop/OffTaskLists.h"
 #include "Platform/Linux/Desktop/TerminationSignals.h"
 
 namespace platform::x11 {
@@ -20,8 +21,8 @@ class DesktopApplication : public Application {
   explicit DesktopApplication(std::span<char* const> arguments);
 
   void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override { delegate_ = std::move(delegate); }
-  // Nothing here has a place among running applications whatever the policy: only its dialogs ever show.
-  void setActivationPolicy(ActivationPolicy /*policy*/) override {}
+  // Only its dialogs ever show. As an accessory's they are on no task list, from the next that opens on.
+  void setActivationPolicy(ActivationPolicy policy) override;
   void run() override;
   // Brings its dialogs to the front. Windows that open later come to the front by themselves.
   void activateIgnoringOtherApps() override;
@@ -32,6 +33,7 @@ class DesktopApplication : public Application {
   int argumentCount_;
   std::optional<QApplication> application_;
   std::optional<TerminationSignals> signals_;
+  std::optional<OffTaskLists> offTaskLists_;
   std::weak_ptr<ApplicationDelegate> delegate_;
 };
 

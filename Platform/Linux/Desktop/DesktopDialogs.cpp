@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "Platform/Linux/Desktop/AboutDialog.h"
+#include "Platform/Linux/Desktop/OffTaskLists.h"
 #include "Platform/Linux/Desktop/WindowActivation.h"
 
 namespace platform::x11 {
@@ -46,7 +47,7 @@ DesktopDialogs::~DesktopDialogs() { delete about_.data(); }
 
 int DesktopDialogs::runModal(const Alert& alert) {
   QMessageBox box(QMessageBox::Warning, {}, {});
-  box.setWindowFlag(Qt::WindowStaysOnTopHint);
+  box.setWindowFlags(dialogFlags);
   setTexts(box, alert);
   const std::vector<QPushButton*> buttons = addButtons(box, alert);
   QTimer::singleShot(0, &box, [&box] { bringToFront(box); });

@@ -4,8 +4,10 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QUrl>
+#include <algorithm>
 #include <utility>
 
+#include "Platform/Linux/Desktop/OffTaskLists.h"
 #include "Platform/Linux/Desktop/SettingsPrograms.h"
 #include "Platform/Linux/Desktop/UserDirectories.h"
 #include "Platform/Linux/Desktop/WindowActivation.h"
@@ -21,6 +23,10 @@ bool start(const std::vector<std::string>& command) {
   QStringList arguments;
   for (std::size_t i = 1; i < command.size(); ++i) arguments << QString::fromStdString(command[i]);
   return QProcess::startDetached(program, arguments);
+}
+
+bool startSettings() {
+  return std::ranges::any_of(settingsPrograms(environmentVariable("XDG_CURRENT_DESKTOP").value_or("")), start);
 }
 
 }  // namespace
@@ -48,11 +54,10 @@ void DesktopWorkspace::openURL(const std::string& url) {
     QDesktopServices::openUrl(link);
 }
 
+// No settings program says which extension the display lacks, and none helps against anything else that is in the way.
 void DesktopWorkspace::openSettings() {
-  if (!obstacle_.empty()) return explain();
-  for (const auto& command : settingsPrograms(environmentVariable("XDG_CURRENT_DESKTOP").value_or("")))
-    if (start(command)) return;
-  explain();
+  const bool isOpen = obstacle_.empty() && startSettings();
+  if (!isOpen || !missingExtensions_.empty()) explain();
 }
 
 void DesktopWorkspace::explain() {
@@ -62,7 +67,7 @@ void DesktopWorkspace::explain() {
         QString::fromStdString(obstacle_.empty() ? explanationOf(missingExtensions_) : obstacle_), QMessageBox::Ok);
     explanation_->setTextFormat(Qt::PlainText);
     explanation_->setAccessibleName(explanation_->text());
-    explanation_->setWindowFlag(Qt::WindowStaysOnTopHint);
+    explanation_->setWindowFlags(dialogFlags);
     explanation_->setAttribute(Qt::WA_DeleteOnClose);
     explanation_->setModal(false);
   }

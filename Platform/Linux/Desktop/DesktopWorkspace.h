@@ -1,7 +1,7 @@
 // Opening links on this desktop.
 //
-// A link into the system settings becomes the desktop's own settings program. Where there is none, a message says what
-// the display lacks, since that is what the user was sent to the settings for.
+// A link into the system settings becomes the desktop's own settings program, and a message that says what the display
+// lacks, since that is what the user was sent to the settings for.
 #pragma once
 
 #include <QMessageBox>

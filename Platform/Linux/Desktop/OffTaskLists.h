@@ -1,0 +1,22 @@
+// Keeps the application's windows off task bars, pagers and window switchers.
+//
+// Threads: main thread only. Lifetime: windows that are shown while it lives stay off for as long as they are shown.
+#pragma once
+
+#include <QEvent>
+#include <QObject>
+
+namespace platform::x11 {
+
+// Of a window that stands above all others. It cannot be minimised, since no task list would lead back to it.
+inline constexpr Qt::WindowFlags dialogFlags =
+    Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint;
+
+class OffTaskLists : public QObject {
+ public:
+  OffTaskLists();
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
+};
+
+}  // namespace platform::x11
