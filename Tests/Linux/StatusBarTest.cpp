@@ -196,6 +196,15 @@ TEST_F(StatusBarTest, TheItemShowsUpInATrayThatIsThere) {
   EXPECT_EQ(tray->itemProperty(QStringLiteral("Status")), QStringLiteral("Active"));
 }
 
+TEST_F(StatusBarTest, AHostReadsTheImagesAccessibilityDescriptionAsTheItemsTitle) {
+  showItem();
+  EXPECT_EQ(tray->itemProperty(QStringLiteral("Title")), QStringLiteral("Quillfade"));
+  item->button()->setImage(bar.systemSymbol("pencil.slash", "Crossed pencil"));
+  EXPECT_EQ(tray->itemProperty(QStringLiteral("Title")), QStringLiteral("Crossed pencil"));
+  item->button()->setImage(bar.systemSymbol("pencil", "Quillfade"));
+  EXPECT_EQ(tray->itemProperty(QStringLiteral("Title")), QStringLiteral("Quillfade"));
+}
+
 TEST_F(StatusBarTest, TheItemShowsUpWhenTheTrayComesLater) {
   makeItem();
   qt::runPending();

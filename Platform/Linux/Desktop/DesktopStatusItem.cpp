@@ -38,7 +38,11 @@ void DesktopStatusItem::hostVanished() {
 void DesktopStatusItem::setImage(std::shared_ptr<Image> image) {
   if (image_) image_->setListener({});
   image_ = std::dynamic_pointer_cast<SymbolImage>(std::move(image));
-  if (image_) image_->setListener([this] { draw(); });
+  if (image_) {
+    image_->setListener([this] { draw(); });
+    // Screen readers say the item's title, for which Qt has nothing but the name of the application.
+    QCoreApplication::setApplicationName(QString::fromStdString(image_->accessibilityDescription()));
+  }
   draw();
 }
 

@@ -1,4 +1,4 @@
-// One tray icon with its tooltip and its menu.
+// One tray icon with its tooltip and its menu. Its image's accessibility description is the title that hosts read.
 //
 // Threads: main thread only.
 #pragma once
