@@ -375,10 +375,12 @@ TEST_F(CompositorTest, WhatIsDrawnToATranslucentWindowThatLiesFreeIsBlendedUnder
 }
 
 TEST_F(CompositorTest, PaintsTheWallpaperOfACompositingManager) {
+  // Smaller than the screen, and not of one colour at its edges.
   const xcb_pixmap_t wallpaper = xcb_generate_id(client.connection());
-  xcb_create_pixmap(client.connection(), 24, wallpaper, client.root(), 60, 40);
-  client.fill(wallpaper, {0, 0, 60, 40}, 0x556677);
-  client.fill(wallpaper, {13, 7, 22, 19}, 0xccaa33);
+  xcb_create_pixmap(client.connection(), 24, wallpaper, client.root(), 300, 40);
+  client.fill(wallpaper, {0, 0, 300, 40}, 0x556677);
+  client.fill(wallpaper, {230, 7, 22, 19}, 0xccaa33);
+  client.fill(wallpaper, {290, 26, 10, 5}, 0x33ccaa);
   client.setNumbers(client.root(), "_XROOTPMAP_ID", "PIXMAP", {wallpaper});
   const support::CompositingManager manager(server.display());
   fillTheScreen();

@@ -226,11 +226,13 @@ TEST_F(SceneModelTest, AWindowThatIsGoneIsNotAskedAbout) {
 
 TEST_F(SceneModelTest, TheCompositingManagerIsToldOncePerChange) {
   EXPECT_FALSE(model.hasCompositingManager());
-  model.compositingManagerIs(true);
-  model.compositingManagerIs(true);
+  model.compositingManagerIs(7);
+  model.compositingManagerIs(7);
   EXPECT_TRUE(model.hasCompositingManager());
-  model.compositingManagerIs(false);
-  EXPECT_THAT(recorder.changes, ElementsAre("manager", "no manager"));
+  model.compositingManagerIs(8);
+  EXPECT_EQ(model.compositingManager(), 8U);
+  model.compositingManagerIs(XCB_NONE);
+  EXPECT_THAT(recorder.changes, ElementsAre("manager", "manager", "no manager"));
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ namespace platform::x11 {
 namespace {
 
 constexpr PixelRect wholeScreen{0, 0, 400, 300};
-constexpr std::uint32_t grey = 0x808080;  // what lies beneath when a compositing manager has no wallpaper
+constexpr std::uint32_t grey = 0x808080;  // of what lies beneath
 constexpr std::uint32_t half = 0x80000000;
 
 class WindowLooksTest : public ::testing::Test {
@@ -24,6 +24,8 @@ class WindowLooksTest : public ::testing::Test {
   WindowLooksTest() {
     redirectSubwindows(*keeper);
     EXPECT_TRUE(keeper->synchronize(10'000));
+    client.createWindow({.frame = wholeScreen, .color = grey});
+    client.sync();
   }
 
   // All that it takes to count as a compositing manager.

@@ -21,7 +21,8 @@ std::string addressIn(const std::string& output) {
 
 std::vector<std::string> command(WindowManager::Kind kind) {
   if (kind == WindowManager::Kind::openbox) return {"openbox", "--sm-disable"};
-  return {"xfwm4", "--compositor=off", "--sm-client-disable"};
+  const std::string compositor = kind == WindowManager::Kind::xfwm4 ? "--compositor=off" : "--compositor=on";
+  return {"xfwm4", compositor, "--sm-client-disable"};
 }
 
 }  // namespace
@@ -41,7 +42,7 @@ Environment PrivateHome::environment(const std::string& display) const {
 
 WindowManager::WindowManager(const std::string& display, Kind kind) {
   Environment environment = home_.environment(display);
-  if (kind == Kind::xfwm4) {
+  if (kind != Kind::openbox) {
     bus_.emplace();
     environment["DBUS_SESSION_BUS_ADDRESS"] = bus_->address();
   }
@@ -56,8 +57,10 @@ WindowManager::WindowManager(const std::string& display, Kind kind) {
 }
 
 CompositingManager::CompositingManager(const std::string& display) : display_(display) {
-  process_.emplace(std::vector<std::string>{"picom", "--backend", "xrender", "--config", "/dev/null"},
-                   home_.environment(display));
+  // Where just a part is to be painted again, picom 12 and 13 lose windows around it.
+  process_.emplace(
+      std::vector<std::string>{"picom", "--backend", "xrender", "--no-use-damage", "--config", "/dev/null"},
+      home_.environment(display));
   XClient client(display);
   if (!waitUntil([&] { return client.selectionOwner("_NET_WM_CM_S0") != XCB_NONE; })) {
     throw std::runtime_error("The compositing manager did not come up: " + process_->output());

@@ -37,7 +37,7 @@ class SessionBus {
 
 class WindowManager {
  public:
-  enum class Kind { openbox, xfwm4 };
+  enum class Kind { openbox, xfwm4, compositingXfwm4 };
   explicit WindowManager(const std::string& display, Kind kind = Kind::openbox);
   // As a crash would.
   void kill() { process_->kill(); }

@@ -135,10 +135,8 @@ void Compositor::compositingManagerChanged(bool isRunning) {
   for (const auto& [id, content] : contents_) {
     content->forgetPicture();
     content->setLook({});
-    if (isRunning)
-      looks_.follow(id);
-    else
-      looks_.forget(id);
+    looks_.forget(id);
+    if (isRunning) looks_.follow(id);
   }
   invalidate();
 }

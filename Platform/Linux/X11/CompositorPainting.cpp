@@ -140,7 +140,7 @@ PaintStep Compositor::paintStep(const Layer& layer, std::uint8_t operation) cons
 }
 
 void Compositor::paintWallpaper(const Region& rest) {
-  const xcb_render_picture_t picture = wallpaper_.picture(scene_.hasCompositingManager());
+  const xcb_render_picture_t picture = wallpaper_.picture(scene_.compositingManager());
   perform({.source = picture,
            .sourceX = static_cast<std::int16_t>(wallpaper_.part().x),
            .sourceY = static_cast<std::int16_t>(wallpaper_.part().y),

@@ -54,7 +54,7 @@ void Scene::build() {
       if (!connection_.isServerOwned(child)) model_.adopt(child);
   }
   const auto owner = awaitReply(c, xcb_get_selection_owner_reply, ownerCookie);
-  model_.compositingManagerIs(owner && owner->owner != XCB_NONE);
+  model_.compositingManagerIs(owner ? owner->owner : XCB_NONE);
 
   describeStubs();
   while (collectReply(true)) {
@@ -217,7 +217,7 @@ void Scene::handleExtension(const xcb_generic_event_t& event) {
   } else if (connection_.has(Extension::xfixes) &&
              eventType(event) == connection_.firstEvent(Extension::xfixes) + XCB_XFIXES_SELECTION_NOTIFY) {
     const auto& selection = eventAs<xcb_xfixes_selection_notify_event_t>(event);
-    if (selection.selection == compositingManagerSelection_) model_.compositingManagerIs(selection.owner != XCB_NONE);
+    if (selection.selection == compositingManagerSelection_) model_.compositingManagerIs(selection.owner);
   }
 }
 

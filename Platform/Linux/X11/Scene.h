@@ -38,6 +38,8 @@ class Scene {
   [[nodiscard]] const SceneWindow* find(xcb_window_t id) const { return model_.find(id); }
   // Whether a compositing manager owns this screen's selection.
   [[nodiscard]] bool hasCompositingManager() const { return model_.hasCompositingManager(); }
+  // The window by which it does; none without one.
+  [[nodiscard]] xcb_window_t compositingManager() const { return model_.compositingManager(); }
 
   // Takes in an event that concerns it and ignores all others.
   void handle(const xcb_generic_event_t& event);

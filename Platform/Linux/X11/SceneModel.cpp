@@ -135,10 +135,9 @@ void SceneModel::raised(xcb_window_t id) {
   if (const auto from = indexOf(id)) moveTo(*from, windows_.size() - 1);
 }
 
-void SceneModel::compositingManagerIs(bool isRunning) {
-  if (hasCompositingManager_ == isRunning) return;
-  hasCompositingManager_ = isRunning;
-  tell([&](SceneListener& listener) { listener.compositingManagerChanged(isRunning); });
+void SceneModel::compositingManagerIs(xcb_window_t window) {
+  if (std::exchange(compositingManager_, window) == window) return;
+  tell([&](SceneListener& listener) { listener.compositingManagerChanged(hasCompositingManager()); });
 }
 
 template <typename Change>

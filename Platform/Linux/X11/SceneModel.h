@@ -49,7 +49,7 @@ class SceneListener {
   // Its bounding shape is another one (also when it was shaped before).
   virtual void windowReshaped(const SceneWindow& window) = 0;
   virtual void windowRestacked(const SceneWindow& window) = 0;
-  // A compositing manager took over the screen or went away.
+  // A compositing manager took over the screen, perhaps from another one, or went away.
   virtual void compositingManagerChanged(bool isRunning) = 0;
 };
 
@@ -81,7 +81,9 @@ class SceneModel {
   // Bottom to top.
   [[nodiscard]] std::span<const SceneWindow> windows() const { return windows_; }
   [[nodiscard]] const SceneWindow* find(xcb_window_t id) const;
-  [[nodiscard]] bool hasCompositingManager() const { return hasCompositingManager_; }
+  // The window by which a compositing manager holds the screen; none without one.
+  [[nodiscard]] xcb_window_t compositingManager() const { return compositingManager_; }
+  [[nodiscard]] bool hasCompositingManager() const { return compositingManager_ != XCB_NONE; }
 
   // Windows heard of since the last call about which the server must be asked. It is answered by `describe...`, in any
   // order; answers for a window that is gone are ignored.
@@ -99,7 +101,7 @@ class SceneModel {
   void restacked(xcb_window_t id, std::optional<xcb_window_t> sibling);
   void raised(xcb_window_t id);
   void reshaped(xcb_window_t id, bool isShaped);
-  void compositingManagerIs(bool isRunning);
+  void compositingManagerIs(xcb_window_t window);
 
   void describeAttributes(Stub stub, const Attributes& attributes);
   void describeGeometry(Stub stub, const WindowGeometry& geometry, std::uint8_t depth);
@@ -125,7 +127,7 @@ class SceneModel {
   std::vector<Missing> missing_;
   std::vector<Stub> stubs_;
   std::uint64_t nextGeneration_ = 1;
-  bool hasCompositingManager_ = false;
+  xcb_window_t compositingManager_ = XCB_NONE;
   std::vector<SceneListener*> listeners_;
 };
 

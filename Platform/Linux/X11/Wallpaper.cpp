@@ -4,13 +4,25 @@
 #include <xcb/shape.h>
 
 #include <array>
+#include <string_view>
 
 namespace platform::x11 {
 
+namespace {
+
+std::string_view textOf(const xcb_get_property_reply_t* reply) {
+  if (reply == nullptr || reply->format != 8) return {};
+  return {static_cast<const char*>(xcb_get_property_value(reply)),
+          static_cast<std::size_t>(xcb_get_property_value_length(reply))};
+}
+
+}  // namespace
+
 Wallpaper::Wallpaper(Connection& connection, const PixelRect& source) : connection_(connection), source_(source) {
-  connection_.internAtoms({"_XROOTPMAP_ID", "_XSETROOT_ID"});
+  connection_.internAtoms({"_XROOTPMAP_ID", "_XSETROOT_ID", "COMPTON_VERSION"});
   rootPixmap_ = connection_.atom("_XROOTPMAP_ID");
   setRootPixmap_ = connection_.atom("_XSETROOT_ID");
+  comptonVersion_ = connection_.atom("COMPTON_VERSION");
   connection_.addRootEvents(XCB_EVENT_MASK_PROPERTY_CHANGE);
 }
 
@@ -30,13 +42,15 @@ void Wallpaper::forget() {
   picture_.reset();
 }
 
-xcb_render_picture_t Wallpaper::picture(bool hasCompositingManager) {
+xcb_render_picture_t Wallpaper::picture(xcb_window_t compositingManager) {
   if (picture_) return *picture_;
   picture_ = connection_.newId();
-  if (!hasCompositingManager)
+  if (compositingManager == XCB_NONE) {
     makeFromRootWindow();
-  else if (!makeFromProperty(rootPixmap_) && !makeFromProperty(setRootPixmap_))
-    makeGrey();
+    return *picture_;
+  }
+  const DesktopPainting painting = paintingOf(compositingManager);
+  if (!makeFromProperty(rootPixmap_, painting) && !makeFromProperty(setRootPixmap_, painting)) makePlain(painting);
   return *picture_;
 }
 
@@ -64,7 +78,20 @@ void Wallpaper::makeFromRootWindow() {
   xcb_destroy_window(c, probe);
 }
 
-bool Wallpaper::makeFromProperty(xcb_atom_t property) {
+DesktopPainting Wallpaper::paintingOf(xcb_window_t compositingManager) const {
+  xcb_connection_t* c = connection_.get();
+  constexpr std::uint32_t longest = 16;
+  const auto ask = [&](xcb_atom_t property) {
+    return xcb_get_property(c, 0, compositingManager, property, XCB_ATOM_STRING, 0, longest);
+  };
+  const auto nameCookie = ask(XCB_ATOM_WM_NAME);
+  const auto versionCookie = ask(comptonVersion_);
+  const auto name = awaitReply(c, xcb_get_property_reply, nameCookie);
+  const auto version = awaitReply(c, xcb_get_property_reply, versionCookie);
+  return desktopPainting(textOf(name.get()), textOf(version.get()));
+}
+
+bool Wallpaper::makeFromProperty(xcb_atom_t property, const DesktopPainting& painting) {
   xcb_connection_t* c = connection_.get();
   const auto value = awaitReply(c, xcb_get_property_reply,
                                 xcb_get_property(c, 0, connection_.root(), property, XCB_ATOM_PIXMAP, 0, 1));
@@ -73,16 +100,16 @@ bool Wallpaper::makeFromProperty(xcb_atom_t property) {
   const auto geometry = awaitReply(c, xcb_get_geometry_reply, xcb_get_geometry(c, pixmap));
   if (!geometry || geometry->depth != connection_.rootDepth()) return false;
   part_ = source_;
-  const std::uint32_t repeat = XCB_RENDER_REPEAT_NORMAL;
   // Its owner may free the pixmap at any moment, and says so by the property.
-  connection_.ignoreErrors(xcb_render_create_picture(
-      c, *picture_, pixmap, connection_.formatOfVisual(connection_.rootVisual()), XCB_RENDER_CP_REPEAT, &repeat));
+  connection_.ignoreErrors(xcb_render_create_picture(c, *picture_, pixmap,
+                                                     connection_.formatOfVisual(connection_.rootVisual()),
+                                                     XCB_RENDER_CP_REPEAT, &painting.beyondEdges));
   return true;
 }
 
-void Wallpaper::makeGrey() {
+void Wallpaper::makePlain(const DesktopPainting& painting) {
   part_ = {0, 0, source_.width, source_.height};
-  xcb_render_create_solid_fill(connection_.get(), *picture_, {0x8080, 0x8080, 0x8080, 0xffff});
+  xcb_render_create_solid_fill(connection_.get(), *picture_, {painting.grey, painting.grey, painting.grey, 0xffff});
 }
 
 }  // namespace platform::x11

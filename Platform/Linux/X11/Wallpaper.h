@@ -3,7 +3,7 @@
 // Threads: that of its connection.
 // Units and axes: root pixels.
 // Ownership: RAII; the connection must outlive it.
-// Failure: where no picture can be had, a plain grey one, as compositing managers paint without a wallpaper.
+// Failure: where no picture can be had, the plain one that the compositing manager paints without a wallpaper.
 #pragma once
 
 #include <xcb/render.h>
@@ -13,6 +13,7 @@
 
 #include "Platform/Linux/Coordinates.h"
 #include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/X11/DesktopPainting.h"
 
 namespace platform::x11 {
 
@@ -28,21 +29,23 @@ class Wallpaper {
   [[nodiscard]] bool isChangedBy(const xcb_generic_event_t& event) const;
   void forget();
 
-  // Made on first use; under a compositing manager that takes an answer from the server. `part` is the rectangle of the
-  // picture that lies in the source.
-  [[nodiscard]] xcb_render_picture_t picture(bool hasCompositingManager);
+  // Made on first use; under a compositing manager, given by its window, that takes answers from the server. `part` is
+  // the rectangle of the picture that lies in the source.
+  [[nodiscard]] xcb_render_picture_t picture(xcb_window_t compositingManager);
   [[nodiscard]] PixelRect part() const { return part_; }
 
  private:
   void makeFromRootWindow();
-  [[nodiscard]] bool makeFromProperty(xcb_atom_t property);
-  void makeGrey();
+  [[nodiscard]] DesktopPainting paintingOf(xcb_window_t compositingManager) const;
+  [[nodiscard]] bool makeFromProperty(xcb_atom_t property, const DesktopPainting& painting);
+  void makePlain(const DesktopPainting& painting);
 
   Connection& connection_;
   PixelRect source_;
   // The two names under which setters of wallpapers leave the pixmap, in the order in which they are believed.
   xcb_atom_t rootPixmap_;
   xcb_atom_t setRootPixmap_;
+  xcb_atom_t comptonVersion_;
   std::optional<xcb_render_picture_t> picture_;
   PixelRect part_;
 };
