@@ -142,6 +142,18 @@ TEST_F(WindowLooksTest, OpacityIsHonouredOnTheTopLevelOrOnTheWindowInside) {
   EXPECT_EQ(pixel(210, 50), 0xffffffU);
 }
 
+TEST_F(WindowLooksTest, OpacityOutlivesTheCompositingManagerThatHonouredItFirst) {
+  claimToComposite();
+  const auto plain = client.createWindow({.frame = {200, 40, 50, 50}, .color = 0xffffff});
+  client.setNumbers(plain, "_NET_WM_WINDOW_OPACITY", "CARDINAL", {half});
+  client.sync();
+  composition.emplace(server.display(), wholeScreen);
+  const std::uint32_t blended = pixel(210, 50);
+  ASSERT_NE(blended, 0xffffffU);
+  claimToComposite();
+  EXPECT_EQ(pixel(210, 50), blended) << "another one took over";
+}
+
 TEST_F(WindowLooksTest, WhatLiesBeneathATranslucentWindowIsStillFollowed) {
   claimToComposite();
   const auto beneath = client.createWindow({.frame = {0, 0, 400, 300}, .color = 0x000000});
@@ -157,15 +169,20 @@ TEST_F(WindowLooksTest, WhatLiesBeneathATranslucentWindowIsStillFollowed) {
 
 TEST_F(WindowLooksTest, OpacityLooksAsUnderARealCompositingManager) {
   const support::CompositingManager picom(server.display());
-  const auto window = client.createWindow({.frame = {100, 50, 100, 100}, .color = 0x3060f0});
-  client.setNumbers(window, "_NET_WM_WINDOW_OPACITY", "CARDINAL", {half});
-  client.sync();
+  constexpr std::uint32_t color = 0xff60f0;
+  const auto window = client.createWindow({.frame = {100, 50, 100, 100}, .color = color});
   composition.emplace(server.display(), wholeScreen);
-  EXPECT_TRUE(support::waitUntil([&] {
-    const auto shown = client.screenshot(wholeScreen).at(150, 100);
-    return shown != 0x3060f0 && shown != grey && isNear(pixel(150, 100), shown);
-  })) << std::hex
-      << pixel(150, 100) << " instead of " << client.screenshot(wholeScreen).at(150, 100);
+  std::uint32_t before = color;
+  for (const std::uint32_t opacity : {0xccccccccU, 0xbfffffffU, half, 0x4cccccccU}) {
+    client.setNumbers(window, "_NET_WM_WINDOW_OPACITY", "CARDINAL", {opacity});
+    client.sync();
+    EXPECT_TRUE(support::waitUntil([&] {
+      const auto shown = client.screenshot(wholeScreen).at(150, 100);
+      return shown != before && shown != grey && shown == pixel(150, 100);
+    })) << std::hex
+        << opacity << ": " << pixel(150, 100) << " instead of " << client.screenshot(wholeScreen).at(150, 100);
+    before = client.screenshot(wholeScreen).at(150, 100);
+  }
 }
 
 TEST_F(WindowLooksTest, WindowsThatGoWhileTheyAreLookedAtDoNoHarm) {

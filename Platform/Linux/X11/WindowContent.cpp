@@ -50,7 +50,9 @@ xcb_render_picture_t WindowContent::mask() {
   if (look_.opacity == WindowLook::opaque) return XCB_NONE;
   if (!mask_) {
     mask_ = connection_.newId();
-    const auto alpha = static_cast<std::uint16_t>(look_.opacity >> 16U);
+    // As compositing managers do: of 255 levels the one below.
+    const std::uint64_t level = std::uint64_t{look_.opacity} * 0xff / WindowLook::opaque;
+    const auto alpha = static_cast<std::uint16_t>(level * 0x101);
     xcb_render_create_solid_fill(connection_.get(), *mask_, {0, 0, 0, alpha});
   }
   return *mask_;
