@@ -1,5 +1,7 @@
 #include "Platform/Linux/Desktop/DesktopStatusItem.h"
 
+#include <QCoreApplication>
+#include <QDBusConnection>
 #include <QGuiApplication>
 #include <QPalette>
 #include <utility>
@@ -18,7 +20,17 @@ void DesktopStatusItem::setMenu(std::shared_ptr<platform::Menu> menu) {
   if (icon_) icon_->setContextMenu(&menu_->qtMenu());
 }
 
+// The toolkit asks whether there is a tray on the bus that it joined first, so on another bus it would make an icon of
+// the older kind. The one that there is joins the new bus, once its own old connection is forgotten.
+void DesktopStatusItem::showAgain() {
+  icon_->hide();
+  QDBusConnection::disconnectFromBus(
+      QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid()));
+  icon_->show();
+}
+
 void DesktopStatusItem::show() {
+  if (icon_) return showAgain();
   icon_.emplace();
   // Trays open the context menu by themselves; a plain click is left to us, and there is nothing else that it could
   // mean.

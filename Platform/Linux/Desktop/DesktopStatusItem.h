@@ -32,6 +32,8 @@ class DesktopStatusItem : public StatusItem, private StatusButton {
   [[nodiscard]] const QSystemTrayIcon* trayIcon() const { return icon_ ? &*icon_ : nullptr; }
 
  private:
+  // On the session bus that has come back.
+  void showAgain();
   void setImage(std::shared_ptr<Image> image) override;
   [[nodiscard]] std::shared_ptr<Image> image() const override { return image_; }
   void setToolTip(const std::string& text) override;
