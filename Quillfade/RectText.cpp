@@ -1,8 +1,9 @@
 #include "Quillfade/RectText.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <locale>
-#include <optional>
 #include <sstream>
 
 #include "Quillfade/NumberText.h"
@@ -10,46 +11,40 @@
 namespace quillfade {
 namespace {
 
-// Reads the text from left to right; what is wanted of it ends with the first mismatch.
-class Reader {
- public:
-  explicit Reader(std::string_view text) : rest_(text) {}
+bool isDigit(char letter) { return letter >= '0' && letter <= '9'; }
 
-  bool punctuation(char wanted) {
-    skipBlanks();
-    if (rest_.empty() || rest_.front() != wanted) return false;
-    rest_.remove_prefix(1);
-    return true;
-  }
+std::size_t digitsAt(std::string_view text, std::size_t start) {
+  std::size_t end = std::min(start, text.size());
+  while (end < text.size() && isDigit(text[end])) ++end;
+  return end - std::min(start, text.size());
+}
 
-  bool number(double& value) {
-    skipBlanks();
-    const auto length = std::min(rest_.find_first_not_of("+-.0123456789eE"), rest_.size());
-    // A stream with the classic locale reads the same on every desktop, whatever its decimal sign.
-    std::istringstream stream{std::string{rest_.substr(0, length)}};
-    stream.imbue(std::locale::classic());
-    if (length == 0 || !(stream >> value) || stream.peek() != std::istringstream::traits_type::eof() ||
-        !std::isfinite(value)) {
-      return false;
-    }
-    rest_.remove_prefix(length);
-    return true;
-  }
+// The length of the decimal number at the front, zero when there is none: a sign, digits with or without a point, and
+// an exponent, of which only the digits are a must.
+std::size_t numberLength(std::string_view text) {
+  std::size_t length = text.starts_with('+') || text.starts_with('-') ? 1 : 0;
+  const std::size_t whole = digitsAt(text, length);
+  length += whole;
+  const std::size_t fraction = text.substr(length).starts_with('.') ? digitsAt(text, length + 1) : 0;
+  if (whole == 0 && fraction == 0) return 0;
+  if (text.substr(length).starts_with('.')) length += 1 + fraction;
+  if (!text.substr(length).starts_with('e') && !text.substr(length).starts_with('E')) return length;
+  std::size_t exponent = length + 1;
+  if (text.substr(exponent).starts_with('+') || text.substr(exponent).starts_with('-')) ++exponent;
+  const std::size_t power = digitsAt(text, exponent);
+  return power == 0 ? length : exponent + power;
+}
 
-  bool pair(double& first, double& second) {
-    return punctuation('{') && number(first) && punctuation(',') && number(second) && punctuation('}');
-  }
-
-  bool end() {
-    skipBlanks();
-    return rest_.empty();
-  }
-
- private:
-  void skipBlanks() { rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t\r\n"), rest_.size())); }
-
-  std::string_view rest_;
-};
+// A stream with the classic locale reads the same on every desktop, whatever its decimal sign.
+double numberIn(std::string_view text) {
+  std::istringstream stream{std::string{text}};
+  stream.imbue(std::locale::classic());
+  double value = 0;
+  stream >> value;
+  // What is too small to be told from zero fails, too.
+  if (stream.fail() && std::abs(value) >= 1) return std::numeric_limits<double>::infinity();
+  return value;
+}
 
 }  // namespace
 
@@ -60,11 +55,14 @@ std::string rectText(const platform::Rect& rect) {
 
 platform::Rect rectFromText(std::string_view text) {
   platform::Rect rect;
-  Reader reader(text);
-  const bool complete = reader.punctuation('{') && reader.pair(rect.origin.x, rect.origin.y) &&
-                        reader.punctuation(',') && reader.pair(rect.size.width, rect.size.height) &&
-                        reader.punctuation('}') && reader.end();
-  return complete ? rect : platform::Rect{};
+  for (double* wanted : {&rect.origin.x, &rect.origin.y, &rect.size.width, &rect.size.height}) {
+    while (!text.empty() && numberLength(text) == 0) text.remove_prefix(1);
+    const std::size_t length = numberLength(text);
+    if (length > 0) *wanted = numberIn(text.substr(0, length));
+    if (!std::isfinite(*wanted)) return {};
+    text.remove_prefix(length);
+  }
+  return rect;
 }
 
 }  // namespace quillfade

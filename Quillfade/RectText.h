@@ -8,11 +8,10 @@
 
 namespace quillfade {
 
-// Each number in its shortest decimal form that reads back as the same number.
 [[nodiscard]] std::string rectText(const platform::Rect& rect);
 
-// Blanks between the elements are free. Text that is not of this form, or holds a number that is not finite, reads as
-// the zero rectangle.
+// The first four decimal numbers in the text, whatever stands around them; zero for those that are not there. A number
+// beyond the range of numbers makes it the zero rectangle.
 [[nodiscard]] platform::Rect rectFromText(std::string_view text);
 
 }  // namespace quillfade

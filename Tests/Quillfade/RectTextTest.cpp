@@ -16,6 +16,10 @@ TEST(RectText, NumbersAreInShortestForm) {
   EXPECT_EQ(rectText({{-0.5, 0.1}, {100.25, 1e-3}}), "{{-0.5, 0.1}, {100.25, 0.001}}");
 }
 
+TEST(RectText, LargeNumbersAreWrittenOut) {
+  EXPECT_EQ(rectText({{-100000, 1e6}, {100000, 1e16}}), "{{-100000, 1000000}, {100000, 10000000000000000}}");
+}
+
 TEST(RectText, ReadsBackWhatWasWritten) {
   const Rect rects[] = {{{240, 240}, {520, 340}}, {{-1920.5, 1.0 / 3}, {1e17 / 3, 24}}, {{0, 0}, {0, 0}}};
   for (const Rect& rect : rects) EXPECT_EQ(rectFromText(rectText(rect)), rect) << rectText(rect);
@@ -29,25 +33,33 @@ TEST(RectText, BlanksBetweenElementsAreFree) {
   EXPECT_EQ(rectFromText(" { {1,2},{ 3 , 4 } } "), (Rect{{1, 2}, {3, 4}}));
 }
 
-TEST(RectText, TextThatIsNoRectangleReadsAsZero) {
-  for (const char* text : {"", "nonsense", "{{1, 2}, {3}}", "{{1, 2}, {3, 4}", "{1, 2, 3, 4}", "{{1 2}, {3, 4}}",
-                           "{{1, 2}, {3, x}}", "{{1, 2}, {--3, 4}}", "{{1, 2}, {1.2.3, 4}}"}) {
+TEST(RectText, FourNumbersAreReadWhateverStandsAroundThem) {
+  for (const char* text : {"{1, 2, 300, 400}", "1 2 300 400", "{{1, 2}, {300, 400}", "{{1 2} {300 400}}",
+                           "x=1 y=2, 300 by 400", "{{1, 2}, {300, 400}}}, {{5, 6}, {7, 8}}", "((1;2);(300;400))"}) {
+    EXPECT_EQ(rectFromText(text), (Rect{{1, 2}, {300, 400}})) << text;
+  }
+}
+
+TEST(RectText, NumbersThatAreMissingAreZero) {
+  EXPECT_EQ(rectFromText("{{1, 2}, {3}}"), (Rect{{1, 2}, {3, 0}}));
+  EXPECT_EQ(rectFromText("{{1, 2}, {3, x}}"), (Rect{{1, 2}, {3, 0}}));
+  EXPECT_EQ(rectFromText("7"), (Rect{{7, 0}, {0, 0}}));
+  for (const char* text : {"", "nonsense", "{{}, {}}", "+-.e", "{{nan, nan}, {inf, inf}}"}) {
     EXPECT_EQ(rectFromText(text), Rect{}) << text;
   }
 }
 
-TEST(RectText, NoBeginningOfARectangleIsOne) {
-  const std::string whole = "{{1, 2}, {3, 4}}";
-  for (std::size_t length = 0; length < whole.size(); ++length) {
-    EXPECT_EQ(rectFromText(whole.substr(0, length)), Rect{}) << length;
-  }
-  EXPECT_EQ(rectFromText(whole + "}"), Rect{});
+TEST(RectText, ANumberBeginsWithItsLastSignAndEndsBeforeWhatDoesNotBelongToIt) {
+  EXPECT_EQ(rectFromText("--1 +-2 3-4"), (Rect{{-1, -2}, {3, -4}}));
+  EXPECT_EQ(rectFromText("1.2.3 4e 5e+"), (Rect{{1.2, 0.3}, {4, 5}}));
+  EXPECT_EQ(rectFromText(".5 -.5 5. e7"), (Rect{{0.5, -0.5}, {5, 7}}));
 }
 
-TEST(RectText, NumbersThatAreNotFiniteReadAsZero) {
-  for (const char* text : {"{{0, 0}, {nan, 600}}", "{{0, 0}, {inf, 600}}", "{{0, 0}, {1e999, 600}}"}) {
+TEST(RectText, ANumberThatIsTooLargeMakesItTheZeroRectangle) {
+  for (const char* text : {"{{0, 0}, {1e999, 600}}", "{{-1e999, 0}, {500, 600}}"}) {
     EXPECT_EQ(rectFromText(text), Rect{}) << text;
   }
+  EXPECT_EQ(rectFromText("{{0, 1e-999}, {500, 600}}"), (Rect{{0, 0}, {500, 600}}));
 }
 
 }  // namespace
