@@ -12,8 +12,8 @@
 
 namespace platform {
 
-// A value keeps the type it was written with.
-using SettingValue = std::variant<bool, std::int64_t, std::string>;
+// A value keeps the type it was written with. A whole number that fits is an integer, however it was written.
+using SettingValue = std::variant<bool, std::int64_t, double, std::string>;
 
 class Settings {
  public:

@@ -5,6 +5,7 @@
 
 #include "Quillfade/CoverArea.h"
 #include "Quillfade/RectText.h"
+#include "Quillfade/StoredRegion.h"
 #include "Quillfade/StoredValues.h"
 
 namespace quillfade {
@@ -13,21 +14,10 @@ namespace {
 constexpr const char* enabledKey = "enabled";
 constexpr const char* styleKey = "style";
 constexpr const char* outlineKey = "outline";
-constexpr const char* regionKey = "region";
-
-constexpr double leastStoredExtent = 24;
 
 CoverStyle loadStyle(const platform::Settings& settings) {
   const auto raw = asInteger(settings.object(styleKey));
   return raw ? coverStyle(*raw).value_or(CoverStyle::live) : CoverStyle::live;
-}
-
-std::optional<platform::Rect> loadRegion(const platform::Settings& settings) {
-  const auto text = asString(settings.object(regionKey));
-  if (!text) return std::nullopt;
-  const auto rect = rectFromText(*text);
-  if (!(rect.width() >= leastStoredExtent && rect.height() >= leastStoredExtent)) return std::nullopt;
-  return rect;
 }
 
 }  // namespace
@@ -35,9 +25,10 @@ std::optional<platform::Rect> loadRegion(const platform::Settings& settings) {
 OverlayController::OverlayController(platform::Platform& platform)
     : platform_(platform),
       defaults_(platform.settings()),
-      region_(loadRegion(defaults_)),
       style_(loadStyle(defaults_)),
-      showsOutline_(asBool(defaults_.object(outlineKey)).value_or(true)) {}
+      showsOutline_(asBool(defaults_.object(outlineKey)).value_or(true)) {
+  region_ = storedRegion(defaults_.object(regionKey));
+}
 
 void OverlayController::restore() {
   if (readBool(defaults_.object(enabledKey)) && region_) setEnabled(true);

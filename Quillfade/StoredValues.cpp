@@ -40,6 +40,7 @@ std::optional<std::string> asString(const std::optional<platform::SettingValue>&
 
 bool readBool(const std::optional<platform::SettingValue>& value) {
   if (const auto integer = stored<std::int64_t>(value)) return *integer != 0;
+  if (const auto number = stored<double>(value)) return *number != 0;
   if (const auto text = stored<std::string>(value)) return affirms(*text);
   return stored<bool>(value).value_or(false);
 }

@@ -18,6 +18,7 @@ std::optional<SettingValue> Settings::object(const std::string& key) const {
   if ([stored isKindOfClass:[NSString class]]) return stdString(stored);
   if (isBool(stored)) return integerValue(stored) == 1;
   if (const auto integer = integerValue(stored)) return *integer;
+  if ([stored isKindOfClass:[NSNumber class]]) return static_cast<NSNumber*>(stored).doubleValue;
   return std::nullopt;
 }
 
@@ -28,6 +29,8 @@ void Settings::set(const std::string& key, SettingValue value) {
     [defaults setBool:*boolean forKey:name];
   } else if (const auto* integer = std::get_if<std::int64_t>(&value)) {
     [defaults setInteger:*integer forKey:name];
+  } else if (const auto* number = std::get_if<double>(&value)) {
+    [defaults setObject:[NSNumber numberWithDouble:*number] forKey:name];
   } else {
     [defaults setObject:nsString(std::get<std::string>(value)) forKey:name];
   }

@@ -117,14 +117,32 @@ TEST_F(SettingsTest, TheFileAndTheDirectoriesMadeForItAreTheUsersAlone) {
   EXPECT_EQ(filesInDirectory(), 1U);
 }
 
-TEST_F(SettingsTest, WholeNumbersReadAsIntegersAndWhateverElseIsThereAsAbsent) {
+TEST_F(SettingsTest, WholeNumbersReadAsIntegersOthersAsFractionsAndWhateverElseIsThereAsAbsent) {
   writeFile(path, R"({"a": 1, "b": 1.0, "c": -2, "d": 1.5, "e": [1], "f": {"g": 1}, "h": null, "i": 1e300, "j": 0})");
   const SettingsFile settings = open();
   EXPECT_EQ(settings.object("a"), SettingValue(std::int64_t{1}));
   EXPECT_EQ(settings.object("b"), SettingValue(std::int64_t{1}));
   EXPECT_EQ(settings.object("c"), SettingValue(std::int64_t{-2}));
   EXPECT_EQ(settings.object("j"), SettingValue(std::int64_t{0}));
-  for (const char* key : {"d", "e", "f", "h", "i"}) EXPECT_EQ(settings.object(key), std::nullopt) << key;
+  EXPECT_EQ(settings.object("d"), SettingValue(1.5));
+  EXPECT_EQ(settings.object("i"), SettingValue(1e300));
+  for (const char* key : {"e", "f", "h"}) EXPECT_EQ(settings.object(key), std::nullopt) << key;
+}
+
+TEST_F(SettingsTest, AFractionThatIsSetReadsBack) {
+  open().set("fraction", 0.1);
+  EXPECT_EQ(open().object("fraction"), SettingValue(0.1));
+}
+
+TEST_F(SettingsTest, TheSettingsOfAnotherProcessCanBeReadWithoutTouchingThem) {
+  EXPECT_TRUE(platform::x11::storedSettings(path, {"region"}).empty());
+  writeFile(path, R"({"region": "{{0, 0}, {1e300, 600}}", "style": 1})");
+  const std::map<std::string, SettingValue> expected{{"region", std::string("{{0, 0}, {1e300, 600}}")}};
+  EXPECT_EQ(platform::x11::storedSettings(path, {"region", "outline"}), expected);
+  writeFile(path, "{");
+  EXPECT_TRUE(platform::x11::storedSettings(path, {"region"}).empty());
+  EXPECT_EQ(readFile(path), "{");
+  EXPECT_EQ(filesInDirectory(), 1U);
 }
 
 TEST_F(SettingsTest, WhatItDoesNotUnderstandSurvivesAChange) {

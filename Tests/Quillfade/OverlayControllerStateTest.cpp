@@ -36,6 +36,11 @@ TEST_F(OverlayControllerState, ConstructionNeitherReadsEnabledNorShowsNorWrites)
   EXPECT_THAT(writtenKeys(), IsEmpty());
 }
 
+TEST_F(OverlayControllerState, TheStyleIsLoadedFirstThenTheOutlineThenTheRegion) {
+  make();
+  EXPECT_THAT(desktop.settings().reads(), ElementsAre("style", "outline", "region"));
+}
+
 TEST_F(OverlayControllerState, OnlyTheStoredIntegerOneGivesTheSolidStyle) {
   store("style", integer(1));
   EXPECT_EQ(make().style(), CoverStyle::solid);

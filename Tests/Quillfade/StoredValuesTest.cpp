@@ -47,6 +47,16 @@ TEST(StoredValues, APlainBoolIsFalseUnlessSomethingAffirmsIt) {
   EXPECT_FALSE(readBool(SettingValue{std::string("no")}));
 }
 
+TEST(StoredValues, AFractionAffirmsAPlainBoolAndIsNothingElse) {
+  for (const double number : {1.5, 0.5, -0.25, 1e300}) {
+    EXPECT_TRUE(readBool(SettingValue{number})) << number;
+    EXPECT_EQ(asBool(SettingValue{number}), std::nullopt) << number;
+    EXPECT_EQ(asInteger(SettingValue{number}), std::nullopt) << number;
+    EXPECT_EQ(asString(SettingValue{number}), std::nullopt) << number;
+  }
+  EXPECT_FALSE(readBool(SettingValue{0.0}));
+}
+
 TEST(StoredValues, ATextAffirmsByItsFirstLetterOrAsANumberOtherThanZero) {
   for (const char* text : {"true", " y", "1", "+1", "-1", "007", "\t-02"}) {
     EXPECT_TRUE(readBool(SettingValue{std::string(text)})) << text;

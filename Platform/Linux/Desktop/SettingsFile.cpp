@@ -41,7 +41,18 @@ int renameToUnusedName(const std::string& from, const std::string& to) {
 QJsonValue jsonValue(const SettingValue& value) {
   if (const bool* flag = std::get_if<bool>(&value)) return *flag;
   if (const std::int64_t* number = std::get_if<std::int64_t>(&value)) return QJsonValue(qint64{*number});
+  if (const double* number = std::get_if<double>(&value)) return *number;
   return QString::fromStdString(std::get<std::string>(value));
+}
+
+std::optional<SettingValue> settingValue(const QJsonValue& value) {
+  if (value.isBool()) return value.toBool();
+  if (value.isString()) return value.toString().toStdString();
+  if (!value.isDouble()) return std::nullopt;
+  // A number that is not whole, or too large, gives the default, whatever the default is.
+  const qint64 number = value.toInteger(0);
+  if (number != value.toInteger(1)) return value.toDouble();
+  return std::int64_t{number};
 }
 
 }  // namespace
@@ -49,14 +60,7 @@ QJsonValue jsonValue(const SettingValue& value) {
 SettingsFile::SettingsFile(std::string path) : path_(std::move(path)) { load(); }
 
 std::optional<SettingValue> SettingsFile::object(const std::string& key) const {
-  const QJsonValue value = values_.value(QString::fromStdString(key));
-  if (value.isBool()) return value.toBool();
-  if (value.isString()) return value.toString().toStdString();
-  if (!value.isDouble()) return std::nullopt;
-  // A number that is not whole, or too large, gives the default, whatever the default is.
-  const qint64 number = value.toInteger(0);
-  if (number != value.toInteger(1)) return std::nullopt;
-  return std::int64_t{number};
+  return settingValue(values_.value(QString::fromStdString(key)));
 }
 
 void SettingsFile::set(const std::string& key, SettingValue value) {
@@ -124,6 +128,17 @@ std::optional<std::string> settingsFault(const std::string& path) {
   }
   if (!isWritableDirectory(directory)) return "Nothing can be written to " + directory.string() + ".";
   return std::nullopt;
+}
+
+std::map<std::string, SettingValue> storedSettings(const std::string& path, const std::vector<std::string>& keys) {
+  const auto file = openRegularFile(followLinks(path), O_RDONLY);
+  const auto bytes = file ? readAll(file->get()) : std::unexpected(file.error());
+  const QJsonObject values = bytes ? parse(*bytes).value_or(QJsonObject{}) : QJsonObject{};
+  std::map<std::string, SettingValue> stored;
+  for (const std::string& key : keys) {
+    if (auto value = settingValue(values.value(QString::fromStdString(key)))) stored.emplace(key, *std::move(value));
+  }
+  return stored;
 }
 
 std::string settingsPath() { return configurationDirectory() + "/quillfade/settings.json"; }

@@ -7,8 +7,10 @@
 #pragma once
 
 #include <QJsonObject>
+#include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "Platform/Settings.h"
 
@@ -38,6 +40,10 @@ class SettingsFile : public Settings {
 // What keeps the settings in this file from being read or kept, without touching it: a sentence; nothing when all is
 // well, also when the file is not there yet.
 [[nodiscard]] std::optional<std::string> settingsFault(const std::string& path);
+
+// What is stored in this file under these keys, without touching it.
+[[nodiscard]] std::map<std::string, SettingValue> storedSettings(const std::string& path,
+                                                                 const std::vector<std::string>& keys);
 
 // Where this user's settings are.
 [[nodiscard]] std::string settingsPath();

@@ -70,7 +70,9 @@ __attribute__((objc_root_class))
 @interface NSNumber : NSObject
 @property(readonly) long long longLongValue;
 @property(readonly) unsigned int unsignedIntValue;
+@property(readonly) double doubleValue;
 + (NSNumber*)numberWithLongLong:(long long)value;
++ (NSNumber*)numberWithDouble:(double)value;
 - (BOOL)isEqualToNumber:(NSNumber*)number;
 @end
 
