@@ -5,6 +5,7 @@
 
 #include "Quillfade/EscapedText.h"
 #include "Quillfade/Identity.h"
+#include "Quillfade/LauncherWords.h"
 #include "Quillfade/OverlayController.h"
 
 namespace quillfade {
@@ -75,7 +76,8 @@ Parsed parseShare(const Words& words) {
 
 }  // namespace
 
-Parsed parseCommand(const Words& words) {
+Parsed parseCommand(const Words& arguments) {
+  const Words words(arguments.begin() + static_cast<std::ptrdiff_t>(launcherWords(arguments)), arguments.end());
   if (words.empty()) return command::Start{};
   const std::string& name = words.front();
   if (name == "toggle") return plain(words, command::Toggle{});

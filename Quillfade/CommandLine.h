@@ -47,7 +47,7 @@ struct InstallShare {
 struct UninstallShare {
   std::string application;
 };
-struct Start {};  // no words: run the application
+struct Start {};  // no words of its own: run the application
 struct Help {};
 struct Version {};
 }  // namespace command
@@ -66,7 +66,7 @@ inline constexpr int usage = 2;    // the words make no command
 // The longest peek that the command line takes, in seconds.
 inline constexpr double longestPeek = 3600;
 
-// The error is a sentence for the user.
+// Words of launchers and toolkits may stand before the command. The error is a sentence for the user.
 [[nodiscard]] std::expected<Command, std::string> parseCommand(const std::vector<std::string>& arguments);
 
 [[nodiscard]] std::string helpText();

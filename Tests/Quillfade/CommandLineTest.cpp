@@ -29,6 +29,37 @@ std::string complaint(const Words& words) {
 
 TEST(CommandLine, NoWordsStartTheApplication) { EXPECT_TRUE(means<command::Start>({})); }
 
+TEST(CommandLine, WordsOfLaunchersAndToolkitsStartTheApplication) {
+  for (const Words& words : std::vector<Words>{{"-session", "2b4f_1700000000_42"},
+                                               {"--session", "2b4f"},
+                                               {"-qwindowtitle", "toggle"},
+                                               {"-display", ":7", "-name", "x", "-reverse"},
+                                               {"-style", "fusion"},
+                                               {"-style=fusion"},
+                                               {"-stylesheet=sheet.css"},
+                                               {"-platform", "xcb", "-widgetcount"},
+                                               {"-psn_0_12345"},
+                                               {"-NSDocumentRevisionsDebugMode", "YES"},
+                                               {"-ApplePersistenceIgnoreState", "YES", "-psn_0_1"},
+                                               {"-session"}}) {
+    EXPECT_TRUE(means<command::Start>(words)) << words.front();
+  }
+}
+
+TEST(CommandLine, ACommandMayFollowThem) {
+  EXPECT_TRUE(means<command::Toggle>({"-display", ":7", "toggle"}));
+  EXPECT_EQ(complaint({"-session", "1", "hide"}), "There is no command \"hide\".");
+  const auto shared = parseCommand({"share", "--", "xterm", "-display", ":7"});
+  EXPECT_THAT(std::get<command::Share>(shared.value()).program, testing::ElementsAre("xterm", "-display", ":7"));
+}
+
+TEST(CommandLine, WordsThatOnlyLookLikeThemAreRefused) {
+  for (const char* word :
+       {"-sessions", "-NS", "-psn", "-nsfoo", "session", "style=fusion", "-reverse=1", "-x", "---name", "-", "--"}) {
+    EXPECT_EQ(complaint({word}), "There is no command \"" + std::string(word) + "\".");
+  }
+}
+
 TEST(CommandLine, EveryCommandIsUnderstood) {
   EXPECT_TRUE(means<command::Toggle>({"toggle"}));
   EXPECT_TRUE(means<command::Peek>({"peek"}));

@@ -1,5 +1,6 @@
 #include "Platform/Linux/Desktop/DesktopApplication.h"
 
+#include <QEvent>
 #include <QIcon>
 #include <QTimer>
 #include <QWidget>
@@ -17,6 +18,18 @@ void preferX11() {
     qputenv("QT_QPA_PLATFORM", "xcb");
 }
 
+// Others may wish the program to end, such as a session manager. Qt would close all windows first: an alert would take
+// that for an answer.
+class EndOnWish : public QObject {
+ public:
+  using QObject::QObject;
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() != QEvent::Quit) return false;
+    QCoreApplication::exit();
+    return true;
+  }
+};
+
 }  // namespace
 
 DesktopApplication::DesktopApplication(std::span<char* const> arguments)
@@ -29,6 +42,7 @@ DesktopApplication::DesktopApplication(std::span<char* const> arguments)
   QGuiApplication::setDesktopFileName(QString::fromLatin1(applicationIdentifier));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/org.quillfade.Quillfade.svg")));
   QApplication::setQuitOnLastWindowClosed(false);
+  application_->installEventFilter(new EndOnWish(&*application_));
   signals_.emplace([this] { terminate(); });
 }
 
@@ -51,7 +65,7 @@ void DesktopApplication::activateIgnoringOtherApps() {
     if (widget->isVisible() && widget->windowType() == Qt::Dialog) bringToFront(*widget);
 }
 
-// Not `quit`, which closes all windows first: an alert would take that for an answer.
+// Not `quit`, which closes all windows first.
 void DesktopApplication::terminate() { QCoreApplication::exit(); }
 
 }  // namespace platform::x11
