@@ -10,6 +10,7 @@
 
 #include "Platform/Linux/Desktop/AboutDialog.h"
 #include "Platform/Linux/Desktop/OffTaskLists.h"
+#include "Platform/Linux/Desktop/ShallowScreen.h"
 #include "Platform/Linux/Desktop/WindowActivation.h"
 
 namespace platform::x11 {
@@ -50,6 +51,7 @@ int DesktopDialogs::runModal(const Alert& alert) {
   box.setWindowFlags(dialogFlags);
   setTexts(box, alert);
   const std::vector<QPushButton*> buttons = addButtons(box, alert);
+  paintOnShallowScreen(box);
   QTimer::singleShot(0, &box, [&box] { bringToFront(box); });
   bool isAnswered = false;
   QObject::connect(&box, &QDialog::finished, &box, [&isAnswered] { isAnswered = true; });
@@ -64,6 +66,7 @@ int DesktopDialogs::runModal(const Alert& alert) {
 void DesktopDialogs::orderFrontAboutPanel(const AboutPanel& panel) {
   if (!about_) {
     about_ = makeAboutDialog(panel).release();
+    paintOnShallowScreen(*about_);
     about_->setAttribute(Qt::WA_DeleteOnClose);
   }
   about_->show();

@@ -9,6 +9,7 @@
 
 #include "Platform/Linux/Desktop/OffTaskLists.h"
 #include "Platform/Linux/Desktop/SettingsPrograms.h"
+#include "Platform/Linux/Desktop/ShallowScreen.h"
 #include "Platform/Linux/Desktop/UserDirectories.h"
 #include "Platform/Linux/Desktop/WindowActivation.h"
 #include "Platform/Linux/X11/Connection.h"
@@ -70,6 +71,7 @@ void DesktopWorkspace::explain() {
     explanation_->setWindowFlags(dialogFlags);
     explanation_->setAttribute(Qt::WA_DeleteOnClose);
     explanation_->setModal(false);
+    paintOnShallowScreen(*explanation_);
   }
   explanation_->show();
   bringToFront(*explanation_);

@@ -1,0 +1,14 @@
+// Dialogs on a screen of 256 colours, where Qt shows its windows and cannot paint them.
+//
+// Threads: main thread only.
+#pragma once
+
+#include <QWidget>
+
+namespace platform::x11 {
+
+// On such a screen, paints the window in shades of grey in Qt's place for as long as it lives; elsewhere it does
+// nothing. Call it before the window is shown.
+void paintOnShallowScreen(QWidget& window);
+
+}  // namespace platform::x11
