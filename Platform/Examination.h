@@ -5,8 +5,11 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
+
+#include "Platform/Settings.h"
 
 namespace platform {
 
@@ -31,15 +34,18 @@ struct HotKeyTrial {
 };
 
 struct ExaminationRequest {
-  std::vector<HotKeyTrial> hotKeys;  // to be tried out
-  std::string logFile;               // below the home directory
+  std::vector<HotKeyTrial> hotKeys;   // to be tried out
+  std::string logFile;                // below the home directory
+  std::vector<std::string> settings;  // keys of settings to be read
 };
 
 enum class HotKeyAnswer { granted, refused, unknown };
 
 struct Examination {
-  std::vector<Finding> findings;      // in the order of a chain: each builds on those before it
-  std::vector<HotKeyAnswer> hotKeys;  // one for each trial
+  std::vector<Finding> findings;                   // in the order of a chain: each builds on those before it
+  std::vector<HotKeyAnswer> hotKeys;               // one for each trial
+  std::map<std::string, SettingValue> settings{};  // of the asked keys, those that are stored
+  std::string settingsFile{};                      // where they are stored, for people
 };
 
 // Defined by the adapter that is linked in.

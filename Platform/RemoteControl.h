@@ -36,6 +36,8 @@ class RemoteControl {
 
   virtual ~RemoteControl() = default;
   virtual Claim claim(Handler handler) = 0;
+  // Tells every process that waits for a reply that the user is being asked something first. Harmless when none does.
+  virtual void announceQuestion() = 0;
 };
 
 // A command may wait for the user to answer an alert.
@@ -43,7 +45,9 @@ inline constexpr std::chrono::milliseconds untilAnswered = std::chrono::millisec
 
 // Defined by the adapter that is linked in. Hands a command to the running instance and waits for its reply, without
 // connecting to a display; an error when there is no running instance, or none that answers within the limit.
+// `onQuestion` is called, once or more, when the reply may have to wait for the user.
 std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& arguments,
-                                                        std::chrono::milliseconds limit = untilAnswered);
+                                                        std::chrono::milliseconds limit = untilAnswered,
+                                                        const std::function<void()>& onQuestion = {});
 
 }  // namespace platform

@@ -59,6 +59,9 @@ class Menu;
 class MenuDelegate {
  public:
   virtual ~MenuDelegate() = default;
+  // A desktop that shows menus in another process hands over the lines before anybody opens the menu, since a host may
+  // refuse an empty one. Nothing opens; what changes later is shown from the first opening on.
+  virtual void menuWillBeListed(Menu& menu) = 0;
   virtual void menuWillOpen(Menu& menu) = 0;
   // Follows every `menuWillOpen` exactly once.
   virtual void menuDidClose(Menu& menu) = 0;

@@ -2,21 +2,18 @@
 
 #include <string>
 
+#include "Quillfade/Demonstration.h"
 #include "Quillfade/Fatal.h"
 #include "Quillfade/Identity.h"
 #include "Quillfade/UserRules.h"
 
 namespace quillfade {
-namespace {
-
-constexpr platform::Rect demonstrationRegion{{240, 240}, {520, 340}};
-
-}  // namespace
 
 AppDelegate::AppDelegate(platform::Platform& platform)
     : platform_(platform),
       overlay_(std::make_shared<OverlayController>(platform)),
-      selector_(std::make_shared<RegionSelector>(platform)) {}
+      selector_(std::make_shared<RegionSelector>(platform)),
+      alerts_(platform) {}
 
 platform::Application& AppDelegate::application() const {
   auto* application = platform_.sharedApplication();
@@ -78,7 +75,7 @@ void AppDelegate::bindHotKeys() {
   for (const HotKey& key : hotKeyTable_) {
     const auto& [keyCode, modifiers] = key.combination;
     const auto reference = manager->bind(keyCode, modifiers, [weakDelegate = weak_from_this(), name = key.command] {
-      if (const auto delegate = weakDelegate.lock()) ((*delegate).*commandOf(name))();
+      if (const auto delegate = weakDelegate.lock()) commandOf(name)(*delegate);
     });
     hotKeyReferences_.push_back(reference);
   }
@@ -95,7 +92,7 @@ std::vector<HotKeyState> AppDelegate::hotKeyStates() const {
 }
 
 void AppDelegate::startDemonstration() {
-  if (platform_.process().environmentVariable("QUILLFADE_DEMO") != "1") return;
+  if (!wantsDemonstration(platform_.process())) return;
   overlay_->setRegion(demonstrationRegion);
   overlay_->setEnabled(true);
 }

@@ -4,6 +4,8 @@
 // Lifetime: always held by a shared pointer; everything that is handed to others holds the delegate weakly.
 #pragma once
 
+#include <expected>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,9 +13,11 @@
 #include <vector>
 
 #include "Platform/Platform.h"
+#include "Quillfade/Alerts.h"
 #include "Quillfade/HotKeyManager.h"
 #include "Quillfade/HotKeyReport.h"
 #include "Quillfade/HotKeyTable.h"
+#include "Quillfade/Outcome.h"
 #include "Quillfade/OverlayController.h"
 #include "Quillfade/RegionSelector.h"
 
@@ -29,17 +33,19 @@ class AppDelegate final : public platform::ApplicationDelegate,
   void screensChanged();
   void sessionLockChanged();
 
+  void menuWillBeListed(platform::Menu& menu) override;
   void menuWillOpen(platform::Menu& menu) override;
   void menuDidClose(platform::Menu& menu) override;
 
   // The commands. Those that can show the live cover pass the permission gate first.
-  void toggleCover();
+  Outcome toggleCover();
   void peek();
-  void wholeScreen();
-  void selectArea();
+  Outcome wholeScreen();
+  // Carried out once the selection is on the screen.
+  Outcome selectArea();
   void chooseStyle(const platform::MenuItem& item);
   // From the command line only. Unlike the menu, it leads back from the solid cover to the live one, with permission.
-  void setStyle(CoverStyle style);
+  Outcome setStyle(CoverStyle style);
   void toggleOutline();
   void toggleLaunchAtLogin();
   void showAbout();
@@ -53,7 +59,7 @@ class AppDelegate final : public platform::ApplicationDelegate,
   [[nodiscard]] std::vector<HotKeyState> hotKeyStates() const;
 
  private:
-  using Command = void (AppDelegate::*)();
+  using Command = std::function<void(AppDelegate&)>;
 
   [[nodiscard]] platform::Application& application() const;
 
@@ -66,22 +72,25 @@ class AppDelegate final : public platform::ApplicationDelegate,
   [[nodiscard]] std::string translated(std::string_view english) const;
   void updateStatusButton();
   void rebuildMenu();
+  void fillMenu(platform::Menu& menu, const std::string& areaLabel);
   [[nodiscard]] platform::MenuItem commandItem(std::string_view title, Command command);
   // With the key that the command has now.
   [[nodiscard]] platform::MenuItem hotKeyItem(std::string_view title, HotKeyCommand command);
   [[nodiscard]] platform::MenuItem styleMenuItem();
 
-  enum class Permission { granted, settingsOpened, solidPreferred };
+  enum class Permission { granted, solidPreferred };
 
-  // False when the command must be abandoned.
-  [[nodiscard]] bool ensureLivePermission();
+  // A failure abandons the command.
+  [[nodiscard]] Outcome ensureLivePermission();
   // Asks the desktop, and then the user.
-  [[nodiscard]] Permission askForPermission();
+  [[nodiscard]] std::expected<Permission, std::string> askForPermission();
+  [[nodiscard]] Outcome switchCover(bool on);
 
   platform::Platform& platform_;
   std::shared_ptr<platform::StatusItem> statusItem_;
   std::shared_ptr<OverlayController> overlay_;
   std::shared_ptr<RegionSelector> selector_;
+  Alerts alerts_;
   std::shared_ptr<HotKeyManager> hotKeys_;
   HotKeyTable hotKeyTable_ = builtInHotKeys;
   std::vector<std::optional<platform::HotKeyReference>> hotKeyReferences_;  // one for each that was bound

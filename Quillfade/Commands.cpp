@@ -10,11 +10,10 @@ namespace {
 
 constexpr double aboutFontSize = 11;
 
-platform::Alert translated(platform::Alert alert, const platform::Texts& texts) {
-  for (auto* text : {&alert.messageText, &alert.informativeText}) *text = texts.translated(*text);
-  for (auto& button : alert.buttons) button = texts.translated(button);
-  return alert;
-}
+constexpr const char* sessionIsLocked = "The session is locked.";
+constexpr const char* questionWaits = "A question of Quillfade's waits on the screen: answer it first.";
+constexpr const char* settingsWereOpened = "The live style lacks permission; the system settings were opened.";
+constexpr const char* solidWasChosen = "The live style lacks permission; the solid cover was chosen.";
 
 platform::Alert permissionAlert() {
   return {
@@ -54,50 +53,55 @@ platform::AboutPanel aboutPanel() {
 
 }  // namespace
 
-bool AppDelegate::ensureLivePermission() {
-  if (overlay_->style() != CoverStyle::live) return true;
-  const Permission permission = askForPermission();
-  if (permission == Permission::solidPreferred) overlay_->setStyle(CoverStyle::solid);
-  return permission != Permission::settingsOpened;
+Outcome AppDelegate::ensureLivePermission() {
+  if (overlay_->style() != CoverStyle::live) return {};
+  const auto permission = askForPermission();
+  if (!permission) return std::unexpected(permission.error());
+  if (*permission == Permission::solidPreferred) overlay_->setStyle(CoverStyle::solid);
+  return {};
 }
 
-AppDelegate::Permission AppDelegate::askForPermission() {
+std::expected<AppDelegate::Permission, std::string> AppDelegate::askForPermission() {
   auto& access = platform_.screenCaptureAccess();
   if (access.preflight()) return Permission::granted;
+  // Nobody is there to answer, and nothing of ours belongs on a screen that is locked.
+  if (platform_.sessionLock().isLocked()) return std::unexpected(sessionIsLocked);
   (void)access.request();
   if (access.preflight()) return Permission::granted;
-  application().activateIgnoringOtherApps();
-  if (platform_.dialogs().runModal(quillfade::translated(permissionAlert(), platform_.texts())) !=
-      platform::alertFirstButtonReturn) {
-    return Permission::solidPreferred;
-  }
+  const auto answer = alerts_.ask(permissionAlert());
+  if (!answer) return std::unexpected(questionWaits);
+  if (*answer != platform::alertFirstButtonReturn) return Permission::solidPreferred;
   platform_.workspace().openURL(privacySettingsLink());
-  return Permission::settingsOpened;
+  return std::unexpected(settingsWereOpened);
 }
 
-void AppDelegate::toggleCover() {
-  if (!ensureLivePermission()) return;
-  if (!overlay_->region()) {
-    wholeScreen();
-  } else {
-    overlay_->setEnabled(!overlay_->isEnabled());
-  }
+Outcome AppDelegate::toggleCover() {
+  if (const auto passed = ensureLivePermission(); !passed) return passed;
+  return overlay_->region() ? switchCover(!overlay_->isEnabled()) : wholeScreen();
+}
+
+Outcome AppDelegate::switchCover(bool on) {
+  overlay_->setEnabled(on);
+  if (on && !overlay_->isEnabled()) return std::unexpected("No screen shows enough of the area.");
+  return {};
 }
 
 void AppDelegate::peek() { overlay_->peek(OverlayController::defaultPeekLength); }
 
-void AppDelegate::wholeScreen() {
-  if (!ensureLivePermission()) return;
+Outcome AppDelegate::wholeScreen() {
+  if (const auto passed = ensureLivePermission(); !passed) return passed;
   const auto screens = platform_.screens().all();
-  if (screens.empty()) return;
+  if (screens.empty()) return std::unexpected("There is no screen.");
   platform::Rect whole = screens.front().frame;
   for (const auto& screen : screens) whole = platform::united(whole, screen.frame);
   overlay_->setRegion(whole);
-  overlay_->setEnabled(true);
+  return switchCover(true);
 }
 
-void AppDelegate::selectArea() {
-  if (!ensureLivePermission()) return;
+Outcome AppDelegate::selectArea() {
+  if (const auto passed = ensureLivePermission(); !passed) return passed;
+  // Before the cover is touched: without a selection, nothing would switch it on again.
+  if (platform_.sessionLock().isLocked()) return std::unexpected(sessionIsLocked);
   const bool wasOn = overlay_->isEnabled();
   if (wasOn) overlay_->setEnabled(false);
   selector_->begin([weakDelegate = weak_from_this(), wasOn](std::optional<platform::Rect> rect) {
@@ -106,6 +110,7 @@ void AppDelegate::selectArea() {
     if (rect) delegate->overlay_->setRegion(*rect);
     if (rect || wasOn) delegate->overlay_->setEnabled(true);
   });
+  return {};
 }
 
 void AppDelegate::chooseStyle(const platform::MenuItem& item) {
@@ -117,10 +122,12 @@ void AppDelegate::chooseStyle(const platform::MenuItem& item) {
   overlay_->setStyle(*chosen);
 }
 
-void AppDelegate::setStyle(CoverStyle style) {
-  const Permission permission = style == CoverStyle::live ? askForPermission() : Permission::granted;
-  if (permission == Permission::settingsOpened) return;
-  overlay_->setStyle(permission == Permission::granted ? style : CoverStyle::solid);
+Outcome AppDelegate::setStyle(CoverStyle style) {
+  const auto permission = style == CoverStyle::live ? askForPermission() : Permission::granted;
+  if (!permission) return std::unexpected(permission.error());
+  overlay_->setStyle(*permission == Permission::granted ? style : CoverStyle::solid);
+  if (*permission == Permission::solidPreferred) return std::unexpected(solidWasChosen);
+  return {};
 }
 
 void AppDelegate::toggleOutline() {
@@ -135,11 +142,9 @@ void AppDelegate::toggleLaunchAtLogin() {
   const auto changed =
       item.status() == platform::LoginItemStatus::enabled ? item.unregisterItem() : item.registerItem();
   if (changed) return;
-  application().activateIgnoringOtherApps();
-  platform_.dialogs().runModal(quillfade::translated({.messageText = "Could not change login item",
-                                                      .informativeText = changed.error().localizedDescription,
-                                                      .buttons = {"OK"}},
-                                                     platform_.texts()));
+  alerts_.tell({.messageText = "Could not change login item",
+                .informativeText = changed.error().localizedDescription,
+                .buttons = {"OK"}});
 }
 
 void AppDelegate::showAbout() {

@@ -8,6 +8,7 @@
 #include "Quillfade/CommandLine.h"
 #include "Quillfade/DiagnosticLog.h"
 #include "Quillfade/DoctorReport.h"
+#include "Quillfade/StoredRegion.h"
 
 namespace quillfade {
 namespace {
@@ -22,7 +23,7 @@ RunningHotKeys askRunningInstance() {
 }
 
 platform::ExaminationRequest questions(const HotKeyTable& keys) {
-  platform::ExaminationRequest request{.logFile = std::string{DiagnosticLog::relativePath}};
+  platform::ExaminationRequest request{.logFile = std::string{DiagnosticLog::relativePath}, .settings = {regionKey}};
   for (const HotKey& key : keys) request.hotKeys.push_back({key.combination.keyCode, key.combination.modifiers});
   return request;
 }
@@ -43,6 +44,8 @@ platform::RemoteReply examine(bool asJson) {
   const auto append = [&](const std::vector<platform::Finding>& more) {
     findings.insert(findings.end(), more.begin(), more.end());
   };
+  const auto region = examination.settings.find(regionKey);
+  if (region != examination.settings.end()) append(regionFindings(region->second, examination.settingsFile));
   append({instanceFinding(running)});
   append(hotKeyFindings(running, rules.hotKeys, examination.hotKeys, rulesFile->path()));
   append(rulesFindings(rules, content && content->has_value(), rulesFile->path()));

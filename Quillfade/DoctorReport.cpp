@@ -3,7 +3,10 @@
 #include <algorithm>
 
 #include "Quillfade/CommandLine.h"
+#include "Quillfade/Fatal.h"
 #include "Quillfade/JsonText.h"
+#include "Quillfade/NumberText.h"
+#include "Quillfade/StoredRegion.h"
 
 namespace quillfade {
 namespace {
@@ -88,6 +91,17 @@ std::vector<Finding> hotKeyFindings(const RunningHotKeys& running, const HotKeyT
     findings.push_back(triedFinding(table.at(i), answer, rulesPath));
   }
   return findings;
+}
+
+std::vector<Finding> regionFindings(const std::optional<platform::SettingValue>& stored, const std::string& path) {
+  const auto region = storedRegion(stored);
+  if (!region || (fitsWholeNumber(region->width()) && fitsWholeNumber(region->height()))) return {};
+  return {{.subject = "Area",
+           .health = Health::fails,
+           .detail = "the stored area is " + numberText(region->width()) + " × " + numberText(region->height()) +
+                     " points, more than the menu can show: opening it ends Quillfade",
+           .fix = "Choose another with \"quillfade whole-screen\" or \"quillfade select-area\", or take \"" +
+                  std::string{regionKey} + "\" out of " + path + "."}};
 }
 
 std::vector<Finding> rulesFindings(const UserRules& rules, bool hasFile, const std::string& path) {

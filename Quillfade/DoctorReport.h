@@ -10,6 +10,7 @@
 
 #include "Platform/Error.h"
 #include "Platform/Examination.h"
+#include "Platform/Settings.h"
 #include "Quillfade/HotKeyReport.h"
 #include "Quillfade/UserRules.h"
 
@@ -23,6 +24,9 @@ using RunningHotKeys = std::expected<std::vector<HotKeyState>, platform::Error>;
 [[nodiscard]] std::vector<platform::Finding> hotKeyFindings(const RunningHotKeys& running, const HotKeyTable& table,
                                                             const std::vector<platform::HotKeyAnswer>& trials,
                                                             const std::string& rulesPath);
+// What is wrong with the stored area, if anything. `path`: of the settings.
+[[nodiscard]] std::vector<platform::Finding> regionFindings(const std::optional<platform::SettingValue>& stored,
+                                                            const std::string& path);
 // One finding, or one for each fault.
 [[nodiscard]] std::vector<platform::Finding> rulesFindings(const UserRules& rules, bool hasFile,
                                                            const std::string& path);

@@ -9,7 +9,10 @@ namespace quillfade {
 // Writes one line to standard error and aborts.
 [[noreturn]] void fatalError(std::string_view message);
 
-// The number without its fraction (toward zero). Fatal when it is not finite or does not fit.
+// Whether the number without its fraction is finite and fits into 64 bits.
+[[nodiscard]] bool fitsWholeNumber(double value);
+
+// The number without its fraction (toward zero). Fatal when it does not fit.
 [[nodiscard]] std::int64_t wholeNumber(double value);
 
 // The nearest whole number, halves away from zero. Fatal when it is not finite or does not fit.

@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "Quillfade/CommandLine.h"
+#include "Quillfade/Demonstration.h"
 #include "Quillfade/Fatal.h"
 #include "Quillfade/RemoteCommands.h"
 #include "Quillfade/UserRules.h"
@@ -13,6 +15,19 @@ namespace quillfade {
 
 platform::Application* app = nullptr;
 std::shared_ptr<AppDelegate> delegate;
+
+namespace {
+
+int leaveToTheRunningInstance(bool isToDemonstrate) {
+  if (!isToDemonstrate) {
+    std::cout << "Quillfade is running already." << std::endl;
+    return exitstatus::success;
+  }
+  std::cerr << "Quillfade is running already, and QUILLFADE_DEMO=1 counts only at a start: quit it first." << std::endl;
+  return exitstatus::failure;
+}
+
+}  // namespace
 
 int runApplication(platform::Platform& platform) {
   app = platform.sharedApplication();
@@ -32,10 +47,7 @@ int runOnlyInstance(platform::Platform& platform) {
       [&platform](const std::vector<std::string>& arguments, platform::RemoteControl::Completion completion) {
         runRemoteCommand(platform, delegate, arguments, std::move(completion));
       });
-  if (claim == Claim::taken) {
-    std::cout << "Quillfade is running already." << std::endl;
-    return 0;
-  }
+  if (claim == Claim::taken) return leaveToTheRunningInstance(wantsDemonstration(platform.process()));
   for (const auto& fault : userRules(platform.rulesFile()).faults) {
     std::cerr << "quillfade: " << platform.rulesFile().path() << ": " << fault << std::endl;
   }

@@ -17,8 +17,8 @@ extern std::shared_ptr<AppDelegate> delegate;
 // released on the way out, since what they hold must not outlive the desktop.
 int runApplication(platform::Platform& platform);
 
-// The same, unless the application is running on this desktop already: then it says so and does nothing. Commands from
-// outside reach the delegate from now on.
+// The same, unless the application is running on this desktop already: then it says so and does nothing, which is a
+// failure where a demonstration was asked for. Commands from outside reach the delegate from now on.
 int runOnlyInstance(platform::Platform& platform);
 
 }  // namespace quillfade

@@ -8,7 +8,7 @@
 namespace quillfade {
 
 void RegionSelector::begin(Completion completion) {
-  if (!windows_.empty() || platform_.sessionLock().isLocked()) return;
+  if (!windows_.empty()) return;
   completion_ = std::move(completion);
   auto* application = platform_.sharedApplication();
   if (application == nullptr) fatalError("there is no application to activate for an area selection");

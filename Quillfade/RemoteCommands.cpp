@@ -12,43 +12,47 @@ namespace {
 
 using Completion = platform::RemoteControl::Completion;
 
+const platform::RemoteReply done{exitstatus::success, {}};
+
+platform::RemoteReply replyTo(const Outcome& outcome) {
+  return outcome ? done : platform::RemoteReply{exitstatus::failure, outcome.error() + '\n'};
+}
+
+platform::RemoteReply report(std::string text) { return {exitstatus::success, std::move(text)}; }
+
 // What one command does to the delegate, and what it has to say.
 class Execution {
  public:
   explicit Execution(AppDelegate& delegate) : delegate_(delegate) {}
 
-  std::string operator()(command::Toggle) { return run(&AppDelegate::toggleCover); }
-  std::string operator()(command::WholeScreen) { return run(&AppDelegate::wholeScreen); }
-  std::string operator()(command::SelectArea) { return run(&AppDelegate::selectArea); }
-  std::string operator()(command::Quit) { return run(&AppDelegate::quit); }
-  std::string operator()(command::Peek peek) {
+  platform::RemoteReply operator()(command::Toggle) { return replyTo(delegate_.toggleCover()); }
+  platform::RemoteReply operator()(command::WholeScreen) { return replyTo(delegate_.wholeScreen()); }
+  platform::RemoteReply operator()(command::SelectArea) { return replyTo(delegate_.selectArea()); }
+  platform::RemoteReply operator()(command::Quit) {
+    delegate_.quit();
+    return done;
+  }
+  platform::RemoteReply operator()(command::Peek peek) {
     delegate_.overlay().peek(peek.seconds);
-    return {};
+    return done;
   }
-  std::string operator()(command::Style choice) {
-    delegate_.setStyle(choice.style);
-    return {};
+  platform::RemoteReply operator()(command::Style choice) { return replyTo(delegate_.setStyle(choice.style)); }
+  platform::RemoteReply operator()(command::Outline outline) {
+    if (outline.shows != delegate_.overlay().showsOutline()) delegate_.toggleOutline();
+    return done;
   }
-  std::string operator()(command::Outline outline) {
-    return outline.shows == delegate_.overlay().showsOutline() ? std::string{} : run(&AppDelegate::toggleOutline);
+  platform::RemoteReply operator()(command::Status status) {
+    return report(status.asJson ? statusJson(delegate_.overlay()) : statusText(delegate_.overlay()));
   }
-  std::string operator()(command::Status status) {
-    return status.asJson ? statusJson(delegate_.overlay()) : statusText(delegate_.overlay());
-  }
-  std::string operator()(command::Keys) { return hotKeyText(delegate_.hotKeyStates()); }
+  platform::RemoteReply operator()(command::Keys) { return report(hotKeyText(delegate_.hotKeyStates())); }
   // Help, version, doctor and sharing are the asking process's; starting a running application is done already. The
   // list of windows comes later, and so never comes here.
   template <class Other>
-  std::string operator()(const Other& /*command*/) {
-    return {};
+  platform::RemoteReply operator()(const Other& /*command*/) {
+    return done;
   }
 
  private:
-  std::string run(void (AppDelegate::*command)()) {
-    (delegate_.*command)();
-    return {};
-  }
-
   AppDelegate& delegate_;
 };
 
@@ -77,7 +81,7 @@ void runRemoteCommand(platform::Platform& platform, const std::weak_ptr<AppDeleg
       listWindows(platform, delegate, completion);
       return;
     }
-    completion({exitstatus::success, std::visit(Execution{*delegate}, command)});
+    completion(std::visit(Execution{*delegate}, command));
   });
 }
 

@@ -68,6 +68,9 @@ void AppDelegate::updateStatusButton() {
   button->setToolTip(translated(hidden ? hiddenText : idleText));
 }
 
+// Without the area's size: one that cannot be shown ends the process, but not before somebody opens the menu.
+void AppDelegate::menuWillBeListed(platform::Menu& menu) { fillMenu(menu, translated("Area: ") + "…"); }
+
 void AppDelegate::menuWillOpen(platform::Menu& /*menu*/) {
   overlay_->setMenuOpen(true);
   rebuildMenu();
@@ -78,8 +81,8 @@ void AppDelegate::menuDidClose(platform::Menu& /*menu*/) { overlay_->setMenuOpen
 MenuItem AppDelegate::commandItem(std::string_view title, Command command) {
   // The menu outlives nothing here, but its items are handed out: they hold the delegate weakly like all else.
   const auto weakDelegate = weak_from_this();
-  return {.title = translated(title), .action = [weakDelegate, command](const MenuItem&) {
-            if (const auto delegate = weakDelegate.lock()) ((*delegate).*command)();
+  return {.title = translated(title), .action = [weakDelegate, command = std::move(command)](const MenuItem&) {
+            if (const auto delegate = weakDelegate.lock()) command(*delegate);
           }};
 }
 
@@ -102,11 +105,13 @@ MenuItem AppDelegate::styleMenuItem() {
 }
 
 void AppDelegate::rebuildMenu() {
+  if (!statusItem_) fatalError("there is no status item whose menu could be built");
+  if (const auto menu = statusItem_->menu()) fillMenu(*menu, areaLabel(overlay_->region(), platform_.texts()));
+}
+
+void AppDelegate::fillMenu(platform::Menu& menu, const std::string& areaLabel) {
   namespace flags = platform::modifierflags;
 
-  if (!statusItem_) fatalError("there is no status item whose menu could be built");
-  const auto menu = statusItem_->menu();
-  if (!menu) return;
   const bool on = overlay_->isEnabled();
   const bool atLogin = platform_.loginItem().status() == platform::LoginItemStatus::enabled;
 
@@ -114,23 +119,23 @@ void AppDelegate::rebuildMenu() {
   auto peekItem = hotKeyItem("Peek for 5 Seconds", HotKeyCommand::peek);
   peekItem.isEnabled = on;
 
-  menu->removeAllItems();
-  menu->addItem(information(translated(on ? hiddenText : idleText)));
-  menu->addItem(separator());
-  menu->addItem(withState(std::move(hide), on));
-  menu->addItem(std::move(peekItem));
-  menu->addItem(separator());
-  menu->addItem(hotKeyItem("Whole Screen", HotKeyCommand::wholeScreen));
-  menu->addItem(hotKeyItem("Select Area…", HotKeyCommand::selectArea));
-  menu->addItem(information(areaLabel(overlay_->region(), platform_.texts())));
-  menu->addItem(separator());
-  menu->addItem(styleMenuItem());
-  menu->addItem(withState(commandItem("Show Outline", &AppDelegate::toggleOutline), overlay_->showsOutline()));
-  menu->addItem(separator());
-  menu->addItem(withState(commandItem("Launch at Login", &AppDelegate::toggleLaunchAtLogin), atLogin));
-  menu->addItem(commandItem("About Quillfade", &AppDelegate::showAbout));
-  menu->addItem(separator());
-  menu->addItem(withKey(commandItem("Quit Quillfade", &AppDelegate::quit), "q", flags::command));
+  menu.removeAllItems();
+  menu.addItem(information(translated(on ? hiddenText : idleText)));
+  menu.addItem(separator());
+  menu.addItem(withState(std::move(hide), on));
+  menu.addItem(std::move(peekItem));
+  menu.addItem(separator());
+  menu.addItem(hotKeyItem("Whole Screen", HotKeyCommand::wholeScreen));
+  menu.addItem(hotKeyItem("Select Area…", HotKeyCommand::selectArea));
+  menu.addItem(information(areaLabel));
+  menu.addItem(separator());
+  menu.addItem(styleMenuItem());
+  menu.addItem(withState(commandItem("Show Outline", &AppDelegate::toggleOutline), overlay_->showsOutline()));
+  menu.addItem(separator());
+  menu.addItem(withState(commandItem("Launch at Login", &AppDelegate::toggleLaunchAtLogin), atLogin));
+  menu.addItem(commandItem("About Quillfade", &AppDelegate::showAbout));
+  menu.addItem(separator());
+  menu.addItem(withKey(commandItem("Quit Quillfade", &AppDelegate::quit), "q", flags::command));
 }
 
 }  // namespace quillfade

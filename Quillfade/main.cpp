@@ -20,7 +20,9 @@ int finish(const platform::RemoteReply& reply) {
 }
 
 int send(const std::vector<std::string>& arguments) {
-  const auto reply = platform::sendToRunningInstance(arguments);
+  const auto reply = platform::sendToRunningInstance(arguments, platform::untilAnswered, [] {
+    std::cerr << "Quillfade asks a question on the screen, and goes on once it is answered." << std::endl;
+  });
   return finish(reply ? *reply : platform::RemoteReply{exitstatus::failure, reply.error().localizedDescription + '\n'});
 }
 

@@ -171,6 +171,8 @@ Examination examineDesktop(const ExaminationRequest& request) {
   findings.push_back(busFinding());
   findings.push_back(trayFinding(connection ? connection->get() : nullptr));
   findings.push_back(settingsFinding(settingsPath()));
+  examination.settingsFile = settingsPath();
+  examination.settings = storedSettings(settingsPath(), request.settings);
   findings.push_back(logFinding(homeDirectory() + '/' + request.logFile));
   return examination;
 }

@@ -10,7 +10,8 @@ std::unique_ptr<Platform> makePlatform(std::span<char* const> /*arguments*/) {
 }
 
 std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& /*arguments*/,
-                                                        std::chrono::milliseconds /*limit*/) {
+                                                        std::chrono::milliseconds /*limit*/,
+                                                        const std::function<void()>& /*onQuestion*/) {
   return std::unexpected(Error{"On macOS a running instance takes no commands from the command line."});
 }
 

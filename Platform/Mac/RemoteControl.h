@@ -11,6 +11,8 @@ namespace platform::mac {
 class RemoteControl final : public platform::RemoteControl {
  public:
   Claim claim(Handler /*handler*/) override { return Claim::unavailable; }
+  // Nobody waits.
+  void announceQuestion() override {}
 };
 
 }  // namespace platform::mac

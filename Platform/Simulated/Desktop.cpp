@@ -44,7 +44,8 @@ std::unique_ptr<Platform> makePlatform(std::span<char* const> /*arguments*/) {
 }
 
 std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& /*arguments*/,
-                                                        std::chrono::milliseconds /*limit*/) {
+                                                        std::chrono::milliseconds /*limit*/,
+                                                        const std::function<void()>& /*onQuestion*/) {
   return std::unexpected(Error{"Quillfade is not running."});
 }
 

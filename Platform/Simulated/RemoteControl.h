@@ -18,6 +18,7 @@ class RemoteControl final : public platform::RemoteControl {
   explicit RemoteControl(Record& record) : record_(record) {}
 
   Claim claim(Handler handler) override;
+  void announceQuestion() override { record_.call("remote control: announce a question"); }
 
   // Hands the words to the handler and keeps its reply. Only after a claim that was granted.
   void send(const std::vector<std::string>& arguments);

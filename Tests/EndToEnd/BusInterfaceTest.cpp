@@ -48,7 +48,7 @@ TEST_F(BusInterface, WhateverElseIsAskedIsRefusedAndChangesNothing) {
   EXPECT_THAT(status(), testing::HasSubstr("\"enabled\": false"));
 }
 
-TEST_F(BusInterface, ItDescribesItselfAsThatOneMethod) {
+TEST_F(BusInterface, ItDescribesItselfAsThatOneMethodAndTheSignalThatAQuestionWaits) {
   start(solidOff);
   const auto described = [&](const char* where) {
     return call(where, "org.freedesktop.DBus.Introspectable", "Introspect", {}).arguments().value(0).toString();
@@ -59,7 +59,9 @@ TEST_F(BusInterface, ItDescribesItselfAsThatOneMethod) {
   const QString interface = own.mid(begin, own.indexOf("</interface>", begin) - begin);
   EXPECT_EQ(interface.count("<method "), 1);
   EXPECT_TRUE(interface.contains("<method name=\"Run\">"));
-  EXPECT_FALSE(interface.contains("<signal ") || interface.contains("<property "));
+  EXPECT_EQ(interface.count("<signal "), 1);
+  EXPECT_TRUE(interface.contains("<signal name=\"Question\"/>"));
+  EXPECT_FALSE(interface.contains("<property "));
   EXPECT_FALSE(described("/org").contains("<interface name=\"org.quillfade"));
 }
 

@@ -82,6 +82,34 @@ TEST_F(CommandLine, ASecondStartLeavesTheFirstAloneAndEndsWithSuccess) {
   EXPECT_TRUE(showsCover());
 }
 
+TEST_F(CommandLine, ASecondStartThatIsToDemonstrateSaysThatItCannot) {
+  start(solidOff);
+  const support::PrivateHome home;
+  auto environment = home.environment(server_.display());
+  environment["DBUS_SESSION_BUS_ADDRESS"] = busAddress();
+  environment["QUILLFADE_DEMO"] = "1";
+  support::ChildProcess second({QUILLFADE_EXECUTABLE}, environment);
+  EXPECT_EQ(second.waitForExit(), 1);
+  EXPECT_EQ(second.output(),
+            "Quillfade is running already, and QUILLFADE_DEMO=1 counts only at a start: quit it first.\n");
+  EXPECT_TRUE(showsNoCover());
+}
+
+TEST_F(CommandLine, WordsOfLaunchersAndToolkitsStartTheProgram) {
+  for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
+           {"-session", "12_34", "-qwindowtitle", "Ink"}, {"-psn_0_42", "-NSQuitAlwaysKeepsWindows", "NO"}}) {
+    const support::PrivateHome home;
+    auto environment = home.environment(server_.display());
+    environment["DBUS_SESSION_BUS_ADDRESS"] = busAddress();
+    std::vector<std::string> command{QUILLFADE_EXECUTABLE};
+    command.insert(command.end(), words.begin(), words.end());
+    support::ChildProcess program(command, environment);
+    EXPECT_TRUE(support::waitUntil([&] { return run({"status"}).status == 0; })) << program.output();
+    EXPECT_EQ(run({"quit"}), done);
+    EXPECT_EQ(program.waitForExit(), 0) << program.output();
+  }
+}
+
 TEST_F(CommandLine, WithoutARunningInstanceEveryCommandSaysSoAndFails) {
   const Answer notRunning{1, "Quillfade is not running.\n"};
   for (const char* word : {"toggle", "peek", "whole-screen", "select-area", "status", "windows", "quit"}) {

@@ -122,6 +122,17 @@ TEST_F(Doctor, DamagedSettingsAndFaultyRulesAreNamedAndLeftAlone) {
   EXPECT_EQ(support::readFile(rules), R"({"alwaysExclude": [7]})");
 }
 
+TEST_F(Doctor, AStoredAreaThatTheMenuCannotShowIsAProblemThatItNames) {
+  const auto settings = home_.configuration() / "quillfade/settings.json";
+  support::writeFile(settings, R"({"region": "{{0, 0}, {1e300, 600}}"})");
+  const Answer answer = examine();
+  EXPECT_EQ(answer.status, 1);
+  EXPECT_THAT(answer.output, says("problem", "Area", "1e.300 × 600 points"));
+  EXPECT_THAT(answer.output, HasSubstr("whole-screen"));
+  support::writeFile(settings, R"({"region": "{{0, 0}, {800, 600}}"})");
+  EXPECT_THAT(examine().output, Not(HasSubstr("Area")));
+}
+
 TEST_F(Doctor, WithoutADisplayItSaysWhatItCan) {
   const Answer answer = examine({{"DISPLAY", ""}});
   EXPECT_EQ(answer.status, 1);

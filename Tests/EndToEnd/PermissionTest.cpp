@@ -1,8 +1,10 @@
 // A display on which nothing can be captured: the alert, and what follows each of its answers.
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
+#include "Tests/Support/Reply.h"
 
 namespace endtoend {
 namespace {
@@ -23,11 +25,19 @@ class PermissionRefused : public DrivenDesktop {
     ASSERT_TRUE(alert_) << "There is no alert.";
     ASSERT_TRUE(support::waitUntil([&] { return focusedWindow() == *alert_; })) << "The alert takes no keys.";
     EXPECT_TRUE(command_->isRunning());
+    EXPECT_TRUE(support::waitUntil([&] { return command_->output() == question_; })) << command_->output();
   }
-  void answer(const std::vector<support::KeySymbol>& keys) {
+  void answer(const std::vector<support::KeySymbol>& keys, int status = 0) {
     for (const auto key : keys) input_.press(key);
-    EXPECT_EQ(command_->waitForExit(), 0) << command_->output();
+    EXPECT_EQ(command_->waitForExit(), status) << command_->output();
     EXPECT_TRUE(support::waitUntil([&] { return !client_.isViewable(*alert_); }));
+  }
+  // How many dialogs of the program are on the screen.
+  [[nodiscard]] std::ptrdiff_t dialogs() {
+    return std::ranges::count_if(client_.children(client_.root()), [&](xcb_window_t window) {
+      const auto types = client_.numbers(window, "_NET_WM_WINDOW_TYPE");
+      return client_.isViewable(window) && !types.empty() && types[0] == client_.atom("_NET_WM_WINDOW_TYPE_DIALOG");
+    });
   }
   // A program of this name at the front of PATH that leaves a trace.
   support::Environment withProgram(const std::string& name) {
@@ -39,6 +49,7 @@ class PermissionRefused : public DrivenDesktop {
   }
   [[nodiscard]] std::filesystem::path trace() const { return directory_.path() / "trace"; }
 
+  const std::string question_ = "Quillfade asks a question on the screen, and goes on once it is answered.\n";
   support::TemporaryDirectory directory_;
   std::optional<support::ChildProcess> command_;
   std::optional<xcb_window_t> alert_;
@@ -63,8 +74,9 @@ TEST_F(PermissionRefused, OpenSystemSettingsChangesNothingAndOpensThemAndTellsWh
   start({}, environment);
   ask({"toggle"});
   const xcb_window_t alert = *alert_;
-  answer({XK_Return});
+  answer({XK_Return}, 1);
   EXPECT_THAT(status(), HasSubstr(notCovered));
+  EXPECT_EQ(command_->output(), question_ + "The live style lacks permission; the system settings were opened.\n");
   EXPECT_TRUE(support::waitUntil([&] { return std::filesystem::exists(trace()); })) << "No settings were opened.";
   const auto explanation = waitForDialog();
   ASSERT_TRUE(explanation);
@@ -79,7 +91,7 @@ TEST_F(PermissionRefused, WithoutASettingsProgramASentenceTellsWhatIsMissing) {
   start({}, {{"PATH", "/nonexistent"}});
   ask({"toggle"});
   const xcb_window_t alert = *alert_;
-  answer({XK_Return});
+  answer({XK_Return}, 1);
   EXPECT_THAT(status(), HasSubstr(notCovered));
   const auto explanation = waitForDialog();
   ASSERT_TRUE(explanation);
@@ -120,6 +132,56 @@ TEST_F(PermissionRefused, OtherCommandsAreCarriedOutWhileTheAlertWaits) {
   ask({"style", "live"});
   EXPECT_EQ(run({"outline", "off"}), (Answer{0, ""}));
   EXPECT_THAT(status(), HasSubstr("\"outline\": false"));
+  answer({XK_Tab, XK_space}, 1);
+  EXPECT_THAT(command_->output(), HasSubstr("The live style lacks permission; the solid cover was chosen.\n"));
+  EXPECT_THAT(status(), HasSubstr("\"style\": \"solid\""));
+}
+
+TEST_F(PermissionRefused, AFurtherCommandEndsAtOnceAndShowsNoSecondAlert) {
+  start();
+  ask({"toggle"});
+  EXPECT_EQ(run({"toggle"}), (Answer{1, "A question of Quillfade's waits on the screen: answer it first.\n"}));
+  press(XK_d);
+  EXPECT_EQ(run({"status"}).status, 0);
+  EXPECT_EQ(dialogs(), 1);
+  answer({XK_Tab, XK_space});
+  EXPECT_THAT(status(), HasSubstr(R"("enabled": true, "style": "solid")"));
+  EXPECT_EQ(dialogs(), 0);
+}
+
+// Qt cannot paint there.
+class OnAScreenOf256Colours : public PermissionRefused {
+ protected:
+  OnAScreenOf256Colours() : PermissionRefused(support::XServerOptions{.depth = 8}) {}
+
+  // How many pixels of the window are black, by the screen's own word for it; none in colours that nobody sees.
+  std::ptrdiff_t blackPixels(xcb_window_t window) {
+    const auto frame = client_.frame(window).value_or(PixelRect{});
+    xcb_connection_t* c = client_.connection();
+    const auto cookie = xcb_get_image(c, XCB_IMAGE_FORMAT_Z_PIXMAP, client_.root(), static_cast<std::int16_t>(frame.x),
+                                      static_cast<std::int16_t>(frame.y), static_cast<std::uint16_t>(frame.width),
+                                      static_cast<std::uint16_t>(frame.height), ~0U);
+    const auto reply = support::waitForReply(c, xcb_get_image_reply, cookie);
+    const auto attributes =
+        support::waitForReply(c, xcb_get_window_attributes_reply, xcb_get_window_attributes(c, window));
+    const xcb_screen_t& screen = *xcb_setup_roots_iterator(xcb_get_setup(c)).data;
+    if (!reply || !attributes || attributes->colormap != screen.default_colormap) return 0;
+    const std::uint8_t* pixels = xcb_get_image_data(reply.get());
+    const auto black = screen.black_pixel;
+    return std::count(pixels, pixels + xcb_get_image_data_length(reply.get()), black);
+  }
+};
+
+TEST_F(OnAScreenOf256Colours, TheAlertCanBeReadAndAnswered) {
+  start();
+  ask({"toggle"});
+  const auto frame = client_.frame(*alert_).value_or(PixelRect{});
+  const auto isReadable = [&] {
+    const auto black = blackPixels(*alert_);
+    return black > 500 && black < std::ptrdiff_t{frame.width} * frame.height / 2;
+  };
+  EXPECT_TRUE(support::waitUntil(isReadable)) << blackPixels(*alert_);
+  EXPECT_THAT(quillfade().process().output(), testing::Not(HasSubstr("QPainter")));
   answer({XK_Tab, XK_space});
   EXPECT_THAT(status(), HasSubstr("\"style\": \"solid\""));
 }
@@ -166,7 +228,7 @@ TEST_F(InAWaylandSession, TheOtherAnswerExplainsWhatIsInTheWay) {
   start({}, session_);
   ask({"toggle"});
   const xcb_window_t alert = *alert_;
-  answer({XK_Return});
+  answer({XK_Return}, 1);
   EXPECT_THAT(status(), HasSubstr(notCovered));
   const auto explanation = waitForDialog();
   ASSERT_TRUE(explanation);

@@ -92,15 +92,20 @@ TEST_F(SessionLock, ALoginManagerThatStartsLaterOrAgainIsFollowed) {
   EXPECT_TRUE(showsCover());
 }
 
-TEST_F(SessionLock, AnAreaSelectionEndsWhenTheSessionIsLockedAndNoneBegins) {
+TEST_F(SessionLock, AnAreaSelectionEndsWhenTheSessionIsLockedNoneBeginsAndTheCoverIsKept) {
   startCovered();
   const auto hasSelection = [&] { return hasWindow(wholeScreenFrame); };
   ASSERT_EQ(run({"select-area"}).status, 0);
   ASSERT_TRUE(support::waitUntil(hasSelection));
   login_.setLockedHint(true);
   EXPECT_TRUE(support::waitUntil([&] { return !hasSelection(); }));
-  ASSERT_EQ(run({"select-area"}).status, 0);
+  EXPECT_TRUE(becomes("\"enabled\": true"));
+  EXPECT_EQ(run({"select-area"}), (Answer{1, "The session is locked.\n"}));
   EXPECT_FALSE(support::waitUntil(hasSelection, std::chrono::milliseconds(300)));
+  EXPECT_THAT(status(), testing::HasSubstr("\"enabled\": true"));
+  EXPECT_THAT(support::readFile(quillfade().settingsPath()), testing::HasSubstr("\"enabled\": true"));
+  login_.setLockedHint(false);
+  EXPECT_TRUE(showsCover());
 }
 
 class ScreenSaver : public SessionLock, public testing::WithParamInterface<const char*> {

@@ -147,6 +147,20 @@ TEST_P(EachPanel, OnTheSessionBusShowsTheItemAndItsMenu) {
   openTheMenu(3);
 }
 
+// As large as no menu can show.
+TEST_P(EachPanel, StartsTheProgramWhateverAreaIsStoredAndOpensItsMenuOnceAnotherIsChosen) {
+  const support::WindowManager manager(server_.display());
+  startPanel(GetParam());
+  auto& program = start(R"({"style": 1, "outline": false, "enabled": true, "region": "{{0, 0}, {1e300, 600}}"})");
+  ASSERT_TRUE(showsIcon()) << tray_->output();
+  EXPECT_TRUE(shows([](const Picture& screen) { return screen.count(boardColor, {200, 300, 400, 200}) == 0; }));
+  EXPECT_TRUE(program.process().isRunning()) << program.process().output();
+  EXPECT_EQ(run({"whole-screen"}), (Answer{0, ""}));
+  EXPECT_EQ(run({"toggle"}), (Answer{0, ""}));
+  openTheMenu(3);
+  EXPECT_TRUE(program.process().isRunning()) << program.process().output();
+}
+
 INSTANTIATE_TEST_SUITE_P(Panels, EachPanel, testing::Values(Panel::xfce, Panel::lxqt),
                          [](const auto& panel) { return panel.param == Panel::xfce ? "Xfce" : "Lxqt"; });
 

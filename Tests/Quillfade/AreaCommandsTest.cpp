@@ -116,6 +116,29 @@ TEST_F(SelectArea, ChosenAgainPassesTheGateAgain) {
   cancelSelection();
 }
 
+TEST_F(SelectArea, WhileTheSessionIsLockedLeavesTheCoverAndWhatIsStoredAsTheyWere) {
+  launchWithCoverOn();
+  desktop.sessionLock().setLocked(true);
+  const auto writes = desktop.settings().writes().size();
+  delegate->selectArea();
+  EXPECT_FALSE(selecting());
+  EXPECT_TRUE(overlay().isEnabled());
+  EXPECT_EQ(desktop.settings().writes().size(), writes);
+  desktop.sessionLock().setLocked(false);
+  EXPECT_THAT(shownFrames(), ElementsAre(region));
+}
+
+TEST_F(SelectArea, ThatLockingEndsBringsTheCoverBackWhenTheSessionIsUnlocked) {
+  launchWithCoverOn();
+  delegate->selectArea();
+  desktop.sessionLock().setLocked(true);
+  desktop.runLoop().settle();
+  EXPECT_TRUE(overlay().isEnabled());
+  EXPECT_THAT(shownWindows(), IsEmpty());
+  desktop.sessionLock().setLocked(false);
+  EXPECT_THAT(shownFrames(), ElementsAre(region));
+}
+
 TEST_F(SelectArea, EndsQuietlyWhenTheDelegateIsGone) {
   launch();
   delegate->selectArea();

@@ -170,6 +170,19 @@ TEST_F(LaunchAtLogin, ExplainsARefusalInTheDesktopsWords) {
   EXPECT_THAT(desktop.record().startingWith("login item"), SizeIs(1));
 }
 
+TEST_F(LaunchAtLogin, ARefusalIsExplainedAfterTheQuestionThatWaits) {
+  launchWithoutPermission();
+  desktop.loginItem().failure = "No.";
+  desktop.dialogs().setDuringAlert([&] {
+    if (alerts().size() > 1) return;
+    delegate->toggleLaunchAtLogin();
+    EXPECT_THAT(alerts(), SizeIs(1));
+  });
+  delegate->toggleCover();
+  ASSERT_THAT(alerts(), SizeIs(2));
+  EXPECT_EQ(alerts()[1].messageText, "Could not change login item");
+}
+
 TEST_F(LaunchAtLogin, ARefusalToUnregisterIsExplained) {
   launch();
   desktop.loginItem().currentStatus = LoginItemStatus::enabled;

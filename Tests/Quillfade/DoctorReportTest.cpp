@@ -112,5 +112,20 @@ TEST(DoctorReport, TheWholeReportHoldsEveryKeyAndTheRules) {
   EXPECT_THAT(examine(true).output, testing::StartsWith("{\"works\": "));
 }
 
+TEST(DoctorReport, AStoredAreaThatTheMenuCannotShowIsAProblem) {
+  const auto findings = [](const std::string& area) { return regionFindings(area, "/settings.json"); };
+  for (const char* area : {"{{0, 0}, {1e300, 600}}", "{{0, 0}, {600, 1e19}}"}) {
+    ASSERT_THAT(findings(area), SizeIs(1)) << area;
+    EXPECT_EQ(findings(area)[0].health, Health::fails);
+    EXPECT_THAT(findings(area)[0].detail, HasSubstr("opening it ends Quillfade"));
+    EXPECT_THAT(findings(area)[0].fix, HasSubstr("\"region\" out of /settings.json"));
+  }
+  EXPECT_THAT(findings("{{0, 0}, {1e300, 600}}")[0].detail, HasSubstr("1e+300 × 600 points"));
+  for (const char* area : {"{{1e300, 0}, {500, 600}}", "{{0, 0}, {1e18, 600}}", "{{0, 0}, {1e300, 5}}", "nonsense"}) {
+    EXPECT_THAT(findings(area), SizeIs(0)) << area;
+  }
+  EXPECT_THAT(regionFindings(std::nullopt, "/settings.json"), SizeIs(0));
+}
+
 }  // namespace
 }  // namespace quillfade

@@ -127,6 +127,42 @@ TEST_F(PermissionGate, DoesNotStandBeforeTheOthers) {
   EXPECT_THAT(alerts(), IsEmpty());
 }
 
+TEST_F(PermissionGate, ShowsOneAlertAtATimeAndBringsItToTheFrontWhenItIsAskedAgain) {
+  launchWithoutPermission();
+  desktop.dialogs().setDuringAlert([&] {
+    EXPECT_EQ(desktop.sharedApplication()->activationCount(), 1);
+    delegate->toggleCover();
+    EXPECT_EQ(desktop.sharedApplication()->activationCount(), 2);
+    delegate->wholeScreen();
+    delegate->selectArea();
+    chooseStyle(CoverStyle::live);
+    EXPECT_FALSE(overlay().isEnabled());
+    EXPECT_FALSE(selecting());
+  });
+  desktop.dialogs().answerWith(useSolidCover);
+  delegate->toggleCover();
+  EXPECT_THAT(alerts(), SizeIs(1));
+  EXPECT_TRUE(overlay().isEnabled());
+}
+
+TEST_F(PermissionGate, AsksAgainOnceItsAlertIsAnswered) {
+  launchWithoutPermission();
+  for (int round = 1; round <= 2; ++round) {
+    desktop.dialogs().answerWith(openSettings);
+    delegate->toggleCover();
+    EXPECT_THAT(alerts(), SizeIs(round));
+  }
+}
+
+TEST_F(PermissionGate, AsksNothingWhileTheSessionIsLocked) {
+  launchWithoutPermission();
+  desktop.sessionLock().setLocked(true);
+  delegate->toggleCover();
+  EXPECT_THAT(alerts(), IsEmpty());
+  EXPECT_FALSE(overlay().isEnabled());
+  EXPECT_EQ(overlay().style(), CoverStyle::live);
+}
+
 TEST_F(PermissionGate, ComesAgainWithinHideAnnotationsWithoutARegion) {
   launchWithoutPermission();
   desktop.screenCaptureAccess().nextPreflights = {true, false, false};

@@ -250,14 +250,5 @@ TEST_F(RegionSelectorTest, CancellingWithoutASelectionDoesNothing) {
   EXPECT_THAT(results, IsEmpty());
 }
 
-TEST_F(RegionSelectorTest, NoneBeginsWhileTheSessionIsLocked) {
-  desktop.sessionLock().setLocked(true);
-  begin();
-  EXPECT_THAT(shownWindows(), IsEmpty());
-  desktop.sessionLock().setLocked(false);
-  begin();
-  EXPECT_THAT(shownWindows(), SizeIs(2));
-}
-
 }  // namespace
 }  // namespace quillfade

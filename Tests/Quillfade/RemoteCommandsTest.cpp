@@ -19,6 +19,8 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 const RemoteReply done{exitstatus::success, ""};
+const RemoteReply settingsOpened{exitstatus::failure,
+                                 "The live style lacks permission; the system settings were opened.\n"};
 
 class RemoteCommands : public CommandsTest {
  protected:
@@ -52,7 +54,7 @@ Strings everythingDone(bool isCovered, const std::function<void(simulated::Deskt
   return desktop.record().entries();
 }
 
-class SameAsTheMenu : public testing::TestWithParam<std::pair<Strings, void (AppDelegate::*)()>> {};
+class SameAsTheMenu : public testing::TestWithParam<std::pair<Strings, std::function<void(AppDelegate&)>>> {};
 
 TEST_P(SameAsTheMenu, ACommandDoesExactlyWhatTheMenusDoes) {
   const auto& [words, method] = GetParam();
@@ -62,19 +64,20 @@ TEST_P(SameAsTheMenu, ACommandDoesExactlyWhatTheMenusDoes) {
                        [](const RemoteReply& reply) { EXPECT_EQ(reply, done); });
     });
     const auto fromTheMenu =
-        everythingDone(isCovered, [&](simulated::Desktop&, AppDelegate& delegate) { (delegate.*method)(); });
+        everythingDone(isCovered, [&](simulated::Desktop&, AppDelegate& delegate) { method(delegate); });
     EXPECT_EQ(fromOutside, fromTheMenu);
     EXPECT_TRUE(!fromTheMenu.empty() || (words.front() == "peek" && !isCovered));
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, SameAsTheMenu,
-                         testing::Values(std::pair{Strings{"toggle"}, &AppDelegate::toggleCover},
-                                         std::pair{Strings{"peek"}, &AppDelegate::peek},
-                                         std::pair{Strings{"whole-screen"}, &AppDelegate::wholeScreen},
-                                         std::pair{Strings{"select-area"}, &AppDelegate::selectArea},
-                                         std::pair{Strings{"outline", "off"}, &AppDelegate::toggleOutline},
-                                         std::pair{Strings{"quit"}, &AppDelegate::quit}),
+                         testing::Values(SameAsTheMenu::ParamType{Strings{"toggle"}, &AppDelegate::toggleCover},
+                                         SameAsTheMenu::ParamType{Strings{"peek"}, &AppDelegate::peek},
+                                         SameAsTheMenu::ParamType{Strings{"whole-screen"}, &AppDelegate::wholeScreen},
+                                         SameAsTheMenu::ParamType{Strings{"select-area"}, &AppDelegate::selectArea},
+                                         SameAsTheMenu::ParamType{Strings{"outline", "off"},
+                                                                  &AppDelegate::toggleOutline},
+                                         SameAsTheMenu::ParamType{Strings{"quit"}, &AppDelegate::quit}),
                          [](const auto& command) {
                            std::string name = command.param.first.front();
                            std::erase(name, '-');
@@ -156,7 +159,7 @@ TEST_F(RemoteCommands, TheLiveStyleIsNotSetWhenTheUserOpensTheSettings) {
   launchWithoutPermission();
   overlay().setStyle(CoverStyle::solid);
   desktop.dialogs().answerWith(openSettings);
-  EXPECT_EQ(run({"style", "live"}), done);
+  EXPECT_EQ(run({"style", "live"}), settingsOpened);
   ASSERT_THAT(alerts(), SizeIs(1));
   EXPECT_EQ(alerts()[0].messageText, "Screen Recording permission needed");
   EXPECT_THAT(desktop.workspace().openedURLs(), SizeIs(1));
@@ -168,7 +171,8 @@ TEST_F(RemoteCommands, TheUserWhoPrefersTheSolidCoverGetsItWhateverTheStyleWas) 
   for (const CoverStyle before : allCoverStyles) {
     overlay().setStyle(before);
     desktop.dialogs().answerWith(useSolidCover);
-    EXPECT_EQ(run({"style", "live"}), done);
+    EXPECT_EQ(run({"style", "live"}),
+              (RemoteReply{exitstatus::failure, "The live style lacks permission; the solid cover was chosen.\n"}));
     EXPECT_EQ(overlay().style(), CoverStyle::solid);
   }
   EXPECT_THAT(alerts(), SizeIs(2));
@@ -178,9 +182,76 @@ TEST_F(RemoteCommands, TheUserWhoPrefersTheSolidCoverGetsItWhateverTheStyleWas) 
 TEST_F(RemoteCommands, TheReplyWaitsForTheAnswerToAnAlert) {
   launchWithoutPermission();
   desktop.dialogs().setDuringAlert([&] { EXPECT_THAT(replies, IsEmpty()); });
-  desktop.dialogs().answerWith(openSettings);
+  desktop.dialogs().answerWith(useSolidCover);
   EXPECT_EQ(run({"toggle"}), done);
   EXPECT_THAT(alerts(), SizeIs(1));
+  EXPECT_TRUE(overlay().isEnabled());
+}
+
+TEST_F(RemoteCommands, ACommandThatTheUserLeavesForTheSettingsIsAFailureWithItsReason) {
+  launchWithoutPermission();
+  for (const char* command : {"toggle", "whole-screen", "select-area"}) {
+    desktop.dialogs().answerWith(openSettings);
+    EXPECT_EQ(run({command}), settingsOpened) << command;
+  }
+  EXPECT_FALSE(overlay().isEnabled());
+}
+
+TEST_F(RemoteCommands, ASecondCommandThatWouldAskIsAFailureAtOnce) {
+  launchWithoutPermission();
+  desktop.dialogs().setDuringAlert([&] {
+    for (const Strings& command : std::vector<Strings>{{"toggle"}, {"style", "live"}}) {
+      send(command);
+      while (desktop.runLoop().runOne()) {
+      }
+      ASSERT_FALSE(replies.empty());
+      EXPECT_EQ(replies.back(), (RemoteReply{exitstatus::failure,
+                                             "A question of Quillfade's waits on the screen: answer it first.\n"}));
+    }
+  });
+  desktop.dialogs().answerWith(useSolidCover);
+  send({"toggle"});
+  desktop.runLoop().settle();
+  EXPECT_THAT(replies, SizeIs(3));
+  EXPECT_EQ(replies.back(), done);
+  EXPECT_THAT(alerts(), SizeIs(1));
+}
+
+TEST_F(RemoteCommands, WhileTheSessionIsLockedWhatNeedsTheScreenSaysThatItCannot) {
+  const RemoteReply locked{exitstatus::failure, "The session is locked.\n"};
+  launchWithCoverOn();
+  desktop.sessionLock().setLocked(true);
+  EXPECT_EQ(run({"select-area"}), locked);
+  EXPECT_THAT(run({"status", "--json"}).output, HasSubstr("\"enabled\": true"));
+  EXPECT_EQ(run({"whole-screen"}), done) << "It shows when the session is unlocked.";
+  EXPECT_EQ(run({"peek", "1"}), done);
+  EXPECT_EQ(run({"toggle"}), done);
+  EXPECT_EQ(run({"toggle"}), done);
+  desktop.screenCaptureAccess().isGranted = false;
+  for (const Strings& command : std::vector<Strings>{{"toggle"}, {"whole-screen"}, {"style", "live"}}) {
+    EXPECT_EQ(run(command), locked) << command.front();
+  }
+  EXPECT_THAT(alerts(), IsEmpty());
+  EXPECT_THAT(shownWindows(), IsEmpty());
+  desktop.sessionLock().setLocked(false);
+  EXPECT_THAT(shownFrames(), ElementsAre(platform::Rect{{0, 0}, {1440, 900}}));
+}
+
+TEST_F(RemoteCommands, ACoverThatNoScreenTakesIsAFailure) {
+  launch();
+  overlay().setRegion({{5000, 5000}, {300, 300}});
+  EXPECT_EQ(run({"toggle"}), (RemoteReply{exitstatus::failure, "No screen shows enough of the area.\n"}));
+  desktop.arrangeScreens({});
+  EXPECT_EQ(run({"whole-screen"}), (RemoteReply{exitstatus::failure, "There is no screen.\n"}));
+}
+
+TEST_F(RemoteCommands, WhoeverWaitsIsToldOfTheQuestionBeforeItIsAsked) {
+  launchWithoutPermission();
+  run({"status"});
+  EXPECT_EQ(desktop.record().indexOf("remote control: announce a question"), std::nullopt);
+  run({"toggle"});
+  EXPECT_LT(placeOf("remote control: announce a question"),
+            placeOf("dialogs: alert Screen Recording permission needed"));
 }
 
 TEST_F(RemoteCommands, OtherCommandsComeThroughWhileAnAlertIsUp) {
@@ -191,7 +262,7 @@ TEST_F(RemoteCommands, OtherCommandsComeThroughWhileAnAlertIsUp) {
     }
     EXPECT_THAT(replies, SizeIs(1));
   });
-  desktop.dialogs().answerWith(openSettings);
+  desktop.dialogs().answerWith(useSolidCover);
   send({"toggle"});
   desktop.runLoop().settle();
   ASSERT_THAT(replies, SizeIs(2));
@@ -288,6 +359,21 @@ TEST_F(OnlyInstance, TheSecondOneSaysSoAndDoesNotRun) {
   EXPECT_EQ(runOnlyInstance(desktop), 0);
   EXPECT_EQ(output.text(), "Quillfade is running already.\n");
   EXPECT_THAT(desktop.record().entries(), ElementsAre("claim the remote control"));
+}
+
+TEST_F(OnlyInstance, ASecondOneThatIsToDemonstrateSaysThatItCannot) {
+  desktop.remoteControl().nextClaim = platform::RemoteControl::Claim::taken;
+  desktop.process().environment["QUILLFADE_DEMO"] = "1";
+  const Overheard output(std::cout);
+  const Overheard errors(std::cerr);
+  EXPECT_EQ(runOnlyInstance(desktop), exitstatus::failure);
+  EXPECT_EQ(errors.text(),
+            "Quillfade is running already, and QUILLFADE_DEMO=1 counts only at a start: quit it first.\n");
+  EXPECT_EQ(output.text(), "");
+  EXPECT_THAT(desktop.record().entries(), ElementsAre("claim the remote control"));
+  desktop.process().environment["QUILLFADE_DEMO"] = "true";
+  EXPECT_EQ(runOnlyInstance(desktop), 0);
+  EXPECT_EQ(output.text(), "Quillfade is running already.\n");
 }
 
 TEST_F(OnlyInstance, ARulesFileThatCannotBeReadIsToldOnceAtTheStart) {

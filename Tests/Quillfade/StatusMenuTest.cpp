@@ -251,6 +251,31 @@ TEST_F(StatusMenu, ItemsDoNothingOnceTheDelegateIsGone) {
   EXPECT_FALSE(desktop.sharedApplication()->isTerminated());
 }
 
+TEST_F(StatusMenu, IsListedBeforeAnyOpeningWithoutTakingTheCoverDown) {
+  launchWithCoverOn();
+  delegate->menuWillBeListed(menu());
+  const auto listed = menu().items();
+  EXPECT_THAT(shownFrames(), ElementsAre(region));
+  const auto shown = opened();
+  ASSERT_THAT(listed, SizeIs(shown.size()));
+  for (std::size_t i = 0; i < listed.size(); ++i) {
+    if (shown[i].title.starts_with("Area: ")) {
+      EXPECT_EQ(listed[i].title, "Area: …");
+    } else {
+      EXPECT_EQ(listed[i].title, shown[i].title);
+    }
+  }
+}
+
+TEST_F(StatusMenu, ARegionSizeThatDoesNotFitKeepsTheApplicationNeitherFromStartingNorFromCovering) {
+  store("region", std::string("{{0, 0}, {1e300, 600}}"));
+  store("enabled", true);
+  launch();
+  delegate->menuWillBeListed(menu());
+  EXPECT_TRUE(overlay().isEnabled());
+  EXPECT_THAT(shownFrames(), ElementsAre(platform::Rect{{0, 0}, {1440, 600}}));
+}
+
 using StatusMenuDeathTest = StatusMenu;
 
 TEST_F(StatusMenuDeathTest, ARegionSizeThatDoesNotFitEndsTheProcess) {

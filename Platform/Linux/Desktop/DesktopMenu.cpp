@@ -23,9 +23,9 @@ void DesktopMenu::willOpen() {
   lines_.show(items_);
 }
 
-void DesktopMenu::fill() {
-  session_.open(MenuSession::Closing::reported);
-  session_.close();
+void DesktopMenu::list() {
+  if (const auto delegate = delegate_.lock()) delegate->menuWillBeListed(*this);
+  lines_.show(items_);
 }
 
 void DesktopMenu::popUpAtPointer() {

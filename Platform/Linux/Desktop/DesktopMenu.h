@@ -25,9 +25,9 @@ class DesktopMenu : public Menu {
   void addItem(MenuItem item) override { items_.push_back(std::move(item)); }
 
   [[nodiscard]] QMenu& qtMenu() { return menu_; }
-  // Fills it once without showing it: some hosts ask for the lines before they announce the first opening, and show a
-  // menu of their own in place of an empty one.
-  void fill();
+  // Lists its lines without opening it: some hosts ask for them before they announce the first opening, and show a menu
+  // of their own in place of an empty one.
+  void list();
   // Opens it at the pointer, in this process.
   void popUpAtPointer();
   // The program that showed the menu has gone.

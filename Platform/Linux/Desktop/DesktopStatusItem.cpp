@@ -15,8 +15,7 @@ DesktopStatusItem::~DesktopStatusItem() {
 void DesktopStatusItem::setMenu(std::shared_ptr<platform::Menu> menu) {
   menu_ = std::dynamic_pointer_cast<DesktopMenu>(std::move(menu));
   if (!menu_) qFatal("This menu belongs to another desktop.");
-  // Now, while nothing can be on screen that an opening would take down.
-  menu_->fill();
+  menu_->list();
   if (icon_) icon_->setContextMenu(&menu_->qtMenu());
 }
 

@@ -4,8 +4,11 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
+#include <QEventLoop>
 #include <QStringList>
+#include <QTimer>
 #include <algorithm>
 #include <iostream>
 #include <limits>
@@ -21,6 +24,7 @@ const QString objectPath = '/' + QString{busName}.replace('.', '/');
 const QString interfaceName = busName;
 const QString runMethod = QStringLiteral("Run");
 const QString runSignature = QStringLiteral("as");
+const QString questionSignal = QStringLiteral("Question");
 
 const QString introspection = QStringLiteral(R"(  <interface name="%1">
     <method name="Run">
@@ -28,6 +32,7 @@ const QString introspection = QStringLiteral(R"(  <interface name="%1">
       <arg name="status" type="i" direction="out"/>
       <arg name="output" type="s" direction="out"/>
     </method>
+    <signal name="Question"/>
   </interface>
 )")
                                   .arg(interfaceName);
@@ -83,6 +88,10 @@ RemoteControl::Claim SessionBus::claim(Handler handler) {
   return bus_.interface()->isServiceRegistered(busName) ? Claim::taken : Claim::unavailable;
 }
 
+void SessionBus::announceQuestion() {
+  bus_.send(QDBusMessage::createSignal(objectPath, interfaceName, questionSignal));
+}
+
 bool SessionBus::own(const QDBusConnection& bus) {
   bus_ = bus;
   // The object first: whoever sees the name may send at once.
@@ -97,13 +106,14 @@ bool SessionBus::own(const QDBusConnection& bus) {
 namespace platform {
 
 std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::string>& arguments,
-                                                        std::chrono::milliseconds limit) {
+                                                        std::chrono::milliseconds limit,
+                                                        const std::function<void()>& onQuestion) {
   int argumentCount = 0;
   QCoreApplication application(argumentCount, nullptr);
   // First of all, so that it goes last: the bus library's thread reads messages until the very end of the process, and
   // needs the register of types for that.
   qRegisterMetaType<QDBusVariant>();
-  const QDBusConnection bus = QDBusConnection::sessionBus();
+  QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) {
     return std::unexpected(Error{"There is no session bus, so a running Quillfade cannot be reached."});
   }
@@ -112,8 +122,19 @@ std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::s
   QDBusMessage call = QDBusMessage::createMethodCall(x11::busName, x11::objectPath, x11::interfaceName, x11::runMethod);
   call.setAutoStartService(false);
   call << words;
+  // Bus signals can only be connected to named slots, and a timer has one.
+  QTimer question;
+  question.setSingleShot(true);
+  if (onQuestion) {
+    QObject::connect(&question, &QTimer::timeout, &question, onQuestion);
+    bus.connect(x11::busName, x11::objectPath, x11::interfaceName, x11::questionSignal, &question, SLOT(start()));
+  }
   const auto longest = std::chrono::milliseconds{std::numeric_limits<int>::max()};
-  const QDBusMessage reply = bus.call(call, QDBus::Block, static_cast<int>(std::min(limit, longest).count()));
+  const QDBusPendingCallWatcher pending(bus.asyncCall(call, static_cast<int>(std::min(limit, longest).count())));
+  QEventLoop waiting;
+  QObject::connect(&pending, &QDBusPendingCallWatcher::finished, &waiting, &QEventLoop::quit);
+  if (!pending.isFinished()) waiting.exec();
+  const QDBusMessage reply = pending.reply();
   if (reply.type() == QDBusMessage::ReplyMessage && reply.arguments().size() == 2) {
     return RemoteReply{reply.arguments().at(0).toInt(), reply.arguments().at(1).toString().toStdString()};
   }

@@ -1,7 +1,8 @@
 // The way in over D-Bus: one instance owns the name, and others hand it their commands.
 //
 // A bus that dies and comes back is joined anew, for whoever owned the name before.
-// The interface has one method, `Run`: the words of a command in, an exit status and a text out.
+// The interface has one method, `Run`: the words of a command in, an exit status and a text out; and one signal,
+// `Question`: the user is being asked something, so a reply may be long in coming.
 // Threads: main thread only.
 #pragma once
 
@@ -23,6 +24,7 @@ class SessionBus final : public RemoteControl {
   SessionBus& operator=(const SessionBus&) = delete;
 
   Claim claim(Handler handler) override;
+  void announceQuestion() override;
 
  private:
   class Object;
