@@ -99,4 +99,8 @@ Rect toPoints(const PixelRect& pixels, std::span<const ScreenGeometry> screens) 
           size};
 }
 
+Point middleOfPixel(std::int32_t x, std::int32_t y, std::span<const ScreenGeometry> screens) {
+  return toPoints({x, y, 1, 1}, screens).center();
+}
+
 }  // namespace platform::x11

@@ -61,5 +61,8 @@ void placeInPoints(std::span<ScreenGeometry> screens);
 // Pixels per point there.
 [[nodiscard]] double scaleAt(const Rect& points, std::span<const ScreenGeometry> screens);
 [[nodiscard]] Rect toPoints(const PixelRect& pixels, std::span<const ScreenGeometry> screens);
+// Where the pointer is that stands on this pixel. Its corner would not do: with y up, the corners of a screen's topmost
+// row lie outside of the screen.
+[[nodiscard]] Point middleOfPixel(std::int32_t x, std::int32_t y, std::span<const ScreenGeometry> screens);
 
 }  // namespace platform::x11

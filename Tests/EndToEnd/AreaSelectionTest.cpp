@@ -1,7 +1,11 @@
 // Selecting an area with a real mouse: what the screen shows meanwhile, and what is stored in the end.
 
+#include <algorithm>
 #include <cmath>
+#include <sstream>
+#include <vector>
 
+#include "Platform/Linux/Coordinates.h"
 #include "Tests/EndToEnd/DrivenDesktop.h"
 
 namespace endtoend {
@@ -159,6 +163,67 @@ TEST_F(AreaSelection, AScreenLeftOfAndBelowThePrimaryOneHasNegativeCoordinates) 
     return color != boardColor && screen.count(color, {100, 450, 300, 250}) == std::size_t{300} * 250;
   }));
 }
+
+// Two screens, and their scale factors as the toolkit is told.
+struct Screens {
+  std::string name;
+  std::string left;
+  std::string right;
+  std::string scales;
+  std::vector<platform::x11::ScreenGeometry> geometries;
+};
+
+// As it stands in the settings.
+std::string storedText(const platform::Rect& region) {
+  std::ostringstream text;
+  text << "{{" << region.minX() << ", " << region.minY() << "}, {" << region.width() << ", " << region.height() << "}}";
+  return text.str();
+}
+
+class EveryEdge : public AreaSelection, public testing::WithParamInterface<Screens> {};
+
+TEST_P(EveryEdge, OfEachOfTwoScreensTakesTheKeyboardAndThePress) {
+  setMonitors(GetParam().left, GetParam().right);
+  auto screens = GetParam().geometries;
+  platform::x11::placeInPoints(screens);
+  start(solidOff, {{"QT_SCREEN_SCALE_FACTORS", GetParam().scales}});
+  constexpr int extent = 120;
+  for (const auto& screen : screens) {
+    const PixelRect& pixels = screen.pixels;
+    for (const int x : {pixels.x, pixels.x + pixels.width / 2, pixels.right() - 1}) {
+      for (const int y : {pixels.y, pixels.y + pixels.height / 2, pixels.bottom() - 1}) {
+        const int toX = x < pixels.right() - extent ? x + extent : x - extent;
+        const int toY = y < pixels.bottom() - extent ? y + extent : y - extent;
+        input_.moveTo(x, y);
+        ASSERT_EQ(run({"select-area"}), (Answer{0, ""}));
+        ASSERT_TRUE(support::waitUntil([&] { return client_.frame(focusedWindow()) == pixels; })) << x << "," << y;
+        input_.drag(x, y, toX, toY);
+        const std::string text = storedText(toPoints({std::min(x, toX), std::min(y, toY), extent, extent}, screens));
+        ASSERT_TRUE(isStored(text)) << x << "," << y << " gives not " << text << " but "
+                                    << support::readFile(quillfade().settingsPath());
+        ASSERT_EQ(run({"toggle"}).status, 0);
+      }
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(AreaSelection, EveryEdge,
+                         testing::Values(Screens{"SideBySide",
+                                                 "*L 640/170x800/210+0+0",
+                                                 "R 500/130x600/160+640+0",
+                                                 "",
+                                                 {{{0, 0, 640, 800}, 1, {}}, {{640, 0, 500, 600}, 1, {}}}},
+                                         Screens{"Stacked",
+                                                 "T 1280/300x300/80+0+0",
+                                                 "*B 800/200x500/130+0+300",
+                                                 "",
+                                                 {{{0, 300, 800, 500}, 1, {}}, {{0, 0, 1280, 300}, 1, {}}}},
+                                         Screens{"Scaled",
+                                                 "*L 640/170x800/210+0+0",
+                                                 "R 640/170x600/160+640+0",
+                                                 "L=1;R=2",
+                                                 {{{0, 0, 640, 800}, 1, {}}, {{640, 0, 640, 600}, 2, {}}}}),
+                         [](const auto& screens) { return screens.param.name; });
 
 TEST_F(AreaSelection, ADragMayLeaveTheScreenWhereItBegan) {
   setMonitors("*L 640/170x800/210+0+0", "R 640/170x800/210+640+0");

@@ -86,6 +86,27 @@ TEST(Coordinates, ARectangleInAGapBelongsToTheNearestScreen) {
   EXPECT_EQ(toPixels({{3700, 500}, {10, 10}}, screens), (PixelRect{3700, 570, 10, 10}));   // as the second one
 }
 
+TEST(Coordinates, TheMiddleOfAPixelLiesOnItsOwnScreenAndOnNoOther) {
+  for (const double scale : {1.0, 1.25, 1.333, 1.5, 2.0, 3.0}) {
+    for (const auto& screens : {placed({{{0, 0, 1920, 1080}, scale, {}}, {{1920, 0, 1280, 800}, 1, {}}}),
+                                placed({{{0, 1080, 1366, 768}, 1, {}}, {{0, 0, 1920, 1080}, scale, {}}}),
+                                placed({{{1280, 200, 1366, 768}, scale, {}},
+                                        {{0, 0, 1280, 1024}, scale, {}},
+                                        {{1280, 968, 800, 600}, 1, {}}})}) {
+      for (const ScreenGeometry& screen : screens) {
+        const PixelRect& pixels = screen.pixels;
+        for (const int x : {pixels.x, pixels.x + pixels.width / 2, pixels.right() - 1}) {
+          for (const int y : {pixels.y, pixels.y + pixels.height / 2, pixels.bottom() - 1}) {
+            const Point middle = middleOfPixel(x, y, screens);
+            for (const ScreenGeometry& any : screens)
+              EXPECT_EQ(any.points.contains(middle), any == screen) << scale << ": " << x << "," << y;
+          }
+        }
+      }
+    }
+  }
+}
+
 TEST(Coordinates, WithoutAnyScreenOnePointIsOnePixel) {
   EXPECT_EQ(toPixels({{10, -50}, {30, 20}}, {}), (PixelRect{10, 30, 30, 20}));
   EXPECT_EQ(toPoints({10, 30, 30, 20}, {}), (Rect{{10, -50}, {30, 20}}));
@@ -114,10 +135,4 @@ TEST(ToolkitCoordinates, AScreenLiesWhereTheToolkitHasIt) {
 TEST(ToolkitCoordinates, AWindowIsNeverSmallerThanItsScreen) {
   const auto screens = placed({{{0, 0, 1366, 768}, 1.75, {}}});
   EXPECT_EQ(toToolkit(screens[0].points, screens), QRect(0, 0, 781, 439));
-}
-
-TEST(ToolkitCoordinates, ThePointerIsMeasuredUpwardsFromTheBottomOfThePrimaryScreen) {
-  const auto screens = placed({{{1280, 0, 1920, 1080}, 1, {}}, {{0, 0, 1280, 1024}, 1, {}}});
-  EXPECT_EQ(fromToolkit({1280, 1080}, screens), (Point{0, 0}));
-  EXPECT_EQ(fromToolkit({10, 20}, screens), (Point{-1270, 1060}));
 }

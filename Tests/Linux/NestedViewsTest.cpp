@@ -102,6 +102,24 @@ TEST_F(NestedViews, GetThePressesThatAreMadeOnThem) {
   EXPECT_TRUE(qt::runUntil([&] { return outerResponder_->at == Point{200, 200}; }));
 }
 
+TEST_F(NestedViews, GetThePressesOnTheirOutermostPixelsAndNoneBesideThem) {
+  // x 120 to 220, y 520 to 570 in pixels.
+  for (const auto& [x, y] : {std::pair{120, 520}, {219, 520}, {120, 569}, {219, 569}}) {
+    innerResponder_->at.reset();
+    input_.click(x, y, 1);
+    EXPECT_TRUE(qt::runUntil([&] { return innerResponder_->at.has_value(); }, std::chrono::seconds(2)))
+        << x << "," << y;
+  }
+  innerResponder_->at.reset();
+  for (const auto& [x, y] : {std::pair{150, 519}, {150, 570}, {119, 540}, {220, 540}}) {
+    outerResponder_->at.reset();
+    input_.click(x, y, 1);
+    EXPECT_TRUE(qt::runUntil([&] { return outerResponder_->at.has_value(); }, std::chrono::seconds(2)))
+        << x << "," << y;
+  }
+  EXPECT_FALSE(innerResponder_->at);
+}
+
 TEST_F(NestedViews, LetPressesThroughWhileHidden) {
   inner_->setHidden(true);
   input_.click(125, 525, 1);

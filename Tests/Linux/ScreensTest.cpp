@@ -29,10 +29,11 @@ class ScreensTest : public qt::Test {
   }
 
   // The left part and the right part of the server's one output as two monitors.
-  void split() {
+  void split() { split("480/100x800/150+0+0", "800/100x600/150+480+0"); }
+  void split(const std::string& first, const std::string& second) {
     split_ = true;
-    xrandr({"--setmonitor", "L", "480/100x800/150+0+0", "screen"});
-    xrandr({"--setmonitor", "R", "800/100x600/150+480+0", "none"});
+    xrandr({"--setmonitor", "L", first, "screen"});
+    xrandr({"--setmonitor", "R", second, "none"});
   }
 
  private:
@@ -55,8 +56,34 @@ TEST_F(ScreensTest, TheOneScreenOfTheServerIsThePrimaryOne) {
 TEST_F(ScreensTest, ThePointerIsMeasuredFromTheBottomLeftCorner) {
   const DesktopScreens screens;
   support::Input(qt::display()).moveTo(100, 200);
-  EXPECT_TRUE(qt::runUntil([&] { return screens.mouseLocation() == Point{100, 600}; }));
+  EXPECT_TRUE(qt::runUntil([&] { return screens.mouseLocation() == Point{100.5, 599.5}; }))
+      << "the middle of its pixel";
 }
+
+// The monitors of a test: side by side, and one above the other.
+class EveryEdge : public ScreensTest, public testing::WithParamInterface<std::pair<std::string, std::string>> {};
+
+TEST_P(EveryEdge, HoldsThePointerOnTheScreenWhoseEdgeItIs) {
+  const DesktopScreens screens;
+  split(GetParam().first, GetParam().second);
+  ASSERT_TRUE(qt::runUntil([&] { return screens.all().size() == 2; }));
+  support::Input input(qt::display());
+  for (const ScreenGeometry& screen : screens.geometries()) {
+    const PixelRect& pixels = screen.pixels;
+    for (const int x : {pixels.x, pixels.x + pixels.width / 2, pixels.right() - 1}) {
+      for (const int y : {pixels.y, pixels.y + pixels.height / 2, pixels.bottom() - 1}) {
+        input.moveTo(x, y);
+        const Point pointer = screens.mouseLocation();
+        for (const ScreenGeometry& any : screens.geometries())
+          EXPECT_EQ(any.points.contains(pointer), any == screen) << x << "," << y;
+      }
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(OfTwoScreens, EveryEdge,
+                         testing::Values(std::pair{"480/100x800/150+0+0", "800/100x600/150+480+0"},
+                                         std::pair{"1280/300x300/80+0+0", "800/100x500/100+0+300"}));
 
 TEST_F(ScreensTest, AChangeOfTheConfigurationIsToldOnce) {
   DesktopScreens screens;

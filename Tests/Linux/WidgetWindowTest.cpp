@@ -144,6 +144,19 @@ TEST_F(WidgetWindowTest, ADragIsReportedFromTheBottomLeftCornerAndBeyondTheEdges
   EXPECT_TRUE(qt::runUntil([&] { return responder->up == Point{-80, -190}; }));
 }
 
+TEST_F(WidgetWindowTest, APressInAnyCornerAndOnAnyEdgeIsReported) {
+  show();
+  for (const int x : {0, 640, 1279}) {
+    for (const int y : {0, 400, 799}) {
+      responder->down.reset();
+      input.click(x, y);
+      ASSERT_TRUE(qt::runUntil([&] { return responder->down.has_value(); }, std::chrono::seconds(2)))
+          << "at " << x << "," << y;
+      EXPECT_EQ(*responder->down, (Point{double(x), double(800 - y)}));
+    }
+  }
+}
+
 TEST_F(WidgetWindowTest, OtherMouseButtonsAreNotReported) {
   show();
   input.click(300, 300, 3);

@@ -1,14 +1,13 @@
 #include "Platform/Linux/Desktop/DesktopScreens.h"
 
-#include <QCursor>
 #include <QGuiApplication>
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
 #include "Platform/Linux/Desktop/QtX11.h"
-#include "Platform/Linux/Desktop/ToolkitCoordinates.h"
 #include "Platform/Linux/X11/MonitorRectangles.h"
+#include "Platform/Linux/X11/Replies.h"
 
 namespace platform::x11 {
 
@@ -114,7 +113,13 @@ std::optional<Screen> DesktopScreens::main() const {
   return screens.front();
 }
 
-Point DesktopScreens::mouseLocation() const { return fromToolkit(QPointF(QCursor::pos()), geometries()); }
+// From the server, in pixels: Qt rounds to whole points, and so beyond the edges of a scaled screen.
+Point DesktopScreens::mouseLocation() const {
+  xcb_connection_t* server = qtConnection();
+  if (server == nullptr) return {};
+  const auto pointer = awaitReply(server, xcb_query_pointer_reply, xcb_query_pointer(server, rootWindow(server)));
+  return pointer ? middleOfPixel(pointer->root_x, pointer->root_y, geometries()) : Point{};
+}
 
 void DesktopScreens::observeChanges(std::function<void()> observer) { observers_.push_back(std::move(observer)); }
 

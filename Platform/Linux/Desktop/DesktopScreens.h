@@ -25,6 +25,7 @@ class DesktopScreens : public Screens {
 
   [[nodiscard]] std::vector<Screen> all() const override;
   [[nodiscard]] std::optional<Screen> main() const override;
+  // The middle of its pixel, so that it lies on the screen that shows it.
   [[nodiscard]] Point mouseLocation() const override;
   // The observers are called once when the list of screens differs from what they last saw, however many signals the
   // change takes.

@@ -1,5 +1,6 @@
 #include "Platform/Linux/Desktop/ToolkitCoordinates.h"
 
+#include <QPointF>
 #include <cmath>
 
 namespace platform::x11 {
@@ -25,11 +26,6 @@ QRect toToolkit(const Rect& points, std::span<const ScreenGeometry> screens) {
   const int left = static_cast<int>(std::lround(origin.x() + points.minX()));
   const int top = static_cast<int>(std::lround(origin.y() - points.maxY()));
   return {left, top, up(points.width()), up(points.height())};
-}
-
-Point fromToolkit(QPointF position, std::span<const ScreenGeometry> screens) {
-  const QPointF origin = originOfPoints(screens);
-  return {position.x() - origin.x(), origin.y() - position.y()};
 }
 
 }  // namespace platform::x11

@@ -111,7 +111,9 @@ void WidgetWindow::paint(QPainter& painter) {
 }
 
 void WidgetWindow::pressed(QPointF position) {
-  const ViewNode* view = content_ ? viewAt(*content_, toWindow(position)) : nullptr;
+  // Of the pixel, the position is the top-left corner: with y up, that of the topmost row lies outside of the window.
+  const QPointF middle = position + QPointF(0.5, 0.5) / surface_->devicePixelRatioF();
+  const ViewNode* view = content_ ? viewAt(*content_, toWindow(middle)) : nullptr;
   const auto responder = view ? view->responder() : nullptr;
   pressedResponder_ = responder;
   if (responder) responder->mouseDown(toWindow(position));
