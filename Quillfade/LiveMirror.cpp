@@ -57,6 +57,8 @@ void LiveMirror::hide() {
   if (refreshTimer_) refreshTimer_->invalidate();
   refreshTimer_ = nullptr;
   contentObservation_ = nullptr;
+  if (restartPause_) restartPause_->cancel();
+  restartPause_ = nullptr;
   countUp(generation_);
   if (auto stopping = std::exchange(stream_, nullptr)) stopInBackground(std::move(stopping), platform_.runLoop());
   if (window_) window_->orderOut();

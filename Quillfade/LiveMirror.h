@@ -70,6 +70,7 @@ class LiveMirror final : public platform::StreamOutput,
   void observeContent();
   // Looks at the content at once, or as soon as the look or the start that is under way has come to its end.
   void contentChanged();
+  void pauseRestarts();
 
   void showFrame(std::shared_ptr<const platform::SampleBuffer> sample);
 
@@ -87,6 +88,9 @@ class LiveMirror final : public platform::StreamOutput,
   std::vector<std::uint32_t> keptWindows_;
   int looksUnderWay_ = 0;
   bool isLookWanted_ = false;
+  // Runs while it is too early for another restart that can wait.
+  std::shared_ptr<platform::DelayedTask> restartPause_;
+  bool isRestartWanted_ = false;
   std::int64_t generation_ = 0;
   bool isShowing_ = false;
   bool didLogFirstFrame_ = false;

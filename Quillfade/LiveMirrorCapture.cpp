@@ -2,6 +2,7 @@
 // kept current.
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 #include "Quillfade/CaptureSteps.h"
@@ -15,6 +16,15 @@ namespace {
 constexpr platform::MediaTime minimumFrameInterval{1, 30};
 constexpr int queueDepth = 6;
 constexpr double refreshInterval = 1.5;
+
+// Of restarts for announced changes. So an overlay that blinks restarts the capture twice a second, however fast it
+// blinks; a window that is seen whenever it is no overlay, four times.
+constexpr double leastRestartInterval = 0.5;
+
+bool isAnyOf(std::span<const platform::CaptureWindow> windows, const std::vector<std::uint32_t>& numbers) {
+  return std::ranges::any_of(
+      windows, [&](const auto& window) { return std::ranges::find(numbers, window.windowID) != numbers.end(); });
+}
 
 bool isComplete(const platform::SampleBuffer& sample) {
   if (!sample.isValid()) return false;
@@ -167,12 +177,23 @@ void LiveMirror::contentChanged() {
   runRefresh(weak_from_this(), platform_.runLoop(), std::make_shared<const Look>(*this));
 }
 
+void LiveMirror::pauseRestarts() {
+  if (restartPause_) restartPause_->cancel();
+  isRestartWanted_ = false;
+  restartPause_ = platform_.runLoop().after(leastRestartInterval, [weakMirror = weak_from_this()] {
+    const auto mirror = weakMirror.lock();
+    if (!mirror) return;
+    mirror->restartPause_ = nullptr;
+    if (std::exchange(mirror->isRestartWanted_, false)) mirror->contentChanged();
+  });
+}
+
 void LiveMirror::refreshExclusions() {
   if (isShowing_) runRefresh(weak_from_this(), platform_.runLoop(), nullptr);
 }
 
 Task LiveMirror::runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunLoop& runLoop,
-                            std::shared_ptr<const Look> /*look*/) {
+                            std::shared_ptr<const Look> look) {
   co_await nextTurn(runLoop);
   const auto mirror = weakMirror.lock();
   if (!mirror || !mirror->isShowing_) co_return;
@@ -185,12 +206,21 @@ Task LiveMirror::runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunL
     co_return;
   }
   const auto excluded = mirror->excluded(*content, info->screen);
+  const bool isOverlaySeen = isAnyOf(excluded, mirror->keptWindows_);
   mirror->keptWindows_ = keptWindows(*content, excluded);
   if (mirror->stream_) mirror->stream_->admit(mirror->keptWindows_);
   const std::string newKey = key(excluded);
   if (newKey == mirror->currentExclusionKey_) co_return;
+  // An overlay that went can stay on the list for a while, and one that came is held back. One that is seen cannot
+  // wait.
+  const bool isAnnounced = look != nullptr;
+  if (isAnnounced && mirror->restartPause_ && !isOverlaySeen) {
+    mirror->isRestartWanted_ = true;
+    co_return;
+  }
   mirror->currentExclusionKey_ = newKey;
   mirror->log_.log("overlay set changed, restarting capture");
+  mirror->pauseRestarts();
   mirror->start();
 }
 

@@ -64,6 +64,36 @@ TEST_F(OverlaySet, AnOverlayIsNeverInThePictureNotEvenWhenItOpens) {
   EXPECT_EQ(client_.screenshot(area), before);
 }
 
+TEST_F(OverlaySet, AnOverlayThatBlinksIsNeverSeenAndRestartsTheCaptureAFewTimesASecondAtMost) {
+  const Picture before = client_.screenshot(area);
+  auto& quillfade = cover({.demonstration = false, .settings = settingsWithRegion(area)});
+  ASSERT_TRUE(shows([&](const Picture& screen) { return screen.cropped(area) == before; }));
+  const auto mirror = client_.findTopLevel("Quillfade");
+  ASSERT_TRUE(mirror.has_value());
+  const auto overlay = client_.createWindow({.frame = wholeScreen, .color = 0xffff00ff, .depth = 32, .mapped = false});
+  client_.setInputShape(overlay, {});
+  client_.restack(overlay, XCB_STACK_MODE_BELOW, *mirror);
+  const auto begin = std::chrono::steady_clock::now();
+  int blinks = 0;
+  while (std::chrono::steady_clock::now() - begin < std::chrono::seconds(5)) {
+    client_.map(overlay);
+    client_.sync();
+    ASSERT_FALSE(shows([&](const Picture& screen) { return screen.cropped(area) != before; }, milliseconds(30)));
+    client_.unmap(overlay);
+    client_.sync();
+    ASSERT_FALSE(shows([&](const Picture& screen) { return screen.cropped(area) != before; }, milliseconds(30)));
+    ++blinks;
+  }
+  const std::chrono::duration<double> lasted = std::chrono::steady_clock::now() - begin;
+  // Two a second for what is announced, and one at most for each look of the refresh.
+  const double most = lasted.count() * (2 + 1 / 1.5) + 1;
+  ASSERT_GT(2 * blinks, most) << "So few blinks would not even bring them if each brought two.";
+  const auto restarts = static_cast<double>(quillfade.countMessages(overlaysChanged));
+  RecordProperty("restarts", std::to_string(restarts));
+  EXPECT_GT(restarts, 0);
+  EXPECT_LE(restarts, most) << blinks << " blinks";
+}
+
 TEST_F(OverlaySet, AnOverlayIsLeftOutLongBeforeTheNextRefresh) {
   auto& quillfade = cover();
   const auto begin = std::chrono::steady_clock::now();

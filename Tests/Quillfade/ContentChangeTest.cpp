@@ -79,6 +79,117 @@ TEST_F(ContentChange, ALookThatFailsIsFollowedByTheNext) {
   EXPECT_EQ(mirror->currentExclusionKey(), "7");
 }
 
+// An overlay that comes and goes as often as the desktop can tell.
+class BlinkingOverlay : public ContentChange {
+ protected:
+  static constexpr double period = 0.02;
+
+  void SetUp() override { showAndStart(); }
+
+  void blink(int times) {
+    for (int time = 0; time < times; ++time) {
+      openOverlay(7);
+      announce();
+      pass(period / 2);
+      desktop.capture().content.windows.clear();
+      announce();
+      pass(period / 2);
+    }
+  }
+  void pass(double seconds) {
+    desktop.runLoop().advance(seconds);
+    desktop.runLoop().settle();
+  }
+};
+
+TEST_F(BlinkingOverlay, RestartsTheCaptureTwiceASecondAtMostBesidesTheTimer) {
+  blink(500);  // ten seconds
+  EXPECT_LE(countLogged(restarting), 2U * 10 + 10 * 2 / 3 + 1);
+  EXPECT_GE(countLogged(restarting), 10U);
+}
+
+TEST_F(BlinkingOverlay, IsNeverAdmittedToThePicture) {
+  blink(100);
+  for (const auto& stream : streams()) {
+    EXPECT_THAT(stream->filter().holdingBack->except, testing::Not(testing::Contains(7U)));
+    for (const auto& admitted : stream->admissions()) EXPECT_THAT(admitted, testing::Not(testing::Contains(7U)));
+  }
+}
+
+TEST_F(BlinkingOverlay, ThatStaysInTheEndIsOnTheListHalfASecondLaterAtMost) {
+  blink(20);
+  openOverlay(7);
+  announce();
+  pass(0.5);
+  EXPECT_EQ(mirror->currentExclusionKey(), "7");
+  EXPECT_EQ(newestStream()->filter().excludingWindows.size(), 1U);
+}
+
+TEST_F(BlinkingOverlay, ThatGoesInTheEndIsOffTheListHalfASecondLaterAtMost) {
+  blink(20);
+  pass(0.5);
+  EXPECT_EQ(mirror->currentExclusionKey(), "");
+  const std::size_t restarts = countLogged(restarting);
+  pass(5);
+  EXPECT_EQ(countLogged(restarting), restarts);
+}
+
+TEST_F(BlinkingOverlay, KeepsNoOrdinaryWindowWaiting) {
+  blink(1);
+  desktop.capture().content.windows = {listedWindow(3, "org.example.editor", 0)};
+  announce();
+  EXPECT_THAT(newestStream()->admissions().back(), testing::Contains(3U));
+}
+
+TEST_F(BlinkingOverlay, KeepsNoWindowWaitingThatIsSeenAndBecomesAnOverlay) {
+  desktop.capture().content.windows = {listedWindow(3, "org.example.notes", 0)};
+  announce();
+  openOverlay(7);
+  announce();
+  ASSERT_EQ(mirror->currentExclusionKey(), "7");
+  desktop.capture().content.windows.front().windowLayer = 500;
+  announce();
+  EXPECT_EQ(mirror->currentExclusionKey(), "3,7");
+  EXPECT_EQ(newestStream()->filter().excludingWindows.size(), 2U);
+}
+
+TEST_F(BlinkingOverlay, ThatIsAnOrdinaryWindowInBetweenRestartsItFourTimesASecondAtMost) {
+  desktop.capture().content.windows = {listedWindow(3, "org.example.notes", 0)};
+  announce();
+  for (int time = 0; time < 1'000; ++time) {  // ten seconds
+    desktop.capture().content.windows.front().windowLayer = time % 2 == 0 ? 500 : 0;
+    announce();
+    if (time % 2 == 0) {
+      ASSERT_EQ(mirror->currentExclusionKey(), "3") << "At no time is it an overlay and seen.";
+    }
+    pass(period / 2);
+  }
+  EXPECT_LE(countLogged(restarting), 4U * 10 + 10 * 2 / 3 + 1);
+}
+
+TEST_F(BlinkingOverlay, DoesNotKeepTheTimerFromRestarting) {
+  pass(1.3);
+  openOverlay(7);
+  announce();
+  ASSERT_EQ(countLogged(restarting), 1U);
+  openOverlay(8);
+  announce();
+  EXPECT_EQ(countLogged(restarting), 1U);
+  pass(0.2);
+  EXPECT_EQ(countLogged(restarting), 2U);
+  EXPECT_EQ(mirror->currentExclusionKey(), "7,8");
+}
+
+TEST_F(BlinkingOverlay, IsForgottenWhenTheMirrorHides) {
+  blink(1);
+  mirror->hide();
+  desktop.runLoop().settle();
+  const std::size_t requests = requestCount();
+  pass(5);
+  EXPECT_EQ(requestCount(), requests);
+  EXPECT_TRUE(desktop.runLoop().liveDelayedTasks().empty());
+}
+
 TEST_F(ContentChange, TheTimerGoesOnWhateverIsAnnounced) {
   showAndStart();
   announce();
