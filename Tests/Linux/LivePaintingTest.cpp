@@ -4,13 +4,13 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <deque>
-#include <mutex>
+#include <thread>
 
 #include "Platform/Linux/X11/CaptureStream.h"
 #include "Platform/Linux/X11/OverlayWindow.h"
 #include "Platform/Linux/X11/Redirection.h"
 #include "Tests/Linux/EngineSupport.h"
+#include "Tests/Linux/FrameArrivals.h"
 #include "Tests/Linux/QtEnvironment.h"
 #include "Tests/Support/ProcessState.h"
 #include "Tests/Support/Wait.h"
@@ -27,38 +27,6 @@ using support::waitUntil;
 constexpr PixelRect area{40, 30, 300, 220};
 constexpr Argb halfWhite = 0x80FFFFFF;
 
-class Arrivals final : public StreamOutput, public StreamDelegate {
- public:
-  void streamDidOutput(std::shared_ptr<const SampleBuffer> sample, StreamOutputType /*type*/) override {
-    const std::lock_guard lock(mutex_);
-    frames_.push_back(std::dynamic_pointer_cast<const Frame>(std::move(sample)));
-    ++count_;
-  }
-  void streamDidStop(const Error& error) override { ADD_FAILURE() << error.localizedDescription; }
-
-  std::shared_ptr<const Frame> take() {
-    const std::lock_guard lock(mutex_);
-    if (frames_.empty()) return nullptr;
-    auto frame = std::move(frames_.front());
-    frames_.pop_front();
-    return frame;
-  }
-  int count() {
-    const std::lock_guard lock(mutex_);
-    return count_;
-  }
-
- private:
-  std::mutex mutex_;
-  std::deque<std::shared_ptr<const Frame>> frames_;
-  int count_ = 0;
-};
-
-class InlineQueue final : public SerialQueue {
- public:
-  void perform(const Job& job) override { job(); }
-};
-
 class LivePainting : public testing::Test {
  protected:
   LivePainting() {
@@ -70,7 +38,7 @@ class LivePainting : public testing::Test {
     EXPECT_TRUE(keeper_->synchronize(10'000));
   }
 
-  std::shared_ptr<CaptureStream> start(std::chrono::milliseconds interval = 5ms) {
+  std::shared_ptr<CaptureStream> start(std::chrono::nanoseconds interval = 5ms) {
     CaptureStreamSettings settings;
     settings.displayName = server_.display();
     settings.source = area;
@@ -133,7 +101,7 @@ class LivePainting : public testing::Test {
   support::XClient client_{server_.display()};
   std::unique_ptr<Connection> keeper_ = connectTo(server_.display());
   std::unique_ptr<Connection> connection_ = connectTo(server_.display());
-  std::shared_ptr<Arrivals> arrivals_ = std::make_shared<Arrivals>();
+  std::shared_ptr<FrameArrivals> arrivals_ = std::make_shared<FrameArrivals>();
   std::unique_ptr<OverlayWindow> window_;
   xcb_window_t drawn_ = XCB_NONE;
   std::uint64_t serial_ = 0;
@@ -152,6 +120,60 @@ TEST_F(LivePainting, ChangesShowWithoutTheMainThread) {
   const int frames = arrivals_->count();
   for (int change = 0; change < 20; ++change) ASSERT_TRUE(isShownOnceDrawn(false)) << change;
   EXPECT_EQ(arrivals_->count(), frames);
+}
+
+// A start that was overtaken shows a frame or two and is stopped; the start after it failed.
+TEST_F(LivePainting, AnOlderStreamShowsItsPictureAgainWhenTheNewerHasEnded) {
+  const auto older = start();
+  show(mirrorLook());
+  presentFirst();
+  auto newer = start();
+  presentFirst();
+  ASSERT_TRUE(isShownOnceDrawn(true));
+  newer->stopCapture([](const std::expected<void, Error>&) {});
+  newer = nullptr;
+  EXPECT_TRUE(isShownOnceDrawn(true));
+  const int frames = arrivals_->count();
+  for (int change = 0; change < 5; ++change) ASSERT_TRUE(isShownOnceDrawn(false)) << change;
+  EXPECT_EQ(arrivals_->count(), frames) << "It keeps the picture up to date by itself.";
+}
+
+TEST_F(LivePainting, WhatChangesWhileTheNewerStreamEndsIsShownByTheOlder) {
+  const auto older = start();
+  show(mirrorLook());
+  presentFirst();
+  for (int round = 0; round < 10; ++round) {
+    auto newer = start();
+    presentFirst();
+    const std::uint32_t color = draw(drawn_, {10, 10, 30, 20});
+    newer = nullptr;
+    EXPECT_TRUE(waitUntil([&] {
+      turn();
+      return client_.screenshot({70, 60, 30, 20}).count(color) == std::size_t{30} * 20;
+    })) << round;
+  }
+}
+
+TEST_F(LivePainting, APartThatComesIntoViewIsAskedOfTheStreamThatStillRuns) {
+  const auto older = start();
+  show(mirrorLook());
+  presentFirst();
+  auto newer = start();
+  presentFirst();
+  newer = nullptr;
+  ASSERT_TRUE(isShownOnceDrawn(true));
+  newer = start();
+  presentFirst();
+  newer = nullptr;
+  turn();
+  const auto menu = client_.createWindow({.frame = {50, 40, 250, 180}, .color = 0xff654321});
+  client_.sync();
+  client_.destroy(menu);
+  client_.sync();
+  EXPECT_TRUE(waitUntil([&] {
+    turn();
+    return client_.screenshot(area).count(0x654321) == 0;
+  }));
 }
 
 TEST_F(LivePainting, WhileChangesWaitForTheirFrameNoFurtherOneWakesTheStream) {
@@ -178,6 +200,23 @@ TEST_F(LivePainting, WhileChangesWaitForTheirFrameNoFurtherOneWakesTheStream) {
     return isQuiet && std::chrono::steady_clock::now() - begin < interval / 2;
   }));
   EXPECT_TRUE(isShownOnceDrawn(false));
+}
+
+TEST_F(LivePainting, ThirtyChangesASecondWakeTheStreamTwiceForEachAtMost) {
+  const auto stream = start(std::chrono::nanoseconds(1s) / 30);
+  show(mirrorLook());
+  presentFirst();
+  constexpr std::size_t changes = 150;
+  auto next = std::chrono::steady_clock::now();
+  const std::size_t before = wakeUps();
+  for (std::size_t change = 0; change < changes; ++change) {
+    std::this_thread::sleep_until(next += std::chrono::nanoseconds(1s) / 30);
+    draw(drawn_, {10, 10, 30, 20});
+  }
+  EXPECT_TRUE(isShownOnceDrawn(false));
+  const std::size_t woken = wakeUps() - before;
+  RecordProperty("wakeUps", std::to_string(woken));
+  EXPECT_LE(woken, 2 * changes + changes / 4);
 }
 
 TEST_F(LivePainting, WhatIsDrawnToAWindowThatReachesBeyondTheAreaIsShownWithoutAskingWhere) {

@@ -58,9 +58,9 @@ class Source {
                               connection_->formatOfVisual(connection_->rootVisual()), 0, nullptr);
   }
 
-  // Paints the rectangle and lends a frame in which just that has changed.
+  // Paints the rectangle and lends a frame in which just that has changed; a whole one before any was read.
   std::shared_ptr<const Frame> paint(const PixelRect& rect, std::uint32_t color, bool isWhole = false) {
-    buffer_->reclaim();
+    isWhole = buffer_->reclaim() == FrameBuffer::Reading::never || isWhole;
     const auto wide = [](std::uint32_t value) { return static_cast<std::uint16_t>((value & 0xFFU) * 257); };
     const xcb_render_color_t renderColor{wide(color >> 16U), wide(color >> 8U), wide(color), 0xFFFF};
     const xcb_rectangle_t rectangle = toRectangle(rect);
@@ -87,6 +87,7 @@ class Source {
     return shownIn;
   }
   bool takeWholeRequest() { return buffer_->takeWholeRequest(); }
+  void end() { buffer_->endStream(); }
 
  private:
   std::shared_ptr<Connection> connection_;
@@ -331,6 +332,62 @@ TEST_F(OverlayWindowOnX, ALateFrameOfAnOlderStreamIsDropped) {
   EXPECT_TRUE(window_->presentFrame(newer.paint(inside, green)));
   EXPECT_FALSE(window_->presentFrame(late));
   EXPECT_EQ(picture().count(greenPixel), std::size_t{400} * 300);
+}
+
+TEST_F(OverlayWindowOnX, WhenANewerStreamEndsTheOneBeforeItIsAskedForTheWholePicture) {
+  show(mirrorLook());
+  Source older(server_.display(), 400, 300, 1);
+  Source newer(server_.display(), 400, 300, 2);
+  EXPECT_TRUE(window_->presentFrame(older.paint(inside, 0xFFFFFF)));
+  EXPECT_TRUE(window_->presentFrame(newer.paint(inside, green)));
+  EXPECT_FALSE(window_->presentFrame(older.paint(inside, 0xFFFFFF))) << "The newer one still runs.";
+  EXPECT_FALSE(older.takeWholeRequest());
+  newer.end();
+  EXPECT_TRUE(older.takeWholeRequest());
+  EXPECT_FALSE(window_->presentFrame(older.paint({0, 0, 10, 10}, 0xFFFFFF))) << "A part, over another one's picture.";
+  EXPECT_TRUE(older.takeWholeRequest());
+  EXPECT_TRUE(window_->presentFrame(older.paint(inside, 0xFFFFFF, true)));
+  EXPECT_EQ(picture().count(0xFFFFFF), std::size_t{400} * 300);
+  EXPECT_TRUE(older.paintLive({0, 0, 10, 10}, green));
+}
+
+TEST_F(OverlayWindowOnX, TheFirstFrameOfAStreamThatHasEndedAlreadyHandsOnAtOnce) {
+  show(mirrorLook());
+  Source older(server_.display(), 400, 300, 1);
+  Source newer(server_.display(), 400, 300, 2);
+  EXPECT_TRUE(window_->presentFrame(older.paint(inside, 0xFFFFFF)));
+  const auto late = newer.paint(inside, green, true);
+  newer.end();
+  EXPECT_TRUE(window_->presentFrame(late));
+  EXPECT_TRUE(older.takeWholeRequest());
+}
+
+TEST_F(OverlayWindowOnX, OfThreeStreamsTheOldestIsAskedWhenTheOthersHaveEnded) {
+  show(mirrorLook());
+  Source oldest(server_.display(), 400, 300, 1);
+  Source second(server_.display(), 400, 300, 2);
+  Source third(server_.display(), 400, 300, 3);
+  EXPECT_TRUE(window_->presentFrame(oldest.paint(inside, 0xFFFFFF)));
+  EXPECT_TRUE(window_->presentFrame(second.paint(inside, green)));
+  EXPECT_TRUE(window_->presentFrame(third.paint(inside, 0xFF0000)));
+  second.end();
+  (void)oldest.takeWholeRequest();
+  third.end();
+  EXPECT_TRUE(oldest.takeWholeRequest());
+  window_->orderOut();
+  window_->orderFront(std::nullopt);
+  settle();
+  EXPECT_TRUE(oldest.takeWholeRequest()) << "A part that comes into view is asked of the stream that runs.";
+}
+
+TEST_F(OverlayWindowOnX, TheWholePictureOfAnOlderStreamShowsOverThatOfOneThatHasEnded) {
+  show(mirrorLook());
+  Source older(server_.display(), 400, 300, 1);
+  Source newer(server_.display(), 400, 300, 2);
+  EXPECT_TRUE(window_->presentFrame(newer.paint(inside, green)));
+  newer.end();
+  EXPECT_TRUE(window_->presentFrame(older.paint(inside, 0xFFFFFF, true)));
+  EXPECT_EQ(picture().count(0xFFFFFF), std::size_t{400} * 300);
 }
 
 TEST_F(OverlayWindowOnX, WithoutAPictureLayerFramesAreDropped) {

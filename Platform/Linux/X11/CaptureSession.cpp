@@ -23,9 +23,6 @@ constexpr int manyEvents = 32;
 
 constexpr std::chrono::milliseconds longestWaitForAnswer{20};
 
-// A whole frame is asked for when something that lay over the picture has gone, and may be seen there until it comes.
-constexpr std::chrono::milliseconds wholeInterval{8};
-
 timespec toTimespec(std::chrono::nanoseconds duration) {
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(duration);
   return {seconds.count(), (duration - seconds).count()};
@@ -105,12 +102,12 @@ std::shared_ptr<const Frame> CaptureSession::nextFrame() {
   const Compositor::Changes changes = compositor_.changes();
   if (!isWholeWanted_ && changes == Compositor::Changes::none) return nullptr;
   const Clock::time_point now = Clock::now();
-  if (buffer_->isLent() || now < due()) return nullptr;
+  if (buffer_->isLent() || now < pace_.due()) return nullptr;
   // Painting nothing where nothing has changed is cheaper than asking first.
   if (paintLive()) {
-    madeFrame(now);
+    pace_.madeFrame(now);
   } else if (isWholeWanted_ || changes == Compositor::Changes::certain) {
-    madeFrame(now);
+    pace_.madeFrame(now);
     return compose();
   } else if (now >= nextExaminationDue_) {
     compositor_.examine();
@@ -135,11 +132,6 @@ std::shared_ptr<const Frame> CaptureSession::compose() {
   return buffer_->lend(std::move(steps), isWhole);
 }
 
-void CaptureSession::madeFrame(Clock::time_point now) {
-  pace_.madeFrame(now);
-  nextWholeDue_ = now + std::min<Clock::duration>(interval_, wholeInterval);
-}
-
 std::optional<CaptureSession::Clock::time_point> CaptureSession::nextDeadline(Clock::time_point now) const {
   // Looking for one answer may read another one, which then does not make the descriptor readable again.
   if (compositor_.isExamining()) return now + longestWaitForAnswer;
@@ -147,7 +139,7 @@ std::optional<CaptureSession::Clock::time_point> CaptureSession::nextDeadline(Cl
   if (!isWholeWanted_ && changes == Compositor::Changes::none) return std::nullopt;
   // Giving a frame back notifies.
   if (buffer_->isLent()) return std::nullopt;
-  if (isWholeWanted_ || changes == Compositor::Changes::certain) return due();
+  if (isWholeWanted_ || changes == Compositor::Changes::certain) return pace_.due();
   return std::max(pace_.due(), nextExaminationDue_);
 }
 
@@ -161,7 +153,7 @@ void CaptureSession::wait() {
   timespec limit{};
   if (deadline) limit = toTimespec(std::max(*deadline - now, Clock::duration::zero()));
   // What is to be shown has to wait, and hearing of more would only wake the stream. A negative descriptor is left out.
-  const bool isResting = deadline && *deadline <= due() && !compositor_.isExamining() && !isMoreToTakeIn_;
+  const bool isResting = deadline && *deadline <= pace_.due() && !compositor_.isExamining() && !isMoreToTakeIn_;
   std::array<pollfd, 2> descriptors{
       {{isResting ? -1 : connection_->fileDescriptor(), POLLIN, 0}, {wakeup_->descriptor(), POLLIN, 0}}};
   ::ppoll(descriptors.data(), descriptors.size(), deadline ? &limit : nullptr, nullptr);

@@ -28,6 +28,9 @@ class CaptureSession {
  public:
   static std::expected<std::unique_ptr<CaptureSession>, Error> open(const CaptureStreamSettings& settings,
                                                                     std::shared_ptr<Wakeup> wakeup);
+  ~CaptureSession() { buffer_->endStream(); }
+  CaptureSession(const CaptureSession&) = delete;
+  CaptureSession& operator=(const CaptureSession&) = delete;
 
   [[nodiscard]] bool isLost() const { return connection_->isBroken(); }
   // Takes in what has happened. A frame if there is something new to show, the last frame has been given back, and it
@@ -52,14 +55,11 @@ class CaptureSession {
   int takeInSome();
   // Whether that was all that has arrived.
   bool takeInMost();
-  // When the next frame may be made.
-  [[nodiscard]] Clock::time_point due() const { return isWholeWanted_ ? nextWholeDue_ : pace_.due(); }
   // When there will be something to do without anything further happening.
   [[nodiscard]] std::optional<Clock::time_point> nextDeadline(Clock::time_point now) const;
   // Whether the picture is kept up to date where it is shown; then it is up to date now.
   bool paintLive();
   [[nodiscard]] std::shared_ptr<const Frame> compose();
-  void madeFrame(Clock::time_point now);
 
   std::shared_ptr<Connection> connection_;
   std::shared_ptr<Wakeup> wakeup_;
@@ -69,7 +69,6 @@ class CaptureSession {
   LivePainter livePainter_;
   const Clock::duration interval_;
   FramePace pace_;
-  Clock::time_point nextWholeDue_;
   Clock::time_point nextExaminationDue_;
   bool isWholeWanted_ = false;
   bool isMoreToTakeIn_ = false;

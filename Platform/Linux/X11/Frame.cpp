@@ -55,4 +55,8 @@ void Frame::endLive(xcb_connection_t* reader) const { buffer_->endLive(reader); 
 
 void Frame::requestWhole() const { buffer_->requestWhole(); }
 
+bool Frame::isLeftOver() const { return buffer_->hasEnded(); }
+
+void Frame::tookOverFrom(const Frame& older) const { buffer_->tookOverFrom(older.buffer_); }
+
 }  // namespace platform::x11

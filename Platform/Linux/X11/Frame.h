@@ -60,8 +60,14 @@ class Frame final : public SampleBuffer {
   // The stream paints to no target any more, and lends frames again. Requests that follow on this connection, the one
   // that frames are read on, are carried out after all that the stream has painted.
   void endLive(xcb_connection_t* reader) const;
-  // Asks the stream, if it still runs, for a further frame in which everything counts as changed.
+  // Asks the stream for a further frame in which everything counts as changed; if it has ended, the one that it took
+  // over from.
   void requestWhole() const;
+  // Whether its stream has ended.
+  [[nodiscard]] bool isLeftOver() const;
+  // Its stream is shown where that of the other frame was, which is older and still runs. When it ends, the older one
+  // is asked for a whole frame.
+  void tookOverFrom(const Frame& older) const;
 
  private:
   enum class State : std::uint8_t { untouched, reading, read };

@@ -157,11 +157,36 @@ void FrameBuffer::endLoan(Loan outcome, const std::optional<LiveTarget>& target)
 }
 
 void FrameBuffer::requestWhole() {
+  std::shared_ptr<FrameBuffer> older;
   {
     const std::lock_guard lock(mutex_);
     isWholeRequested_ = true;
+    if (hasEnded_) older = older_.lock();
   }
   wakeup_->notify();
+  if (older) older->requestWhole();
+}
+
+void FrameBuffer::endStream() {
+  {
+    const std::lock_guard lock(mutex_);
+    hasEnded_ = true;
+  }
+  requestWhole();
+}
+
+bool FrameBuffer::hasEnded() {
+  const std::lock_guard lock(mutex_);
+  return hasEnded_;
+}
+
+void FrameBuffer::tookOverFrom(const std::shared_ptr<FrameBuffer>& older) {
+  {
+    const std::lock_guard lock(mutex_);
+    older_ = older;
+    if (!hasEnded_) return;
+  }
+  older->requestWhole();
 }
 
 }  // namespace platform::x11

@@ -65,11 +65,18 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
   // After planning: `changed` is what the steps paint.
   [[nodiscard]] std::shared_ptr<const Frame> lend(std::vector<PaintStep> steps, bool isWhole);
 
+  // The stream makes no more frames, and paints nothing more. Whoever it took the window from is asked for the picture.
+  void endStream();
+
   // The side of the frame that has the loan.
   void awaitComposed(xcb_connection_t* reader) const;
   void finishReading(xcb_connection_t* reader, const std::optional<LiveTarget>& target);
   void drop();
+  // Of the stream that this one took the window from, and so on, where this one has ended.
   void requestWhole();
+  [[nodiscard]] bool hasEnded();
+  // Where a frame of the other stream, an older one, was shown, one of this stream is shown now.
+  void tookOverFrom(const std::shared_ptr<FrameBuffer>& older);
   // The side of any frame: no target any more. What the reader sends next comes after what was painted there.
   void endLive(xcb_connection_t* reader);
 
@@ -99,6 +106,8 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
   Loan loan_ = Loan::none;
   bool isEndAwaited_ = false;
   bool isWholeRequested_ = false;
+  bool hasEnded_ = false;
+  std::weak_ptr<FrameBuffer> older_;
   std::optional<LiveTarget> target_;
 };
 

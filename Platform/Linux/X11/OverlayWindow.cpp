@@ -148,12 +148,35 @@ void OverlayWindow::orderOut() {
 }
 
 bool OverlayWindow::presentFrame(std::shared_ptr<const Frame> frame) {
-  if (frame->streamSerial() < newestStream_) return false;
-  if (frame->streamSerial() > newestStream_) endLive();
-  newestStream_ = frame->streamSerial();
+  if (!mayShow(*frame)) return false;
+  if (!lastFrame_ || lastFrame_->streamSerial() != frame->streamSerial()) {
+    if (!frame->isWhole()) {
+      frame->requestWhole();
+      return false;
+    }
+    endLive();
+  }
   if (!painter_->paintFrame(*frame)) return false;
+  remember(frame);
   lastFrame_ = std::move(frame);
   return true;
+}
+
+// While a restart takes place two streams run, and the older one would show again what the newer one leaves out. It has
+// the window again when the newer one has ended: that one's start was overtaken, and the start after it may fail.
+bool OverlayWindow::mayShow(const Frame& frame) const {
+  const auto newer = [&](const auto& other) { return other->streamSerial() > frame.streamSerial(); };
+  if (std::ranges::none_of(streams_, newer)) return true;
+  return !frame.isLeftOver() &&
+         std::ranges::none_of(streams_, [&](const auto& other) { return newer(other) && !other->isLeftOver(); });
+}
+
+void OverlayWindow::remember(const std::shared_ptr<const Frame>& frame) {
+  std::erase_if(streams_, [&](const auto& other) {
+    return other->isLeftOver() || other->streamSerial() == frame->streamSerial();
+  });
+  if (!streams_.empty()) frame->tookOverFrom(*streams_.back());
+  streams_.push_back(frame);
 }
 
 void OverlayWindow::forgetFrames() {

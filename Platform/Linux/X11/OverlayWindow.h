@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "Platform/Linux/X11/Connection.h"
 #include "Platform/Linux/X11/Frame.h"
@@ -39,7 +40,8 @@ class OverlayWindow {
   void orderFront(std::optional<xcb_window_t> below);
   void orderOut();
 
-  // Shows what the frame changes. A frame of an older stream than one already shown is dropped. False when dropped.
+  // Shows what the frame changes. The newest stream that still runs has the window: a frame of an older one is dropped,
+  // and so is a part of the picture of a stream other than the one that is seen. False when dropped.
   bool presentFrame(std::shared_ptr<const Frame> frame);
   // Takes the picture away.
   void forgetFrames();
@@ -53,6 +55,8 @@ class OverlayWindow {
   void endLive();
   void restore();
   void exposed(const PixelRect& part);
+  [[nodiscard]] bool mayShow(const Frame& frame) const;
+  void remember(const std::shared_ptr<const Frame>& frame);
 
   Connection& connection_;
   xcb_window_t window_;
@@ -61,7 +65,8 @@ class OverlayWindow {
   std::optional<OverlayPainter> painter_;
   // The last one shown. It keeps the way to its stream.
   std::shared_ptr<const Frame> lastFrame_;
-  std::uint64_t newestStream_ = 0;
+  // One of each stream that was shown and may still run, the oldest first.
+  std::vector<std::shared_ptr<const Frame>> streams_;
 };
 
 }  // namespace platform::x11
