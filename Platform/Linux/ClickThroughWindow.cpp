@@ -7,14 +7,6 @@
 
 namespace platform::x11 {
 
-namespace {
-
-// The text of a mirror goes with its first frame, which comes within some milliseconds as a rule: until then it would
-// only flash, and the toolkit takes long to write the first letters of its life.
-constexpr double labelDelay = 0.1;
-
-}  // namespace
-
 ClickThroughWindow::ClickThroughWindow(const Surroundings& surroundings, const WindowAttributes& attributes)
     : surroundings_(surroundings),
       backgroundColor_(attributes.backgroundColor),
@@ -26,7 +18,6 @@ ClickThroughWindow::ClickThroughWindow(const Surroundings& surroundings, const W
 }
 
 ClickThroughWindow::~ClickThroughWindow() {
-  if (labelTask_) labelTask_->cancel();
   leaveContent();
   surroundings_.stage.remove(window_);
 }
@@ -39,7 +30,7 @@ void ClickThroughWindow::setContentView(std::shared_ptr<View> view) {
   leaveContent();
   content_ = nodeOf(*view);
   content_->enterWindow(*this, frame_.size);
-  window_.forgetFrames();
+  forgetSamples();
   window_.setLook(look());
 }
 
@@ -51,44 +42,52 @@ void ClickThroughWindow::setFrame(const Rect& frame, bool display) {
 }
 
 void ClickThroughWindow::orderFrontRegardless() {
-  writeLabelLater();
-  window_.setLook(look());
-  surroundings_.stage.orderFront(window_);
+  isOrderedFront_ = true;
+  updateLater();
 }
 
-void ClickThroughWindow::writeLabelLater() {
-  if (isLabelDue_ || labelTask_) return;
-  labelTask_ = surroundings_.runLoop.after(labelDelay, [this] {
-    isLabelDue_ = true;
-    window_.setLook(look());
-  });
+void ClickThroughWindow::orderOut() {
+  isOrderedFront_ = false;
+  window_.orderOut();
 }
 
-void ClickThroughWindow::orderOut() { window_.orderOut(); }
+void ClickThroughWindow::viewsChanged() { updateLater(); }
 
-void ClickThroughWindow::viewsChanged() {
+void ClickThroughWindow::updateLater() {
   if (std::exchange(*updateIsPosted_, true)) return;
   surroundings_.runLoop.post([this, guard = std::weak_ptr(updateIsPosted_)] {
     const auto isPosted = guard.lock();
     if (!isPosted) return;
     *isPosted = false;
-    window_.setLook(look());
+    update();
   });
+}
+
+void ClickThroughWindow::update() {
+  window_.setLook(look());
+  if (std::exchange(isOrderedFront_, false)) surroundings_.stage.orderFront(window_);
+  // A late frame of an older stream is dropped, which is no failure.
+  for (auto& frame : std::exchange(waitingFrames_, {})) window_.presentFrame(std::move(frame));
 }
 
 bool ClickThroughWindow::presentSample(std::shared_ptr<const SampleBuffer> sample) {
   auto frame = std::dynamic_pointer_cast<const Frame>(std::move(sample));
   if (!frame) return false;
-  // A late frame of an older stream is dropped, which is no failure.
-  window_.presentFrame(std::move(frame));
+  waitingFrames_.push_back(std::move(frame));
+  if (*updateIsPosted_ || look().label)
+    updateLater();
+  else
+    update();
   return true;
 }
 
-void ClickThroughWindow::forgetSamples() { window_.forgetFrames(); }
+void ClickThroughWindow::forgetSamples() {
+  waitingFrames_.clear();
+  window_.forgetFrames();
+}
 
 OverlayLook ClickThroughWindow::look() const {
-  OverlayContent content = content_ ? describe(*content_) : OverlayContent{};
-  if (!isLabelDue_) content.label.reset();
+  const OverlayContent content = content_ ? describe(*content_) : OverlayContent{};
   const double scale = scaleAt(frame_, surroundings_.screens.geometries());
   return lookOf(content, backgroundColor_, window_.frame().height, scale);
 }

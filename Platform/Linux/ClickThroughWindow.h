@@ -1,11 +1,14 @@
 // A window of the application that no pointer touches: a mirror or the solid cover, on an overlay window of X.
 //
+// It comes to the screen at the end of the turn of the main loop in which it was ordered to the front: one that is
+// ordered out again in the same turn is never seen.
 // Threads, units and axes: as the port says.
 // Ownership: keeps a reference to its surroundings, which outlive it. It shares its content view and leaves it before
 // it goes.
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "Platform/Linux/Desktop/DesktopScreens.h"
 #include "Platform/Linux/Desktop/PaletteWatch.h"
@@ -48,7 +51,8 @@ class ClickThroughWindow final : public Window, private ViewHost {
 
   [[nodiscard]] OverlayLook look() const;
   void leaveContent();
-  void writeLabelLater();
+  void updateLater();
+  void update();
 
   Surroundings surroundings_;
   Color backgroundColor_;
@@ -57,8 +61,9 @@ class ClickThroughWindow final : public Window, private ViewHost {
   std::shared_ptr<ViewNode> content_;
   // Guards posted work: it does nothing once the window is gone.
   std::shared_ptr<bool> updateIsPosted_ = std::make_shared<bool>(false);
-  bool isLabelDue_ = false;
-  std::shared_ptr<DelayedTask> labelTask_;
+  bool isOrderedFront_ = false;
+  // Those that came while a text was shown, or about to go: they change places in one step.
+  std::vector<std::shared_ptr<const Frame>> waitingFrames_;
   // Roles among the colours follow the desktop's light or dark look.
   PaletteWatch palette_;
 };

@@ -1,8 +1,12 @@
 // The menu as a tray's host on the session bus sees it, and what choosing its lines does.
 
+#include <algorithm>
+#include <vector>
+
 #include "Tests/EndToEnd/DrivenDesktop.h"
 #include "Tests/EndToEnd/MenuUser.h"
 #include "Tests/Linux/QtEnvironment.h"
+#include "Tests/Support/ProcessState.h"
 
 namespace endtoend {
 namespace {
@@ -106,6 +110,79 @@ TEST_F(Tray, HideAnnotationsSwitchesTheCover) {
   EXPECT_TRUE(showsNoCover());
   EXPECT_TRUE(becomes("\"enabled\": false"));
 }
+
+// A live cover and a solid one; both of the stored area, on.
+class MenuOfACoveredScreen : public Tray, public testing::WithParamInterface<std::string> {
+ protected:
+  void startCovered() {
+    startWithTray(GetParam());
+    if (GetParam() == liveOn && !quillfade().waitForMessage("stream started, excluding 1 window(s)"))
+      throw std::runtime_error("There is no live cover.");
+    client_.selectInput(client_.root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+    client_.sync();
+  }
+  // Whether some window has come to the screen since the last call.
+  [[nodiscard]] bool hasShownAWindow() {
+    client_.sync();
+    return client_.waitForEvent(XCB_MAP_NOTIFY, std::chrono::milliseconds(0));
+  }
+
+ public:
+  static inline const std::string liveOn =
+      R"({"outline": false, "enabled": true, "region": "{{200, 300}, {400, 200}}"})";
+};
+
+TEST_P(MenuOfACoveredScreen, ShowsNothingOfTheCoverThatHideAnnotationsTakesAway) {
+  startCovered();
+  for (int round = 0; round < 10; ++round) {
+    const auto streams = quillfade().countMessages("stream started, excluding 1 window(s)");
+    (void)hasShownAWindow();
+    user().choose("Hide Annotations");
+    ASSERT_TRUE(becomes("\"enabled\": false"));
+    EXPECT_FALSE(hasShownAWindow()) << "round " << round;
+    EXPECT_EQ(quillfade().countMessages("stream started, excluding 1 window(s)"), streams) << "round " << round;
+    ASSERT_EQ(run({"toggle"}).status, 0);
+    ASSERT_TRUE(client_.waitForEvent(XCB_MAP_NOTIFY, support::defaultDeadline)) << "The cover comes to the screen.";
+    if (GetParam() == liveOn) {
+      ASSERT_TRUE(quillfade().waitForMessage("stream started, excluding 1 window(s)", streams + 1));
+    }
+  }
+}
+
+TEST_P(MenuOfACoveredScreen, TakesNoTimeToSpeakOfForTheCoverThatIsNeverSeen) {
+  startCovered();
+  const auto processorSecondsOf = [&](const std::string& line, const std::string& outcome) {
+    const double before = support::processorSeconds(quillfade().process().id());
+    user().choose(line);
+    EXPECT_TRUE(becomes(outcome));
+    return support::processorSeconds(quillfade().process().id()) - before;
+  };
+  std::vector<double> hiding;
+  std::vector<double> other;
+  for (int round = 0; round < 10; ++round) {
+    hiding.push_back(processorSecondsOf("Hide Annotations", "\"enabled\": false"));
+    other.push_back(processorSecondsOf("Show Outline", round % 2 == 0 ? "\"outline\": true" : "\"outline\": false"));
+    ASSERT_EQ(run({"toggle"}).status, 0);
+    ASSERT_TRUE(becomes("\"enabled\": true"));
+  }
+  std::ranges::sort(hiding);
+  std::ranges::sort(other);
+  RecordProperty("hiding", std::to_string(hiding[5]));
+  RecordProperty("other", std::to_string(other[5]));
+  // A picture of a film lasts longer.
+  EXPECT_LT(hiding[5] - other[5], 0.033) << "beyond " << other[5] << " for a line that shows and hides nothing";
+}
+
+TEST_P(MenuOfACoveredScreen, ThatIsClosedWithoutAChoiceBringsTheCoverBack) {
+  startCovered();
+  user().open();
+  (void)hasShownAWindow();
+  user().close();
+  EXPECT_TRUE(client_.waitForEvent(XCB_MAP_NOTIFY, support::defaultDeadline));
+}
+
+INSTANTIATE_TEST_SUITE_P(Tray, MenuOfACoveredScreen, testing::Values(MenuOfACoveredScreen::liveOn, solidOn),
+                         [](const auto& settings) { return settings.param == solidOn ? "Solid" : "Live"; });
 
 TEST_F(Tray, PeekTakesTheCoverAwayForAWhile) {
   startWithTray(solidOn);

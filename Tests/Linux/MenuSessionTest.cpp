@@ -104,9 +104,38 @@ TEST_F(MenuSessionTest, AnOpeningEndsWhenTheHostsMenuLeavesTheScreen) {
   session->open(Closing::perhapsUnreported);
   ASSERT_TRUE(hostMenus.closed);
   std::exchange(hostMenus.closed, nullptr)();
+  runLoop.runDelayed();
+  EXPECT_EQ(calls, "open close ");
+}
+
+TEST_F(MenuSessionTest, AMenuThatLeavesTheScreenWaitsAMomentForTheChoiceAndEndsWithIt) {
+  session->open(Closing::reported);
+  session->closeUnlessChosen();
+  session->closeUnlessChosen();
+  EXPECT_EQ(calls, "open ");
+  ASSERT_EQ(runLoop.delayed.size(), 1U);
+  EXPECT_EQ(runLoop.delayed.front()->seconds, MenuSession::longestWaitForChoice);
+  session->close();
   EXPECT_EQ(calls, "open close ");
   runLoop.runDelayed();
   EXPECT_EQ(calls, "open close ");
+}
+
+TEST_F(MenuSessionTest, AMenuThatLeavesTheScreenWithoutAChoiceEndsAfterAMoment) {
+  session->open(Closing::reported);
+  session->closeUnlessChosen();
+  runLoop.runDelayed();
+  EXPECT_EQ(calls, "open close ");
+  session->closeUnlessChosen();
+  EXPECT_TRUE(runLoop.delayed.empty());
+}
+
+TEST_F(MenuSessionTest, AnOpeningDuringThatMomentIsANewOne) {
+  session->open(Closing::reported);
+  session->closeUnlessChosen();
+  session->open(Closing::reported);
+  runLoop.runDelayed();
+  EXPECT_EQ(calls, "open close open ");
 }
 
 TEST_F(MenuSessionTest, AfterItsEndAnOpeningNoLongerWatchesTheScreen) {

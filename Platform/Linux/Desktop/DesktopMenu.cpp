@@ -1,6 +1,7 @@
 #include "Platform/Linux/Desktop/DesktopMenu.h"
 
 #include <QCursor>
+#include <QPointer>
 
 namespace platform::x11 {
 
@@ -15,7 +16,7 @@ DesktopMenu::DesktopMenu(RunLoop& runLoop, HostMenus& hostMenus)
   QObject::connect(&menu_, &QMenu::aboutToShow, &menu_, [this] {
     session_.open(popsUpHere_ ? MenuSession::Closing::reported : MenuSession::Closing::perhapsUnreported);
   });
-  QObject::connect(&menu_, &QMenu::aboutToHide, &menu_, [this] { session_.close(); });
+  QObject::connect(&menu_, &QMenu::aboutToHide, &menu_, [this] { session_.closeUnlessChosen(); });
 }
 
 void DesktopMenu::willOpen() {
@@ -35,8 +36,11 @@ void DesktopMenu::popUpAtPointer() {
 }
 
 void DesktopMenu::choose(const std::shared_ptr<const MenuItem>& item) {
-  session_.close();
-  runLoop_.post([item] { item->action(*item); });
+  runLoop_.post([this, menu = QPointer(&menu_), item] {
+    // In one turn, so that what the closing brings back is never seen where the action takes it away.
+    if (menu) session_.close();
+    item->action(*item);
+  });
 }
 
 }  // namespace platform::x11

@@ -15,13 +15,18 @@ void MenuSession::open(Closing closing) {
   isOpen_ = true;
   if (closing == Closing::perhapsUnreported) {
     limit_ = runLoop_.after(longestUnreportedOpening, [this] { close(); });
-    hostMenus_.whenClosed([this] { close(); });
+    hostMenus_.whenClosed([this] { closeUnlessChosen(); });
   }
   willOpen_();
 }
 
+void MenuSession::closeUnlessChosen() {
+  if (isOpen_ && !ending_) ending_ = runLoop_.after(longestWaitForChoice, [this] { close(); });
+}
+
 void MenuSession::close() {
   if (!std::exchange(isOpen_, false)) return;
+  if (const auto ending = std::exchange(ending_, nullptr)) ending->cancel();
   if (const auto limit = std::exchange(limit_, nullptr)) {
     limit->cancel();
     hostMenus_.whenClosed({});

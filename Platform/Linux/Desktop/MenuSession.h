@@ -19,6 +19,9 @@ class MenuSession {
   // lines and choose, short enough that what waits for the closing is not given up for lost.
   static constexpr double longestUnreportedOpening = 60;
 
+  // Much longer than a message takes from one program to another, and not long for who waits for the cover.
+  static constexpr double longestWaitForChoice = 0.1;
+
   MenuSession(RunLoop& runLoop, HostMenus& hostMenus, std::function<void()> willOpen, std::function<void()> didClose);
   // Ends an opening that is under way.
   ~MenuSession();
@@ -31,6 +34,9 @@ class MenuSession {
   void open(Closing closing);
   // Harmless when nothing is open.
   void close();
+  // The menu has left the screen. Hosts report that before or after what was chosen: a choice that is on its way ends
+  // the opening itself.
+  void closeUnlessChosen();
   [[nodiscard]] bool isOpen() const { return isOpen_; }
 
  private:
@@ -39,6 +45,7 @@ class MenuSession {
   std::function<void()> willOpen_;
   std::function<void()> didClose_;
   std::shared_ptr<DelayedTask> limit_;
+  std::shared_ptr<DelayedTask> ending_;
   bool isOpen_ = false;
 };
 
