@@ -116,8 +116,8 @@ Outcome AppDelegate::selectArea() {
 void AppDelegate::chooseStyle(const platform::MenuItem& item) {
   const auto chosen = coverStyle(item.tag);
   if (!chosen) return;
-  // Live is never switched on from solid here: the gate passes at once for the solid style, and then nothing changes.
-  // That is intended.
+  // Live is never switched on from solid here: the gate asks for the style in force, and so passes at once for the
+  // solid one without a look at the permission. What was not asked about is not switched on; `setStyle` asks first.
   if (*chosen == CoverStyle::live && (!ensureLivePermission() || overlay_->style() != CoverStyle::live)) return;
   overlay_->setStyle(*chosen);
 }

