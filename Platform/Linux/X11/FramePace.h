@@ -2,8 +2,8 @@
 // more in a second than intervals fit into it.
 //
 // So the first change after a rest is shown at once, and so is a second one, for many things change in two steps. And
-// what changes just as often as frames may be made is shown about as it comes. Were each frame kept at its distance
-// from the last one, every other of those changes would come a moment too early, and wake the stream twice.
+// what changes nearly as often as frames may be made is shown as it comes. Were each frame kept at its distance from
+// the last one, many of those changes would come a moment too early, and wake the stream twice.
 //
 // No second has more than thirty frames where the interval is a thirtieth of one: each frame comes a second or more
 // after the thirtieth before it, so thirty-one never fit into less. The reserve alone would allow one more.
