@@ -26,6 +26,14 @@ struct RunningApplication {
   friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
 };
 
+// What more is known of a window that lies over a whole screen and takes the pointer.
+enum class ScreenSheet : std::uint8_t {
+  none,
+  takesPointer,   // one sees through it, and it would lie on an overlay layer if clicks went through it, too
+  perhapsLocker,  // the same, and a lock screen can be such a window
+  locker,         // hides the screen from everybody, as lock screens do
+};
+
 // One window as the service describes it.
 struct CaptureWindow {
   std::uint32_t windowID = 0;
@@ -34,6 +42,7 @@ struct CaptureWindow {
   bool isOnScreen = false;
   std::optional<RunningApplication> owningApplication;
   std::vector<std::string> names{};  // what it is called besides, the most fitting first; none where windows have none
+  ScreenSheet sheet = ScreenSheet::none;
   friend bool operator==(const CaptureWindow&, const CaptureWindow&) = default;
 };
 

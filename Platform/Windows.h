@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 
+#include "Platform/Capture.h"
 #include "Platform/Color.h"
 #include "Platform/Geometry.h"
 #include "Platform/Views.h"
@@ -75,6 +76,9 @@ class Windows {
   virtual std::unique_ptr<Window> makeWindow(const WindowAttributes& attributes) = 0;
   // A level above all ordinary windows, menus and full-screen applications.
   [[nodiscard]] virtual WindowLevel shieldingLevel() const = 0;
+  // Windows of that level stay beneath whatever could be a lock screen, but for those of which this says that they may
+  // be overlapped: none until it is set. Asked often.
+  virtual void setMayOverlap(std::function<bool(const CaptureWindow&)> mayOverlap) = 0;
   // Sees every key press that is delivered to the application before its windows do; true swallows it.
   virtual EventMonitor addLocalKeyDownMonitor(std::function<bool(const KeyEvent&)> handler) = 0;
   virtual void removeMonitor(EventMonitor monitor) = 0;

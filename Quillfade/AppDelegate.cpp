@@ -3,6 +3,7 @@
 #include <string>
 
 #include "Quillfade/Demonstration.h"
+#include "Quillfade/ExclusionRules.h"
 #include "Quillfade/Fatal.h"
 #include "Quillfade/Identity.h"
 #include "Quillfade/UserRules.h"
@@ -26,6 +27,11 @@ void AppDelegate::applicationDidFinishLaunching() {
   application().setActivationPolicy(platform::ActivationPolicy::accessory);
   overlay_->setOnStateChange([weakDelegate = weak_from_this()] {
     if (const auto delegate = weakDelegate.lock()) delegate->updateStatusButton();
+  });
+  // A cover hides whatever the live copy leaves out, even where that could be a lock screen by its looks.
+  platform_.windows().setMayOverlap([&platform = platform_](const platform::CaptureWindow& window) {
+    return isExcluded(judge(window, platform.screens().main().value_or(platform::Screen{}),
+                            platform.process().bundleIdentifier(), userRules(platform.rulesFile()).windows));
   });
   createStatusItem();
   bindHotKeys();

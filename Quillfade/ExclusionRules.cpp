@@ -47,6 +47,26 @@ bool belongsToConferencing(const platform::CaptureWindow& window) {
          });
 }
 
+bool mayDecide(const WindowRule& rule, const platform::CaptureWindow& window) {
+  if (!rule.excludes) return true;
+  if (window.sheet == platform::ScreenSheet::perhapsLocker) return !hasWildcards(rule);
+  return window.sheet != platform::ScreenSheet::locker;
+}
+
+Judgement keptAs(platform::ScreenSheet sheet) {
+  switch (sheet) {
+    case platform::ScreenSheet::none:
+      return Judgement::keptOrdinary;
+    case platform::ScreenSheet::takesPointer:
+      return Judgement::keptTakesPointer;
+    case platform::ScreenSheet::perhapsLocker:
+      return Judgement::keptPerhapsLocker;
+    case platform::ScreenSheet::locker:
+      return Judgement::keptLocker;
+  }
+  return Judgement::keptOrdinary;
+}
+
 }  // namespace
 
 const std::set<std::string, std::less<>>& conferencing() {
@@ -66,7 +86,7 @@ Judgement judge(const platform::CaptureWindow& window, const platform::Screen& s
                 const std::optional<std::string>& ownIdentifier, const std::vector<WindowRule>& userRules) {
   if (!window.isOnScreen) return Judgement::keptOffScreen;
   if (ownerIdentifier(window) == ownIdentifier) return Judgement::excludedOwn;
-  if (const auto* rule = ruleFor(window, userRules)) {
+  if (const auto* rule = ruleFor(window, userRules); rule != nullptr && mayDecide(*rule, window)) {
     return rule->excludes ? Judgement::excludedByUser : Judgement::keptByUser;
   }
   const double screenArea = screen.frame.width() * screen.frame.height();
@@ -75,7 +95,7 @@ Judgement judge(const platform::CaptureWindow& window, const platform::Screen& s
   if (!std::isfinite(windowArea)) return Judgement::keptWindowWithoutArea;
   const bool isLarge = windowArea / screenArea > coverageThreshold;
   if (window.windowLayer >= highLayerMinimum && isLarge) return Judgement::excludedHighLayer;
-  if (!belongsToConferencing(window)) return Judgement::keptOrdinary;
+  if (!belongsToConferencing(window)) return keptAs(window.sheet);
   const bool floats = window.windowLayer >= conferencingLayerMinimum;
   return floats && isLarge ? Judgement::excludedConferencing : Judgement::keptConferencing;
 }
@@ -107,6 +127,12 @@ std::string_view reason(Judgement judgement) {
       return "large, floating, of a conferencing program";
     case Judgement::keptConferencing:
       return "of a conferencing program, but small or not floating";
+    case Judgement::keptTakesPointer:
+      return "takes the pointer";
+    case Judgement::keptPerhapsLocker:
+      return "takes the pointer and could be a lock screen";
+    case Judgement::keptLocker:
+      return "could be a lock screen";
   }
   return "";
 }

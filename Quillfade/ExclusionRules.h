@@ -35,10 +35,14 @@ enum class Judgement {
   keptOrdinary,
   excludedConferencing,
   keptConferencing,
+  keptTakesPointer,
+  keptPerhapsLocker,
+  keptLocker,
 };
 
 // `ownIdentifier` is the application's own identifier; the screen counts only by its area. The user's rules go before
-// the built-in ones, but for the application's own windows.
+// the built-in ones, but for the application's own windows; and none leaves out a lock screen. What could be one needs
+// a rule that names it in full.
 [[nodiscard]] Judgement judge(const platform::CaptureWindow& window, const platform::Screen& screen,
                               const std::optional<std::string>& ownIdentifier,
                               const std::vector<WindowRule>& userRules = {});

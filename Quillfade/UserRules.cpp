@@ -11,8 +11,6 @@ constexpr std::string_view alwaysExclude = "alwaysExclude";
 constexpr std::string_view neverExclude = "neverExclude";
 constexpr std::string_view hotKeysMember = "hotKeys";
 
-bool hasWildcards(std::string_view pattern) { return pattern.find_first_of("*?") != std::string_view::npos; }
-
 std::string placeOf(const platform::RulesFileEntry& entry) {
   return escapedText(entry.member) + (entry.name.empty() ? "" : " " + escapedText(entry.name));
 }
@@ -97,14 +95,14 @@ UserRules userRules(platform::RulesFile& file) {
 
 const WindowRule* ruleFor(const platform::CaptureWindow& window, const std::vector<WindowRule>& rules) {
   const WindowRule* best = nullptr;
-  const auto rank = [](const WindowRule& rule) {
-    return (hasWildcards(rule.pattern) ? 0 : 2) + (rule.excludes ? 1 : 0);
-  };
+  const auto rank = [](const WindowRule& rule) { return (hasWildcards(rule) ? 0 : 2) + (rule.excludes ? 1 : 0); };
   for (const WindowRule& rule : rules) {
     if (concerns(rule, window) && (best == nullptr || rank(rule) > rank(*best))) best = &rule;
   }
   return best;
 }
+
+bool hasWildcards(const WindowRule& rule) { return rule.pattern.find_first_of("*?") != std::string::npos; }
 
 // On a mismatch the last `*` takes in one more character: no pattern costs more than length times length.
 bool matchesPattern(std::string_view text, std::string_view pattern) {

@@ -32,6 +32,9 @@ struct UserRules {
 // without wildcards goes before one with them; among those, one that leaves out before one that keeps.
 [[nodiscard]] const WindowRule* ruleFor(const platform::CaptureWindow& window, const std::vector<WindowRule>& rules);
 
+// Whether it may match names that nobody thought of.
+[[nodiscard]] bool hasWildcards(const WindowRule& rule);
+
 // By byte, capitals count.
 [[nodiscard]] bool matchesPattern(std::string_view text, std::string_view pattern);
 

@@ -33,6 +33,10 @@ std::string reasonText(Judgement judgement, const platform::CaptureWindow& windo
   if (judgement == Judgement::excludedByUser || judgement == Judgement::keptByUser) {
     text += ": \"" + escapedText(ruleFor(window, rules)->pattern) + '"';
   }
+  const bool isForUserToSay = judgement == Judgement::keptTakesPointer || judgement == Judgement::keptPerhapsLocker;
+  if (const auto owner = ownerIdentifier(window); isForUserToSay && owner) {
+    text += "; if it is ink: \"alwaysExclude\": [\"" + escapedText(*owner) + "\"]";
+  }
   return text;
 }
 

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "Platform/Linux/ClickThroughWindow.h"
 #include "Platform/Linux/Desktop/KeyMonitors.h"
@@ -20,6 +21,9 @@ class DesktopWindows final : public Windows {
   std::unique_ptr<Window> makeWindow(const WindowAttributes& attributes) override;
   // X11 has no levels: windows at this one are kept on top of all others by raising them.
   [[nodiscard]] WindowLevel shieldingLevel() const override { return 2147483628; }
+  void setMayOverlap(std::function<bool(const CaptureWindow&)> mayOverlap) override {
+    surroundings_.stage.setMayOverlap(std::move(mayOverlap));
+  }
   EventMonitor addLocalKeyDownMonitor(std::function<bool(const KeyEvent&)> handler) override;
   void removeMonitor(EventMonitor monitor) override;
 

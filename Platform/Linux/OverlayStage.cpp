@@ -26,6 +26,17 @@ void OverlayStage::orderFront(OverlayWindow& window) {
   keeper_.keepOnTop(window.id());
 }
 
+void OverlayStage::setMayOverlap(std::function<bool(const CaptureWindow&)> mayOverlap) {
+  windowList_.setMayOverlap(std::move(mayOverlap));
+  reconsider();
+}
+
+void OverlayStage::reconsider() {
+  mayHaveChanged_ = false;
+  keepOnTop();
+  connection_.flush();
+}
+
 void OverlayStage::handle(const xcb_generic_event_t& event) {
   mayHaveChanged_ = true;
   if (eventType(event) == XCB_MAP_NOTIFY) awaited_.erase(eventAs<xcb_map_notify_event_t>(event).window);

@@ -6,6 +6,7 @@
 
 #include <xcb/xcb.h>
 
+#include <functional>
 #include <memory>
 #include <set>
 #include <vector>
@@ -30,6 +31,10 @@ class OverlayStage {
   void remove(OverlayWindow& window);
   // Shows the window on top of everything that it may lie above.
   void orderFront(OverlayWindow& window);
+
+  // Which windows that could be lock screens ours may lie above. To be decided anew when `reconsider` says so.
+  void setMayOverlap(std::function<bool(const CaptureWindow&)> mayOverlap);
+  void reconsider();
 
   // Whether the scene still lacks a window that was ordered to the front.
   [[nodiscard]] bool awaitsWindows() const { return !awaited_.empty(); }

@@ -9,7 +9,7 @@
 namespace platform::x11 {
 
 ScreenCapture::ScreenCapture(Connection& connection, const DesktopScreens& screens, RunLoop& runLoop,
-                             std::vector<std::uint32_t> ownClients, WindowList& windows, const OverlayStage& stage)
+                             std::vector<std::uint32_t> ownClients, WindowList& windows, OverlayStage& stage)
     : connection_(connection),
       isWayland_(isWaylandSession(connection)),
       screens_(screens),
@@ -84,6 +84,8 @@ std::shared_ptr<platform::CaptureStream> ScreenCapture::makeStream(const Content
   auto stream = std::make_shared<CaptureStream>(std::move(settings), std::move(delegate));
   streams_.push_back(stream);
   watchBackground();
+  // A stream is often made because other windows are to be left out: those may be overlapped, too.
+  stage_.reconsider();
   return stream;
 }
 

@@ -28,7 +28,7 @@ class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
  public:
   // `ownClients`: the resource bases of this program's connections.
   ScreenCapture(Connection& connection, const DesktopScreens& screens, RunLoop& runLoop,
-                std::vector<std::uint32_t> ownClients, WindowList& windows, const OverlayStage& stage);
+                std::vector<std::uint32_t> ownClients, WindowList& windows, OverlayStage& stage);
   ~ScreenCapture() override;
   ScreenCapture(const ScreenCapture&) = delete;
   ScreenCapture& operator=(const ScreenCapture&) = delete;
@@ -63,7 +63,7 @@ class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
   RunLoop& runLoop_;
   std::vector<std::uint32_t> ownClients_;
   WindowList& windows_;
-  const OverlayStage& stage_;
+  OverlayStage& stage_;
   std::vector<Request> waiting_;
   std::vector<std::weak_ptr<std::function<void()>>> observers_;
   // Looked after while there are streams.

@@ -17,6 +17,8 @@ class Windows final : public platform::Windows {
  public:
   std::unique_ptr<Window> makeWindow(const WindowAttributes& attributes) override;
   [[nodiscard]] WindowLevel shieldingLevel() const override;
+  // The lock screen is not one of the windows that applications can lie above.
+  void setMayOverlap(std::function<bool(const CaptureWindow&)> /*mayOverlap*/) override {}
   EventMonitor addLocalKeyDownMonitor(std::function<bool(const KeyEvent&)> handler) override;
   void removeMonitor(EventMonitor monitor) override;
 

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Platform/Simulated/Record.h"
@@ -36,6 +37,9 @@ class Windows final : public platform::Windows {
 
   std::unique_ptr<Window> makeWindow(const WindowAttributes& attributes) override;
   [[nodiscard]] WindowLevel shieldingLevel() const override;
+  void setMayOverlap(std::function<bool(const CaptureWindow&)> mayOverlap) override {
+    mayOverlap_ = std::move(mayOverlap);
+  }
   EventMonitor addLocalKeyDownMonitor(std::function<bool(const KeyEvent&)> handler) override;
   void removeMonitor(EventMonitor monitor) override;
 
@@ -46,6 +50,8 @@ class Windows final : public platform::Windows {
   [[nodiscard]] std::shared_ptr<WindowState> keyWindow() const { return keyWindow_.lock(); }
   // The topmost window that a click at this place reaches; null when it reaches another application.
   [[nodiscard]] std::shared_ptr<WindowState> clickTarget(Point point) const;
+  // Whether windows at the shielding level would come to lie above this one, if it could be a lock screen.
+  [[nodiscard]] bool mayOverlap(const CaptureWindow& window) const { return mayOverlap_ && mayOverlap_(window); }
   [[nodiscard]] std::size_t monitorCount() const { return monitors_.size(); }
   KeyOutcome pressKey(KeyEvent event);
 
@@ -66,6 +72,7 @@ class Windows final : public platform::Windows {
   std::weak_ptr<WindowState> keyWindow_;
   std::vector<Monitor> monitors_;
   std::uint64_t monitorsMade_ = 0;
+  std::function<bool(const CaptureWindow&)> mayOverlap_;
 };
 
 }  // namespace platform::simulated

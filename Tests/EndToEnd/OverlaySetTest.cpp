@@ -94,6 +94,29 @@ TEST_F(OverlaySet, AnOverlayThatBlinksIsNeverSeenAndRestartsTheCaptureAFewTimesA
   EXPECT_LE(restarts, most) << blinks << " blinks";
 }
 
+TEST_F(OverlaySet, AnOverlayThatTakesThePointerToDrawStaysLeftOutUntilItIsUnmapped) {
+  const auto hasInk = [](const Picture& screen) { return screen.count(0xff00ff, inside) > 0; };
+  auto& quillfade = cover();
+  const auto overlay = client_.createWindow({.frame = wholeScreen, .color = 0xffff00ff, .depth = 32, .mapped = false});
+  client_.setInputShape(overlay, {});
+  client_.map(overlay);
+  client_.sync();
+  ASSERT_TRUE(quillfade.waitForMessage(overlaysChanged));
+  ASSERT_TRUE(shows([&](const Picture& screen) { return !hasInk(screen) && screen.count(0xff00ff) > 100'000; }));
+  const xcb_rectangle_t everything{0, 0, 1280, 800};
+  client_.setInputShape(overlay, {&everything, 1});
+  client_.sync();
+  EXPECT_FALSE(shows(hasInk, refreshAndRestart));
+  EXPECT_EQ(quillfade.countMessages(overlaysChanged), 1U);
+  // Whatever comes then is another thing, and may be a locker.
+  client_.unmap(overlay);
+  client_.sync();
+  ASSERT_TRUE(quillfade.waitForMessage(overlaysChanged, 2));
+  client_.map(overlay);
+  client_.sync();
+  EXPECT_TRUE(shows(hasInk));
+}
+
 TEST_F(OverlaySet, AnOverlayIsLeftOutLongBeforeTheNextRefresh) {
   auto& quillfade = cover();
   const auto begin = std::chrono::steady_clock::now();

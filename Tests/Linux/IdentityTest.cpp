@@ -301,6 +301,44 @@ TEST(ScreenLocker, IsNothingElse) {
   EXPECT_FALSE(isScreenLocker(with(unmanagedPane(), [](auto& w) { w.className = "ardesia"; }), monitors));
 }
 
+TEST(ScreenLocker, IsCertainlyOneThatHidesEverythingOrIsKnown) {
+  EXPECT_EQ(screenSheet({.className = "Whatever", .frame = wholeMonitor}, monitors), ScreenSheet::locker);
+  EXPECT_EQ(screenSheet(unmanagedPane(), monitors), ScreenSheet::perhapsLocker);
+  for (const char* name : {"i3lock", "Cinnamon-screensaver", "XScreenSaver"}) {
+    EXPECT_EQ(screenSheet(with(unmanagedPane(), [&](auto& w) { w.className = name; }), monitors), ScreenSheet::locker);
+  }
+}
+
+TEST(ScreenSheets, TakeThePointerWhereThatAloneKeepsThemFromBeingOverlays) {
+  const auto pane = with(managedPane("Board"), [](auto& w) { w.state.isFullScreen = true; });
+  EXPECT_EQ(screenSheet(pane, monitors), ScreenSheet::takesPointer);
+  EXPECT_EQ(screenSheet(with(unmanagedPane(), [](auto& w) { w.frame.height = 790; }), monitors),
+            ScreenSheet::takesPointer);
+  EXPECT_EQ(screenSheet(with(pane, [](auto& w) { w.hasEmptyInput = true; }), monitors), ScreenSheet::none)
+      << "an overlay";
+  EXPECT_EQ(screenSheet(managedPane("Terminal"), monitors), ScreenSheet::none) << "neither above nor full-screen";
+  EXPECT_EQ(screenSheet(with(pane, [](auto& w) { w.hasAlpha = false; }), monitors), ScreenSheet::none);
+  EXPECT_EQ(screenSheet({.frame = {0, 0, 300, 300}, .hasAlpha = true}, monitors), ScreenSheet::none);
+}
+
+TEST(WindowLayer, OfAnOverlayStaysWhenItTakesThePointerToDraw) {
+  const auto drawing = [](auto& w) {
+    w.wasOverlay = true;
+    w.hasEmptyInput = false;
+  };
+  EXPECT_EQ(windowLayer(with(unmanagedPane(), drawing), monitors), layers::overlay);
+  EXPECT_FALSE(isScreenLocker(with(unmanagedPane(), drawing), monitors));
+  auto pane = with(managedPane("Board"), drawing);
+  EXPECT_NE(windowLayer(pane, monitors), layers::overlay) << "no window manager keeps it above any more";
+  pane.state.isFullScreen = true;
+  EXPECT_EQ(windowLayer(pane, monitors), layers::overlay);
+  pane.hasAlpha = false;
+  EXPECT_EQ(windowLayer(pane, monitors), layers::overlay) << "a drawing program that freezes the screen to draw on it";
+  auto wallpaper = with(unmanagedPane(), drawing);
+  wallpaper.isBeneathOrdinaryWindows = true;
+  EXPECT_EQ(windowLayer(wallpaper, monitors), layers::unmanaged) << "it was alone on the screen at first";
+}
+
 TEST(WindowLayer, OfAnOwnWindowIsAboveAllOthers) {
   EXPECT_EQ(windowLayer({.frame = {0, 0, 10, 10}, .isOwn = true}, monitors), layers::own);
   EXPECT_GT(layers::own, layers::overlay);

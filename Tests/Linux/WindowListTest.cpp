@@ -303,11 +303,30 @@ TEST_F(WindowListOnX, AnOpaqueFullScreenLockerIsNoOverlayAndNothingMayLieAboveIt
   EXPECT_TRUE(list_->isScreenLocker(locker));
   EXPECT_TRUE(list_->isScreenLocker(withAlpha));
   EXPECT_FALSE(list_->isScreenLocker(clickThrough));
-  // A pane that starts to take the pointer becomes another thing.
-  const xcb_rectangle_t everything{0, 0, 1280, 800};
-  client_.setInputShape(clickThrough, {&everything, 1});
+}
+
+TEST_F(WindowListOnX, AnOverlayStaysOneWhileItTakesThePointerToDrawUntilItIsUnmapped) {
+  const xcb_window_t pane = client_.createWindow({.frame = wholeScreen, .depth = 32});
+  client_.setInputShape(pane, {});
   client_.sync();
-  EXPECT_TRUE(support::waitUntil([&] { return entry(clickThrough)->windowLayer == layers::unmanaged; }));
+  observe();
+  ASSERT_EQ(entry(pane)->windowLayer, layers::overlay);
+  const xcb_rectangle_t everything{0, 0, 1280, 800};
+  client_.setInputShape(pane, {&everything, 1});
+  client_.sync();
+  pump();
+  EXPECT_EQ(entry(pane)->windowLayer, layers::overlay);
+  EXPECT_FALSE(list_->properties(pane)->hasEmptyInput);
+  EXPECT_FALSE(list_->isScreenLocker(pane));
+  client_.unmap(pane);
+  client_.sync();
+  pump();
+  EXPECT_EQ(entry(pane)->windowLayer, layers::unmanaged);
+  client_.map(pane);
+  client_.sync();
+  pump();
+  EXPECT_EQ(entry(pane)->windowLayer, layers::unmanaged) << "From now on it may be anything, a locker, too.";
+  EXPECT_TRUE(list_->isScreenLocker(pane));
 }
 
 TEST_F(WindowListOnX, AnOpaqueWallpaperThatTakesInputIsNoLockerOnceTheDesktopLiesOverIt) {

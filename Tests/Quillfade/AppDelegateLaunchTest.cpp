@@ -36,6 +36,20 @@ TEST_F(AppDelegateLaunch, TheApplicationBecomesAnAccessory) {
   EXPECT_EQ(static_cast<int>(platform::ActivationPolicy::accessory), 1);
 }
 
+TEST_F(AppDelegateLaunch, CoversMayLieAboveWhatTheLiveCopyLeavesOutAndNothingElse) {
+  auto sheet = listedWindow(1, "QtInk", 101);
+  sheet.sheet = platform::ScreenSheet::perhapsLocker;
+  EXPECT_FALSE(desktop.windows().mayOverlap(sheet));
+  launch();
+  EXPECT_FALSE(desktop.windows().mayOverlap(sheet));
+  desktop.rulesFile().content = platform::RulesFileEntries{{"alwaysExclude", "1", "QtInk"}};
+  EXPECT_TRUE(desktop.windows().mayOverlap(sheet)) << "a rule holds from the moment it is written";
+  sheet.sheet = platform::ScreenSheet::locker;
+  EXPECT_FALSE(desktop.windows().mayOverlap(sheet));
+  desktop.arrangeScreens({});
+  EXPECT_FALSE(desktop.windows().mayOverlap(sheet));
+}
+
 TEST_F(AppDelegateLaunch, TheStatusItemIsSquareAndItsMenuIsEmptyUntilOpened) {
   launch();
   ASSERT_THAT(desktop.statusBar().items(), SizeIs(1));

@@ -130,5 +130,34 @@ TEST_F(UserRulesTest, AUsersRuleGoesBeforeTheBuiltInOnesButNotForOurOwnWindows) 
   EXPECT_EQ(judge(hidden, screen, own, {{"*", true}}), Judgement::keptOffScreen);
 }
 
+TEST_F(UserRulesTest, NoRuleLeavesOutALockScreenAndOnlyAFullNameWhatCouldBeOne) {
+  const platform::Screen screen{{{0, 0}, {1440, 900}}, 1, 2};
+  auto sheet = listedWindow(1, "QtInk", 101);
+  const auto judged = [&](const std::vector<WindowRule>& rules) { return judge(sheet, screen, "own", rules); };
+  sheet.sheet = platform::ScreenSheet::takesPointer;
+  EXPECT_EQ(judged({}), Judgement::keptTakesPointer);
+  EXPECT_EQ(judged({{"*", true}}), Judgement::excludedByUser);
+  sheet.sheet = platform::ScreenSheet::perhapsLocker;
+  EXPECT_EQ(judged({}), Judgement::keptPerhapsLocker);
+  EXPECT_EQ(judged({{"*", true}, {"Qt?nk", true}}), Judgement::keptPerhapsLocker);
+  EXPECT_EQ(judged({{"QtInk", true}}), Judgement::excludedByUser);
+  EXPECT_EQ(judged({{"QtInk", false}}), Judgement::keptByUser);
+  sheet.sheet = platform::ScreenSheet::locker;
+  EXPECT_EQ(judged({}), Judgement::keptLocker);
+  EXPECT_EQ(judged({{"QtInk", true}, {"*", true}}), Judgement::keptLocker);
+  EXPECT_FALSE(isExcluded(Judgement::keptLocker));
+  EXPECT_FALSE(isExcluded(Judgement::keptPerhapsLocker));
+  EXPECT_FALSE(isExcluded(Judgement::keptTakesPointer));
+}
+
+TEST_F(UserRulesTest, ASheetOfAConferencingProgramIsJudgedByItsLayer) {
+  const platform::Screen screen{{{0, 0}, {1440, 900}}, 1, 2};
+  for (const auto each : {platform::ScreenSheet::takesPointer, platform::ScreenSheet::perhapsLocker}) {
+    auto sheet = listedWindow(1, "us.zoom.xos", 101);
+    sheet.sheet = each;
+    EXPECT_EQ(judge(sheet, screen, "own"), Judgement::excludedConferencing);
+  }
+}
+
 }  // namespace
 }  // namespace quillfade

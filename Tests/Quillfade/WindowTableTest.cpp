@@ -102,6 +102,19 @@ TEST_F(WindowTable, ARuleOfTheUsersIsNamedWhereItDecided) {
   EXPECT_THAT(line(listedWindow(1, "Other", 500)), EndsWith("left out   large, on an overlay layer"));
 }
 
+TEST_F(WindowTable, WhereThePointerDecidesTheRuleThatSaysOtherwiseIsNamed) {
+  auto sheet = listedWindow(1, "Qt\nInk", 101);
+  sheet.sheet = platform::ScreenSheet::takesPointer;
+  EXPECT_THAT(line(sheet), EndsWith(R"(kept       takes the pointer; if it is ink: "alwaysExclude": ["Qt\nInk"])"));
+  sheet.sheet = platform::ScreenSheet::perhapsLocker;
+  EXPECT_THAT(line(sheet), EndsWith("kept       takes the pointer and could be a lock screen; if it is ink: "
+                                    R"("alwaysExclude": ["Qt\nInk"])"));
+  sheet.owningApplication.reset();
+  EXPECT_THAT(line(sheet), EndsWith("kept       takes the pointer and could be a lock screen"));
+  sheet.sheet = platform::ScreenSheet::locker;
+  EXPECT_THAT(line(sheet), EndsWith("kept       could be a lock screen"));
+}
+
 TEST_F(WindowTable, WindowsAreMeasuredAgainstTheScreenOfTheRegion) {
   desktop.arrangeScreens({{{{0, 0}, {1440, 900}}, 1, 2}, {{{1440, 0}, {2880, 1800}}, 2, 1}});
   const auto window = listedWindow(1, "Ink", 500, {1440, 900});

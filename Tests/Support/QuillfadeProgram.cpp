@@ -10,6 +10,7 @@ QuillfadeProgram::QuillfadeProgram(const std::string& executable, const std::str
     : command_{executable}, environment_(home_.environment(display)) {
   if (options.hasLogDirectory) std::filesystem::create_directories(logPath().parent_path());
   if (!options.settings.empty()) writeFile(settingsPath(), options.settings);
+  if (!options.rules.empty()) writeFile(rulesPath(), options.rules);
   if (options.demonstration) environment_["QUILLFADE_DEMO"] = "1";
   for (const auto& [name, value] : options.environment) environment_[name] = value;
   process_.emplace(command_, environment_);

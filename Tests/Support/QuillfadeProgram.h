@@ -14,6 +14,7 @@ namespace support {
 struct QuillfadeOptions {
   bool demonstration = true;     // covers 520 x 340 points at (240, 240)
   std::string settings = {};     // the content of settings.json; none when empty
+  std::string rules = {};        // the content of rules.json; none when empty
   bool hasLogDirectory = true;   // without one, the program writes no log
   Environment environment = {};  // further variables
 };
@@ -26,6 +27,7 @@ class QuillfadeProgram {
   // Ends the program and starts it again in the same home, with the same variables.
   void restart();
   [[nodiscard]] std::filesystem::path settingsPath() const { return home_.configuration() / "quillfade/settings.json"; }
+  [[nodiscard]] std::filesystem::path rulesPath() const { return home_.configuration() / "quillfade/rules.json"; }
   [[nodiscard]] std::filesystem::path logPath() const { return home_.path() / "Library/Logs/Quillfade.log"; }
 
   // The lines of the log without their time stamps.

@@ -55,6 +55,25 @@ constexpr std::array<std::string_view, 8> annotationPrograms{
     "gromit-mpx", "gromit", "ardesia", "pylote", "pensela", "screenpen", "epic pen", "openboard",
 };
 
+// Lockers, some of whose windows have an alpha channel.
+constexpr std::array<std::string_view, 15> lockers{
+    "i3lock",
+    "xsecurelock",
+    "xscreensaver",
+    "slock",
+    "sxlock",
+    "xtrlock",
+    "xlock",
+    "alock",
+    "pyxtrlock",
+    "light-locker",
+    "xfce4-screensaver",
+    "mate-screensaver",
+    "gnome-screensaver",
+    "cinnamon-screensaver",
+    "kscreenlocker_greet",
+};
+
 constexpr auto asciiLowerCase = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
 
 bool equalIgnoringAsciiCase(std::string_view text, std::string_view lowerCase) {
@@ -73,12 +92,14 @@ std::array<std::string_view, 3> names(const WindowProperties& window) {
   return {window.className, window.instanceName, window.processName};
 }
 
-bool isAnnotationProgram(const WindowProperties& window) {
-  return std::ranges::any_of(names(window), [](std::string_view name) {
-    return std::ranges::any_of(annotationPrograms,
+bool isOneOf(std::span<const std::string_view> programs, const WindowProperties& window) {
+  return std::ranges::any_of(names(window), [&](std::string_view name) {
+    return std::ranges::any_of(programs,
                                [&](std::string_view known) { return equalIgnoringAsciiCase(trimmed(name), known); });
   });
 }
+
+bool isAnnotationProgram(const WindowProperties& window) { return isOneOf(annotationPrograms, window); }
 
 // The layer of a type that says by itself where a window belongs.
 std::optional<std::int64_t> layerOfType(const WindowProperties& window) {
@@ -121,12 +142,13 @@ bool isPane(const WindowProperties& window, std::span<const PixelRect> monitors)
 }
 
 bool isOverlayPane(const WindowProperties& pane) {
+  const bool isLetThrough = pane.hasEmptyInput || pane.wasOverlay;
   if (!pane.isManaged) {
     if (isAnnotationProgram(pane)) return true;
     // A moving wallpaper is such a pane, too, but lies beneath everything.
-    return pane.hasEmptyInput && !pane.isBeneathOrdinaryWindows;
+    return isLetThrough && !pane.isBeneathOrdinaryWindows;
   }
-  if (pane.hasEmptyInput) return pane.state.isAbove || pane.state.isFullScreen;
+  if (isLetThrough) return pane.state.isAbove || pane.state.isFullScreen;
   return pane.state.isAbove && (choseItsSize(pane) || isAnnotationProgram(pane));
 }
 
@@ -150,7 +172,7 @@ std::int64_t windowLayer(const WindowProperties& window, std::span<const PixelRe
   if (window.isOwn) return layers::own;
   if (const auto layer = layerOfType(window)) return *layer;
   if (window.state.isBelow) return layers::below;
-  const bool pane = isPane(window, monitors);
+  const bool pane = window.wasOverlay || isPane(window, monitors);
   if (pane && isOverlayPane(window)) return layers::overlay;
   if (!window.isManaged) return layers::unmanaged;
   // A pane that is not kept above is still none of the ordinary windows.
@@ -175,6 +197,16 @@ bool isScreenLocker(const WindowProperties& window, std::span<const PixelRect> m
   return std::ranges::any_of(monitors, [&](const PixelRect& monitor) {
     return !monitor.isEmpty() && intersection(window.frame, monitor) == monitor;
   });
+}
+
+ScreenSheet screenSheet(const WindowProperties& window, std::span<const PixelRect> monitors) {
+  if (isScreenLocker(window, monitors)) {
+    return window.hasAlpha && !isOneOf(lockers, window) ? ScreenSheet::perhapsLocker : ScreenSheet::locker;
+  }
+  WindowProperties clickThrough = window;
+  clickThrough.hasEmptyInput = true;
+  const auto isOverlay = [&](const WindowProperties& each) { return windowLayer(each, monitors) == layers::overlay; };
+  return isOverlay(clickThrough) && !isOverlay(window) ? ScreenSheet::takesPointer : ScreenSheet::none;
 }
 
 std::string validUtf8(std::string_view bytes) {

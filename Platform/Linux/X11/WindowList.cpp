@@ -62,16 +62,21 @@ std::vector<CaptureWindow> WindowList::windows(const ShareableContentOptions& op
         (options.excludingDesktopWindows && isDesktop)) {
       continue;
     }
-    const auto owner = ownerIdentifier(properties);
-    list.push_back({.windowID = window.id,
-                    .windowLayer = layer(properties),
-                    .frame = toPoints(window.outer, screens_),
-                    .isOnScreen = window.isViewable,
-                    .owningApplication = owner ? std::optional(RunningApplication{*owner}) : std::nullopt,
-                    .names = namesOf(properties)});
+    list.push_back(listed(window, properties));
   }
   isHandedOut_ = true;
   return list;
+}
+
+CaptureWindow WindowList::listed(const SceneWindow& window, const WindowProperties& properties) const {
+  const auto owner = ownerIdentifier(properties);
+  return {.windowID = window.id,
+          .windowLayer = layer(properties),
+          .frame = toPoints(window.outer, screens_),
+          .isOnScreen = window.isViewable,
+          .owningApplication = owner ? std::optional(RunningApplication{*owner}) : std::nullopt,
+          .names = namesOf(properties),
+          .sheet = screenSheet(properties, monitors_)};
 }
 
 std::optional<WindowProperties> WindowList::properties(xcb_window_t topLevel) {
@@ -95,7 +100,7 @@ bool WindowList::isScreenLocker(xcb_window_t topLevel) {
   // Most windows are too small: no need to ask about them.
   if (window == nullptr || !coversMonitor(window->outer, monitors_)) return false;
   const auto known = properties(topLevel);
-  return known && x11::isScreenLocker(*known, monitors_);
+  return known && x11::isScreenLocker(*known, monitors_) && !(mayOverlap_ && mayOverlap_(listed(*window, *known)));
 }
 
 // Everything that is stale is asked for before the first answer is waited for.
@@ -218,6 +223,8 @@ void WindowList::windowRemoved(const SceneWindow& window, Departure /*departure*
 }
 
 void WindowList::windowChanged(const SceneWindow& before, const SceneWindow& after) {
+  if (const auto record = records_.find(after.id); record != records_.end() && !after.isViewable)
+    record->second.wasOverlay = false;
   SceneWindow moved = before;
   moved.outer.x = after.outer.x;
   moved.outer.y = after.outer.y;
@@ -274,6 +281,7 @@ WindowProperties WindowList::describe(const SceneWindow& window) const {
   result.hasFixedSize = client.hasFixedSize;
   // Some window managers give every frame a shape.
   if (isFrame) result.isShaped = client.hasShape;
+  result.wasOverlay = record.wasOverlay;
   result.hasEmptyInput = record.own.hasEmptyInput || record.ofInner.hasEmptyInput;
   result.isManaged = client.isManaged;
   result.isDecorated = client.isManaged && client.hasDecorations.value_or(isFrame);
@@ -291,7 +299,7 @@ bool WindowList::isLowestOfDesktop(std::span<const WindowProperties> all, std::s
          std::ranges::any_of(std::views::iota(index + 1, all.size()), isOfDesktop);
 }
 
-std::vector<WindowProperties> WindowList::describeAll() const {
+std::vector<WindowProperties> WindowList::describeAll() {
   std::vector<WindowProperties> all;
   for (const SceneWindow& window : scene_.windows()) all.push_back(describe(window));
   const auto isOrdinary = [&](std::size_t i) {
@@ -305,7 +313,17 @@ std::vector<WindowProperties> WindowList::describeAll() const {
     all[i].isBeneathOrdinaryWindows = hasAbove && !hasBeneath;
     all[i].isLowestOfDesktop = isLowestOfDesktop(all, i);
   }
+  noteOverlays(all);
   return all;
+}
+
+void WindowList::noteOverlays(std::span<const WindowProperties> all) {
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    const SceneWindow& window = scene_.windows()[i];
+    const auto record = records_.find(window.id);
+    if (record != records_.end() && window.isViewable && layer(all[i]) == layers::overlay)
+      record->second.wasOverlay = true;
+  }
 }
 
 }  // namespace platform::x11

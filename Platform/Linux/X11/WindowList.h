@@ -17,6 +17,7 @@
 #include <map>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "Platform/Capture.h"
@@ -50,8 +51,10 @@ class WindowList final : public SceneListener {
   // What is known of one top-level; absent when it is none.
   [[nodiscard]] std::optional<WindowProperties> properties(xcb_window_t topLevel);
   [[nodiscard]] bool isOwn(xcb_window_t topLevel) const;
-  // Whether nothing may be shown above it.
+  // Whether nothing may be shown above it: it could be a lock screen, and nobody says otherwise.
   [[nodiscard]] bool isScreenLocker(xcb_window_t topLevel);
+  // Says it of a window that could be one.
+  void setMayOverlap(std::function<bool(const CaptureWindow&)> mayOverlap) { mayOverlap_ = std::move(mayOverlap); }
 
   void handle(const xcb_generic_event_t& event);
 
@@ -70,6 +73,7 @@ class WindowList final : public SceneListener {
     xcb_window_t inner = XCB_NONE;
     ClientProperties ofInner;
     std::string processName;
+    bool wasOverlay = false;  // since it came to the screen
   };
 
   void refresh();
@@ -86,7 +90,9 @@ class WindowList final : public SceneListener {
   [[nodiscard]] std::int64_t layer(const WindowProperties& window) const;
   [[nodiscard]] WindowProperties describe(const SceneWindow& window) const;
   [[nodiscard]] bool isLowestOfDesktop(std::span<const WindowProperties> all, std::size_t index) const;
-  [[nodiscard]] std::vector<WindowProperties> describeAll() const;
+  [[nodiscard]] std::vector<WindowProperties> describeAll();
+  void noteOverlays(std::span<const WindowProperties> all);
+  [[nodiscard]] CaptureWindow listed(const SceneWindow& window, const WindowProperties& properties) const;
 
   Connection& connection_;
   const Scene& scene_;
@@ -101,6 +107,7 @@ class WindowList final : public SceneListener {
   // Which top-level the windows inside frames belong to.
   std::map<xcb_window_t, xcb_window_t> frameOf_;
   std::function<void()> changed_;
+  std::function<bool(const CaptureWindow&)> mayOverlap_;
   bool isHandedOut_ = false;
   xcb_window_t leftOut_ = XCB_NONE;
 };

@@ -57,6 +57,7 @@ struct WindowProperties {
   bool isBeneathOrdinaryWindows = false;  // there are managed windows, and all that meet it lie above it
   bool isLowestOfDesktop = false;         // beneath it is nothing, and above it a managed window
   bool isOwn = false;                     // belongs to this program
+  bool wasOverlay = false;                // was judged to be one since it came to the screen
 };
 
 }  // namespace platform::x11
