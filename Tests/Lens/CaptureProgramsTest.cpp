@@ -1,6 +1,7 @@
 // Real programs that capture the screen, outside the lens and through it, while the live cover lies over real ink.
 
 #include <array>
+#include <csignal>
 #include <fstream>
 #include <sstream>
 
@@ -101,6 +102,9 @@ INSTANTIATE_TEST_SUITE_P(
                     Program{"Xwd", ".xwd", {"xwd", "-silent", "-root", "-out"}, area},
                     Program{"Scrot", ".png", {"scrot", "--overwrite"}},
                     Program{"Maim", ".png", {"maim", "--hidecursor"}},
+                    Program{"Xfce4Screenshooter", ".png", {"xfce4-screenshooter", "--fullscreen", "--save"}},
+                    Program{"GnomeScreenshot", ".png", {"gnome-screenshot", "--file"}},
+                    Program{"Flameshot", ".png", {"flameshot", "full", "--path"}},
                     Program{"Ffmpeg",
                             ".png",
                             {"sh", "-c",
@@ -167,6 +171,35 @@ std::string capturedByBrowser(support::XClient& client, ChildProcess& browser, s
       },
       patience);
   return isAsExpected && browser.isRunning() ? "as expected" : title + "\n" + browser.output();
+}
+
+// Its film is lossy: two pixels tell what was seen.
+TEST_F(Captures, RecordmydesktopFilmsWithoutTheMirror) {
+  for (const auto& [view, truth] : {std::pair{"", &covered_}, {"unmirrored", &inked_}, {"clean", &clean_}}) {
+    const auto film = directory_.path() / (std::string("film") + view + ".ogv");
+    const std::vector<std::string> words{"recordmydesktop", "--no-sound", "--no-cursor", "--on-the-fly-encoding",
+                                         "--fps",           "5",          "-o",          film};
+    ChildProcess recorder(*view == '\0' ? words : throughLens(view, words),
+                          {{"DISPLAY", server_.display()}, {"HOME", directory_.path()}});
+    // It has begun; its end writes the rest.
+    ASSERT_TRUE(support::waitUntil(
+        [&] {
+          return !recorder.isRunning() || (std::filesystem::exists(film) && std::filesystem::file_size(film) > 0);
+        },
+        patience));
+    recorder.signal(SIGINT);
+    ASSERT_EQ(recorder.waitForExit(patience), 0) << recorder.output();
+    const std::string pixels = support::runToEnd(
+        {"sh", "-c",
+         "ffmpeg -loglevel error -i \"$0\" -frames:v 1 -f image2pipe -c:v png - | convert png:- -format "
+         "'%[fx:int(255*p{500,400}.r)],%[fx:int(255*p{500,400}.g)],%[fx:int(255*p{500,400}.b)] "
+         "%[fx:int(255*p{820,600}.r)],%[fx:int(255*p{820,600}.g)],%[fx:int(255*p{820,600}.b)]' info:",
+         film});
+    const std::size_t between = pixels.find(' ');
+    ASSERT_NE(between, std::string::npos) << pixels;
+    EXPECT_TRUE(isNear(truth->at(inkInside[0], inkInside[1]), pixels.substr(0, between))) << view << ": " << pixels;
+    EXPECT_TRUE(isNear(truth->at(inkOutside[0], inkOutside[1]), pixels.substr(between + 1))) << view << ": " << pixels;
+  }
 }
 
 TEST_F(Captures, ABrowserSharesTheScreenWithoutTheMirror) {

@@ -64,6 +64,45 @@ TEST_P(ReplyStreams, AnImageOfTheScreenSaysTheScreensVisual) {
   EXPECT_EQ(out.word(104 + 8), rootVisual);
 }
 
+TEST_P(ReplyStreams, DamageOfABoardIsTheScreens) {
+  names_.extensions.damageEvent = 91;
+  names_.boards = {.pixmaps = {0x400020}, .width = 1280, .height = 800};
+  sent_.message(91, 1);
+  sent_.message(0x80 | 91, 1);
+  sent_.message(91, 1);
+  const Wire wire(GetParam());
+  for (const std::size_t offset : {0U, 32U}) wire.put32(&sent_.span()[offset + 4], 0x400020);
+  wire.put32(&sent_.span()[64 + 4], 77);
+  const ProtocolBytes out = passOn();
+  for (const std::size_t offset : {0U, 32U}) {
+    EXPECT_EQ(out.word(offset + 4), 1U);
+    EXPECT_EQ(out.half(offset + 28), 1280);
+    EXPECT_EQ(out.half(offset + 30), 800);
+  }
+  EXPECT_EQ(out.word(64 + 4), 77U);
+  EXPECT_EQ(out.half(64 + 28), 0);
+}
+
+TEST_P(ReplyStreams, OwnRequestsWithoutReplyAreNotCounted) {
+  replies_ = {{2, ReplyTo::nothing}, {4, ReplyTo::screenImage}, {5, ReplyTo::nothing}, {8, ReplyTo::nothing}};
+  sent_.message(22, 1);
+  sent_.message(22, 2);
+  sent_.message(22, 3);
+  sent_.message(1, 4);
+  sent_.message(0, 5);  // an error that is none of the program's
+  sent_.message(0, 7);
+  sent_.message(1, 9);
+  const ProtocolBytes out = passOn();
+  ASSERT_EQ(out.bytes().size(), 6U * 32);
+  EXPECT_EQ(out.half(2), 1);
+  EXPECT_EQ(out.half(32 + 2), 1);
+  EXPECT_EQ(out.half(64 + 2), 2);
+  EXPECT_EQ(out.half(96 + 2), 3);
+  EXPECT_EQ(out.word(96 + 8), rootVisual);
+  EXPECT_EQ(out.half(128 + 2), 5);
+  EXPECT_EQ(out.half(160 + 2), 6);
+}
+
 TEST_P(ReplyStreams, AnErrorInsteadOfAnImageIsLeftAlone) {
   replies_ = {{1, ReplyTo::screenImage}, {2, ReplyTo::screenImage}};
   sent_.message(0, 1, 77);

@@ -18,6 +18,7 @@ constexpr std::uint8_t bigRequests = 133;
 constexpr std::uint8_t sharedMemory = 130;
 constexpr std::uint8_t render = 138;
 constexpr std::uint8_t directRendering = 149;
+constexpr std::uint8_t damage = 143;
 
 class RequestStreams : public testing::TestWithParam<ByteOrder> {
  protected:
@@ -36,7 +37,7 @@ class RequestStreams : public testing::TestWithParam<ByteOrder> {
     return stops;
   }
 
-  ScreenNames names_{.extensions = {bigRequests, composite, render, sharedMemory, directRendering},
+  ScreenNames names_{.extensions = {bigRequests, composite, render, sharedMemory, directRendering, damage},
                      .root = root,
                      .rootVisual = 0x21,
                      .overlay = overlay,
@@ -75,6 +76,34 @@ TEST_P(RequestStreams, ReadsOfTheScreenReadThePictureInItsPlace) {
   ASSERT_EQ(replies_.size(), 2U);
   EXPECT_EQ(replies_[0].request, 1U);
   EXPECT_EQ(replies_[1].request, 4U);
+}
+
+TEST_P(RequestStreams, DamageOfTheScreenIsFollowedOnABoard) {
+  sent_.request(damage, 1, {0x700, other, 3});
+  sent_.request(damage, 1, {0x701, root, 3});
+  sent_.request(127, 0, {});
+  sent_.request(damage, 2, {0x701});
+  std::size_t done = 0;
+  const auto advance = [&] {
+    const auto step = stream_.advance(sent_.span().subspan(done));
+    done += step.length;
+    return step.stop;
+  };
+  EXPECT_EQ(advance(), Stop::screenRead) << "there is no board before there is a picture";
+  EXPECT_EQ(done, 16U);
+  EXPECT_FALSE(stream_.followsDamage());
+  names_.boards.pixmaps = {0x400020, 0x400021};
+  stream_.provide(shared);
+  EXPECT_EQ(advance(), Stop::damageMade);
+  EXPECT_EQ(done, 32U);
+  EXPECT_EQ(stream_.requestCount(), 2U);
+  EXPECT_EQ(sent_.word(8), other);
+  EXPECT_EQ(sent_.word(16 + 4), 0x701U);
+  EXPECT_EQ(sent_.word(16 + 8), 0x400021U) << "the last one is as large as the screen";
+  EXPECT_TRUE(stream_.followsDamage());
+  EXPECT_EQ(advance(), Stop::needsMore);
+  EXPECT_EQ(done, sent_.bytes().size());
+  EXPECT_FALSE(stream_.followsDamage());
 }
 
 TEST_P(RequestStreams, ALongRequestHasItsNumbersAWordLater) {

@@ -272,6 +272,31 @@ TEST_F(ScreenReads, NothingIsSeenWhileTheServerItselfHidesTheScreen) {
   EXPECT_EQ(program->screenshot(), before);
 }
 
+TEST_F(ScreenReads, ALensThatStartsWhileTheServerItselfHidesTheScreenShowsNothingEither) {
+  const Picture before = client_.screenshot();
+  std::optional<XClient> locker(server_.display());
+  ASSERT_TRUE(waitForReply(locker->connection(), xcb_composite_get_overlay_window_reply,
+                           xcb_composite_get_overlay_window(locker->connection(), locker->root())));
+  for (const std::string view : {"unmirrored", "clean"}) {
+    const OpenLens open(server_.display(), view);
+    EXPECT_EQ(open.connect()->screenshot().count(0), std::size_t{1280} * 800) << view;
+  }
+  const OpenLens open(server_.display());
+  const auto program = open.connect();
+  EXPECT_EQ(program->screenshot().count(0), std::size_t{1280} * 800);
+  locker.reset();
+  EXPECT_TRUE(support::waitUntil([&] { return program->screenshot() == before; }));
+
+  xcb_force_screen_saver(client_.connection(), XCB_SCREEN_SAVER_ACTIVE);
+  client_.sync();
+  const OpenLens another(server_.display());
+  const auto other = another.connect();
+  EXPECT_EQ(other->screenshot().count(0), std::size_t{1280} * 800);
+  xcb_force_screen_saver(client_.connection(), XCB_SCREEN_SAVER_RESET);
+  client_.sync();
+  EXPECT_EQ(other->screenshot(), before);
+}
+
 TEST_F(ScreenReads, ImagesOfEverySizeArriveToTheirEnd) {
   const OpenLens open(server_.display());
   const auto program = open.connect();

@@ -19,12 +19,13 @@ namespace lens {
 namespace wire = platform::x11::lens;
 
 inline wire::ScreenNames anyNames() {
-  return {.extensions = {133, 140, 138, 130, 149},
+  return {.extensions = {133, 140, 138, 130, 149, 143, 91},
           .root = 0x50a,
           .rootVisual = 0x21,
           .overlay = 0x60b,
           .rootPicture = 0x400010,
-          .rootPictureOverWindows = 0x400011};
+          .rootPictureOverWindows = 0x400011,
+          .boards = {.pixmaps = {0x400020}, .whole = 0x400021, .width = 1280, .height = 800}};
 }
 
 struct Outcome {
@@ -47,8 +48,8 @@ inline Outcome passRequests(std::vector<std::byte> bytes, wire::ByteOrder order,
       const auto step = stream.advance(wire::Bytes(bytes).subspan(done, end - done));
       done += step.length;
       isMalformed = step.stop == wire::RequestStream::Stop::malformed;
-      if (step.stop != wire::RequestStream::Stop::screenRead) break;
-      stream.provide(0x400002);
+      if (step.stop == wire::RequestStream::Stop::needsMore || isMalformed) break;
+      if (step.stop == wire::RequestStream::Stop::screenRead) stream.provide(0x400002);
     }
   }
   bytes.resize(done);
@@ -59,7 +60,7 @@ inline Outcome passReplies(std::vector<std::byte> bytes, wire::ByteOrder order, 
   wire::ScreenNames names = anyNames();
   wire::PendingReplies replies;
   for (std::uint64_t request = 1; request <= 8; ++request) {
-    if ((awaited >> (request - 1) & 1U) != 0) replies.push_back({request, static_cast<wire::ReplyTo>(request % 3)});
+    if ((awaited >> (request - 1) & 1U) != 0) replies.push_back({request, static_cast<wire::ReplyTo>(request % 4)});
   }
   wire::ReplyStream stream(order, names, replies);
   std::vector<std::byte> result;

@@ -9,6 +9,8 @@ namespace {
 // A program that films the screen is going to ask again, which is soon enough to take in what has happened: to listen
 // meanwhile would be to be woken up by all that is drawn.
 constexpr std::chrono::seconds restAfterPicture{1};
+// Nobody looks more often than sixty times a second.
+constexpr std::chrono::microseconds restWhileFollowed{16'667};
 
 }  // namespace
 
@@ -29,13 +31,20 @@ std::optional<Composing::Picture> Composing::advance() {
   if (!isUnderWay()) {
     restsUntil_.reset();
     screen_->takeIn();
+    if (isFollowed_ && screen_->hasChanged()) (void)request();
     return std::nullopt;
   }
   if (!screen_->isUpToDate()) return std::nullopt;
   finished_ = begun_;
-  restsUntil_ = Clock::now() + restAfterPicture;
+  restsUntil_ = Clock::now() + (isFollowed_ ? Clock::duration(restWhileFollowed) : Clock::duration(restAfterPicture));
   if (requested_ != finished_) begin();
   return Picture{finished_, screen_->pixmap()};
+}
+
+// Changes may be known already of which no further event tells.
+void Composing::follow(bool isFollowed) {
+  isFollowed_ = isFollowed;
+  if (isFollowed_ && !isUnderWay()) restsUntil_ = Clock::now();
 }
 
 std::uint32_t Composing::events() const { return restsUntil_ ? 0U : std::uint32_t{EPOLLIN}; }

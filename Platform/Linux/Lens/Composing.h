@@ -31,6 +31,10 @@ class Composing {
   // Goes on. To be called when the descriptor is ready or the deadline has passed; the result is a newer picture.
   [[nodiscard]] std::optional<Picture> advance();
 
+  // Whether changes are to be reported as they come, and the picture kept up to date for that, also while nobody asks.
+  void follow(bool isFollowed);
+  [[nodiscard]] ScreenNames& names() { return screen_->names(); }
+
   // What to wait for now: the events of a descriptor, as for epoll, and a time.
   [[nodiscard]] int descriptor() const { return screen_->fileDescriptor(); }
   [[nodiscard]] std::uint32_t events() const;
@@ -47,6 +51,7 @@ class Composing {
   std::uint64_t begun_ = 0;  // the last request that the picture under way answers
   std::uint64_t finished_ = 0;
   std::optional<Clock::time_point> restsUntil_;
+  bool isFollowed_ = false;
 };
 
 }  // namespace platform::x11::lens

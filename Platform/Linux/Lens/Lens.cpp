@@ -2,6 +2,7 @@
 
 #include <sys/epoll.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <utility>
@@ -24,7 +25,6 @@ Lens::Lens(ServerAddress server, PrivateDisplay display, PrivateAuthority author
       credential_(server_.credential()),
       display_(std::move(display)),
       authority_(std::move(authority)),
-      names_(screen->names()),
       composing_(std::move(screen)) {
   watchSockets();
   composingEvents_ = composing_.events();
@@ -85,7 +85,7 @@ void Lens::connect(Admission& admission) {
   auto server = server_.connect();
   if (!server) return report(server.error().localizedDescription);
   auto relay = std::make_unique<Relay>(admission.takeSocket(), std::move(*server), admission.request(), credential_,
-                                       names_, *this);
+                                       composing_.names(), *this);
   Relay* const key = relay.get();
   poller_.add(key->client(), 0, [this, key](std::uint32_t events) { ready(key, false, events); });
   poller_.add(key->server(), 0, [this, key](std::uint32_t events) { ready(key, true, events); });
@@ -136,13 +136,24 @@ void Lens::follow(Relay* relay, bool isAlive) {
   if (const auto events = relay->serverEvents(); events != session.serverEvents) {
     poller_.change(relay->server(), session.serverEvents = events);
   }
+  if (const bool follows = relay->followsDamage(); follows != session.followsDamage) {
+    session.followsDamage = follows;
+    followDamage();
+  }
 }
 
 void Lens::end(Relay* relay) {
   if (!relay->complaint().empty()) report(relay->complaint());
   if (sessions_.at(relay).isClientWatched) poller_.remove(relay->client());
   poller_.remove(relay->server());
+  const bool followed = sessions_.at(relay).followsDamage;
   sessions_.erase(relay);
+  if (followed) followDamage();
+}
+
+void Lens::followDamage() {
+  composing_.follow(std::ranges::any_of(sessions_, [](const auto& each) { return each.second.followsDamage; }));
+  watchComposing();
 }
 
 }  // namespace platform::x11::lens

@@ -42,6 +42,7 @@ class Lens final : public PictureSource {
     std::uint32_t clientEvents = 0;
     std::uint32_t serverEvents = 0;
     bool isClientWatched = true;
+    bool followsDamage = false;
   };
 
   void watchSockets();
@@ -51,6 +52,7 @@ class Lens final : public PictureSource {
   void ready(Relay* relay, bool isFromServer, std::uint32_t events);
   void goOnComposing();
   void watchComposing();
+  void followDamage();
   // Ends a session that is over; otherwise waits for what it waits for.
   void follow(Relay* relay, bool isAlive);
   void end(Relay* relay);
@@ -59,7 +61,6 @@ class Lens final : public PictureSource {
   Credential credential_;
   PrivateDisplay display_;
   PrivateAuthority authority_;
-  ScreenNames names_;
   Composing composing_;
   std::optional<std::uint32_t> composingEvents_;  // while it is watched
   Poller poller_;

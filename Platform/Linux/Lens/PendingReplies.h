@@ -13,6 +13,7 @@ enum class ReplyTo : std::uint8_t {
   screenImage,    // names the visual of what it was read from
   overlayWindow,  // names that window
   barrier,        // to a question of the lens's own: the client must not see it
+  nothing,        // a request of the lens's own without a reply; an error must not be seen either
 };
 
 struct PendingReply {

@@ -22,6 +22,7 @@ constexpr std::uint64_t worthMoving = endOfMessage + std::uint64_t{16} * 1024;
 constexpr std::uint64_t nextBeginning = std::uint64_t{4} * 1024;
 
 constexpr std::uint8_t getInputFocus = 43;
+constexpr std::uint8_t damageAdd = 4;
 
 template <typename Stream>
 Channel::Outcome takeIn(Channel& channel, Stream& stream, bool mayMove, bool& mayBeMore) {
@@ -45,6 +46,7 @@ Relay::Relay(FileDescriptor client, FileDescriptor server, const SetupRequest& s
              ScreenNames& names, PictureSource& pictures)
     : client_(std::move(client)),
       server_(std::move(server)),
+      names_(names),
       pictures_(pictures),
       order_(setup.order),
       toServer_(client_.get(), server_.get()),
@@ -127,7 +129,11 @@ bool Relay::takeRequests() {
     toServer_.release(step.length);
     if (step.stop == RequestStream::Stop::malformed) return complain("What a program sends is not the X protocol.");
     if (step.stop == RequestStream::Stop::needsMore) return true;
-    beginRead();
+    if (step.stop == RequestStream::Stop::damageMade) {
+      reportWholeScreen();
+    } else {
+      beginRead();
+    }
   }
   return true;
 }
@@ -137,13 +143,25 @@ void Relay::beginRead() {
   std::array<std::byte, 4> question{std::byte{getInputFocus}};
   Wire(order_).put16(&question[2], 1);
   toServer_.insert(question);
-  replies_.push_back({requestStream_.countOwnRequest(), ReplyTo::barrier});
+  question_ = requestStream_.countOwnRequest();
+  replies_.push_back({question_, ReplyTo::barrier});
   waiting_ = Waiting::forServer;
 }
 
 void Relay::askForPicture() {
   waiting_ = Waiting::forPicture;
   awaitedPicture_ = pictures_.requestPicture();
+}
+
+// As the server does for whoever begins to follow a window's damage.
+void Relay::reportWholeScreen() {
+  std::array<std::byte, 12> report{std::byte{names_.extensions.damage}, std::byte{damageAdd}};
+  const Wire wire(order_);
+  wire.put16(&report[2], 3);
+  wire.put32(&report[4], names_.boards.pixmaps.back());
+  wire.put32(&report[8], names_.boards.whole);
+  toServer_.insert(report);
+  replies_.push_back({requestStream_.countOwnRequest(), ReplyTo::nothing});
 }
 
 bool Relay::takeReplies() {
@@ -153,7 +171,7 @@ bool Relay::takeReplies() {
     toClient_.release(step.length);
     if (!step.isBarrierNext) return true;
     toClient_.drop(ReplyStream::messageSize);
-    if (waiting_ == Waiting::forServer) askForPicture();
+    if (waiting_ == Waiting::forServer && replyStream_.lastRequest() == question_) askForPicture();
   }
   return true;
 }

@@ -53,6 +53,8 @@ class Relay {
   [[nodiscard]] bool isClientGone() const { return isClientGone_; }
   // What was passed on last, in whichever direction.
   [[nodiscard]] Passing passing() const { return passing_; }
+  // Whether the program follows the screen's damage, so that the picture has to be kept up to date.
+  [[nodiscard]] bool followsDamage() const { return requestStream_.followsDamage(); }
   [[nodiscard]] const std::string& complaint() const { return complaint_; }
 
  private:
@@ -65,10 +67,12 @@ class Relay {
   [[nodiscard]] bool takeSetupReply();
   void beginRead();
   void askForPicture();
+  void reportWholeScreen();
   bool complain(std::string sentence);
 
   FileDescriptor client_;
   FileDescriptor server_;
+  const ScreenNames& names_;
   PictureSource& pictures_;
   ByteOrder order_;
   PendingReplies replies_;
@@ -78,6 +82,7 @@ class Relay {
   ReplyStream replyStream_;
   std::optional<std::uint64_t> setupLeft_;  // of the server's answer to the setup; absent until its length is known
   Waiting waiting_ = Waiting::no;
+  std::uint64_t question_ = 0;  // the number of the lens's own that the server was asked last
   std::uint64_t awaitedPicture_ = 0;
   Passing passing_ = Passing::shortMessages;
   bool isClientGone_ = false;

@@ -29,21 +29,34 @@ ReplyStream::Step ReplyStream::advance(Bytes bytes) {
     // The one message without a number.
     if (kind != keymapNotify) {
       lastRequest_ += static_cast<std::uint16_t>(wire_.get16(&message[2]) - static_cast<std::uint16_t>(lastRequest_));
+      if (passOwnRequests(type == error)) return {done, true};
       if ((type == reply || type == error) && takeReply(message)) return {done, true};
+      if (kind == names_.extensions.damageEvent && kind > reply) rewriteDamage(message);
       renumber(message);
     }
     body_ = lastLength_ = length;
   }
 }
 
+// A request that the server has passed without an answer will not get one.
+bool ReplyStream::passOwnRequests(bool isError) {
+  while (!replies_.empty() && replies_.front().request <= lastRequest_) {
+    const auto [request, kind] = replies_.front();
+    if (request == lastRequest_ && kind != ReplyTo::nothing) return false;
+    replies_.pop_front();
+    if (kind != ReplyTo::nothing) continue;
+    ++ownRequests_;
+    if (request == lastRequest_ && isError) return true;
+  }
+  return false;
+}
+
 bool ReplyStream::takeReply(Bytes message) {
-  // A request that the server has passed without an answer will not get one.
-  while (!replies_.empty() && replies_.front().request < lastRequest_) replies_.pop_front();
   if (replies_.empty() || replies_.front().request != lastRequest_) return false;
   const ReplyTo kind = replies_.front().kind;
   replies_.pop_front();
   if (kind == ReplyTo::barrier) {
-    ++barriers_;
+    ++ownRequests_;
     return true;
   }
   if (std::to_integer<std::uint8_t>(message[0]) == error) return false;
@@ -52,9 +65,17 @@ bool ReplyStream::takeReply(Bytes message) {
   return false;
 }
 
+void ReplyStream::rewriteDamage(Bytes message) {
+  const DamageBoards& boards = names_.boards;
+  if (!boards.holds(wire_.get32(&message[4]))) return;
+  wire_.put32(&message[4], names_.root);
+  wire_.put16(&message[28], boards.width);
+  wire_.put16(&message[30], boards.height);
+}
+
 void ReplyStream::renumber(Bytes message) {
-  if (barriers_ == 0) return;
-  wire_.put16(&message[2], static_cast<std::uint16_t>(wire_.get16(&message[2]) - barriers_));
+  if (ownRequests_ == 0) return;
+  wire_.put16(&message[2], static_cast<std::uint16_t>(wire_.get16(&message[2]) - ownRequests_));
 }
 
 }  // namespace platform::x11::lens

@@ -1,8 +1,9 @@
 // What the server sends a client after its setup: replies, events and errors, passed on as they are, but that
 //
 // - an image read from the picture that stands for the screen says the screen's visual again, which a pixmap has not;
+// - damage that is reported on a board is the screen's;
 // - the answers to the lens's own questions are left out, and the numbers of the requests are those that the client
-//   counts, which does not know of these questions.
+//   counts, which does not know of the lens's own ones.
 //
 // Threads: one at a time. Ownership: keeps references to names and replies, which outlive it.
 // Failure: none; any bytes are messages.
@@ -43,7 +44,9 @@ class ReplyStream {
 
  private:
   // True when the message is to be dropped.
+  bool passOwnRequests(bool isError);
   bool takeReply(Bytes message);
+  void rewriteDamage(Bytes message);
   void renumber(Bytes message);
 
   Wire wire_;
@@ -52,8 +55,8 @@ class ReplyStream {
   std::uint64_t body_ = 0;
   std::uint64_t lastLength_ = 0;
   std::uint64_t lastRequest_ = 0;
-  // Answered questions of the lens's own.
-  std::uint16_t barriers_ = 0;
+  // The lens's own that the server has carried out.
+  std::uint16_t ownRequests_ = 0;
 };
 
 }  // namespace platform::x11::lens

@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <span>
+#include <utility>
 
 namespace platform::x11::lens {
 
@@ -23,6 +24,10 @@ constexpr std::uint8_t sharedMemoryCreateSegment = 7;
 constexpr std::uint8_t renderCreatePicture = 4;
 constexpr std::uint8_t renderChangePicture = 5;
 constexpr std::uint8_t renderFreePicture = 7;
+constexpr std::uint8_t damageCreate = 1;
+constexpr std::uint8_t damageDestroy = 2;
+
+constexpr std::size_t lengthOfDamageCreate = 16;
 
 constexpr std::uint32_t subwindowModeBit = 1U << 8U;
 
@@ -58,7 +63,7 @@ RequestStream::RequestStream(ByteOrder order, const ScreenNames& names, PendingR
   const ExtensionNumbers& numbers = names_.extensions;
   for (const std::uint8_t major :
        {getImage, copyArea, copyPlane, grabServer, ungrabServer, numbers.render, numbers.sharedMemory,
-        numbers.composite, numbers.bigRequests, numbers.directRendering}) {
+        numbers.composite, numbers.bigRequests, numbers.directRendering, numbers.damage}) {
     isOfConcern_[major] = major != 0;
   }
 }
@@ -84,6 +89,8 @@ RequestStream::Step RequestStream::advance(Bytes bytes) {
     }
     ++count_;
     body_ = lastLength_ = request->length;
+    if (std::exchange(isDamageMade_, false))
+      return {done + static_cast<std::size_t>(std::exchange(body_, 0)), Stop::damageMade};
   }
 }
 
@@ -137,6 +144,7 @@ bool RequestStream::rewrite(const Request& request) {
       break;
   }
   if (request.major == numbers.render) return rewriteRender(request);
+  if (request.major == numbers.damage) return rewriteDamage(request);
   if (request.major == numbers.sharedMemory && request.minor == sharedMemoryGetImage) return rewriteImage(request);
   if (request.major == numbers.sharedMemory || request.major == numbers.directRendering) {
     asksForDescriptors_ =
@@ -201,6 +209,22 @@ void RequestStream::noteSubwindowMode(const Request& request, std::uint32_t pict
   const auto before = static_cast<std::size_t>(std::popcount(mask & (subwindowModeBit - 1)));
   const std::size_t offset = maskOffset + 4 + 4 * before;
   if (holds(request, offset)) screenPictures_[picture] = wire_.get32(at(request, offset)) != 0;
+}
+
+// One of another length is refused by the server.
+bool RequestStream::rewriteDamage(const Request& request) {
+  if (request.minor == damageDestroy && holds(request, 4)) screenDamages_.erase(wire_.get32(at(request, 4)));
+  if (request.minor != damageCreate || request.length != request.header - shortHeader + lengthOfDamageCreate)
+    return true;
+  if (!names_.isScreen(wire_.get32(at(request, 8)))) return true;
+  // There is a board once there is a picture.
+  if (!picture_) return false;
+  picture_.reset();
+  if (names_.boards.pixmaps.empty()) return true;
+  wire_.put32(at(request, 8), names_.boards.pixmaps.back());
+  screenDamages_.insert(wire_.get32(at(request, 4)));
+  isDamageMade_ = true;
+  return true;
 }
 
 bool RequestStream::usePictures(const Request& request) {

@@ -3,6 +3,7 @@
 //
 // - Reads of the screen (core, MIT-SHM and RENDER) come to read the picture that stands for it. RENDER pictures of the
 //   screen are made on that picture, and drawing to one of them goes to the real screen.
+// - Damage of the screen comes to be followed on a board, where what changes in the picture is reported.
 // - GrabServer and UngrabServer become requests that do nothing: a program that grabs the server before it reads would
 //   wait for whoever paints the picture, and that one for the grab.
 //
@@ -16,6 +17,7 @@
 #include <cstdint>
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "Platform/Linux/Lens/PendingReplies.h"
 #include "Platform/Linux/Lens/ScreenNames.h"
@@ -28,6 +30,7 @@ class RequestStream {
   enum class Stop : std::uint8_t {
     needsMore,   // nothing else can be said about the bytes that are there
     screenRead,  // the next request reads the screen: `provide` a picture, then go on
+    damageMade,  // the last request began to follow the screen's damage: report all of it, then go on
     malformed,
   };
   struct Step {
@@ -49,6 +52,9 @@ class RequestStream {
   [[nodiscard]] std::uint64_t lastLength() const { return lastLength_; }
   // Whether there was a request whose reply brings descriptors.
   [[nodiscard]] bool asksForDescriptors() const { return asksForDescriptors_; }
+
+  // Whether the client follows the screen's damage.
+  [[nodiscard]] bool followsDamage() const { return !screenDamages_.empty(); }
 
   // The number of the last request, and making room for one of the lens's own after it.
   [[nodiscard]] std::uint64_t requestCount() const { return count_; }
@@ -74,6 +80,7 @@ class RequestStream {
   [[nodiscard]] bool rewriteRender(const Request& request);
   [[nodiscard]] bool createPicture(const Request& request);
   void changePicture(const Request& request);
+  [[nodiscard]] bool rewriteDamage(const Request& request);
   [[nodiscard]] bool usePictures(const Request& request);
   void noteSubwindowMode(const Request& request, std::uint32_t picture, std::size_t maskOffset);
 
@@ -95,9 +102,11 @@ class RequestStream {
   bool asksForDescriptors_ = false;
   bool hasBigRequests_ = false;
   bool isMalformed_ = false;
+  bool isDamageMade_ = false;
   std::optional<std::uint32_t> picture_;
   // RENDER pictures of the screen, and whether drawing to them goes over the windows on it.
   std::unordered_map<std::uint32_t, bool> screenPictures_;
+  std::unordered_set<std::uint32_t> screenDamages_;
 };
 
 }  // namespace platform::x11::lens

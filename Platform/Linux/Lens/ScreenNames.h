@@ -3,7 +3,9 @@
 // Threads: plain values; `ScreenNames` is shared by all connections of a lens, on the thread that relays them.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <vector>
 
 namespace platform::x11::lens {
 
@@ -14,6 +16,21 @@ struct ExtensionNumbers {
   std::uint8_t render = 0;
   std::uint8_t sharedMemory = 0;
   std::uint8_t directRendering = 0;
+  std::uint8_t damage = 0;
+  std::uint8_t damageEvent = 0;  // the type of the one event that it has
+};
+
+// Where programs follow what changes in the picture. Nothing is ever drawn to a board: what changes is only reported
+// there, whatever pixmap the picture is in.
+struct DamageBoards {
+  std::vector<std::uint32_t> pixmaps;  // the last one is for those who begin now
+  std::uint32_t whole = 0;             // a region: all of the screen
+  std::uint16_t width = 0;             // of the screen
+  std::uint16_t height = 0;
+
+  [[nodiscard]] bool holds(std::uint32_t drawable) const {
+    return std::ranges::find(pixmaps, drawable) != pixmaps.end();
+  }
 };
 
 struct ScreenNames {
@@ -25,6 +42,7 @@ struct ScreenNames {
   // Pictures of the real root window, without and with the windows on it: for those who draw to it.
   std::uint32_t rootPicture = 0;
   std::uint32_t rootPictureOverWindows = 0;
+  DamageBoards boards;
 
   [[nodiscard]] bool isScreen(std::uint32_t drawable) const {
     return drawable != 0 && (drawable == root || drawable == overlay);

@@ -1,6 +1,7 @@
 #include "Platform/Linux/Lens/SharedScreen.h"
 
 #include <xcb/composite.h>
+#include <xcb/damage.h>
 #include <xcb/randr.h>
 #include <xcb/xcbext.h>
 #include <xcb/xfixes.h>
@@ -20,19 +21,31 @@ namespace {
 constexpr std::chrono::milliseconds longestWaitForServer{1000};
 constexpr int mostRounds = 4;
 
-std::uint8_t extensionNumber(Connection& connection, const char* name) {
+struct ExtensionCodes {
+  std::uint8_t major = 0;
+  std::uint8_t firstEvent = 0;
+};
+
+ExtensionCodes extensionCodes(Connection& connection, const char* name) {
   const auto reply = awaitReply(
       connection.get(), xcb_query_extension_reply,
       xcb_query_extension(connection.get(), static_cast<std::uint16_t>(std::string_view(name).size()), name));
-  return reply && reply->present != 0 ? reply->major_opcode : std::uint8_t{0};
+  return reply && reply->present != 0 ? ExtensionCodes{reply->major_opcode, reply->first_event} : ExtensionCodes{};
+}
+
+std::uint8_t extensionNumber(Connection& connection, const char* name) {
+  return extensionCodes(connection, name).major;
 }
 
 ScreenNames namesOn(Connection& connection) {
+  const ExtensionCodes damage = extensionCodes(connection, "DAMAGE");
   return {.extensions = {.bigRequests = extensionNumber(connection, "BIG-REQUESTS"),
                          .composite = extensionNumber(connection, "Composite"),
                          .render = extensionNumber(connection, "RENDER"),
                          .sharedMemory = extensionNumber(connection, "MIT-SHM"),
-                         .directRendering = extensionNumber(connection, "DRI3")},
+                         .directRendering = extensionNumber(connection, "DRI3"),
+                         .damage = damage.major,
+                         .damageEvent = static_cast<std::uint8_t>(damage.firstEvent + XCB_DAMAGE_NOTIFY)},
           .root = connection.root(),
           .rootVisual = connection.rootVisual()};
 }
@@ -58,10 +71,13 @@ SharedScreen::SharedScreen(std::unique_ptr<Connection> connection, LensRule rule
       scene_(*connection_),
       windowList_(*connection_, scene_, {connection_->resourceBase()}),
       screenSaver_(*connection_),
-      painted_(*connection_) {
+      painted_(*connection_),
+      whole_(*connection_) {
   scene_.addListener(windowList_);
+  windowList_.setChanged([this] { isListStale_ = true; });
   // A change of the monitors alone shows as a root window that is configured to be as it was.
   connection_->addRootEvents(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+  findServerWindow();
   makeRootPictures();
   connection_->synchronize(static_cast<int>(longestWaitForServer.count()));
 }
@@ -93,6 +109,16 @@ void SharedScreen::handle(const xcb_generic_event_t& event) {
       isScreenStale_ || (configured.window == connection_->root() && configured.event == configured.window);
 }
 
+// One that came before this: no list has it, but the server says which window lies at a point. Asked after the scene
+// has begun to listen, so that none is missed.
+void SharedScreen::findServerWindow() {
+  xcb_connection_t* c = connection_->get();
+  const xcb_window_t root = connection_->root();
+  const auto there = awaitReply(c, xcb_translate_coordinates_reply, xcb_translate_coordinates(c, root, root, 0, 0));
+  if (there && there->child != XCB_NONE && connection_->isServerOwned(there->child))
+    serverWindows_.insert(there->child);
+}
+
 void SharedScreen::noteServerWindow(const xcb_generic_event_t& event) {
   const std::uint8_t type = eventType(event);
   if (isSentByClient(event)) return;
@@ -116,6 +142,25 @@ void SharedScreen::blacken() {
   xcb_xfixes_set_picture_clip_region(connection_->get(), target_.picture, XCB_NONE, 0, 0);
   xcb_render_fill_rectangles(connection_->get(), XCB_RENDER_PICT_OP_SRC, target_.picture, {0, 0, 0, 0xffff}, 1,
                              &everything);
+  if (!std::exchange(isBlack_, true)) report(whole_);
+}
+
+// It takes an eighth of a byte for each pixel. Whoever follows an older one is told of what lies within that.
+void SharedScreen::makeBoard() {
+  const PixelRect& screen = target_.source;
+  whole_.set(screen);
+  names_.boards.whole = whole_.id();
+  names_.boards.width = static_cast<std::uint16_t>(screen.width);
+  names_.boards.height = static_cast<std::uint16_t>(screen.height);
+  if (intersection(screen, board_) == screen) return;
+  board_ = united(screen, board_);
+  names_.boards.pixmaps.push_back(connection_->newId());
+  xcb_create_pixmap(connection_->get(), 1, names_.boards.pixmaps.back(), connection_->root(),
+                    static_cast<std::uint16_t>(board_.width), static_cast<std::uint16_t>(board_.height));
+}
+
+void SharedScreen::report(const Region& changed) {
+  for (const xcb_pixmap_t board : names_.boards.pixmaps) xcb_damage_add(connection_->get(), board, changed.id());
 }
 
 // Each answer may lead to a question, and each may bring events along.
@@ -178,6 +223,7 @@ void SharedScreen::readScreens() {
   release(formerTarget_);
   formerTarget_ = std::exchange(target_, {.source = whole});
   makeTarget();
+  makeBoard();
 }
 
 void SharedScreen::makeTarget() {
@@ -215,15 +261,23 @@ void SharedScreen::leaveOut(std::vector<xcb_window_t> windows) {
   compositor_.emplace(*connection_, scene_, target_.source, WindowFilter{leftOut_, {}, connection_->resourceMask()});
 }
 
+bool SharedScreen::hasChanged() const {
+  if (isScreenStale_ || isListStale_ || isHidden() != isBlack_) return true;
+  return compositor_ && compositor_->changes() != Compositor::Changes::none;
+}
+
 bool SharedScreen::paint() {
+  isListStale_ = false;
   if (isScreenStale_) readScreens();
   if (isHidden()) {
     blacken();
     return true;
   }
+  isBlack_ = false;
   leaveOut(windowsToLeaveOut());
   if (compositor_->changes() == Compositor::Changes::none) return false;
   compositor_->paintTo({target_.picture}, painted_);
+  report(painted_);
   return true;
 }
 

@@ -3,6 +3,8 @@
 // It is black while the server itself hides the screen: by its screen saver, or, where no compositing manager uses it,
 // by the overlay window, which lockers take because no window can come above it.
 //
+// What changes in it is reported on the damage boards.
+//
 // Threads: one at a time.
 // Units and axes: the picture is as large as the root window.
 // Lifetime: windows that were redirected stay so as long as this object lives: those that were read, or, where the rule
@@ -39,7 +41,7 @@ class SharedScreen {
   SharedScreen& operator=(const SharedScreen&) = delete;
   ~SharedScreen();
 
-  [[nodiscard]] const ScreenNames& names() const { return names_; }
+  [[nodiscard]] ScreenNames& names() { return names_; }
   [[nodiscard]] int fileDescriptor() const { return connection_->fileDescriptor(); }
   [[nodiscard]] bool isLost() const { return connection_->isBroken(); }
 
@@ -51,6 +53,8 @@ class SharedScreen {
   // whoever reads the pixmap finds the picture so. One that was handed out before stays valid until the next but one.
   [[nodiscard]] bool isUpToDate();
   [[nodiscard]] Clock::time_point deadline() const { return deadline_; }
+  // Whether an update would change the picture, as far as that is known.
+  [[nodiscard]] bool hasChanged() const;
   [[nodiscard]] xcb_pixmap_t pixmap() const { return target_.pixmap; }
 
  private:
@@ -67,9 +71,12 @@ class SharedScreen {
   [[nodiscard]] bool isTooLate();
   [[nodiscard]] bool isDescribed() const;
   void handle(const xcb_generic_event_t& event);
+  void findServerWindow();
   void noteServerWindow(const xcb_generic_event_t& event);
   [[nodiscard]] bool isHidden() const;
   void blacken();
+  void makeBoard();
+  void report(const Region& changed);
   void readScreens();
   void makeTarget();
   void release(Target& target);
@@ -84,13 +91,17 @@ class SharedScreen {
   Scene scene_;
   WindowList windowList_;
   ServerScreenSaver screenSaver_;
-  // The server's own that were mapped since this began: they are in no list of windows.
+  // The server's own that are on the screen: they are in no list of windows.
   std::set<xcb_window_t> serverWindows_;
   Target target_;
   Target formerTarget_;
   std::vector<xcb_window_t> leftOut_;
   std::optional<Compositor> compositor_;
   Region painted_;
+  Region whole_;
+  PixelRect board_;  // as large as the last one
+  bool isBlack_ = false;
+  bool isListStale_ = false;
   std::vector<Screen> screens_;
   bool isScreenStale_ = true;
   // What the server is asked during an update, to learn that it is past all that came before.
