@@ -163,7 +163,7 @@ void openMenu(const std::string& executable, const std::filesystem::path& output
   const support::QuillfadeProgram quillfade(
       executable, server.display(),
       {.demonstration = false, .environment = {{"DBUS_SESSION_BUS_ADDRESS", bus.address()}}});
-  const auto showsIcon = [&] { return client.screenshot().count(0xffffff, {0, 0, 24, 40}, 90) > 20; };
+  const auto showsIcon = [&] { return client.screenshot().count(0x808080, {0, 0, 24, 40}, 40) > 20; };
   require(support::waitUntil(showsIcon), "The icon did not come up.");
   const Picture before = client.screenshot();
   // Panels lay themselves out in their own time, so the click may come too early.

@@ -232,7 +232,7 @@ TEST_F(Deprived, WithoutAnyScreenLeftTheProgramWaitsForOne) {
   const auto mode = switchScreenOff();
   EXPECT_TRUE(showsNoCover());
   EXPECT_THAT(status(), HasSubstr("\"enabled\": true"));
-  EXPECT_EQ(run({"whole-screen"}).status, 0);
+  EXPECT_EQ(run({"whole-screen"}), (Answer{1, "There is no screen.\n"}));
   EXPECT_THAT(run({"windows"}).output, HasSubstr("There is no screen."));
   EXPECT_TRUE(quillfade().process().isRunning()) << quillfade().process().output();
   switchScreenOn(mode);
