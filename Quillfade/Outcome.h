@@ -6,7 +6,10 @@
 
 namespace quillfade {
 
-// Carried out, or a sentence for the user that says why not.
-using Outcome = std::expected<void, std::string>;
+// Carried out, or a sentence for the user that says why not. A type of its own, since a menu and a key have nobody to
+// tell: newer libraries warn where a plain std::expected is not looked at.
+struct Outcome : std::expected<void, std::string> {
+  using expected::expected;
+};
 
 }  // namespace quillfade
