@@ -44,7 +44,9 @@ class ManualRunLoop : public RunLoop {
 class ManualHostMenus : public HostMenus {
  public:
   void whenClosed(std::function<void()> callback) override { closed = std::move(callback); }
+  [[nodiscard]] bool isSeen() const override { return seen; }
   std::function<void()> closed;
+  bool seen = false;
 };
 
 class MenuSessionTest : public ::testing::Test {
@@ -53,7 +55,12 @@ class MenuSessionTest : public ::testing::Test {
   ManualRunLoop runLoop;
   ManualHostMenus hostMenus;
   std::string calls;
-  std::optional<MenuSession> session{std::in_place, runLoop, hostMenus, [this] { calls += "open "; },
+  bool isShownHere = false;
+  std::optional<MenuSession> session{std::in_place,
+                                     runLoop,
+                                     hostMenus,
+                                     [this] { return isShownHere; },
+                                     [this] { calls += "open "; },
                                      [this] { calls += "close "; }};
 };
 
@@ -87,6 +94,27 @@ TEST_F(MenuSessionTest, AnOpeningWhoseEndIsNeverReportedEndsAfterTheLimit) {
   runLoop.runDelayed();
   EXPECT_EQ(calls, "open close ");
   session->close();
+  EXPECT_EQ(calls, "open close ");
+}
+
+TEST_F(MenuSessionTest, AHostsMenuThatIsStillSeenStaysOpenBeyondTheLimitUntilItLeavesTheScreen) {
+  session->open(Closing::perhapsUnreported);
+  hostMenus.seen = true;
+  runLoop.runDelayed();
+  EXPECT_EQ(calls, "open ");
+  ASSERT_TRUE(hostMenus.closed);
+  std::exchange(hostMenus.closed, nullptr)();
+  runLoop.runDelayed();
+  EXPECT_EQ(calls, "open close ");
+}
+
+TEST_F(MenuSessionTest, AMenuThatAnOlderTrayOpensHereStaysOpenBeyondTheLimitUntilItHides) {
+  session->open(Closing::perhapsUnreported);
+  isShownHere = true;
+  runLoop.runDelayed();
+  EXPECT_EQ(calls, "open ");
+  session->closeUnlessChosen();
+  runLoop.runDelayed();
   EXPECT_EQ(calls, "open close ");
 }
 

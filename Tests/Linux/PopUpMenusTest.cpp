@@ -66,13 +66,16 @@ TEST_F(PopUpMenusOnX, AMenuThatWasOnScreenAndIsGoneHasClosedOnce) {
 TEST_F(PopUpMenusOnX, AMenuStaysOpenWhileItsSubmenuCloses) {
   const xcb_window_t menu = createTyped("_NET_WM_WINDOW_TYPE_POPUP_MENU");
   menus_.whenClosed([this] { ++closings_; });
+  EXPECT_FALSE(menus_.isSeen());
   client_.map(menu);
   ASSERT_TRUE(sees(menu, true));
   mapAndUnmap(createTyped("_NET_WM_WINDOW_TYPE_DROPDOWN_MENU"));
   EXPECT_EQ(closings_, 0);
+  EXPECT_TRUE(menus_.isSeen());
   client_.unmap(menu);
   ASSERT_TRUE(sees(menu, false));
   EXPECT_EQ(closings_, 1);
+  EXPECT_FALSE(menus_.isSeen());
 }
 
 TEST_F(PopUpMenusOnX, ATooltipThatGoesIsNoMenu) {

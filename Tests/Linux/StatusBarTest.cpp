@@ -82,6 +82,7 @@ class Delegate : public MenuDelegate {
 class NoHostMenus : public x11::HostMenus {
  public:
   void whenClosed(std::function<void()>) override {}
+  [[nodiscard]] bool isSeen() const override { return false; }
 };
 
 class StatusBarTest : public qt::Test {

@@ -69,6 +69,15 @@ TEST_F(SelectArea, UncoversTheScreenWhileItRuns) {
   EXPECT_LT(placeOf("window 1: order out"), placeOf("window 2: make"));
 }
 
+TEST_F(SelectArea, CompletedWhileTheCoverWasOnShowsOneCoverOverTheNewArea) {
+  launchWithCoverOn();
+  delegate->selectArea();
+  selectByDragging({200, 300}, {700, 500});
+  EXPECT_EQ(overlay().region(), (Rect{{200, 300}, {500, 200}}));
+  EXPECT_TRUE(overlay().isEnabled());
+  EXPECT_THAT(shownFrames(), ElementsAre(Rect{{200, 300}, {500, 200}}));
+}
+
 TEST_F(SelectArea, CancelledWhileTheCoverWasOnBringsItBackWithTheOldRegion) {
   launchWithCoverOn();
   delegate->selectArea();

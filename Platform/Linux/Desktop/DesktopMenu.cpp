@@ -9,7 +9,7 @@ DesktopMenu::DesktopMenu(RunLoop& runLoop, HostMenus& hostMenus)
     : runLoop_(runLoop),
       lines_(menu_, [this](const auto& item) { choose(item); }),
       session_(
-          runLoop, hostMenus, [this] { willOpen(); },
+          runLoop, hostMenus, [this] { return menu_.isVisible(); }, [this] { willOpen(); },
           [this] {
             if (const auto delegate = delegate_.lock()) delegate->menuDidClose(*this);
           }) {

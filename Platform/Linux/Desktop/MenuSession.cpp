@@ -4,9 +4,13 @@
 
 namespace platform::x11 {
 
-MenuSession::MenuSession(RunLoop& runLoop, HostMenus& hostMenus, std::function<void()> willOpen,
-                         std::function<void()> didClose)
-    : runLoop_(runLoop), hostMenus_(hostMenus), willOpen_(std::move(willOpen)), didClose_(std::move(didClose)) {}
+MenuSession::MenuSession(RunLoop& runLoop, HostMenus& hostMenus, std::function<bool()> isShownHere,
+                         std::function<void()> willOpen, std::function<void()> didClose)
+    : runLoop_(runLoop),
+      hostMenus_(hostMenus),
+      isShownHere_(std::move(isShownHere)),
+      willOpen_(std::move(willOpen)),
+      didClose_(std::move(didClose)) {}
 
 MenuSession::~MenuSession() { close(); }
 
@@ -14,7 +18,9 @@ void MenuSession::open(Closing closing) {
   close();
   isOpen_ = true;
   if (closing == Closing::perhapsUnreported) {
-    limit_ = runLoop_.after(longestUnreportedOpening, [this] { close(); });
+    limit_ = runLoop_.after(longestUnreportedOpening, [this] {
+      if (!isShownHere_() && !hostMenus_.isSeen()) close();
+    });
     hostMenus_.whenClosed([this] { closeUnlessChosen(); });
   }
   willOpen_();

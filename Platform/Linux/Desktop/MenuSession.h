@@ -22,14 +22,17 @@ class MenuSession {
   // Much longer than a message takes from one program to another, and not long for who waits for the cover.
   static constexpr double longestWaitForChoice = 0.1;
 
-  MenuSession(RunLoop& runLoop, HostMenus& hostMenus, std::function<void()> willOpen, std::function<void()> didClose);
+  // `isShownHere`: whether this process has the menu on screen, at the request of whichever program.
+  MenuSession(RunLoop& runLoop, HostMenus& hostMenus, std::function<bool()> isShownHere, std::function<void()> willOpen,
+              std::function<void()> didClose);
   // Ends an opening that is under way.
   ~MenuSession();
   MenuSession(const MenuSession&) = delete;
   MenuSession& operator=(const MenuSession&) = delete;
 
-  // A menu of our own process always reports its end and may stay open for as long as the user likes. An opening that
-  // comes while one is under way ends that first: its closing was not reported, and the new one needs fresh content.
+  // A menu that is seen, here or on the screen, may stay open for as long as the user likes: its end is noticed. An
+  // opening that comes while one is under way ends that first: its closing was not reported, and the new one needs
+  // fresh content.
   enum class Closing { reported, perhapsUnreported };
   void open(Closing closing);
   // Harmless when nothing is open.
@@ -42,6 +45,7 @@ class MenuSession {
  private:
   RunLoop& runLoop_;
   HostMenus& hostMenus_;
+  std::function<bool()> isShownHere_;
   std::function<void()> willOpen_;
   std::function<void()> didClose_;
   std::shared_ptr<DelayedTask> limit_;

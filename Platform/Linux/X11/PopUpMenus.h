@@ -15,6 +15,7 @@ class PopUpMenus final : public HostMenus {
   PopUpMenus(const Scene& scene, WindowList& windows) : scene_(scene), windows_(windows) {}
 
   void whenClosed(std::function<void()> callback) override;
+  [[nodiscard]] bool isSeen() const override { return closed_ && wasOpen_; }
 
   // To be called after each batch of events.
   void settle();
