@@ -104,7 +104,14 @@ INSTANTIATE_TEST_SUITE_P(
                     Program{"Maim", ".png", {"maim", "--hidecursor"}},
                     Program{"Xfce4Screenshooter", ".png", {"xfce4-screenshooter", "--fullscreen", "--save"}},
                     Program{"GnomeScreenshot", ".png", {"gnome-screenshot", "--file"}},
-                    Program{"Flameshot", ".png", {"flameshot", "full", "--path"}},
+                    // From release 13 on, it asks a portal for the picture unless its settings say otherwise.
+                    Program{
+                        "Flameshot",
+                        ".png",
+                        {"sh", "-c",
+                         "flameshot --version | grep -q 'v12' || { mkdir -p ~/.config/flameshot;"
+                         " printf '[General]\nuseX11LegacyScreenshot=true\n' > ~/.config/flameshot/flameshot.ini; };"
+                         " exec flameshot full --path \"$0\""}},
                     Program{"Ffmpeg",
                             ".png",
                             {"sh", "-c",
