@@ -27,7 +27,7 @@ std::string showMessage(const platform::Rect& region, bool permission) {
 Task stopInBackground(std::shared_ptr<platform::CaptureStream> stream, platform::RunLoop& runLoop) {
   co_await nextTurn(runLoop);
   // The outcome does not matter: the mirror is gone already.
-  co_await stopCapture(runLoop, stream);
+  (void)co_await stopCapture(runLoop, stream);
 }
 
 }  // namespace

@@ -93,13 +93,13 @@ Task LiveMirror::runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t sta
     co_return;
   }
   if (mirror->isStale(startGeneration)) {
-    co_await stopCapture(runLoop, newStream);
+    (void)co_await stopCapture(runLoop, newStream);
     co_return;
   }
   // The new stream runs before the old one stops, so the picture never has a gap.
   const auto oldStream = std::exchange(mirror->stream_, newStream);
   look.reset();
-  if (oldStream) co_await stopCapture(runLoop, oldStream);
+  if (oldStream) (void)co_await stopCapture(runLoop, oldStream);
   mirror->log_.log("stream started, excluding " + std::to_string(excluded.size()) + " window(s)");
 }
 
