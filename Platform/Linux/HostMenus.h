@@ -13,7 +13,7 @@ class HostMenus {
   // Calls once, when a menu has been on screen and none is left there. Replaces an earlier wish; an empty one takes it
   // back.
   virtual void whenClosed(std::function<void()> callback) = 0;
-  // Whether one is on screen, for which somebody waits.
+  // Whether a menu that somebody waits for is on screen.
   [[nodiscard]] virtual bool isSeen() const = 0;
 };
 

@@ -1,4 +1,4 @@
-// What window managers are told of the program's dialogues: they belong to no task of the user's.
+// What window managers are told of the program's dialogs: they belong to no task of the user's.
 
 #include <algorithm>
 
@@ -41,7 +41,7 @@ class Accessory : public DrivenDesktop, public testing::WithParamInterface<Kind>
   }
 };
 
-TEST_P(Accessory, KeepsItsDialoguesOffTheTaskLists) {
+TEST_P(Accessory, KeepsItsDialogsOffTheTaskLists) {
   const support::WindowManager manager(server_.display(), GetParam());
   start({}, {{"PATH", "/nonexistent"}});
   MenuUser user;

@@ -202,7 +202,7 @@ class TaskList : public TrayPrograms {
   static constexpr PixelRect panel_{0, 0, 128, 40};
 };
 
-TEST_F(TaskList, OfAPanelShowsNoneOfTheProgramsDialogues) {
+TEST_F(TaskList, OfAPanelShowsNoneOfTheProgramsDialogs) {
   const support::WindowManager manager(server_.display());
   startPanel(Panel::xfce, "tasklist");
   ASSERT_TRUE(showsPanel()) << tray_->output();
