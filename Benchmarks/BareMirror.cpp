@@ -13,7 +13,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/Xcb/Connection.h"
 #include "Tests/Support/XClient.h"
 
 namespace {

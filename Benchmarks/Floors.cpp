@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "Benchmarks/Pace.h"
-#include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/Xcb/Connection.h"
 #include "Tests/Support/ProcessState.h"
 
 namespace bench {

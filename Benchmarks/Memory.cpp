@@ -9,7 +9,7 @@
 
 #include "Benchmarks/Subjects.h"
 #include "Benchmarks/Workloads.h"
-#include "Platform/Linux/X11/CaptureStream.h"
+#include "Platform/Linux/Stream/CaptureStream.h"
 #include "Tests/Support/ProcessState.h"
 
 namespace bench {

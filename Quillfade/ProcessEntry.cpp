@@ -5,11 +5,11 @@
 #include <utility>
 #include <vector>
 
-#include "Quillfade/CommandLine.h"
-#include "Quillfade/Demonstration.h"
-#include "Quillfade/Fatal.h"
-#include "Quillfade/RemoteCommands.h"
-#include "Quillfade/UserRules.h"
+#include "Quillfade/Basics/Demonstration.h"
+#include "Quillfade/Basics/Fatal.h"
+#include "Quillfade/CommandLine/CommandLine.h"
+#include "Quillfade/CommandLine/RemoteCommands.h"
+#include "Quillfade/Settings/UserRules.h"
 
 namespace quillfade {
 

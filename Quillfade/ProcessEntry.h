@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "Platform/Platform.h"
-#include "Quillfade/AppDelegate.h"
+#include "Quillfade/Application/AppDelegate.h"
 
 namespace quillfade {
 

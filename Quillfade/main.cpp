@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "Platform/Platform.h"
-#include "Quillfade/CommandLine.h"
-#include "Quillfade/Doctor.h"
+#include "Quillfade/CommandLine/CommandLine.h"
+#include "Quillfade/CommandLine/Doctor.h"
+#include "Quillfade/CommandLine/Share.h"
 #include "Quillfade/ProcessEntry.h"
-#include "Quillfade/Share.h"
 
 namespace {
 

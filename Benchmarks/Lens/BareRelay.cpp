@@ -16,8 +16,8 @@
 #include <string>
 #include <thread>
 
-#include "Platform/Linux/Desktop/FileDescriptor.h"
 #include "Platform/Linux/Lens/LocalSocket.h"
+#include "Platform/Linux/Posix/FileDescriptor.h"
 
 namespace {
 

@@ -5,11 +5,11 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 
-#include "Platform/Linux/Desktop/QtX11.h"
-#include "Platform/Linux/Desktop/SettingsFile.h"
-#include "Platform/Linux/Desktop/UserDirectories.h"
-#include "Platform/Linux/Session.h"
-#include "Platform/Linux/X11/HotKeys.h"
+#include "Platform/Linux/Input/HotKeys.h"
+#include "Platform/Linux/Posix/UserDirectories.h"
+#include "Platform/Linux/Session/Session.h"
+#include "Platform/Linux/Settings/SettingsFile.h"
+#include "Platform/Linux/Toolkit/QtX11.h"
 
 namespace platform::x11 {
 

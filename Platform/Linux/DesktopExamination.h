@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Platform/Examination.h"
-#include "Platform/Linux/X11/Connection.h"
+#include "Platform/Linux/Xcb/Connection.h"
 
 namespace platform::x11 {
 

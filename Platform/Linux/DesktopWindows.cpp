@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "Platform/Linux/Desktop/WidgetWindow.h"
-#include "Platform/Linux/ScreenGrab.h"
+#include "Platform/Linux/Toolkit/ScreenGrab.h"
+#include "Platform/Linux/Widgets/WidgetWindow.h"
 
 namespace platform::x11 {
 

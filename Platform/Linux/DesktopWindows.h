@@ -7,9 +7,9 @@
 #include <memory>
 #include <utility>
 
-#include "Platform/Linux/ClickThroughWindow.h"
-#include "Platform/Linux/Desktop/KeyMonitors.h"
-#include "Platform/Linux/Desktop/KeyboardFocus.h"
+#include "Platform/Linux/Cover/ClickThroughWindow.h"
+#include "Platform/Linux/Input/KeyMonitors.h"
+#include "Platform/Linux/Input/KeyboardFocus.h"
 #include "Platform/Windows.h"
 
 namespace platform::x11 {

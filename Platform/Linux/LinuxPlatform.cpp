@@ -5,10 +5,10 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "Platform/Linux/Desktop/QtX11.h"
-#include "Platform/Linux/Desktop/UserDirectories.h"
-#include "Platform/Linux/Session.h"
-#include "Platform/Linux/X11/Redirection.h"
+#include "Platform/Linux/Posix/UserDirectories.h"
+#include "Platform/Linux/Scene/Redirection.h"
+#include "Platform/Linux/Session/Session.h"
+#include "Platform/Linux/Toolkit/QtX11.h"
 
 namespace platform::x11 {
 namespace {

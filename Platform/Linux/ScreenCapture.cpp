@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "Platform/Linux/EngineLog.h"
-#include "Platform/Linux/Session.h"
+#include "Platform/Linux/Session/Session.h"
 
 namespace platform::x11 {
 

@@ -13,12 +13,12 @@
 #include <vector>
 
 #include "Platform/Capture.h"
-#include "Platform/Linux/Desktop/DesktopScreens.h"
-#include "Platform/Linux/OverlayStage.h"
-#include "Platform/Linux/X11/CaptureStream.h"
-#include "Platform/Linux/X11/Connection.h"
-#include "Platform/Linux/X11/RootBackground.h"
-#include "Platform/Linux/X11/WindowList.h"
+#include "Platform/Linux/Compositor/RootBackground.h"
+#include "Platform/Linux/Cover/OverlayStage.h"
+#include "Platform/Linux/Scene/WindowList.h"
+#include "Platform/Linux/Stream/CaptureStream.h"
+#include "Platform/Linux/Toolkit/DesktopScreens.h"
+#include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Permission.h"
 #include "Platform/RunLoop.h"
 

@@ -5,7 +5,7 @@
 #include <sstream>
 #include <vector>
 
-#include "Platform/Linux/Coordinates.h"
+#include "Platform/Linux/Xcb/Coordinates.h"
 #include "Tests/EndToEnd/DrivenDesktop.h"
 
 namespace endtoend {

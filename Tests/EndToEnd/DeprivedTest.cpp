@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
-#include "Tests/Linux/LockServices.h"
-#include "Tests/Linux/TrayHost.h"
+#include "Tests/Linux/Session/LockServices.h"
+#include "Tests/Linux/Tray/TrayHost.h"
 #include "Tests/Support/Reply.h"
 #include "Tests/Support/TamperingProxy.h"
 

@@ -1,7 +1,7 @@
 // "quillfade doctor" on desktops that have what is needed, and on some that do not; and the user's own rules.
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
-#include "Tests/Linux/TrayHost.h"
+#include "Tests/Linux/Tray/TrayHost.h"
 
 namespace endtoend {
 namespace {

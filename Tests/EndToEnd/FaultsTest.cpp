@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 #include "Tests/EndToEnd/CoveredDesktop.h"
-#include "Tests/Linux/WindowStorm.h"
+#include "Tests/Linux/Scene/WindowStorm.h"
 
 namespace endtoend {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
 #include "Tests/EndToEnd/MenuUser.h"
-#include "Tests/Linux/QtEnvironment.h"
+#include "Tests/Linux/Toolkit/QtEnvironment.h"
 
 namespace endtoend {
 namespace {

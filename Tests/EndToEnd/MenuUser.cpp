@@ -3,7 +3,7 @@
 #include <QDBusArgument>
 #include <stdexcept>
 
-#include "Tests/Linux/QtEnvironment.h"
+#include "Tests/Linux/Toolkit/QtEnvironment.h"
 
 namespace endtoend {
 

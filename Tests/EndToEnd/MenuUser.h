@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Tests/Linux/TrayHost.h"
+#include "Tests/Linux/Tray/TrayHost.h"
 
 namespace endtoend {
 

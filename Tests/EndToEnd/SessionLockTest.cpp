@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
-#include "Tests/Linux/LockServices.h"
+#include "Tests/Linux/Session/LockServices.h"
 
 namespace endtoend {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
 #include "Tests/EndToEnd/MenuUser.h"
-#include "Tests/Linux/QtEnvironment.h"
+#include "Tests/Linux/Toolkit/QtEnvironment.h"
 #include "Tests/Support/ProcessState.h"
 
 namespace endtoend {

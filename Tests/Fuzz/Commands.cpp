@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "Quillfade/CommandLine.h"
+#include "Quillfade/CommandLine/CommandLine.h"
 #include "Tests/Fuzz/Fuzz.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t length) {

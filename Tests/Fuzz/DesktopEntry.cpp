@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Platform/Linux/Desktop/DesktopEntry.h"
+#include "Platform/Linux/Posix/DesktopEntry.h"
 #include "Tests/Fuzz/Fuzz.h"
 
 namespace {

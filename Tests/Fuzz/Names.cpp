@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <string>
 
-#include "Platform/Linux/X11/Identity.h"
+#include "Platform/Linux/Scene/Identity.h"
 #include "Platform/Simulated/Desktop.h"
 #include "Platform/Utf8.h"
-#include "Quillfade/DiagnosticLog.h"
-#include "Quillfade/EscapedText.h"
-#include "Quillfade/WindowTable.h"
+#include "Quillfade/Basics/EscapedText.h"
+#include "Quillfade/CommandLine/WindowTable.h"
+#include "Quillfade/Cover/DiagnosticLog.h"
 #include "Tests/Fuzz/Fuzz.h"
 
 namespace {

@@ -4,9 +4,9 @@
 #include <memory>
 #include <vector>
 
-#include "Platform/Linux/X11/ClientProperties.h"
-#include "Platform/Linux/X11/Identity.h"
-#include "Platform/Linux/X11/Replies.h"
+#include "Platform/Linux/Scene/ClientProperties.h"
+#include "Platform/Linux/Scene/Identity.h"
+#include "Platform/Linux/Xcb/Replies.h"
 #include "Platform/Utf8.h"
 #include "Tests/Fuzz/Fuzz.h"
 

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "Quillfade/RectText.h"
+#include "Quillfade/Basics/RectText.h"
 #include "Tests/Fuzz/Fuzz.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t length) {

@@ -4,9 +4,9 @@
 #include <fstream>
 #include <iterator>
 
-#include "Platform/Linux/Desktop/SettingsFile.h"
-#include "Quillfade/RectText.h"
-#include "Quillfade/StoredValues.h"
+#include "Platform/Linux/Settings/SettingsFile.h"
+#include "Quillfade/Basics/RectText.h"
+#include "Quillfade/Settings/StoredValues.h"
 #include "Tests/Fuzz/Fuzz.h"
 
 namespace {

@@ -5,10 +5,10 @@
 
 #include <array>
 
-#include "Platform/Linux/Desktop/FileDescriptor.h"
 #include "Platform/Linux/Lens/LocalSocket.h"
 #include "Platform/Linux/Lens/ServerAddress.h"
 #include "Platform/Linux/Lens/Setup.h"
+#include "Platform/Linux/Posix/FileDescriptor.h"
 #include "Tests/Lens/OpenLens.h"
 #include "Tests/Lens/ProtocolBytes.h"
 #include "Tests/Support/Reply.h"

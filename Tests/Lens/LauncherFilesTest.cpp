@@ -6,7 +6,7 @@
 
 #include <filesystem>
 
-#include "Platform/Linux/Desktop/DesktopEntry.h"
+#include "Platform/Linux/Posix/DesktopEntry.h"
 #include "Tests/Support/ChildProcess.h"
 #include "Tests/Support/Desktop.h"
 #include "Tests/Support/XServer.h"

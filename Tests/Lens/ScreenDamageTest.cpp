@@ -8,9 +8,9 @@
 #include <memory>
 #include <optional>
 
-#include "Platform/Linux/X11/ProductMark.h"
-#include "Platform/Linux/X11/Redirection.h"
-#include "Platform/Linux/X11/Region.h"
+#include "Platform/Linux/Scene/ProductMark.h"
+#include "Platform/Linux/Scene/Redirection.h"
+#include "Platform/Linux/Xcb/Region.h"
 #include "Tests/Lens/OpenLens.h"
 #include "Tests/Linux/EngineSupport.h"
 #include "Tests/Support/Desktop.h"

@@ -14,8 +14,8 @@
 #include <map>
 #include <memory>
 
-#include "Platform/Linux/X11/ProductMark.h"
-#include "Platform/Linux/X11/Redirection.h"
+#include "Platform/Linux/Scene/ProductMark.h"
+#include "Platform/Linux/Scene/Redirection.h"
 #include "Tests/Lens/OpenLens.h"
 #include "Tests/Linux/EngineSupport.h"
 #include "Tests/Support/Desktop.h"

@@ -6,7 +6,7 @@
 
 #include <array>
 
-#include "Platform/Linux/Desktop/FileDescriptor.h"
+#include "Platform/Linux/Posix/FileDescriptor.h"
 
 namespace platform::x11::lens {
 

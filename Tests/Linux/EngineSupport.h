@@ -10,9 +10,9 @@
 #include <stdexcept>
 #include <string>
 
-#include "Platform/Linux/X11/Compositor.h"
-#include "Platform/Linux/X11/Connection.h"
-#include "Platform/Linux/X11/Scene.h"
+#include "Platform/Linux/Compositor/Compositor.h"
+#include "Platform/Linux/Scene/Scene.h"
+#include "Platform/Linux/Xcb/Connection.h"
 #include "Tests/Support/Picture.h"
 
 namespace platform::x11 {

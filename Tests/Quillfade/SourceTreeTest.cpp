@@ -67,7 +67,8 @@ const std::string standardHeader = "<[a-z0-9_]+>";
 const std::string port = "\"Platform/[A-Za-z0-9]+\\.h\"";
 
 TEST(SourceTree, TheApplicationIncludesOnlyThePortsAndTheStandardLibrary) {
-  expectIncludes(sourcesBelow("Quillfade"), standardHeader + "|" + port + "|\"Quillfade/[A-Za-z0-9]+\\.h\"");
+  expectIncludes(sourcesBelow("Quillfade"),
+                 standardHeader + "|" + port + "|\"Quillfade/([A-Za-z]+/)?[A-Za-z0-9]+\\.h\"");
 }
 
 TEST(SourceTree, ThePortsIncludeOnlyEachOtherAndTheStandardLibrary) {

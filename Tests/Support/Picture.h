@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <vector>
 
-#include "Platform/Linux/Coordinates.h"
+#include "Platform/Linux/Xcb/Coordinates.h"
 
 namespace support {
 

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Linux/Desktop/FileDescriptor.h"
 #include "Platform/Linux/Lens/PrivateAuthority.h"
 #include "Platform/Linux/Lens/Setup.h"
+#include "Platform/Linux/Posix/FileDescriptor.h"
 
 namespace platform::x11::lens {
 

@@ -16,8 +16,8 @@
 #include <limits>
 #include <vector>
 
-#include "Platform/Linux/Desktop/FileDescriptor.h"
 #include "Platform/Linux/Lens/Wire.h"
+#include "Platform/Linux/Posix/FileDescriptor.h"
 
 namespace platform::x11::lens {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Platform/Linux/Desktop/DesktopEntry.h"
+#include "Platform/Linux/Posix/DesktopEntry.h"
 
 namespace platform::x11::lens {
 

@@ -8,12 +8,12 @@
 #include <filesystem>
 
 #include "Platform/Lens.h"
-#include "Platform/Linux/Desktop/AtomicFile.h"
-#include "Platform/Linux/Desktop/DesktopEntry.h"
-#include "Platform/Linux/Desktop/FileDescriptor.h"
-#include "Platform/Linux/Desktop/SystemError.h"
-#include "Platform/Linux/Desktop/UserDirectories.h"
 #include "Platform/Linux/Lens/LauncherEntry.h"
+#include "Platform/Linux/Posix/AtomicFile.h"
+#include "Platform/Linux/Posix/DesktopEntry.h"
+#include "Platform/Linux/Posix/FileDescriptor.h"
+#include "Platform/Linux/Posix/SystemError.h"
+#include "Platform/Linux/Posix/UserDirectories.h"
 
 namespace platform {
 

@@ -7,7 +7,7 @@
 #include <optional>
 #include <utility>
 
-#include "Platform/Linux/Desktop/UserDirectories.h"
+#include "Platform/Linux/Posix/UserDirectories.h"
 
 namespace platform::x11::lens {
 

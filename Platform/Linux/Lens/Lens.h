@@ -14,13 +14,13 @@
 
 #include "Platform/Error.h"
 #include "Platform/Linux/Lens/Admission.h"
-#include "Platform/Linux/Lens/ChildProgram.h"
 #include "Platform/Linux/Lens/Composing.h"
 #include "Platform/Linux/Lens/Poller.h"
 #include "Platform/Linux/Lens/PrivateAuthority.h"
 #include "Platform/Linux/Lens/PrivateDisplay.h"
 #include "Platform/Linux/Lens/Relay.h"
 #include "Platform/Linux/Lens/ServerAddress.h"
+#include "Platform/Linux/Posix/ChildProgram.h"
 
 namespace platform::x11::lens {
 

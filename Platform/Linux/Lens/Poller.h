@@ -13,8 +13,8 @@
 #include <optional>
 #include <unordered_map>
 
-#include "Platform/Linux/Desktop/FileDescriptor.h"
 #include "Platform/Linux/Lens/BusyPolling.h"
+#include "Platform/Linux/Posix/FileDescriptor.h"
 
 namespace platform::x11::lens {
 

@@ -13,8 +13,8 @@
 #include <memory>
 #include <utility>
 
-#include "Platform/Linux/Desktop/SystemError.h"
-#include "Platform/Linux/Desktop/UserDirectories.h"
+#include "Platform/Linux/Posix/SystemError.h"
+#include "Platform/Linux/Posix/UserDirectories.h"
 
 namespace platform::x11::lens {
 

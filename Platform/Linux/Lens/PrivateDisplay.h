@@ -10,7 +10,7 @@
 #include <string>
 
 #include "Platform/Error.h"
-#include "Platform/Linux/Desktop/FileDescriptor.h"
+#include "Platform/Linux/Posix/FileDescriptor.h"
 
 namespace platform::x11::lens {
 

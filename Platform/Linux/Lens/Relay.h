@@ -12,7 +12,6 @@
 #include <optional>
 #include <string>
 
-#include "Platform/Linux/Desktop/FileDescriptor.h"
 #include "Platform/Linux/Lens/BusyPolling.h"
 #include "Platform/Linux/Lens/Channel.h"
 #include "Platform/Linux/Lens/PendingReplies.h"
@@ -20,6 +19,7 @@
 #include "Platform/Linux/Lens/RequestStream.h"
 #include "Platform/Linux/Lens/ScreenNames.h"
 #include "Platform/Linux/Lens/Setup.h"
+#include "Platform/Linux/Posix/FileDescriptor.h"
 
 namespace platform::x11::lens {
 

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "Platform/Error.h"
-#include "Platform/Linux/Desktop/FileDescriptor.h"
 #include "Platform/Linux/Lens/Setup.h"
+#include "Platform/Linux/Posix/FileDescriptor.h"
 
 namespace platform::x11::lens {
 

@@ -10,8 +10,8 @@
 #include <cstdlib>
 #include <utility>
 
-#include "Platform/Linux/X11/MonitorRectangles.h"
-#include "Platform/Linux/X11/Redirection.h"
+#include "Platform/Linux/Scene/Redirection.h"
+#include "Platform/Linux/Xcb/MonitorRectangles.h"
 
 namespace platform::x11::lens {
 

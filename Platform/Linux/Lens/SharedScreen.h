@@ -23,12 +23,12 @@
 #include <vector>
 
 #include "Platform/Lens.h"
+#include "Platform/Linux/Compositor/Compositor.h"
 #include "Platform/Linux/Lens/ScreenNames.h"
-#include "Platform/Linux/X11/Compositor.h"
-#include "Platform/Linux/X11/Connection.h"
-#include "Platform/Linux/X11/Scene.h"
-#include "Platform/Linux/X11/ServerScreenSaver.h"
-#include "Platform/Linux/X11/WindowList.h"
+#include "Platform/Linux/Scene/Scene.h"
+#include "Platform/Linux/Scene/WindowList.h"
+#include "Platform/Linux/Xcb/Connection.h"
+#include "Platform/Linux/Xcb/ServerScreenSaver.h"
 
 namespace platform::x11::lens {
 

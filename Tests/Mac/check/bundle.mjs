@@ -35,7 +35,7 @@ function expect(where, actual, expected) {
 
 const found = (path, pattern) => pattern.exec(read(path))?.[1];
 const info = propertyList('Resources/Mac/Info.plist');
-const identity = 'Quillfade/Identity.h';
+const identity = 'Quillfade/Basics/Identity.h';
 const version = found(identity, /applicationVersion = "([^"]+)"/);
 const name = found(identity, /applicationName = "([^"]+)"/);
 expect('CFBundleIdentifier', info.get('CFBundleIdentifier'), found(identity, /applicationIdentifier = "([^"]+)"/));

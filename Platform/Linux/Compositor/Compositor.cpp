@@ -1,0 +1,297 @@
+#include "Platform/Linux/Compositor/Compositor.h"
+
+#include <xcb/damage.h>
+#include <xcb/xcbext.h>
+#include <xcb/xfixes.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace platform::x11 {
+
+namespace {
+
+// More rectangles than this are kept as the one that holds them all.
+constexpr std::size_t maximumSoiledRects = 64;
+
+}  // namespace
+
+Compositor::Compositor(Connection& connection, Scene& scene, const PixelRect& source, WindowFilter filter)
+    : connection_(connection),
+      scene_(scene),
+      source_(source),
+      filter_(std::move(filter)),
+      wallpaper_(connection, source),
+      looks_(connection),
+      pending_(connection),
+      parts_(connection),
+      remaining_(connection),
+      clip_(connection) {
+  filter_.addOwnClient(connection_.resourceBase());
+  for (const SceneWindow& window : scene_.windows()) watch(window);
+  scene_.addListener(*this);
+  invalidate();
+}
+
+Compositor::~Compositor() {
+  scene_.removeListener(*this);
+  forgetPending();
+}
+
+bool Compositor::isVisible(const SceneWindow& window) const {
+  return window.isViewable && window.isDescribed && !window.isInputOnly &&
+         connection_.formatOfVisual(window.visual) != 0 && !filter_.leavesOut(window) &&
+         !intersection(window.outer, source_).isEmpty();
+}
+
+// Without a compositing manager the server shows the colours of a window and ignores how transparent they are.
+bool Compositor::isTranslucent(const SceneWindow& window) const {
+  if (!scene_.hasCompositingManager()) return false;
+  const WindowContent* content = contentOf(window.id);
+  return connection_.visualHasAlpha(window.visual) ||
+         (content != nullptr && content->look().opacity != WindowLook::opaque);
+}
+
+// Whether it is seen in the whole of its rectangle.
+bool Compositor::isRectangle(const SceneWindow& window) const {
+  const WindowContent* content = contentOf(window.id);
+  return !window.isShaped && (content == nullptr || !content->look().visiblePart);
+}
+
+std::span<const SceneWindow> Compositor::windowsAbove(const SceneWindow& window) const {
+  const std::span<const SceneWindow> windows = scene_.windows();
+  return windows.subspan(static_cast<std::size_t>(&window - windows.data()) + 1);
+}
+
+// Whether a single opaque window hides it entirely: what is drawn there then need not wake anybody.
+bool Compositor::isCovered(const SceneWindow& window) const {
+  const PixelRect shown = intersection(window.outer, source_);
+  return std::ranges::any_of(windowsAbove(window), [&](const SceneWindow& cover) {
+    return intersection(cover.outer, shown) == shown && isVisible(cover) && isRectangle(cover) && !isTranslucent(cover);
+  });
+}
+
+WindowContent* Compositor::contentOf(xcb_window_t window) const {
+  const auto found = contents_.find(window);
+  return found == contents_.end() ? nullptr : found->second.get();
+}
+
+// Content is kept, and damage reported, of visible windows only: others must not cost anything.
+void Compositor::watch(const SceneWindow& window) {
+  if (!isVisible(window)) {
+    abandon(window.id);
+  } else if (auto& content = contents_[window.id]; content == nullptr) {
+    content = std::make_unique<WindowContent>(connection_, window);
+    noteTaking(*content);
+    if (scene_.hasCompositingManager()) looks_.follow(window.id);
+  }
+}
+
+void Compositor::abandon(xcb_window_t window) {
+  std::erase(damaged_, window);
+  contents_.erase(window);
+  looks_.forget(window);
+}
+
+void Compositor::windowAdded(const SceneWindow& window) {
+  isHoldingBack_.reset();
+  watch(window);
+  soil(window);
+}
+
+void Compositor::windowRemoved(const SceneWindow& window, Departure departure) {
+  isHoldingBack_.reset();
+  soil(window);
+  abandon(window.id);
+  if (departure == Departure::destroyed) filter_.forget(window.id);
+}
+
+void Compositor::windowChanged(const SceneWindow& before, const SceneWindow& after) {
+  isHoldingBack_.reset();
+  SceneWindow sameLooks = before;
+  sameLooks.isOverrideRedirect = after.isOverrideRedirect;
+  if (sameLooks == after) return;
+  soil(before);
+  if (before.isViewable && !after.isViewable) filter_.holdBack(after.id);
+  soil(after);
+  watch(after);
+  WindowContent* content = contentOf(after.id);
+  if (content == nullptr) return;
+  content->forgetOutline();
+  const bool isMoveOnly = before.outer.width == after.outer.width && before.outer.height == after.outer.height &&
+                          before.border == after.border;
+  if (!isMoveOnly) content->forgetPicture();
+}
+
+void Compositor::windowReshaped(const SceneWindow& window) {
+  if (WindowContent* content = contentOf(window.id)) content->forgetOutline();
+  soil(window);
+}
+
+void Compositor::windowRestacked(const SceneWindow& window) { soil(window); }
+
+void Compositor::compositingManagerChanged(bool isRunning) {
+  wallpaper_.forget();
+  for (const auto& [id, content] : contents_) {
+    content->forgetPicture();
+    content->setLook({});
+    looks_.forget(id);
+    if (isRunning) looks_.follow(id);
+  }
+  invalidate();
+}
+
+void Compositor::readLooks() {
+  for (const auto& [topLevel, look] : looks_.read()) {
+    WindowContent* content = contentOf(topLevel);
+    const SceneWindow* window = scene_.find(topLevel);
+    if (content == nullptr || window == nullptr || content->look() == look) continue;
+    soil(*window);
+    content->setLook(look);
+  }
+}
+
+void Compositor::forgetWallpaper() {
+  wallpaper_.forget();
+  invalidate();
+}
+
+void Compositor::admit(std::span<const xcb_window_t> windows) {
+  isHoldingBack_.reset();
+  for (const xcb_window_t id : windows) {
+    const SceneWindow* window = scene_.find(id);
+    const bool wasVisible = window != nullptr && isVisible(*window);
+    filter_.admit(id);
+    if (window == nullptr || wasVisible || !isVisible(*window)) continue;
+    watch(*window);
+    soil(*window);
+  }
+}
+
+bool Compositor::isHoldingBack() const {
+  if (!isHoldingBack_)
+    isHoldingBack_ = std::ranges::any_of(scene_.windows(), [&](const SceneWindow& window) {
+      return window.isViewable && !window.isInputOnly && filter_.isHeldBack(window);
+    });
+  return *isHoldingBack_;
+}
+
+void Compositor::soil(const SceneWindow& window) {
+  if (isVisible(window)) soil(window.outer);
+}
+
+void Compositor::soil(const PixelRect& rect) {
+  const PixelRect shown = intersection(rect, source_);
+  if (shown.isEmpty() || (!soiled_.empty() && soiled_.back() == shown)) return;
+  soiled_.push_back(shown);
+  if (soiled_.size() <= maximumSoiledRects) return;
+  for (const PixelRect& other : soiled_) soiled_.front() = united(soiled_.front(), other);
+  soiled_.resize(1);
+}
+
+void Compositor::invalidate() { soil(source_); }
+
+void Compositor::handle(const xcb_generic_event_t& event) {
+  while (!takings_.empty() && isNotAfter(takings_.front().sequence, event.full_sequence)) takings_.pop_front();
+  if (eventType(event) == connection_.firstEvent(Extension::damage) + XCB_DAMAGE_NOTIFY) {
+    noteDamage(eventAs<xcb_damage_notify_event_t>(event));
+  } else if (wallpaper_.isChangedBy(event)) {
+    forgetWallpaper();
+  } else if (const auto changed = looks_.changedBy(event)) {
+    if (const SceneWindow* window = scene_.find(*changed)) soil(*window);
+  }
+}
+
+void Compositor::noteTaking(const WindowContent& content) {
+  takings_.push_back({content.damage(), content.lastTaking()});
+}
+
+void Compositor::noteDamage(const xcb_damage_notify_event_t& event) {
+  WindowContent* content = contentOf(event.drawable);
+  if (content == nullptr || content->damage() != event.damage) return;
+  // Only takings that came after the report are still listed. A damage that was reported is not reported again until it
+  // is taken.
+  if (std::ranges::find(takings_, event.damage, &Taking::damage) == takings_.end()) damaged_.push_back(event.drawable);
+}
+
+Compositor::Changes Compositor::changes() const {
+  if (!soiled_.empty() || isPendingCertain_) return Changes::certain;
+  Changes found = Changes::none;
+  for (const xcb_window_t id : damaged_) {
+    const SceneWindow* window = scene_.find(id);
+    if (isCovered(*window)) continue;
+    if (intersection(source_, window->outer) == window->outer) return Changes::certain;
+    found = Changes::possible;
+  }
+  return found;
+}
+
+void Compositor::examine() {
+  if (isExamining()) return;
+  gatherDamage();
+  if (pendingBounds_.empty()) return;
+  examination_ = xcb_xfixes_fetch_region(connection_.get(), pending_.id()).sequence;
+}
+
+bool Compositor::collectReplies() {
+  if (!examination_) return false;
+  void* reply = nullptr;
+  xcb_generic_error_t* error = nullptr;
+  if (xcb_poll_for_reply(connection_.get(), *examination_, &reply, &error) == 0) return false;
+  const Reply<xcb_xfixes_fetch_region_reply_t> region(static_cast<xcb_xfixes_fetch_region_reply_t*>(reply));
+  const Reply<xcb_generic_error_t> ownedError(error);
+  examination_.reset();
+  isPendingCertain_ = region && xcb_xfixes_fetch_region_rectangles_length(region.get()) > 0;
+  if (!isPendingCertain_) forgetPending();
+  return true;
+}
+
+void Compositor::forgetPending() {
+  if (examination_) xcb_discard_reply(connection_.get(), *examination_);
+  examination_.reset();
+  pendingBounds_.clear();
+  isPendingCertain_ = false;
+}
+
+void Compositor::gatherDamage() {
+  std::erase_if(damaged_, [&](xcb_window_t id) {
+    const SceneWindow* window = scene_.find(id);
+    if (isCovered(*window)) return false;
+    WindowContent* content = contentOf(id);
+    content->takeDamage(parts_);
+    noteTaking(*content);
+    parts_.translate(window->outer.x + window->border - source_.x, window->outer.y + window->border - source_.y);
+    // The window may have grown and moved already; then that is still to be told, and painted.
+    parts_.intersect(content->outline(*window, source_));
+    addPending(parts_, intersection(window->outer, source_));
+    return true;
+  });
+}
+
+void Compositor::gatherSoil() {
+  if (soiled_.empty()) return;
+  std::vector<xcb_rectangle_t> rectangles;
+  for (const PixelRect& rect : soiled_)
+    rectangles.push_back(toRectangle({rect.x - source_.x, rect.y - source_.y, rect.width, rect.height}));
+  parts_.set(rectangles);
+  addPending(parts_, soiled_.front());
+  pendingBounds_.insert(pendingBounds_.end(), soiled_.begin() + 1, soiled_.end());
+  soiled_.clear();
+}
+
+// The part means nothing any more afterwards.
+void Compositor::addPending(Region& part, const PixelRect& bounds) {
+  if (pendingBounds_.empty())
+    pending_.swap(part);
+  else
+    pending_.unite(part);
+  pendingBounds_.push_back(bounds);
+}
+
+void Compositor::gather() {
+  gatherDamage();
+  gatherSoil();
+  if (pendingBounds_.empty()) pending_.clear();
+}
+
+}  // namespace platform::x11

@@ -1,0 +1,166 @@
+// Paints a part of the screen without some of its windows into a picture, and later just what has changed in it.
+//
+// It paints the windows' own off-screen pixels, bottom to top, and never reads the screen: so a window that shows the
+// result can never see itself. The pointer is not part of any window's pixels, so it is never painted.
+//
+// Threads: that of its connection. Pass it every event after the scene has seen it.
+// Units and axes: `source` in root pixels; the picture's and the regions' origin is the source's top-left corner.
+// Ownership: it keeps references to the connection and the scene, which must outlive it, and listens to the scene.
+// Preconditions: all extensions are there; somebody keeps the screen's windows redirected.
+// Failure: windows may vanish at any time; what is painted then is corrected when the event arrives. Painting never
+// waits for the server, except under a compositing manager: for its wallpaper and for the looks of windows, when one of
+// them has changed.
+#pragma once
+
+#include <xcb/render.h>
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "Platform/Linux/Compositor/PaintStep.h"
+#include "Platform/Linux/Compositor/Wallpaper.h"
+#include "Platform/Linux/Compositor/WindowContent.h"
+#include "Platform/Linux/Compositor/WindowLooks.h"
+#include "Platform/Linux/Scene/Scene.h"
+#include "Platform/Linux/Scene/WindowFilter.h"
+#include "Platform/Linux/Xcb/Connection.h"
+#include "Platform/Linux/Xcb/Region.h"
+
+namespace platform::x11 {
+
+class Compositor final : private SceneListener {
+ public:
+  // The whole picture is to be painted first.
+  Compositor(Connection& connection, Scene& scene, const PixelRect& source, WindowFilter filter);
+  ~Compositor() override;
+  Compositor(const Compositor&) = delete;
+  Compositor& operator=(const Compositor&) = delete;
+
+  void handle(const xcb_generic_event_t& event);
+
+  enum class Changes : std::uint8_t {
+    none,
+    // A window that reaches beyond the source was drawn to, perhaps outside: `examine` finds out.
+    possible,
+    certain,
+  };
+  [[nodiscard]] Changes changes() const;
+  // Asks the server what the possible changes come to. `collectReplies`, which never blocks, says whether the answer
+  // came.
+  void examine();
+  bool collectReplies();
+  [[nodiscard]] bool isExamining() const { return examination_.has_value(); }
+
+  // Of the root visual's format. The source's top-left corner comes to lie at (x, y).
+  struct Target {
+    xcb_render_picture_t picture = XCB_NONE;
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+    // Of the source's picture: in here nobody needs to know just what was painted.
+    PixelRect clear;
+  };
+  // Brings the picture up to date. Returns a rectangle of it that holds all that may differ now; if that is not within
+  // the target's clear part, `painted` says just what. A target that is gone is no failure.
+  PixelRect paintTo(const Target& target, Region& painted);
+  // Leaves in `changed` what is to be painted and returns how, for somebody else to do. What the steps name stays as it
+  // is until the next plan, but for windows that go or get other pixels: then the next plan puts it right.
+  [[nodiscard]] std::vector<PaintStep> plan(Region& changed);
+  // That part is to be painted again, together with what comes next.
+  void repaint(const Region& part);
+  // As if the picture had never been painted.
+  void invalidate();
+  // The background of the root window is another one, which nothing announces.
+  void forgetWallpaper();
+  // Shows these windows, as far as they were only held back.
+  void admit(std::span<const xcb_window_t> windows);
+  // Whether any window on the screen is.
+  [[nodiscard]] bool isHoldingBack() const;
+
+ private:
+  // Reports of this damage that precede the request with this number were taken with it.
+  struct Taking {
+    xcb_damage_damage_t damage;
+    std::uint32_t sequence;
+  };
+  struct Layer {
+    const SceneWindow* window;
+    WindowContent* content;
+  };
+
+  void windowAdded(const SceneWindow& window) override;
+  void windowRemoved(const SceneWindow& window, Departure departure) override;
+  void windowChanged(const SceneWindow& before, const SceneWindow& after) override;
+  void windowReshaped(const SceneWindow& window) override;
+  void windowRestacked(const SceneWindow& window) override;
+  void compositingManagerChanged(bool isRunning) override;
+
+  [[nodiscard]] bool isVisible(const SceneWindow& window) const;
+  [[nodiscard]] bool isTranslucent(const SceneWindow& window) const;
+  [[nodiscard]] bool isRectangle(const SceneWindow& window) const;
+  [[nodiscard]] std::span<const SceneWindow> windowsAbove(const SceneWindow& window) const;
+  [[nodiscard]] bool isCovered(const SceneWindow& window) const;
+  [[nodiscard]] WindowContent* contentOf(xcb_window_t window) const;
+  void watch(const SceneWindow& window);
+  void abandon(xcb_window_t window);
+  void readLooks();
+  void soil(const SceneWindow& window);
+  void soil(const PixelRect& rect);
+  void noteDamage(const xcb_damage_notify_event_t& event);
+  void noteTaking(const WindowContent& content);
+  void gatherDamage();
+  void gatherSoil();
+  void addPending(Region& part, const PixelRect& bounds);
+  void forgetPending();
+  [[nodiscard]] std::vector<Layer> layersToPaint(bool& reachesWallpaper) const;
+  [[nodiscard]] std::optional<Layer> loneLayer() const;
+  PixelRect paintLone(const Layer& layer, Region& scratch);
+  void paintLayers(const Region& changed);
+  void paintOpaque(const Layer& layer, const Region& rest);
+  void paintTranslucent(const Layer& layer, Region& visible);
+  void paintWallpaper(const Region& rest);
+  [[nodiscard]] PaintStep paintStep(const Layer& layer, std::uint8_t operation) const;
+  // Carries out the step, or notes it while a plan is made.
+  void perform(PaintStep step, const Region& clip);
+  void carryOut(const PaintStep& step, const Region& clip, std::int32_t clipX, std::int32_t clipY);
+  [[nodiscard]] const Region& keptCopy(const Region& clip);
+  void gather();
+
+  Connection& connection_;
+  Scene& scene_;
+  const PixelRect source_;
+  WindowFilter filter_;
+  Wallpaper wallpaper_;
+  WindowLooks looks_;
+  std::map<xcb_window_t, std::unique_ptr<WindowContent>> contents_;
+  std::deque<Taking> takings_;
+  // Whose damage is not taken yet: there may be a thousand windows, and few that change.
+  std::vector<xcb_window_t> damaged_;
+  // Known until some window changes.
+  mutable std::optional<bool> isHoldingBack_;
+
+  // What is to be painted: rectangles in root pixels, windows' damage not taken yet, and `pending_` in the server,
+  // which means something only while it has bounds.
+  std::vector<PixelRect> soiled_;
+  Region pending_;
+  std::vector<PixelRect> pendingBounds_;
+  bool isPendingCertain_ = false;
+  std::optional<std::uint32_t> examination_;
+
+  // Scratch space in the server.
+  Region parts_;
+  Region remaining_;
+  Region clip_;
+
+  Target target_;  // while it is painted to
+  // The plan that is being made, and the clips that the last one names.
+  std::vector<PaintStep>* plan_ = nullptr;
+  std::vector<std::unique_ptr<Region>> clips_;
+  std::size_t clipsInUse_ = 0;
+};
+
+}  // namespace platform::x11

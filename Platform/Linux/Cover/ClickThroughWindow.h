@@ -1,0 +1,71 @@
+// A window of the application that no pointer touches: a mirror or the solid cover, on an overlay window of X.
+//
+// It comes to the screen at the end of the turn of the main loop in which it was ordered to the front: one that is
+// ordered out again in the same turn is never seen.
+// Threads, units and axes: as the port says.
+// Ownership: keeps a reference to its surroundings, which outlive it. It shares its content view and leaves it before
+// it goes.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "Platform/Linux/Cover/OverlayStage.h"
+#include "Platform/Linux/Toolkit/DesktopScreens.h"
+#include "Platform/Linux/Toolkit/PaletteWatch.h"
+#include "Platform/Linux/Views/ViewHost.h"
+#include "Platform/Linux/Views/ViewNode.h"
+#include "Platform/Windows.h"
+
+namespace platform::x11 {
+
+class ClickThroughWindow final : public Window, private ViewHost {
+ public:
+  struct Surroundings {
+    Connection& connection;
+    OverlayStage& stage;
+    const DesktopScreens& screens;
+    RunLoop& runLoop;
+  };
+
+  ClickThroughWindow(const Surroundings& surroundings, const WindowAttributes& attributes);
+  ~ClickThroughWindow() override;
+  ClickThroughWindow(const ClickThroughWindow&) = delete;
+  ClickThroughWindow& operator=(const ClickThroughWindow&) = delete;
+
+  void setContentView(std::shared_ptr<View> view) override;
+  void setFrame(const Rect& frame, bool display) override;
+  [[nodiscard]] Rect frame() const override { return frame_; }
+  void orderFrontRegardless() override;
+  void makeKeyAndOrderFront() override { orderFrontRegardless(); }
+  // Nothing that clicks pass through can have the keyboard.
+  void makeKey() override {}
+  void makeFirstResponder(View& /*view*/) override {}
+  void orderOut() override;
+
+ private:
+  void viewsChanged() override;
+  bool presentSample(std::shared_ptr<const SampleBuffer> sample) override;
+  void forgetSamples() override;
+  [[nodiscard]] Rect windowFrame() const override { return frame_; }
+
+  [[nodiscard]] OverlayLook look() const;
+  void leaveContent();
+  void updateLater();
+  void update();
+
+  Surroundings surroundings_;
+  Color backgroundColor_;
+  Rect frame_;
+  OverlayWindow window_;
+  std::shared_ptr<ViewNode> content_;
+  // Guards posted work: it does nothing once the window is gone.
+  std::shared_ptr<bool> updateIsPosted_ = std::make_shared<bool>(false);
+  bool isOrderedFront_ = false;
+  // Those that came while a text was shown, or about to go: they change places in one step.
+  std::vector<std::shared_ptr<const Frame>> waitingFrames_;
+  // Roles among the colours follow the desktop's light or dark look.
+  PaletteWatch palette_;
+};
+
+}  // namespace platform::x11

@@ -1,0 +1,46 @@
+// What an overlay window shows, in its own pixels: the plain description that its painter works from.
+//
+// Units and axes: device pixels, origin at the window's top-left corner, y down.
+// Threads: plain values; `lookOf` on the main thread, as it asks the desktop for its colours.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "Platform/Linux/Views/OverlayContent.h"
+#include "Platform/Linux/Xcb/Coordinates.h"
+
+namespace platform::x11 {
+
+// 0xAARRGGBB, not premultiplied.
+using Argb = std::uint32_t;
+
+struct LabelLook {
+  std::string text;
+  Font font;  // its size in device pixels
+  Argb color = 0xFFFFFFFF;
+  friend bool operator==(const LabelLook&, const LabelLook&) = default;
+};
+
+struct BorderLook {
+  std::int32_t width = 0;
+  Argb color = 0;
+  friend bool operator==(const BorderLook&, const BorderLook&) = default;
+};
+
+// From back to front.
+struct OverlayLook {
+  Argb background = 0xFF000000;      // opaque whatever its alpha says
+  std::optional<PixelRect> picture;  // where live frames go, stretched to fill it
+  std::optional<LabelLook> label;    // centred in the window
+  std::optional<BorderLook> border;  // inside the window's edges
+  friend bool operator==(const OverlayLook&, const OverlayLook&) = default;
+};
+
+// `windowHeight` in pixels. Roles become the desktop's colours of the moment. A content without background of its own
+// leaves `windowBackground`. A border is never thinner than a pixel.
+[[nodiscard]] OverlayLook lookOf(const OverlayContent& content, const Color& windowBackground,
+                                 std::int32_t windowHeight, double scale);
+
+}  // namespace platform::x11

@@ -1,0 +1,208 @@
+#include "Platform/Linux/Cover/OverlayPainter.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <string_view>
+#include <utility>
+
+#include "Platform/Linux/Stream/BorderPainting.h"
+#include "Platform/Linux/Xcb/Region.h"
+
+namespace platform::x11 {
+
+namespace {
+
+std::uint8_t channel(Argb color, unsigned shift) { return static_cast<std::uint8_t>(color >> shift); }
+
+const xcb_visualtype_t* findVisual(const Connection& connection) {
+  auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
+  for (; screens.rem > 0; xcb_screen_next(&screens)) {
+    auto depths = xcb_screen_allowed_depths_iterator(screens.data);
+    for (; depths.rem > 0; xcb_depth_next(&depths)) {
+      auto visuals = xcb_depth_visuals_iterator(depths.data);
+      for (; visuals.rem > 0; xcb_visualtype_next(&visuals)) {
+        if (visuals.data->visual_id == connection.rootVisual()) return visuals.data;
+      }
+    }
+  }
+  return nullptr;
+}
+
+// The colour as a pixel of the root window's visual.
+std::uint32_t pixelOf(Argb color, const Connection& connection) {
+  const xcb_visualtype_t* visual = findVisual(connection);
+  if (visual == nullptr) return color & 0xFFFFFFU;
+  const auto placed = [](std::uint8_t value, std::uint32_t mask) {
+    if (mask == 0) return 0U;
+    const std::uint64_t largest = mask >> std::countr_zero(mask);
+    return static_cast<std::uint32_t>((value * largest + 127) / 255) << std::countr_zero(mask);
+  };
+  return placed(channel(color, 16), visual->red_mask) | placed(channel(color, 8), visual->green_mask) |
+         placed(channel(color, 0), visual->blue_mask);
+}
+
+xcb_render_fixed_t fixed(double value) { return static_cast<xcb_render_fixed_t>(std::lround(value * 65536)); }
+
+}  // namespace
+
+OverlayPainter::OverlayPainter(Connection& connection, xcb_window_t window, std::int32_t width, std::int32_t height)
+    : connection_(connection),
+      window_(window),
+      width_(width),
+      height_(height),
+      canBlend_(connection.has(Extension::render) && connection.has(Extension::xfixes) &&
+                connection.formatOfVisual(connection.rootVisual()) != 0),
+      context_(connection.newId()) {
+  const std::uint32_t noExposures = 0;
+  xcb_create_gc(connection_.get(), context_, window_, XCB_GC_GRAPHICS_EXPOSURES, &noExposures);
+  if (!canBlend_) return;
+  picture_ = connection_.newId();
+  xcb_render_create_picture(connection_.get(), picture_, window_, connection_.formatOfVisual(connection_.rootVisual()),
+                            0, nullptr);
+}
+
+OverlayPainter::~OverlayPainter() {
+  if (picture_ != XCB_NONE) xcb_render_free_picture(connection_.get(), picture_);
+  xcb_free_gc(connection_.get(), context_);
+}
+
+void OverlayPainter::setLook(const OverlayLook& look) {
+  if (look.label != look_.label) {
+    label_.reset();
+    if (look.label && canBlend_) label_.emplace(connection_, *look.label);
+  }
+  look_ = look;
+  const std::uint32_t pixel = pixelOf(look.background, connection_);
+  xcb_change_gc(connection_.get(), context_, XCB_GC_FOREGROUND, &pixel);
+  if (!showsPicture_) restoreBackground();
+}
+
+void OverlayPainter::restoreBackground() {
+  showsPicture_ = false;
+  const std::uint32_t pixel = pixelOf(look_.background, connection_);
+  xcb_change_window_attributes(connection_.get(), window_, XCB_CW_BACK_PIXEL, &pixel);
+}
+
+// Otherwise the background would flash wherever something that lay above the picture goes.
+void OverlayPainter::giveUpBackground() {
+  if (std::exchange(showsPicture_, true)) return;
+  const std::uint32_t none = XCB_BACK_PIXMAP_NONE;
+  xcb_change_window_attributes(connection_.get(), window_, XCB_CW_BACK_PIXMAP, &none);
+}
+
+void OverlayPainter::setSize(std::int32_t width, std::int32_t height) {
+  width_ = width;
+  height_ = height;
+}
+
+void OverlayPainter::paint(const PixelRect& part) {
+  const PixelRect visible = intersection(part, {0, 0, width_, height_});
+  if (visible.isEmpty()) return;
+  const xcb_rectangle_t rectangle = toRectangle(visible);
+  xcb_poly_fill_rectangle(connection_.get(), window_, context_, 1, &rectangle);
+  if (!canBlend_) return;
+  Region region(connection_);
+  region.set(visible);
+  setClip(region.id(), 0, 0);
+  blendLabelInClip();
+  blendBorderInClip();
+}
+
+void OverlayPainter::blendLabel() {
+  if (!canBlend_) return;
+  setClip(XCB_NONE, 0, 0);
+  blendLabelInClip();
+}
+
+bool OverlayPainter::paintFrame(const Frame& frame) {
+  if (!canBlend_ || !look_.picture || look_.picture->isEmpty() || frame.width() <= 0 || frame.height() <= 0) {
+    return false;
+  }
+  const PixelRect target = *look_.picture;
+  const bool fitsExactly = frame.width() == target.width && frame.height() == target.height;
+  if (!fitsExactly && !frame.isWhole()) {
+    frame.requestWhole();
+    return false;
+  }
+  if (!frame.beginReading(connection_.get())) return false;
+  giveUpBackground();
+  if (fitsExactly) {
+    frame.paint(connection_.get(), picture_, target.x, target.y);
+    setClip(frame.changedRegion(), target.x, target.y);
+  } else {
+    stretch(frame, target);
+  }
+  blendLabelInClip();
+  blendBorderInClip();
+  frame.endReading(connection_.get(), fitsExactly ? liveTarget() : std::nullopt);
+  return true;
+}
+
+// With a label over it, the picture comes here frame by frame.
+std::optional<LiveTarget> OverlayPainter::liveTarget() const {
+  if (label_) return std::nullopt;
+  return LiveTarget{window_, look_.picture->x, look_.picture->y, width_, height_, look_.border};
+}
+
+// A frame of another size, as in the moments between a change of the window and the first frame made for it: a whole
+// one, painted aside. A stretched pixel reaches beyond its place, so all of it is painted, and the clip is left at the
+// target.
+void OverlayPainter::stretch(const Frame& frame, const PixelRect& target) {
+  xcb_connection_t* const c = connection_.get();
+  constexpr std::string_view filter = "bilinear";
+  const std::uint32_t repeat = XCB_RENDER_REPEAT_PAD;
+  const xcb_render_picture_t source = connection_.newId();
+  const xcb_pixmap_t aside = connection_.newId();
+  xcb_create_pixmap(c, connection_.rootDepth(), aside, window_, static_cast<std::uint16_t>(frame.width()),
+                    static_cast<std::uint16_t>(frame.height()));
+  xcb_render_create_picture(c, source, aside, connection_.formatOfVisual(connection_.rootVisual()),
+                            XCB_RENDER_CP_REPEAT, &repeat);
+  xcb_free_pixmap(c, aside);
+  frame.paint(c, source, 0, 0);
+  // As a source, a picture is read within its clip.
+  xcb_xfixes_set_picture_clip_region(c, source, XCB_NONE, 0, 0);
+  const xcb_render_transform_t transform{fixed(double(frame.width()) / target.width),
+                                         0,
+                                         0,
+                                         0,
+                                         fixed(double(frame.height()) / target.height),
+                                         0,
+                                         0,
+                                         0,
+                                         fixed(1)};
+  xcb_render_set_picture_transform(c, source, transform);
+  xcb_render_set_picture_filter(c, source, filter.size(), filter.data(), 0, nullptr);
+  Region region(connection_);
+  region.set(target);
+  setClip(region.id(), 0, 0);
+  xcb_render_composite(c, XCB_RENDER_PICT_OP_SRC, source, XCB_NONE, picture_, 0, 0, 0, 0,
+                       static_cast<std::int16_t>(target.x), static_cast<std::int16_t>(target.y),
+                       static_cast<std::uint16_t>(target.width), static_cast<std::uint16_t>(target.height));
+  xcb_render_free_picture(c, source);
+}
+
+PixelRect OverlayPainter::labelRect() const {
+  if (!label_) return {};
+  return {(width_ - label_->width()) / 2, (height_ - label_->height()) / 2, label_->width(), label_->height()};
+}
+
+void OverlayPainter::setClip(xcb_xfixes_region_t region, std::int32_t x, std::int32_t y) {
+  xcb_xfixes_set_picture_clip_region(connection_.get(), picture_, region, static_cast<std::int16_t>(x),
+                                     static_cast<std::int16_t>(y));
+}
+
+void OverlayPainter::blendLabelInClip() {
+  const PixelRect rect = labelRect();
+  if (rect.isEmpty()) return;
+  xcb_render_composite(connection_.get(), XCB_RENDER_PICT_OP_OVER, label_->id(), XCB_NONE, picture_, 0, 0, 0, 0,
+                       static_cast<std::int16_t>(rect.x), static_cast<std::int16_t>(rect.y),
+                       static_cast<std::uint16_t>(rect.width), static_cast<std::uint16_t>(rect.height));
+}
+
+void OverlayPainter::blendBorderInClip() {
+  if (look_.border) blendBorder(connection_, picture_, width_, height_, *look_.border);
+}
+
+}  // namespace platform::x11

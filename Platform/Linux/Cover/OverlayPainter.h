@@ -1,0 +1,75 @@
+// Paints an overlay window: background, live frames, label and border.
+//
+// Frames are painted inside the server, and only where they changed. What lies over the picture is translucent, so it
+// is blended again exactly where the picture below it was just renewed, and nowhere else: alpha never adds up. Threads:
+// that of the connection. Nothing here waits for the server. Units and axes: device pixels, origin at the window's
+// top-left corner, y down. Ownership: the window belongs to the caller and outlives the painter, as the connection
+// does. Failure: without the extensions for blending (RENDER, XFIXES) only the background is painted.
+#pragma once
+
+#include <xcb/render.h>
+#include <xcb/xcb.h>
+#include <xcb/xfixes.h>
+
+#include <cstdint>
+#include <optional>
+
+#include "Platform/Linux/Cover/LabelPicture.h"
+#include "Platform/Linux/Cover/OverlayLook.h"
+#include "Platform/Linux/Stream/Frame.h"
+#include "Platform/Linux/Stream/LiveTarget.h"
+#include "Platform/Linux/Xcb/Connection.h"
+
+namespace platform::x11 {
+
+class OverlayPainter {
+ public:
+  // The window has the root window's visual.
+  OverlayPainter(Connection& connection, xcb_window_t window, std::int32_t width, std::int32_t height);
+  ~OverlayPainter();
+  OverlayPainter(const OverlayPainter&) = delete;
+  OverlayPainter& operator=(const OverlayPainter&) = delete;
+
+  [[nodiscard]] const OverlayLook& look() const { return look_; }
+  // Neither of the two paints anything yet. From then on the server fills with the background what is newly seen of the
+  // window, but not once a frame was painted: it leaves there what was seen before, until the next frame comes.
+  void setLook(const OverlayLook& look);
+  void setSize(std::int32_t width, std::int32_t height);
+
+  // No frame is seen any more.
+  void restoreBackground();
+  // Background, label and border, without the picture.
+  void paintAll() { paint({0, 0, width_, height_}); }
+  void paint(const PixelRect& part);
+  // Over what is there already: only while the window shows no label.
+  void blendLabel();
+
+  // From then on, as far as it can, the stream paints by itself what changes: until `Frame::endLive`.
+  // False when there is nowhere to show it, or it was read before, or it is part of a picture of another size.
+  bool paintFrame(const Frame& frame);
+
+  // Where the label lies; empty without one.
+  [[nodiscard]] PixelRect labelRect() const;
+
+ private:
+  void giveUpBackground();
+  [[nodiscard]] std::optional<LiveTarget> liveTarget() const;
+  void stretch(const Frame& frame, const PixelRect& target);
+  // No region: everything.
+  void setClip(xcb_xfixes_region_t region, std::int32_t x, std::int32_t y);
+  void blendLabelInClip();
+  void blendBorderInClip();
+
+  Connection& connection_;
+  xcb_window_t window_;
+  std::int32_t width_;
+  std::int32_t height_;
+  bool canBlend_;
+  xcb_gcontext_t context_;
+  xcb_render_picture_t picture_ = XCB_NONE;
+  OverlayLook look_;
+  bool showsPicture_ = false;
+  std::optional<LabelPicture> label_;
+};
+
+}  // namespace platform::x11

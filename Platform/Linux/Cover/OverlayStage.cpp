@@ -1,0 +1,65 @@
+#include "Platform/Linux/Cover/OverlayStage.h"
+
+#include <chrono>
+#include <utility>
+
+namespace platform::x11 {
+
+OverlayStage::OverlayStage(Connection& connection, const Scene& scene, WindowList& windows, RunLoop& runLoop)
+    : connection_(connection), scene_(scene), windowList_(windows), runLoop_(runLoop) {}
+
+OverlayStage::~OverlayStage() {
+  if (again_) again_->cancel();
+}
+
+void OverlayStage::add(OverlayWindow& window) { windows_.push_back(&window); }
+
+void OverlayStage::remove(OverlayWindow& window) {
+  keeper_.release(window.id());
+  awaited_.erase(window.id());
+  std::erase(windows_, &window);
+}
+
+void OverlayStage::orderFront(OverlayWindow& window) {
+  if (!window.isShown()) awaited_.insert(window.id());
+  window.orderFront(lowestLocker(viewableStack(scene_, windowList_)));
+  keeper_.keepOnTop(window.id());
+}
+
+void OverlayStage::setMayOverlap(std::function<bool(const CaptureWindow&)> mayOverlap) {
+  windowList_.setMayOverlap(std::move(mayOverlap));
+  reconsider();
+}
+
+void OverlayStage::reconsider() {
+  mayHaveChanged_ = false;
+  keepOnTop();
+  connection_.flush();
+}
+
+void OverlayStage::handle(const xcb_generic_event_t& event) {
+  mayHaveChanged_ = true;
+  if (eventType(event) == XCB_MAP_NOTIFY) awaited_.erase(eventAs<xcb_map_notify_event_t>(event).window);
+  for (auto* window : windows_) window->handle(event);
+}
+
+void OverlayStage::settle() {
+  if (std::exchange(mayHaveChanged_, false)) keepOnTop();
+}
+
+void OverlayStage::keepOnTop() {
+  if (again_) again_->cancel();
+  again_ = nullptr;
+  if (windows_.empty()) return;
+  const auto now = StackKeeper::TimePoint::clock::now();
+  const auto decision = keeper_.decide(viewableStack(scene_, windowList_), now);
+  for (const auto& move : decision.moves) apply(connection_, move);
+  if (decision.again) {
+    again_ = runLoop_.after(std::chrono::duration<double>(*decision.again - now).count(), [this] {
+      keepOnTop();
+      connection_.flush();
+    });
+  }
+}
+
+}  // namespace platform::x11

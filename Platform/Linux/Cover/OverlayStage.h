@@ -1,0 +1,61 @@
+// The windows of ours that lie over everything else, as a group: their events, and their place on top.
+//
+// Threads: main thread only.
+// Ownership: keeps references to everything that it is given; windows are added and removed by their owners.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <functional>
+#include <memory>
+#include <set>
+#include <vector>
+
+#include "Platform/Linux/Cover/OverlayWindow.h"
+#include "Platform/Linux/Scene/Scene.h"
+#include "Platform/Linux/Scene/StackKeeper.h"
+#include "Platform/Linux/Scene/WindowList.h"
+#include "Platform/Linux/Xcb/Connection.h"
+#include "Platform/RunLoop.h"
+
+namespace platform::x11 {
+
+class OverlayStage {
+ public:
+  OverlayStage(Connection& connection, const Scene& scene, WindowList& windows, RunLoop& runLoop);
+  ~OverlayStage();
+  OverlayStage(const OverlayStage&) = delete;
+  OverlayStage& operator=(const OverlayStage&) = delete;
+
+  void add(OverlayWindow& window);
+  void remove(OverlayWindow& window);
+  // Shows the window on top of everything that it may lie above.
+  void orderFront(OverlayWindow& window);
+
+  // Which windows that could be lock screens ours may lie above. To be decided anew when `reconsider` says so.
+  void setMayOverlap(std::function<bool(const CaptureWindow&)> mayOverlap);
+  void reconsider();
+
+  // Whether the scene still lacks a window that was ordered to the front.
+  [[nodiscard]] bool awaitsWindows() const { return !awaited_.empty(); }
+
+  // After the scene and the window list have seen the event.
+  void handle(const xcb_generic_event_t& event);
+  // To be called after each batch of events.
+  void settle();
+
+ private:
+  void keepOnTop();
+
+  Connection& connection_;
+  const Scene& scene_;
+  WindowList& windowList_;
+  RunLoop& runLoop_;
+  StackKeeper keeper_;
+  std::vector<OverlayWindow*> windows_;
+  std::set<xcb_window_t> awaited_;
+  bool mayHaveChanged_ = false;
+  std::shared_ptr<DelayedTask> again_;
+};
+
+}  // namespace platform::x11

@@ -1,0 +1,205 @@
+#include "Platform/Linux/Cover/OverlayWindow.h"
+
+#include <unistd.h>
+#include <xcb/shape.h>
+
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace platform::x11 {
+
+namespace {
+
+PixelRect atLeastOnePixel(PixelRect frame) {
+  frame.width = std::max(1, frame.width);
+  frame.height = std::max(1, frame.height);
+  return frame;
+}
+
+std::string hostName() {
+  std::array<char, HOST_NAME_MAX + 1> name{};
+  return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
+}
+
+}  // namespace
+
+OverlayWindow::OverlayWindow(Connection& connection, const PixelRect& frame, const OverlayLook& look)
+    : connection_(connection), window_(connection.newId()), frame_(atLeastOnePixel(frame)) {
+  xcb_create_window_value_list_t values{};
+  values.override_redirect = 1;
+  values.event_mask = XCB_EVENT_MASK_EXPOSURE;
+  constexpr std::uint32_t mask = XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK;
+  xcb_create_window_aux(connection_.get(), connection_.rootDepth(), window_, connection_.root(),
+                        static_cast<std::int16_t>(frame_.x), static_cast<std::int16_t>(frame_.y),
+                        static_cast<std::uint16_t>(frame_.width), static_cast<std::uint16_t>(frame_.height), 0,
+                        XCB_WINDOW_CLASS_INPUT_OUTPUT, connection_.rootVisual(), mask, &values);
+  if (connection_.has(Extension::shape)) {
+    xcb_shape_rectangles(connection_.get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED, window_,
+                         0, 0, 0, nullptr);
+  }
+  setProperties();
+  painter_.emplace(connection_, window_, frame_.width, frame_.height);
+  painter_->setLook(look);
+}
+
+OverlayWindow::~OverlayWindow() {
+  endLive();
+  painter_.reset();
+  xcb_destroy_window(connection_.get(), window_);
+  connection_.flush();
+}
+
+void OverlayWindow::setProperties() {
+  using namespace std::string_view_literals;
+  connection_.internAtoms({"WM_CLASS", "WM_NAME", "_NET_WM_NAME", "UTF8_STRING", "WM_CLIENT_MACHINE", "_NET_WM_PID",
+                           "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_DOCK", "_COMPTON_SHADOW",
+                           "_NET_WM_BYPASS_COMPOSITOR"});
+  setText("WM_CLASS", "STRING", "quillfade\0Quillfade\0"sv);
+  setText("WM_NAME", "STRING", "Quillfade");
+  setText("_NET_WM_NAME", "UTF8_STRING", "Quillfade");
+  setText("WM_CLIENT_MACHINE", "STRING", hostName());
+  setNumber("_NET_WM_PID", XCB_ATOM_CARDINAL, static_cast<std::uint32_t>(getpid()));
+  // Compositing managers keep their decorations (shadows, round corners, dimming, blur) off docks as a rule.
+  setNumber("_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, connection_.atom("_NET_WM_WINDOW_TYPE_DOCK"));
+  setNumber("_COMPTON_SHADOW", XCB_ATOM_CARDINAL, 0);
+  constexpr std::uint32_t neverBypass = 2;
+  setNumber("_NET_WM_BYPASS_COMPOSITOR", XCB_ATOM_CARDINAL, neverBypass);
+}
+
+void OverlayWindow::setText(const char* property, const char* type, std::string_view text) {
+  xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window_, connection_.atom(property),
+                      connection_.atom(type), 8, static_cast<std::uint32_t>(text.size()), text.data());
+}
+
+void OverlayWindow::setNumber(const char* property, xcb_atom_t type, std::uint32_t value) {
+  xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window_, connection_.atom(property), type, 32, 1,
+                      &value);
+}
+
+void OverlayWindow::setFrame(const PixelRect& frame) {
+  const PixelRect wanted = atLeastOnePixel(frame);
+  if (wanted == frame_) return;
+  const bool isResized = wanted.width != frame_.width || wanted.height != frame_.height;
+  if (isResized) endLive();
+  frame_ = wanted;
+  const std::array<std::uint32_t, 4> values{static_cast<std::uint32_t>(wanted.x), static_cast<std::uint32_t>(wanted.y),
+                                            static_cast<std::uint32_t>(wanted.width),
+                                            static_cast<std::uint32_t>(wanted.height)};
+  xcb_configure_window(connection_.get(), window_,
+                       XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                       values.data());
+  painter_->setSize(wanted.width, wanted.height);
+  if (isResized) restore();
+}
+
+void OverlayWindow::setLook(const OverlayLook& look) {
+  const OverlayLook before = painter_->look();
+  if (look == before) return;
+  const PixelRect oldLabel = painter_->labelRect();
+  endLive();
+  painter_->setLook(look);
+
+  OverlayLook withOldLabel = look;
+  withOldLabel.label = before.label;
+  const bool onlyLabelDiffers = withOldLabel == before;
+  if (onlyLabelDiffers && !before.label) return painter_->blendLabel();
+  // A new text must be readable even if no frame ever comes again.
+  if (onlyLabelDiffers && look.label) {
+    painter_->paint(oldLabel);
+    painter_->paint(painter_->labelRect());
+  }
+  restore();
+}
+
+// What is painted here next comes after everything that the stream has painted.
+void OverlayWindow::endLive() {
+  if (lastFrame_) lastFrame_->endLive(connection_.get());
+}
+
+// Only its stream can paint the picture again. Until it does, the window stays as it is.
+void OverlayWindow::restore() {
+  if (lastFrame_) {
+    lastFrame_->requestWhole();
+  } else {
+    painter_->paintAll();
+  }
+}
+
+void OverlayWindow::orderFront(std::optional<xcb_window_t> below) {
+  const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+  xcb_configure_window(connection_.get(), window_, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+  if (below) {
+    const std::array<std::uint32_t, 2> values{*below, XCB_STACK_MODE_BELOW};
+    connection_.ignoreErrors(xcb_configure_window(
+        connection_.get(), window_, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values.data()));
+  }
+  if (std::exchange(isShown_, true)) return;
+  xcb_map_window(connection_.get(), window_);
+  restore();
+}
+
+void OverlayWindow::orderOut() {
+  if (!std::exchange(isShown_, false)) return;
+  xcb_unmap_window(connection_.get(), window_);
+}
+
+bool OverlayWindow::presentFrame(std::shared_ptr<const Frame> frame) {
+  if (!mayShow(*frame)) return false;
+  if (!lastFrame_ || lastFrame_->streamSerial() != frame->streamSerial()) {
+    if (!frame->isWhole()) {
+      frame->requestWhole();
+      return false;
+    }
+    endLive();
+  }
+  if (!painter_->paintFrame(*frame)) return false;
+  remember(frame);
+  lastFrame_ = std::move(frame);
+  return true;
+}
+
+// While a restart takes place two streams run, and the older one would show again what the newer one leaves out. It has
+// the window again when the newer one has ended: that one's start was overtaken, and the start after it may fail.
+bool OverlayWindow::mayShow(const Frame& frame) const {
+  const auto newer = [&](const auto& other) { return other->streamSerial() > frame.streamSerial(); };
+  if (std::ranges::none_of(streams_, newer)) return true;
+  return !frame.isLeftOver() &&
+         std::ranges::none_of(streams_, [&](const auto& other) { return newer(other) && !other->isLeftOver(); });
+}
+
+void OverlayWindow::remember(const std::shared_ptr<const Frame>& frame) {
+  std::erase_if(streams_, [&](const auto& other) {
+    return other->isLeftOver() || other->streamSerial() == frame->streamSerial();
+  });
+  if (!streams_.empty()) frame->tookOverFrom(*streams_.back());
+  streams_.push_back(frame);
+}
+
+void OverlayWindow::forgetFrames() {
+  if (!lastFrame_) return;
+  endLive();
+  lastFrame_ = nullptr;
+  painter_->restoreBackground();
+  painter_->paintAll();
+}
+
+void OverlayWindow::handle(const xcb_generic_event_t& event) {
+  if (eventType(event) != XCB_EXPOSE) return;
+  const auto& expose = eventAs<xcb_expose_event_t>(event);
+  if (expose.window != window_) return;
+  exposed({expose.x, expose.y, expose.width, expose.height});
+}
+
+// Without a picture the part is painted from the background up: the event may come late, when it was painted meanwhile.
+void OverlayWindow::exposed(const PixelRect& part) {
+  if (lastFrame_)
+    lastFrame_->requestWhole();
+  else
+    painter_->paint(part);
+}
+
+}  // namespace platform::x11

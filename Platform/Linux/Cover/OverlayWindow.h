@@ -1,0 +1,72 @@
+// A window over everything else that shows a live picture or a plain cover and lets every click through.
+//
+// No window manager places it, nothing focuses it, no compositing manager gives it a shadow or steps aside for it.
+// Threads: main thread, on the main connection; its events come through `handle`. Requests are buffered: whoever runs
+// the event loop flushes before it waits. Units and axes: device pixels; `setFrame` in root coordinates. Ownership: the
+// window goes with the object; the connection outlives it. Failure: none that the caller could act on. Frames that
+// cannot be shown are dropped.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "Platform/Linux/Cover/OverlayLook.h"
+#include "Platform/Linux/Cover/OverlayPainter.h"
+#include "Platform/Linux/Stream/Frame.h"
+#include "Platform/Linux/Xcb/Connection.h"
+
+namespace platform::x11 {
+
+class OverlayWindow {
+ public:
+  // Not on the screen yet. Whatever is empty of the frame is taken as one pixel.
+  OverlayWindow(Connection& connection, const PixelRect& frame, const OverlayLook& look);
+  ~OverlayWindow();
+  OverlayWindow(const OverlayWindow&) = delete;
+  OverlayWindow& operator=(const OverlayWindow&) = delete;
+
+  [[nodiscard]] xcb_window_t id() const { return window_; }
+  [[nodiscard]] const PixelRect& frame() const { return frame_; }
+  [[nodiscard]] bool isShown() const { return isShown_; }
+
+  void setFrame(const PixelRect& frame);
+  void setLook(const OverlayLook& look);
+
+  // On top of everything, or directly below the given window (a screen locker) when it is still there.
+  void orderFront(std::optional<xcb_window_t> below);
+  void orderOut();
+
+  // Shows what the frame changes. The newest stream that still runs has the window: a frame of an older one is dropped,
+  // and so is a part of the picture of a stream other than the one that is seen. False when dropped.
+  bool presentFrame(std::shared_ptr<const Frame> frame);
+  // Takes the picture away.
+  void forgetFrames();
+
+  void handle(const xcb_generic_event_t& event);
+
+ private:
+  void setProperties();
+  void setText(const char* property, const char* type, std::string_view text);
+  void setNumber(const char* property, xcb_atom_t type, std::uint32_t value);
+  void endLive();
+  void restore();
+  void exposed(const PixelRect& part);
+  [[nodiscard]] bool mayShow(const Frame& frame) const;
+  void remember(const std::shared_ptr<const Frame>& frame);
+
+  Connection& connection_;
+  xcb_window_t window_;
+  PixelRect frame_;
+  bool isShown_ = false;
+  std::optional<OverlayPainter> painter_;
+  // The last one shown. It keeps the way to its stream.
+  std::shared_ptr<const Frame> lastFrame_;
+  // One of each stream that was shown and may still run, the oldest first.
+  std::vector<std::shared_ptr<const Frame>> streams_;
+};
+
+}  // namespace platform::x11

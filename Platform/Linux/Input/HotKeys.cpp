@@ -1,0 +1,172 @@
+#include "Platform/Linux/Input/HotKeys.h"
+
+#include <algorithm>
+#include <ranges>
+#include <utility>
+
+#include "Platform/Linux/Input/HotKeysCodes.h"
+
+namespace platform::x11 {
+
+namespace {
+
+class Press final : public HotKeyEvent {
+ public:
+  explicit Press(HotKeyID id) : id_(id) {}
+  [[nodiscard]] std::optional<HotKeyID> hotKeyID() const override { return id_; }
+
+ private:
+  HotKeyID id_;
+};
+
+constexpr unsigned everyModifier = 0xFF;
+
+}  // namespace
+
+HotKeys::HotKeys(Connection& connection) : connection_(connection), modifiers_(readModifiers(connection.get())) {}
+
+HotKeys::~HotKeys() {
+  for (const Binding& binding : bindings_ | std::views::values) ungrab(binding);
+  connection_.flush();
+}
+
+std::optional<HotKeyHandlerReference> HotKeys::installHandler(HotKeyHandler handler, void* userData) {
+  if (handler == nullptr) return std::nullopt;
+  const HotKeyHandlerReference reference{++lastReference_};
+  handlers_.emplace(reference, Handler{handler, userData});
+  return reference;
+}
+
+void HotKeys::removeHandler(HotKeyHandlerReference handler) { handlers_.erase(handler); }
+
+std::optional<HotKeyReference> HotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) {
+  const auto key = keyCodeForVirtualKey(keyCode);
+  if (!key) {
+    fail(keyCode, modifiers, id, "This keyboard has no such key.");
+    return std::nullopt;
+  }
+  const Binding binding{keyCode, modifiers, id, *key, stateFor(modifiers, modifiers_), true, std::nullopt};
+  // The server lets one client grab a combination twice; releasing one of the two would then release both.
+  const bool isTaken = std::ranges::any_of(bindings_ | std::views::values, [&](const Binding& other) {
+    return other.key == binding.key && other.state == binding.state;
+  });
+  if (isTaken) {
+    fail(keyCode, modifiers, id, "This key combination is already in use here.");
+    return std::nullopt;
+  }
+  if (!grab(binding)) {
+    fail(keyCode, modifiers, id, "Another program holds this key combination.");
+    return std::nullopt;
+  }
+  const HotKeyReference reference{++lastReference_};
+  bindings_.emplace(reference, binding);
+  return reference;
+}
+
+void HotKeys::unregisterHotKey(HotKeyReference reference) {
+  const auto found = bindings_.find(reference);
+  if (found == bindings_.end()) return;
+  ungrab(found->second);
+  bindings_.erase(found);
+  connection_.flush();
+}
+
+bool HotKeys::isHeld(HotKeyReference reference) const {
+  const auto found = bindings_.find(reference);
+  return found != bindings_.end() && found->second.isHeld;
+}
+
+void HotKeys::handle(const xcb_generic_event_t& event) {
+  switch (eventType(event)) {
+    case XCB_KEY_PRESS:
+      keyPressed(eventAs<xcb_key_press_event_t>(event));
+      break;
+    case XCB_KEY_RELEASE:
+      keyReleased(eventAs<xcb_key_release_event_t>(event));
+      break;
+    case XCB_MAPPING_NOTIFY:
+      if (eventAs<xcb_mapping_notify_event_t>(event).request != XCB_MAPPING_POINTER) keyboardChanged();
+      break;
+    default:
+      break;
+  }
+}
+
+// All variants or none: a hot key that works only while a lock is off is worse than one that is known not to work.
+bool HotKeys::grab(const Binding& binding) {
+  std::vector<std::pair<std::uint16_t, xcb_void_cookie_t>> requests;
+  for (const std::uint16_t state : withEveryLock(binding.state, modifiers_)) {
+    requests.emplace_back(state, xcb_grab_key_checked(connection_.get(), 0, connection_.root(), state, binding.key,
+                                                      XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+  }
+  bool hasAll = true;
+  for (const auto& [state, cookie] : requests) {
+    // BadAccess is expected: another client has this variant.
+    const Reply<xcb_generic_error_t> error(xcb_request_check(connection_.get(), cookie));
+    hasAll = hasAll && !error;
+  }
+  if (!hasAll) ungrab(binding);
+  return hasAll && !connection_.isBroken();
+}
+
+// Releasing what is not held is no error, and never touches another client's grab.
+void HotKeys::ungrab(const Binding& binding) {
+  for (const std::uint16_t state : withEveryLock(binding.state, modifiers_)) {
+    xcb_ungrab_key(connection_.get(), binding.key, connection_.root(), state);
+  }
+  connection_.flush();
+}
+
+void HotKeys::fail(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id, std::string reason) {
+  failures_.push_back({keyCode, modifiers, id, std::move(reason)});
+}
+
+void HotKeys::keyPressed(const xcb_key_press_event_t& event) {
+  const auto state = static_cast<std::uint16_t>(event.state & everyModifier & ~unsigned{modifiers_.locks()});
+  for (Binding& binding : bindings_ | std::views::values) {
+    if (binding.key != event.detail || binding.state != state) continue;
+    const bool isRepeat = binding.releasedAt == event.time;
+    binding.releasedAt.reset();
+    if (!isRepeat) dispatch(binding.id);
+    return;
+  }
+}
+
+// The modifiers may have been let go first, so the key alone counts.
+void HotKeys::keyReleased(const xcb_key_release_event_t& event) {
+  for (Binding& binding : bindings_ | std::views::values) {
+    if (binding.key == event.detail) binding.releasedAt = event.time;
+  }
+}
+
+// Tools that type text announce a new mapping for every symbol that they add; grabs move only when a modifier did.
+void HotKeys::keyboardChanged() {
+  const Modifiers modifiers = readModifiers(connection_.get());
+  if (modifiers == modifiers_) return;
+  for (const Binding& binding : bindings_ | std::views::values) ungrab(binding);
+  modifiers_ = modifiers;
+  for (Binding& binding : bindings_ | std::views::values) {
+    binding.state = stateFor(binding.modifiers, modifiers_);
+    binding.isHeld = grab(binding);
+    if (!binding.isHeld) {
+      fail(binding.keyCode, binding.modifiers, binding.id,
+           "Another program holds this key combination since the keyboard's modifiers changed.");
+    }
+  }
+}
+
+// The last handler first, until one has handled the press. A handler may unregister and remove whatever it likes, so
+// nothing of this object is held across the call.
+void HotKeys::dispatch(HotKeyID id) {
+  const Press press(id);
+  std::vector<HotKeyHandlerReference> references;
+  for (const auto& [reference, handler] : handlers_) references.push_back(reference);
+  for (const HotKeyHandlerReference reference : references | std::views::reverse) {
+    const auto found = handlers_.find(reference);
+    if (found == handlers_.end()) continue;
+    const Handler handler = found->second;
+    if (handler.function(&press, handler.userData) == 0) return;
+  }
+}
+
+}  // namespace platform::x11

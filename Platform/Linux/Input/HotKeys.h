@@ -1,0 +1,82 @@
+// System-wide hot keys: passive grabs on the root window.
+//
+// Threads: main thread only, on the connection given at construction, whose events the owner passes to `handle`.
+// Lifetime: the connection outlives the object; what is still registered is given back at the end.
+// Failure: a combination that another program holds gives no reference, and a line in `failures`. Registering waits for
+// the server's answer (one round trip); dispatching does not.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Platform/HotKeys.h"
+#include "Platform/Linux/Input/HotKeysModifiers.h"
+#include "Platform/Linux/Xcb/Connection.h"
+
+namespace platform::x11 {
+
+struct HotKeyFailure {
+  std::uint32_t keyCode = 0;    // as it was asked for
+  std::uint32_t modifiers = 0;  // as it was asked for
+  HotKeyID id;
+  std::string reason;  // a sentence
+};
+
+class HotKeys final : public platform::HotKeys {
+ public:
+  explicit HotKeys(Connection& connection);
+  ~HotKeys() override;
+  HotKeys(const HotKeys&) = delete;
+  HotKeys& operator=(const HotKeys&) = delete;
+
+  std::optional<HotKeyHandlerReference> installHandler(HotKeyHandler handler, void* userData) override;
+  void removeHandler(HotKeyHandlerReference handler) override;
+  std::optional<HotKeyReference> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) override;
+  void unregisterHotKey(HotKeyReference reference) override;
+  // Not when another program had it first as the keyboard's modifiers changed.
+  [[nodiscard]] bool isHeld(HotKeyReference reference) const override;
+
+  // Takes any event of the connection; those that are none of its own are ignored.
+  void handle(const xcb_generic_event_t& event);
+
+  // One for each combination that could not be had, in the order in which they were asked for.
+  [[nodiscard]] const std::vector<HotKeyFailure>& failures() const { return failures_; }
+
+ private:
+  struct Binding {
+    std::uint32_t keyCode;
+    std::uint32_t modifiers;
+    HotKeyID id;
+    xcb_keycode_t key;
+    std::uint16_t state;  // without any lock
+    bool isHeld;
+    // The time of the last release: a held key repeats as releases and presses of one time.
+    std::optional<xcb_timestamp_t> releasedAt;
+  };
+  struct Handler {
+    HotKeyHandler function;
+    void* userData;
+  };
+
+  [[nodiscard]] bool grab(const Binding& binding);
+  void ungrab(const Binding& binding);
+  void fail(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id, std::string reason);
+  void keyPressed(const xcb_key_press_event_t& event);
+  void keyReleased(const xcb_key_release_event_t& event);
+  void keyboardChanged();
+  void dispatch(HotKeyID id);
+
+  Connection& connection_;
+  Modifiers modifiers_;
+  std::uint64_t lastReference_ = 0;
+  std::map<HotKeyReference, Binding> bindings_;
+  std::map<HotKeyHandlerReference, Handler> handlers_;
+  std::vector<HotKeyFailure> failures_;
+};
+
+}  // namespace platform::x11

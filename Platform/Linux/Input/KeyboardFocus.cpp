@@ -1,0 +1,55 @@
+#include "Platform/Linux/Input/KeyboardFocus.h"
+
+#include "Platform/Linux/Toolkit/QtX11.h"
+#include "Platform/Linux/Xcb/Replies.h"
+
+namespace platform::x11 {
+
+class FocusLoan {
+ public:
+  FocusLoan() : before_(current()) {}
+  ~FocusLoan() {
+    if (!isRealWindow(before_) || isRealWindow(current())) return;
+    xcb_connection_t* connection = qtConnection();
+    // The window may have gone meanwhile: the error is expected, and asked for so that nobody logs it.
+    const auto cookie =
+        xcb_set_input_focus_checked(connection, XCB_INPUT_FOCUS_POINTER_ROOT, before_, XCB_CURRENT_TIME);
+    const std::unique_ptr<xcb_generic_error_t, FreeDeleter> ignored(xcb_request_check(connection, cookie));
+  }
+  FocusLoan(const FocusLoan&) = delete;
+  FocusLoan& operator=(const FocusLoan&) = delete;
+
+ private:
+  [[nodiscard]] static xcb_window_t current() {
+    xcb_connection_t* connection = qtConnection();
+    if (!connection) return XCB_NONE;
+    const auto reply = awaitReply(connection, xcb_get_input_focus_reply, xcb_get_input_focus(connection));
+    return reply ? reply->focus : xcb_window_t{XCB_NONE};
+  }
+  // Apart from nobody and whatever is under the pointer; the root is where the focus falls when its window goes.
+  [[nodiscard]] static bool isRealWindow(xcb_window_t window) {
+    return window != XCB_NONE && window != XCB_INPUT_FOCUS_POINTER_ROOT && window != rootWindow(qtConnection());
+  }
+
+  xcb_window_t before_;
+};
+
+std::shared_ptr<FocusLoan> KeyboardFocus::borrow() {
+  auto loan = loan_.lock();
+  if (!loan) loan_ = loan = std::make_shared<FocusLoan>();
+  return loan;
+}
+
+void KeyboardFocus::give(QWidget& window) {
+  xcb_connection_t* connection = qtConnection();
+  if (!connection) {
+    window.activateWindow();
+    return;
+  }
+  // The server has mapped the window by the time that it reads this, as no window manager stands in between. Qt would
+  // wait for the map's event, and then the window mapped last would win, not the one asked for last.
+  xcb_set_input_focus(connection, XCB_INPUT_FOCUS_PARENT, static_cast<xcb_window_t>(window.winId()), XCB_CURRENT_TIME);
+  xcb_flush(connection);
+}
+
+}  // namespace platform::x11

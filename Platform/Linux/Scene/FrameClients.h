@@ -1,0 +1,20 @@
+// Finds the windows that window managers put into their frames.
+//
+// A frame and the parts of its decoration belong to the window manager; the window inside belongs to another client,
+// which its id tells. Some window managers put a wrapper between the two. Threads: that of the connection. Failure: a
+// window that is gone has nothing inside.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <span>
+#include <vector>
+
+#include "Platform/Linux/Xcb/Connection.h"
+
+namespace platform::x11 {
+
+// For each top-level the window of another client inside it, or none. Two round trips at most, however many there are.
+[[nodiscard]] std::vector<xcb_window_t> windowsInside(Connection& connection, std::span<const xcb_window_t> topLevels);
+
+}  // namespace platform::x11

@@ -1,0 +1,40 @@
+// Which program made a window, for windows that do not say so themselves.
+//
+// The X server knows the process at the other end of each local connection. What a window claims of its process counts
+// only where the server cannot tell: it is a number that any client can write, and from inside a container one that
+// means another process out here. Threads: that of the connection. Failure: a window that is gone, a client on another
+// machine, a process that has ended: no name.
+#pragma once
+
+#include <sys/types.h>
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Platform/Linux/Xcb/Connection.h"
+
+namespace platform::x11 {
+
+class ProcessNames {
+ public:
+  explicit ProcessNames(Connection& connection);
+
+  struct Question {
+    xcb_window_t window = 0;
+    std::optional<std::uint32_t> claimedProcess;
+  };
+  // One name for each question, in the same order; empty where there is none. At most one round trip.
+  [[nodiscard]] std::vector<std::string> ask(const std::vector<Question>& questions);
+
+ private:
+  Connection& connection_;
+  bool serverKnows_;
+};
+
+// The system's short name of a process (15 bytes at most); empty when there is no such process.
+[[nodiscard]] std::string processName(std::uint32_t id);
+
+}  // namespace platform::x11

@@ -1,0 +1,33 @@
+// Tells other processes of this product which windows on the screen are its own.
+//
+// A program has several connections to the X server, and some of its windows (menus, dialogs) are made by a toolkit. So
+// it is its clients that are told, not its windows: a window that is never mapped carries a property with the resource
+// bases of all of them. The window goes with its connection, hence no mark outlives its program, however that ends.
+// Threads: that of the connection.
+// Ownership: RAII; the connection must outlive it.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <span>
+
+#include "Platform/Linux/Xcb/Connection.h"
+
+namespace platform::x11 {
+
+inline constexpr const char* productClientsProperty = "_QUILLFADE_CLIENTS";
+
+class ProductMark {
+ public:
+  ProductMark(Connection& connection, std::span<const std::uint32_t> clients);
+  ~ProductMark();
+  ProductMark(const ProductMark&) = delete;
+  ProductMark& operator=(const ProductMark&) = delete;
+
+ private:
+  Connection& connection_;
+  xcb_window_t window_;
+};
+
+}  // namespace platform::x11

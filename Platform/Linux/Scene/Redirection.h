@@ -1,0 +1,46 @@
+// Keeps the content of top-level windows off-screen, where it can be read even beneath other windows.
+//
+// Threads: that of the connection.
+// Ownership: keeps a reference to the connection.
+// Lifetime: as long as the process: ending it loses the hidden content of clients that do not repaint. It ends with the
+// connection.
+// Failure: a window that is gone, or a Composite extension that is not there, is passed over.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <set>
+#include <span>
+#include <vector>
+
+#include "Platform/Linux/Scene/SceneModel.h"
+#include "Platform/Linux/Xcb/Connection.h"
+
+namespace platform::x11 {
+
+// All of them, those of this program included, and all that are to come.
+void redirectSubwindows(Connection& connection);
+
+// One by one, all but this program's own: those are seen as they are, and to have them off-screen would only cost
+// another copy of all that they show.
+class Redirection {
+ public:
+  // `windows`: those that are there. `ownClients`: the resource bases of this program's connections.
+  Redirection(Connection& connection, std::span<const SceneWindow> windows, std::vector<std::uint32_t> ownClients);
+  Redirection(const Redirection&) = delete;
+  Redirection& operator=(const Redirection&) = delete;
+
+  // To be passed every event. Somebody has selected those of the root window's children.
+  void handle(const xcb_generic_event_t& event);
+
+ private:
+  void redirect(xcb_window_t window);
+  void release(xcb_window_t window);
+
+  Connection& connection_;
+  std::vector<std::uint32_t> ownClients_;
+  std::set<xcb_window_t> redirected_;
+};
+
+}  // namespace platform::x11

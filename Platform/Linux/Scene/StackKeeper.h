@@ -1,0 +1,84 @@
+// Keeps our windows above everything that other programs show, except above a locked screen.
+//
+// Anybody can raise a window at any time, so staying on top means raising again. Two programs that both do that without
+// restraint would keep the server busy with nothing else: hence a raise only when another program's window really
+// covers one of ours, a quarter of a second apart at least, and ever more rarely against one that comes back every
+// time. Threads: one thread. Pure: stack and time come in, moves go out; `apply` carries one out. Units and axes:
+// device pixels in root coordinates; stacks are listed bottom to top.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <chrono>
+#include <map>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "Platform/Linux/Scene/Scene.h"
+#include "Platform/Linux/Scene/WindowList.h"
+#include "Platform/Linux/Xcb/Connection.h"
+#include "Platform/Linux/Xcb/Coordinates.h"
+
+namespace platform::x11 {
+
+// One viewable window.
+struct StackedWindow {
+  xcb_window_t id = 0;
+  PixelRect frame{};
+  bool isOwn = false;     // belongs to this program, whether it is kept on top or not
+  bool isLocker = false;  // nothing may be shown above it
+};
+
+// Asks the window list about few windows, and only about such as could be lockers.
+[[nodiscard]] std::vector<StackedWindow> viewableStack(const Scene& scene, WindowList& list);
+
+// Where a window of ours that is about to appear has to stay below; absent when it may come on top.
+[[nodiscard]] std::optional<xcb_window_t> lowestLocker(std::span<const StackedWindow> stack);
+
+class StackKeeper {
+ public:
+  using TimePoint = std::chrono::steady_clock::time_point;
+  using Duration = std::chrono::steady_clock::duration;
+
+  static constexpr Duration shortestPause = std::chrono::milliseconds(250);
+  static constexpr Duration longestPause = std::chrono::seconds(5);
+
+  struct Move {
+    xcb_window_t window = 0;
+    xcb_stack_mode_t mode = XCB_STACK_MODE_ABOVE;  // above or below ...
+    xcb_window_t sibling = 0;                      // ... this one
+    friend bool operator==(const Move&, const Move&) = default;
+  };
+  struct Decision {
+    std::vector<Move> moves;
+    std::optional<TimePoint> again;  // when to decide again even if nothing changes until then
+  };
+
+  void keepOnTop(xcb_window_t window) { kept_.try_emplace(window); }
+  void release(xcb_window_t window) { kept_.erase(window); }
+
+  // To be called once after each batch of events.
+  [[nodiscard]] Decision decide(std::span<const StackedWindow> stack, TimePoint now);
+
+ private:
+  struct Rivalry {
+    TimePoint raisedAt;
+    Duration pause = shortestPause;
+  };
+  struct Kept {
+    std::optional<TimePoint> raisedAt;
+    std::map<xcb_window_t, Rivalry> rivals;
+  };
+
+  static void forgetOldRivals(Kept& kept, std::span<const StackedWindow> stack, TimePoint now);
+  static TimePoint nextRaise(const Kept& kept, std::span<const xcb_window_t> rivals, TimePoint now);
+  static void noteRaise(Kept& kept, std::span<const xcb_window_t> rivals, TimePoint now);
+
+  std::map<xcb_window_t, Kept> kept_;
+};
+
+// One request. The sibling may have gone or left meanwhile: then nothing moves, and its going leads to a new decision.
+void apply(Connection& connection, const StackKeeper::Move& move);
+
+}  // namespace platform::x11

@@ -1,0 +1,115 @@
+// The windows of the screen as the capture service lists them: scene, properties and identity in one.
+//
+// What the windows say of themselves is remembered; an announced change marks a window as stale, and the next request
+// reads all stale windows again, together. With nothing stale a request sends nothing.
+// The windows of another process of this product count as this program's own.
+// Threads: that of the connection. Whoever reads the connection passes every event to `handle` after the
+// scene has seen it, and adds the list to the scene's listeners.
+// Units and axes: frames are points in the global space, the stacking is bottom to top.
+// Ownership: keeps references to the connection and the scene, which outlive it.
+// Failure: a window that goes away while it is read, or writes nonsense, is listed with what is known of it.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "Platform/Capture.h"
+#include "Platform/Linux/Scene/ClientProperties.h"
+#include "Platform/Linux/Scene/ProcessNames.h"
+#include "Platform/Linux/Scene/Scene.h"
+#include "Platform/Linux/Scene/WindowProperties.h"
+#include "Platform/Linux/Xcb/Connection.h"
+#include "Platform/Linux/Xcb/Coordinates.h"
+
+namespace platform::x11 {
+
+class WindowList final : public SceneListener {
+ public:
+  // `ownClients`: the resource bases of this program's connections.
+  WindowList(Connection& connection, const Scene& scene, std::vector<std::uint32_t> ownClients);
+  ~WindowList() override;
+  WindowList(const WindowList&) = delete;
+  WindowList& operator=(const WindowList&) = delete;
+
+  // A window of ours that is none to anybody else.
+  void leaveOut(xcb_window_t window) { leftOut_ = window; }
+  void setScreens(std::vector<ScreenGeometry> screens);
+  // Called when a list that was handed out is no longer true; once, until the next one is. A window that merely moved
+  // makes it so only where that may matter to its layer.
+  void setChanged(std::function<void()> changed) { changed_ = std::move(changed); }
+
+  // Input-only windows are left out: there is nothing of them to capture.
+  [[nodiscard]] std::vector<CaptureWindow> windows(const ShareableContentOptions& options);
+
+  // What is known of one top-level; absent when it is none.
+  [[nodiscard]] std::optional<WindowProperties> properties(xcb_window_t topLevel);
+  [[nodiscard]] bool isOwn(xcb_window_t topLevel) const;
+  // Whether nothing may be shown above it: it could be a lock screen, and nobody says otherwise.
+  [[nodiscard]] bool isScreenLocker(xcb_window_t topLevel);
+  // Says it of a window that could be one.
+  void setMayOverlap(std::function<bool(const CaptureWindow&)> mayOverlap) { mayOverlap_ = std::move(mayOverlap); }
+
+  void handle(const xcb_generic_event_t& event);
+
+  void windowAdded(const SceneWindow& window) override;
+  void windowRemoved(const SceneWindow& window, Departure departure) override;
+  void windowChanged(const SceneWindow& before, const SceneWindow& after) override;
+  void windowReshaped(const SceneWindow& window) override;
+  void windowRestacked(const SceneWindow& window) override;
+  void compositingManagerChanged(bool isRunning) override;
+
+ private:
+  struct Record {
+    bool isStale = true;
+    ClientProperties own;  // of the top-level itself
+    // The window of another client inside, as in a window manager's frame.
+    xcb_window_t inner = XCB_NONE;
+    ClientProperties ofInner;
+    std::string processName;
+    bool wasOverlay = false;  // since it came to the screen
+  };
+
+  void refresh();
+  void readTopLevels(const std::vector<xcb_window_t>& stale);
+  void readInnerWindows(const std::vector<xcb_window_t>& stale);
+  void readProcessNames(const std::vector<xcb_window_t>& stale);
+  void setInner(xcb_window_t topLevel, xcb_window_t inner);
+  void watch(xcb_window_t window);
+  void markStale(xcb_window_t window);
+  void markChanged();
+  void handleReparent(const xcb_reparent_notify_event_t& event);
+  void collectMarks();
+  [[nodiscard]] bool isOwnClient(xcb_window_t window) const;
+  [[nodiscard]] std::int64_t layer(const WindowProperties& window) const;
+  [[nodiscard]] WindowProperties describe(const SceneWindow& window) const;
+  [[nodiscard]] bool isLowestOfDesktop(std::span<const WindowProperties> all, std::size_t index) const;
+  [[nodiscard]] std::vector<WindowProperties> describeAll();
+  void noteOverlays(std::span<const WindowProperties> all);
+  [[nodiscard]] CaptureWindow listed(const SceneWindow& window, const WindowProperties& properties) const;
+
+  Connection& connection_;
+  const Scene& scene_;
+  std::vector<std::uint32_t> ownClients_;
+  // Those of other processes of this product.
+  std::vector<std::uint32_t> markedClients_;
+  PropertyAtoms atoms_;
+  ProcessNames processNames_;
+  std::vector<ScreenGeometry> screens_;
+  std::vector<PixelRect> monitors_;
+  std::map<xcb_window_t, Record> records_;
+  // Which top-level the windows inside frames belong to.
+  std::map<xcb_window_t, xcb_window_t> frameOf_;
+  std::function<void()> changed_;
+  std::function<bool(const CaptureWindow&)> mayOverlap_;
+  bool isHandedOut_ = false;
+  xcb_window_t leftOut_ = XCB_NONE;
+};
+
+}  // namespace platform::x11

@@ -1,0 +1,80 @@
+#include "Platform/Linux/Session/DesktopWorkspace.h"
+
+#include <QDesktopServices>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QUrl>
+#include <algorithm>
+#include <utility>
+
+#include "Platform/Linux/Posix/UserDirectories.h"
+#include "Platform/Linux/Session/SettingsPrograms.h"
+#include "Platform/Linux/Toolkit/OffTaskLists.h"
+#include "Platform/Linux/Toolkit/ShallowScreen.h"
+#include "Platform/Linux/Toolkit/WindowActivation.h"
+#include "Platform/Linux/Xcb/Connection.h"
+
+namespace platform::x11 {
+
+namespace {
+
+bool start(const std::vector<std::string>& command) {
+  const QString program = QStandardPaths::findExecutable(QString::fromStdString(command.front()));
+  if (program.isEmpty()) return false;
+  QStringList arguments;
+  for (std::size_t i = 1; i < command.size(); ++i) arguments << QString::fromStdString(command[i]);
+  return QProcess::startDetached(program, arguments);
+}
+
+bool startSettings() {
+  return std::ranges::any_of(settingsPrograms(environmentVariable("XDG_CURRENT_DESKTOP").value_or("")), start);
+}
+
+}  // namespace
+
+std::string explanationOf(const std::vector<std::string>& missingExtensions) {
+  if (missingExtensions.empty())
+    return "No settings program was found on this desktop. Nothing that the live view needs is missing on this "
+           "display.";
+  const bool isOne = missingExtensions.size() == 1;
+  return "The live view needs the X extension" + std::string(isOne ? " " : "s ") + enumerated(missingExtensions) +
+         ", which this display does not offer. Switch " + (isOne ? "it" : "them") +
+         " on in the X server's configuration, or log in to a session on an X.Org server.";
+}
+
+DesktopWorkspace::DesktopWorkspace(std::vector<std::string> missingExtensions, std::string obstacle)
+    : missingExtensions_(std::move(missingExtensions)), obstacle_(std::move(obstacle)) {}
+
+DesktopWorkspace::~DesktopWorkspace() { delete explanation_.data(); }
+
+void DesktopWorkspace::openURL(const std::string& url) {
+  const QUrl link(QString::fromStdString(url));
+  if (link.scheme() == QLatin1String("x-apple.systempreferences"))
+    openSettings();
+  else
+    QDesktopServices::openUrl(link);
+}
+
+// No settings program says which extension the display lacks, and none helps against anything else that is in the way.
+void DesktopWorkspace::openSettings() {
+  const bool isOpen = obstacle_.empty() && startSettings();
+  if (!isOpen || !missingExtensions_.empty()) explain();
+}
+
+void DesktopWorkspace::explain() {
+  if (!explanation_) {
+    explanation_ = new QMessageBox(
+        QMessageBox::Information, {},
+        QString::fromStdString(obstacle_.empty() ? explanationOf(missingExtensions_) : obstacle_), QMessageBox::Ok);
+    explanation_->setTextFormat(Qt::PlainText);
+    explanation_->setAccessibleName(explanation_->text());
+    explanation_->setWindowFlags(dialogFlags);
+    explanation_->setAttribute(Qt::WA_DeleteOnClose);
+    explanation_->setModal(false);
+    paintOnShallowScreen(*explanation_);
+  }
+  explanation_->show();
+  bringToFront(*explanation_);
+}
+
+}  // namespace platform::x11

@@ -1,0 +1,20 @@
+// Blends a border over what a window shows.
+//
+// Threads: that of the connection. Units and axes: device pixels, origin at the window's top-left corner, y down.
+// Failure: a picture that is gone paints nothing.
+#pragma once
+
+#include <xcb/render.h>
+
+#include <cstdint>
+
+#include "Platform/Linux/Cover/OverlayLook.h"
+#include "Platform/Linux/Xcb/Connection.h"
+
+namespace platform::x11 {
+
+// Within the clip of `target`, a picture of a window of this size.
+void blendBorder(Connection& connection, xcb_render_picture_t target, std::int32_t width, std::int32_t height,
+                 const BorderLook& border);
+
+}  // namespace platform::x11

@@ -1,0 +1,163 @@
+#include "Platform/Linux/Stream/CaptureSession.h"
+
+#include <poll.h>
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <string>
+#include <utility>
+
+namespace platform::x11 {
+
+namespace {
+
+// The protocol's coordinates have 16 bits.
+constexpr std::int32_t largestExtent = 32767;
+
+// A client that makes changes faster than they can be taken in must not keep frames from being made.
+constexpr int mostReadsAtOnce = 10;
+
+// A read that brings fewer events than these has left none behind: it has room for many more.
+constexpr int manyEvents = 32;
+
+constexpr std::chrono::milliseconds longestWaitForAnswer{20};
+
+timespec toTimespec(std::chrono::nanoseconds duration) {
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(duration);
+  return {seconds.count(), (duration - seconds).count()};
+}
+
+WindowFilter filterOf(const CaptureStreamSettings& settings, const Connection& connection) {
+  WindowFilter filter(settings.excludedWindows, settings.ownClients, connection.resourceMask());
+  if (!settings.holdBack) return filter;
+  filter.holdBackFrom(settings.holdBack->fromArea);
+  for (const xcb_window_t judged : settings.holdBack->except) filter.admit(judged);
+  return filter;
+}
+
+}  // namespace
+
+std::expected<std::unique_ptr<CaptureSession>, Error> CaptureSession::open(const CaptureStreamSettings& settings,
+                                                                           std::shared_ptr<Wakeup> wakeup) {
+  const PixelRect& source = settings.source;
+  if (source.isEmpty()) return std::unexpected(Error{"The area to show is empty."});
+  if (source.width > largestExtent || source.height > largestExtent)
+    return std::unexpected(Error{"The area to show is larger than the display server can handle."});
+  auto opened = Connection::open(settings.displayName);
+  if (!opened) return std::unexpected(opened.error());
+  const std::shared_ptr<Connection> connection = std::move(*opened);
+  if (settings.unexpectedError) connection->setUnexpectedErrorHandler(settings.unexpectedError);
+  if (const auto missing = connection->missingExtensions(); !missing.empty())
+    return std::unexpected(Error{missingExtensionsSentence(missing)});
+  auto buffer = FrameBuffer::make(connection, source.width, source.height, settings.serial, wakeup);
+  std::unique_ptr<CaptureSession> session(
+      new CaptureSession(settings, connection, std::move(buffer), std::move(wakeup)));
+  if (session->isLost()) return std::unexpected(Error{connectionLostSentence});
+  return session;
+}
+
+CaptureSession::CaptureSession(const CaptureStreamSettings& settings, std::shared_ptr<Connection> connection,
+                               std::shared_ptr<FrameBuffer> buffer, std::shared_ptr<Wakeup> wakeup)
+    : connection_(std::move(connection)),
+      wakeup_(std::move(wakeup)),
+      buffer_(std::move(buffer)),
+      scene_(*connection_),
+      compositor_(*connection_, scene_, settings.source, filterOf(settings, *connection_)),
+      livePainter_(*connection_),
+      interval_(settings.minimumFrameInterval),
+      pace_(interval_) {}
+
+void CaptureSession::takeIn(const xcb_generic_event_t& event) {
+  scene_.handle(event);
+  compositor_.handle(event);
+}
+
+int CaptureSession::takeInSome() {
+  int events = 0;
+  for (Event event = connection_->nextEvent(); event; event = connection_->nextQueuedEvent()) {
+    takeIn(*event);
+    ++events;
+  }
+  scene_.collectReplies();
+  compositor_.collectReplies();
+  return events;
+}
+
+bool CaptureSession::takeInMost() {
+  for (int reads = 0; reads < mostReadsAtOnce; ++reads)
+    if (takeInSome() < manyEvents) return true;
+  return false;
+}
+
+void CaptureSession::admit(std::span<const xcb_window_t> windows) {
+  for (int reads = 0; reads < mostReadsAtOnce && takeInSome() > 0; ++reads) {
+  }
+  compositor_.admit(windows);
+}
+
+std::shared_ptr<const Frame> CaptureSession::nextFrame() {
+  isMoreToTakeIn_ = !takeInMost();
+  isWholeWanted_ = buffer_->takeWholeRequest() || isWholeWanted_;
+  const Compositor::Changes changes = compositor_.changes();
+  if (!isWholeWanted_ && changes == Compositor::Changes::none) return nullptr;
+  const Clock::time_point now = Clock::now();
+  if (buffer_->isLent() || now < pace_.due()) return nullptr;
+  // Painting nothing where nothing has changed is cheaper than asking first.
+  if (paintLive()) {
+    pace_.madeFrame(now);
+  } else if (isWholeWanted_ || changes == Compositor::Changes::certain) {
+    pace_.madeFrame(now);
+    return compose();
+  } else if (now >= nextExaminationDue_) {
+    compositor_.examine();
+    nextExaminationDue_ = now + interval_;
+  }
+  return nullptr;
+}
+
+bool CaptureSession::paintLive() {
+  return buffer_->paintLive([&](const LiveTarget& target) {
+    if (std::exchange(isWholeWanted_, false)) compositor_.invalidate();
+    livePainter_.paint(compositor_, target, buffer_->changed());
+  });
+}
+
+std::shared_ptr<const Frame> CaptureSession::compose() {
+  const FrameBuffer::Reading reading = buffer_->reclaim();
+  const bool isWhole = std::exchange(isWholeWanted_, false) || reading == FrameBuffer::Reading::never;
+  if (isWhole) compositor_.invalidate();
+  if (reading == FrameBuffer::Reading::missed) compositor_.repaint(buffer_->changed());
+  auto steps = compositor_.plan(buffer_->changed());
+  return buffer_->lend(std::move(steps), isWhole);
+}
+
+std::optional<CaptureSession::Clock::time_point> CaptureSession::nextDeadline(Clock::time_point now) const {
+  // Looking for one answer may read another one, which then does not make the descriptor readable again.
+  if (compositor_.isExamining()) return now + longestWaitForAnswer;
+  const Compositor::Changes changes = compositor_.changes();
+  if (!isWholeWanted_ && changes == Compositor::Changes::none) return std::nullopt;
+  // Giving a frame back notifies.
+  if (buffer_->isLent()) return std::nullopt;
+  if (isWholeWanted_ || changes == Compositor::Changes::certain) return pace_.due();
+  return std::max(pace_.due(), nextExaminationDue_);
+}
+
+void CaptureSession::wait() {
+  connection_->flush();
+  // Sending may have read answers and events: they would not make the descriptor readable again.
+  if (scene_.collectReplies() || compositor_.collectReplies()) return;
+  if (const Event event = connection_->nextQueuedEvent()) return takeIn(*event);
+  const Clock::time_point now = Clock::now();
+  const auto deadline = nextDeadline(now);
+  timespec limit{};
+  if (deadline) limit = toTimespec(std::max(*deadline - now, Clock::duration::zero()));
+  // What is to be shown has to wait, and hearing of more would only wake the stream. A negative descriptor is left out.
+  const bool isResting = deadline && *deadline <= pace_.due() && !compositor_.isExamining() && !isMoreToTakeIn_;
+  std::array<pollfd, 2> descriptors{
+      {{isResting ? -1 : connection_->fileDescriptor(), POLLIN, 0}, {wakeup_->descriptor(), POLLIN, 0}}};
+  ::ppoll(descriptors.data(), descriptors.size(), deadline ? &limit : nullptr, nullptr);
+  if (descriptors[1].revents != 0) wakeup_->clear();
+}
+
+}  // namespace platform::x11

@@ -1,0 +1,42 @@
+// What one stream captures, as plain values.
+//
+// Units and axes: device pixels in root coordinates, y down.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Platform/Capture.h"
+#include "Platform/Linux/Xcb/Connection.h"
+#include "Platform/Linux/Xcb/Coordinates.h"
+
+namespace platform::x11 {
+
+struct CaptureStreamSettings {
+  std::string displayName;  // of the X server; empty: the one that the environment names
+  PixelRect source;         // its size is that of the frames
+  std::chrono::nanoseconds minimumFrameInterval{};
+  std::vector<xcb_window_t> excludedWindows;  // top-level windows to leave out
+  std::vector<std::uint32_t> ownClients;      // resource bases of our connections: their windows are left out, too
+  // New windows of this area and more, in square pixels, are left out until they are admitted.
+  struct HoldBack {
+    double fromArea = 0;
+    std::vector<xcb_window_t> except;
+  };
+  std::optional<HoldBack> holdBack;
+  std::uint64_t serial = 0;                  // larger than that of every earlier stream of this process
+  Connection::ErrorHandler unexpectedError;  // none: they are logged
+};
+
+// The source and the pace that the configuration asks for on this display.
+[[nodiscard]] CaptureStreamSettings captureStreamSettings(const StreamConfiguration& configuration,
+                                                          const ScreenGeometry& display);
+// The same in pixels of this display.
+[[nodiscard]] CaptureStreamSettings::HoldBack holdBack(const HeldBackWindows& windows, const ScreenGeometry& display);
+
+}  // namespace platform::x11

@@ -1,0 +1,62 @@
+#include "Platform/Linux/Stream/Frame.h"
+
+#include <utility>
+
+#include "Platform/Linux/Stream/FrameBuffer.h"
+
+namespace platform::x11 {
+
+Frame::Frame(std::shared_ptr<FrameBuffer> buffer, bool isWhole) : buffer_(std::move(buffer)), isWhole_(isWhole) {}
+
+Frame::~Frame() {
+  if (state_ != State::read) buffer_->drop();
+}
+
+std::optional<std::vector<FrameInfo>> Frame::attachments() const {
+  return std::vector<FrameInfo>{{static_cast<std::int64_t>(FrameStatus::complete)}};
+}
+
+std::uint64_t Frame::streamSerial() const { return buffer_->streamSerial(); }
+
+std::int32_t Frame::width() const { return buffer_->width(); }
+
+std::int32_t Frame::height() const { return buffer_->height(); }
+
+xcb_xfixes_region_t Frame::changedRegion() const { return std::as_const(*buffer_).changed().id(); }
+
+bool Frame::beginReading(xcb_connection_t* reader) const {
+  if (state_ != State::untouched) return false;
+  state_ = State::reading;
+  buffer_->awaitComposed(reader);
+  return true;
+}
+
+// A window may have gone since the frame was planned, and so may the stream: then that step paints nothing.
+void Frame::paint(xcb_connection_t* reader, xcb_render_picture_t target, std::int32_t x, std::int32_t y) const {
+  const auto offset = [](std::int32_t origin, std::int32_t place) { return static_cast<std::int16_t>(origin + place); };
+  for (const PaintStep& step : buffer_->steps()) {
+    xcb_discard_reply(
+        reader,
+        xcb_xfixes_set_picture_clip_region_checked(reader, target, step.clip, offset(x, 0), offset(y, 0)).sequence);
+    xcb_discard_reply(reader, xcb_render_composite_checked(reader, step.operation, step.source, step.mask, target,
+                                                           step.sourceX, step.sourceY, 0, 0, offset(x, step.x),
+                                                           offset(y, step.y), step.width, step.height)
+                                  .sequence);
+  }
+}
+
+void Frame::endReading(xcb_connection_t* reader, const std::optional<LiveTarget>& target) const {
+  if (state_ != State::reading) return;
+  state_ = State::read;
+  buffer_->finishReading(reader, target);
+}
+
+void Frame::endLive(xcb_connection_t* reader) const { buffer_->endLive(reader); }
+
+void Frame::requestWhole() const { buffer_->requestWhole(); }
+
+bool Frame::isLeftOver() const { return buffer_->hasEnded(); }
+
+void Frame::tookOverFrom(const Frame& older) const { buffer_->tookOverFrom(older.buffer_); }
+
+}  // namespace platform::x11

@@ -1,0 +1,114 @@
+// What a stream lends to one frame at a time: a region in the X server that says what has changed, the steps that paint
+// it, and the fences that keep stream and reader in order.
+//
+// Threads: the stream's thread plans, lends and reclaims; the frame that has the loan may live on another thread. Only
+// the state of the loan is shared, under a lock.
+// Units and axes: device pixels, origin at the picture's top-left corner.
+// Ownership: shared by the stream and its frames; it keeps the connection, and so what the steps name, alive.
+// Destroying it waits for the server, a second at most, if a reader's last requests may still be on their way there.
+// Failure: none of its own.
+#pragma once
+
+#include <xcb/sync.h>
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include "Platform/Linux/Compositor/PaintStep.h"
+#include "Platform/Linux/Posix/Wakeup.h"
+#include "Platform/Linux/Stream/LiveTarget.h"
+#include "Platform/Linux/Xcb/Connection.h"
+#include "Platform/Linux/Xcb/Region.h"
+
+namespace platform::x11 {
+
+class Frame;
+
+class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
+ public:
+  // `wakeup` is notified when a loan ends that somebody has asked about, and when a whole frame is asked for.
+  static std::shared_ptr<FrameBuffer> make(std::shared_ptr<Connection> connection, std::int32_t width,
+                                           std::int32_t height, std::uint64_t streamSerial,
+                                           std::shared_ptr<Wakeup> wakeup);
+  ~FrameBuffer();
+  FrameBuffer(const FrameBuffer&) = delete;
+  FrameBuffer& operator=(const FrameBuffer&) = delete;
+
+  [[nodiscard]] std::uint64_t streamSerial() const { return streamSerial_; }
+  [[nodiscard]] std::int32_t width() const { return width_; }
+  [[nodiscard]] std::int32_t height() const { return height_; }
+  [[nodiscard]] const std::vector<PaintStep>& steps() const { return steps_; }
+  [[nodiscard]] const Region& changed() const { return changed_; }
+
+  // The stream's side.
+  [[nodiscard]] Region& changed() { return changed_; }
+  // If so, the end of the loan is notified.
+  [[nodiscard]] bool isLent();
+  // Once for each time that frames asked for a whole one.
+  [[nodiscard]] bool takeWholeRequest();
+  enum class Reading : std::uint8_t {
+    done,
+    missed,  // what the last frame held is still to be seen: all of `changed`
+    never,   // nobody has read a frame of this stream: all of the picture is still to be seen
+  };
+  // Whether there is a target that is to be kept up to date: then calls this, behind all that the last reader sent, and
+  // sends off what it asks of the server.
+  bool paintLive(const std::function<void(const LiveTarget&)>& paint);
+  // Before planning, while nothing is lent: puts what follows behind all that the last reader sent. Says what has
+  // become of the last frame.
+  Reading reclaim();
+  // After planning: `changed` is what the steps paint.
+  [[nodiscard]] std::shared_ptr<const Frame> lend(std::vector<PaintStep> steps, bool isWhole);
+
+  // The stream makes no more frames, and paints nothing more. Whoever it took the window from is asked for the picture.
+  void endStream();
+
+  // The side of the frame that has the loan.
+  void awaitComposed(xcb_connection_t* reader) const;
+  void finishReading(xcb_connection_t* reader, const std::optional<LiveTarget>& target);
+  void drop();
+  // Of the stream that this one took the window from, and so on, where this one has ended.
+  void requestWhole();
+  [[nodiscard]] bool hasEnded();
+  // Where a frame of the other stream, an older one, was shown, one of this stream is shown now.
+  void tookOverFrom(const std::shared_ptr<FrameBuffer>& older);
+  // The side of any frame: no target any more. What the reader sends next comes after what was painted there.
+  void endLive(xcb_connection_t* reader);
+
+ private:
+  enum class Loan : std::uint8_t { none, lent, read, dropped };
+
+  FrameBuffer(std::shared_ptr<Connection> connection, std::int32_t width, std::int32_t height,
+              std::uint64_t streamSerial, std::shared_ptr<Wakeup> wakeup);
+  void createFences();
+  void destroyFences();
+  void awaitRead();
+  void triggerConsumed(xcb_connection_t* reader) const;
+  void endLoan(Loan outcome, const std::optional<LiveTarget>& target = std::nullopt);
+
+  std::shared_ptr<Connection> connection_;
+  const std::int32_t width_;
+  const std::int32_t height_;
+  const std::uint64_t streamSerial_;
+  std::shared_ptr<Wakeup> wakeup_;
+  xcb_sync_fence_t composed_ = 0;
+  xcb_sync_fence_t consumed_ = 0;
+  Region changed_;
+  std::vector<PaintStep> steps_;
+  bool wasEverRead_ = false;
+
+  std::mutex mutex_;
+  Loan loan_ = Loan::none;
+  bool isEndAwaited_ = false;
+  bool isWholeRequested_ = false;
+  bool hasEnded_ = false;
+  std::weak_ptr<FrameBuffer> older_;
+  std::optional<LiveTarget> target_;
+};
+
+}  // namespace platform::x11

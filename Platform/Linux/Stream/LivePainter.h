@@ -1,0 +1,35 @@
+// Keeps a stream's picture up to date in the window that shows it: on the stream's own thread and connection, so that a
+// change wakes nobody else.
+//
+// Threads: that of the connection. Ownership: the connection outlives it; the window is somebody else's.
+// Failure: a window that is gone shows nothing, and that is all.
+#pragma once
+
+#include <xcb/render.h>
+
+#include "Platform/Linux/Compositor/Compositor.h"
+#include "Platform/Linux/Stream/LiveTarget.h"
+#include "Platform/Linux/Xcb/Connection.h"
+#include "Platform/Linux/Xcb/Region.h"
+
+namespace platform::x11 {
+
+class LivePainter {
+ public:
+  explicit LivePainter(Connection& connection) : connection_(connection) {}
+  ~LivePainter() { forgetWindow(); }
+  LivePainter(const LivePainter&) = delete;
+  LivePainter& operator=(const LivePainter&) = delete;
+
+  // Paints what has changed. `changed` means nothing afterwards.
+  void paint(Compositor& compositor, const LiveTarget& target, Region& changed);
+
+ private:
+  void forgetWindow();
+
+  Connection& connection_;
+  xcb_window_t window_ = XCB_NONE;
+  xcb_render_picture_t picture_ = XCB_NONE;
+};
+
+}  // namespace platform::x11

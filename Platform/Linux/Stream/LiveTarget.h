@@ -1,0 +1,24 @@
+// Where a stream's picture is shown, for the stream to keep it up to date there by itself.
+//
+// Units and axes: device pixels of the window; (x, y) is where the picture's top-left corner lies.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <optional>
+
+#include "Platform/Linux/Cover/OverlayLook.h"
+
+namespace platform::x11 {
+
+struct LiveTarget {
+  xcb_window_t window = XCB_NONE;
+  std::int32_t x = 0;
+  std::int32_t y = 0;
+  std::int32_t windowWidth = 0;
+  std::int32_t windowHeight = 0;
+  std::optional<BorderLook> border;  // goes over the picture
+};
+
+}  // namespace platform::x11

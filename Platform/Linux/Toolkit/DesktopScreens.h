@@ -1,0 +1,62 @@
+// The screens as Qt knows them, with their exact sizes in pixels from the X server.
+//
+// The desktop's order is Qt's: the primary screen first. X11 has no notion of a screen with the keyboard focus, so the
+// primary screen is the main one.
+// Threads: main thread only; observers are called there, from the event loop.
+#pragma once
+
+#include <QObject>
+#include <QScreen>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "Platform/Linux/Xcb/Coordinates.h"
+#include "Platform/Screens.h"
+
+namespace platform::x11 {
+
+class DesktopScreens : public Screens {
+ public:
+  DesktopScreens();
+
+  [[nodiscard]] std::vector<Screen> all() const override;
+  [[nodiscard]] std::optional<Screen> main() const override;
+  // The middle of its pixel, so that it lies on the screen that shows it.
+  [[nodiscard]] Point mouseLocation() const override;
+  // The observers are called once when the list of screens differs from what they last saw, however many signals the
+  // change takes.
+  void observeChanges(std::function<void()> observer) override;
+
+  // In the order of `all`, for those who work in pixels.
+  [[nodiscard]] std::vector<ScreenGeometry> geometries() const;
+
+  // The server announced a change. Qt passes on most of them, but not that the last screen goes or comes back.
+  void serverChanged() { scheduleCheck(); }
+
+ private:
+  struct Layout {
+    std::vector<Screen> screens;
+    std::vector<ScreenGeometry> geometries;
+  };
+
+  [[nodiscard]] const Layout& layout() const;
+  void watch(QScreen& screen);
+  void scheduleCheck();
+  void check();
+
+  QObject context_;
+  std::vector<std::function<void()>> observers_;
+  // Asking the server takes round trips, and the answer holds until Qt signals a change.
+  mutable std::optional<Layout> layout_;
+  std::vector<Screen> lastSeen_;
+  bool checkIsScheduled_ = false;
+};
+
+// A number other than zero for each screen name; the same name gets the same number as long as no two names collide.
+[[nodiscard]] std::vector<std::uint32_t> displayIdentifiers(std::span<const std::string> names);
+
+}  // namespace platform::x11

@@ -1,0 +1,64 @@
+#include "Platform/Linux/Toolkit/EventPump.h"
+
+#include <QAbstractEventDispatcher>
+#include <QtGlobal>
+#include <cstdlib>
+#include <iostream>
+#include <utility>
+
+namespace platform::x11 {
+namespace {
+
+[[noreturn]] void endAsLost() {
+  std::cerr << "quillfade: " << connectionLostSentence << std::endl;
+  // Without destructors: they would talk to the server that is gone.
+  std::_Exit(EXIT_FAILURE);
+}
+
+// Qt watches its own connection, and on losing it warns and calls exit. Whoever notices first, the end is the same.
+void endWhenQtLosesItsConnection() {
+  static const QtMessageHandler otherwise = qInstallMessageHandler(nullptr);
+  qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (message.startsWith(QLatin1String("The X11 connection broke"))) endAsLost();
+    otherwise(type, context, message);
+  });
+}
+
+}  // namespace
+
+EventPump::EventPump(Connection& connection, EventHandler onEvent, BatchHandler afterBatch)
+    : connection_(connection),
+      onEvent_(std::move(onEvent)),
+      afterBatch_(std::move(afterBatch)),
+      notifier_(connection.fileDescriptor(), QSocketNotifier::Read) {
+  QObject::connect(&notifier_, &QSocketNotifier::activated, [this] { readAll(); });
+  // Waiting for a reply may have read events that no longer make the descriptor readable.
+  beforeSleep_ = QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
+                                  [this] { drainQueue(); });
+  endWhenQtLosesItsConnection();
+}
+
+EventPump::~EventPump() { QObject::disconnect(beforeSleep_); }
+
+void EventPump::readAll() {
+  while (const auto event = connection_.nextEvent()) onEvent_(*event);
+  drainQueue();
+}
+
+void EventPump::drainQueue() {
+  while (true) {
+    afterBatch_();
+    // Flushing may read as well.
+    connection_.flush();
+    auto event = connection_.nextQueuedEvent();
+    if (!event) break;
+    for (; event; event = connection_.nextQueuedEvent()) onEvent_(*event);
+  }
+  endIfBroken();
+}
+
+void EventPump::endIfBroken() const {
+  if (connection_.isBroken()) endAsLost();
+}
+
+}  // namespace platform::x11

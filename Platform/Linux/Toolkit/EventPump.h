@@ -1,0 +1,42 @@
+// Feeds the events of an X connection to their handlers from Qt's event loop.
+//
+// Threads: main thread only.
+// Ownership: keeps a reference to the connection, which must outlive it.
+// Failure: when the connection is lost, the process has nothing left to show or to cover: it says so on standard error
+// and ends at once with status 1.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <QMetaObject>
+#include <QSocketNotifier>
+#include <functional>
+
+#include "Platform/Linux/Xcb/Connection.h"
+
+namespace platform::x11 {
+
+class EventPump {
+ public:
+  using EventHandler = std::function<void(const xcb_generic_event_t&)>;
+  // Runs after each batch of events, and before the loop sleeps.
+  using BatchHandler = std::function<void()>;
+
+  EventPump(Connection& connection, EventHandler onEvent, BatchHandler afterBatch);
+  ~EventPump();
+  EventPump(const EventPump&) = delete;
+  EventPump& operator=(const EventPump&) = delete;
+
+ private:
+  void readAll();
+  void drainQueue();
+  void endIfBroken() const;
+
+  Connection& connection_;
+  EventHandler onEvent_;
+  BatchHandler afterBatch_;
+  QSocketNotifier notifier_;
+  QMetaObject::Connection beforeSleep_;
+};
+
+}  // namespace platform::x11

@@ -1,0 +1,18 @@
+// A still picture of a part of the screen, as it looks now, for a window that has to look transparent where nothing
+// composites. The live path never reads the screen.
+//
+// Threads: that of the connection; waits for the server.
+// Units and axes: device pixels in root coordinates. What lies outside of the screen is black.
+#pragma once
+
+#include <QImage>
+
+#include "Platform/Linux/Xcb/Connection.h"
+#include "Platform/Linux/Xcb/Coordinates.h"
+
+namespace platform::x11 {
+
+// Null when the screen cannot be read, or not as 32 bits a pixel.
+[[nodiscard]] QImage grabScreen(Connection& connection, const PixelRect& part);
+
+}  // namespace platform::x11

@@ -1,0 +1,35 @@
+// SIGTERM, SIGINT and SIGHUP as ordinary events of the main loop.
+//
+// The handler only writes a byte to a pipe; everything else happens in the event loop. Child processes are not
+// affected: a handler, unlike a blocked signal, is not inherited. Threads: main thread only. One object at a time; the
+// previous handlers come back when it goes.
+#pragma once
+
+#include <QSocketNotifier>
+#include <array>
+#include <csignal>
+#include <functional>
+#include <optional>
+
+#include "Platform/Linux/Posix/FileDescriptor.h"
+
+namespace platform::x11 {
+
+class TerminationSignals {
+ public:
+  // Needs the application object. `received` is called from the event loop.
+  explicit TerminationSignals(std::function<void()> received);
+  ~TerminationSignals();
+  TerminationSignals(const TerminationSignals&) = delete;
+  TerminationSignals& operator=(const TerminationSignals&) = delete;
+
+ private:
+  static constexpr std::array signals_{SIGTERM, SIGINT, SIGHUP};
+
+  FileDescriptor readEnd_;
+  FileDescriptor writeEnd_;
+  std::array<struct sigaction, signals_.size()> previous_{};
+  std::optional<QSocketNotifier> notifier_;
+};
+
+}  // namespace platform::x11

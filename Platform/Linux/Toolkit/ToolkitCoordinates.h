@@ -1,0 +1,18 @@
+// From points to the coordinates that Qt gives windows.
+//
+// Qt measures in points, too, but with y down, and every screen's top-left corner stays where it is in device pixels.
+// Threads: pure functions.
+#pragma once
+
+#include <QRect>
+#include <span>
+
+#include "Platform/Linux/Xcb/Coordinates.h"
+
+namespace platform::x11 {
+
+// The first screen is the primary one. Whole numbers: the least such rectangle that holds the given one and keeps its
+// top-left corner.
+[[nodiscard]] QRect toToolkit(const Rect& points, std::span<const ScreenGeometry> screens);
+
+}  // namespace platform::x11

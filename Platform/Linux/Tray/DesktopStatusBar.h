@@ -1,0 +1,28 @@
+// The status item in whatever tray the desktop has.
+//
+// The item exists from the moment it is made; it shows up when there is a tray, and again when a tray comes back.
+#pragma once
+
+#include "Platform/Linux/Tray/HostMenus.h"
+#include "Platform/Linux/Tray/TrayHosts.h"
+#include "Platform/RunLoop.h"
+#include "Platform/StatusBar.h"
+
+namespace platform::x11 {
+
+class DesktopStatusBar : public StatusBar {
+ public:
+  DesktopStatusBar(RunLoop& runLoop, HostMenus& hostMenus) : runLoop_(runLoop), hostMenus_(hostMenus) {}
+
+  // Every item is as wide as the tray makes its icons.
+  std::shared_ptr<StatusItem> makeStatusItem(double length) override;
+  std::shared_ptr<Menu> makeMenu() override;
+  std::shared_ptr<Image> systemSymbol(const std::string& name, const std::string& accessibilityDescription) override;
+
+ private:
+  RunLoop& runLoop_;
+  HostMenus& hostMenus_;
+  TrayHosts hosts_;
+};
+
+}  // namespace platform::x11

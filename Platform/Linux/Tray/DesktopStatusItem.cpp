@@ -1,0 +1,70 @@
+#include "Platform/Linux/Tray/DesktopStatusItem.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QGuiApplication>
+#include <QPalette>
+#include <utility>
+
+namespace platform::x11 {
+
+DesktopStatusItem::~DesktopStatusItem() {
+  if (image_) image_->setListener({});
+}
+
+void DesktopStatusItem::setMenu(std::shared_ptr<platform::Menu> menu) {
+  menu_ = std::dynamic_pointer_cast<DesktopMenu>(std::move(menu));
+  if (!menu_) qFatal("This menu belongs to another desktop.");
+  menu_->list();
+  if (icon_) icon_->setContextMenu(&menu_->qtMenu());
+}
+
+// The toolkit asks whether there is a tray on the bus that it joined first, so on another bus it would make an icon of
+// the older kind. The one that there is joins the new bus, once its own old connection is forgotten.
+void DesktopStatusItem::showAgain() {
+  icon_->hide();
+  QDBusConnection::disconnectFromBus(
+      QStringLiteral("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid()));
+  icon_->show();
+}
+
+void DesktopStatusItem::show() {
+  if (icon_) return showAgain();
+  icon_.emplace();
+  // Trays open the context menu by themselves; a plain click is left to us, and there is nothing else that it could
+  // mean.
+  QObject::connect(&*icon_, &QSystemTrayIcon::activated, &*icon_, [this](QSystemTrayIcon::ActivationReason reason) {
+    if (reason == QSystemTrayIcon::Trigger && menu_) menu_->popUpAtPointer();
+  });
+  if (menu_) icon_->setContextMenu(&menu_->qtMenu());
+  icon_->setToolTip(QString::fromStdString(toolTip_));
+  draw();
+  icon_->show();
+}
+
+void DesktopStatusItem::hostVanished() {
+  if (menu_) menu_->hostVanished();
+}
+
+void DesktopStatusItem::setImage(std::shared_ptr<Image> image) {
+  if (image_) image_->setListener({});
+  image_ = std::dynamic_pointer_cast<SymbolImage>(std::move(image));
+  if (image_) {
+    image_->setListener([this] { draw(); });
+    // Screen readers say the item's title, for which Qt has nothing but the name of the application.
+    QCoreApplication::setApplicationName(QString::fromStdString(image_->accessibilityDescription()));
+  }
+  draw();
+}
+
+void DesktopStatusItem::setToolTip(const std::string& text) {
+  toolTip_ = text;
+  if (icon_) icon_->setToolTip(QString::fromStdString(text));
+}
+
+void DesktopStatusItem::draw() {
+  // A tray does not tell its colours; the desktop's own text colour is the best guess at an ink that can be read on it.
+  if (icon_ && image_) icon_->setIcon(image_->icon(QGuiApplication::palette().color(QPalette::WindowText)));
+}
+
+}  // namespace platform::x11

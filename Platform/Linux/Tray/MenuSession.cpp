@@ -1,0 +1,43 @@
+#include "Platform/Linux/Tray/MenuSession.h"
+
+#include <utility>
+
+namespace platform::x11 {
+
+MenuSession::MenuSession(RunLoop& runLoop, HostMenus& hostMenus, std::function<bool()> isShownHere,
+                         std::function<void()> willOpen, std::function<void()> didClose)
+    : runLoop_(runLoop),
+      hostMenus_(hostMenus),
+      isShownHere_(std::move(isShownHere)),
+      willOpen_(std::move(willOpen)),
+      didClose_(std::move(didClose)) {}
+
+MenuSession::~MenuSession() { close(); }
+
+void MenuSession::open(Closing closing) {
+  close();
+  isOpen_ = true;
+  if (closing == Closing::perhapsUnreported) {
+    limit_ = runLoop_.after(longestUnreportedOpening, [this] {
+      if (!isShownHere_() && !hostMenus_.isSeen()) close();
+    });
+    hostMenus_.whenClosed([this] { closeUnlessChosen(); });
+  }
+  willOpen_();
+}
+
+void MenuSession::closeUnlessChosen() {
+  if (isOpen_ && !ending_) ending_ = runLoop_.after(longestWaitForChoice, [this] { close(); });
+}
+
+void MenuSession::close() {
+  if (!std::exchange(isOpen_, false)) return;
+  if (const auto ending = std::exchange(ending_, nullptr)) ending->cancel();
+  if (const auto limit = std::exchange(limit_, nullptr)) {
+    limit->cancel();
+    hostMenus_.whenClosed({});
+  }
+  didClose_();
+}
+
+}  // namespace platform::x11

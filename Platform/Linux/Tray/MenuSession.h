@@ -1,0 +1,56 @@
+// One opening of a menu, from its beginning to its end, whatever the program that shows it reports.
+//
+// A tray's host shows the menu in another process. It may ask for the content without opening anything, report an
+// opening twice, never report the end, or go away in between. Each beginning has exactly one end all the same. Threads:
+// main thread only; both callbacks come there, from inside the calls below or from the run loop.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "Platform/Linux/Tray/HostMenus.h"
+#include "Platform/RunLoop.h"
+
+namespace platform::x11 {
+
+class MenuSession {
+ public:
+  // For hosts whose menu neither reports its closing nor can be seen on screen: long enough for anyone to read a dozen
+  // lines and choose, short enough that what waits for the closing is not given up for lost.
+  static constexpr double longestUnreportedOpening = 60;
+
+  // Much longer than a message takes from one program to another, and not long for who waits for the cover.
+  static constexpr double longestWaitForChoice = 0.1;
+
+  // `isShownHere`: whether this process has the menu on screen, at the request of whichever program.
+  MenuSession(RunLoop& runLoop, HostMenus& hostMenus, std::function<bool()> isShownHere, std::function<void()> willOpen,
+              std::function<void()> didClose);
+  // Ends an opening that is under way.
+  ~MenuSession();
+  MenuSession(const MenuSession&) = delete;
+  MenuSession& operator=(const MenuSession&) = delete;
+
+  // A menu that is seen, here or on the screen, may stay open for as long as the user likes: its end is noticed. An
+  // opening that comes while one is under way ends that first: its closing was not reported, and the new one needs
+  // fresh content.
+  enum class Closing { reported, perhapsUnreported };
+  void open(Closing closing);
+  // Harmless when nothing is open.
+  void close();
+  // The menu has left the screen. Hosts report that before or after what was chosen: a choice that is on its way ends
+  // the opening itself.
+  void closeUnlessChosen();
+  [[nodiscard]] bool isOpen() const { return isOpen_; }
+
+ private:
+  RunLoop& runLoop_;
+  HostMenus& hostMenus_;
+  std::function<bool()> isShownHere_;
+  std::function<void()> willOpen_;
+  std::function<void()> didClose_;
+  std::shared_ptr<DelayedTask> limit_;
+  std::shared_ptr<DelayedTask> ending_;
+  bool isOpen_ = false;
+};
+
+}  // namespace platform::x11

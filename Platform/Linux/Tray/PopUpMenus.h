@@ -1,0 +1,32 @@
+// Sees from the windows on screen when the menus of other programs have closed: many a tray's host never says so.
+//
+// Threads: main thread, on the main connection. Ownership: keeps references to the scene and the window list, which
+// outlive it. Costs nothing while nobody waits for a menu.
+#pragma once
+
+#include "Platform/Linux/Scene/Scene.h"
+#include "Platform/Linux/Scene/WindowList.h"
+#include "Platform/Linux/Tray/HostMenus.h"
+
+namespace platform::x11 {
+
+class PopUpMenus final : public HostMenus {
+ public:
+  PopUpMenus(const Scene& scene, WindowList& windows) : scene_(scene), windows_(windows) {}
+
+  void whenClosed(std::function<void()> callback) override;
+  [[nodiscard]] bool isSeen() const override { return closed_ && wasOpen_; }
+
+  // To be called after each batch of events.
+  void settle();
+
+ private:
+  [[nodiscard]] bool isMenu(const SceneWindow& window) const;
+
+  const Scene& scene_;
+  WindowList& windows_;
+  std::function<void()> closed_;
+  bool wasOpen_ = false;
+};
+
+}  // namespace platform::x11

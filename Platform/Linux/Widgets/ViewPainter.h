@@ -1,0 +1,15 @@
+// Draws a tree of views with a Qt painter. Live pictures are not drawn: only click-through windows have them.
+//
+// Threads: main thread only, within one paint event.
+#pragma once
+
+#include <QPainter>
+
+#include "Platform/Linux/Views/ViewNode.h"
+
+namespace platform::x11 {
+
+// `bottomLeft`: where the root's origin lies in the painter's coordinates.
+void paintViews(const ViewNode& root, QPainter& painter, QPointF bottomLeft);
+
+}  // namespace platform::x11

@@ -1,0 +1,19 @@
+// The monitors in the X server's own words.
+//
+// Threads: that of the connection; waits for the server.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <optional>
+#include <vector>
+
+#include "Platform/Linux/Xcb/Coordinates.h"
+
+namespace platform::x11 {
+
+// All active monitors of the screen with this root window; empty when every one is gone. Absent when the server does
+// not know monitors.
+[[nodiscard]] std::optional<std::vector<PixelRect>> monitorRectangles(xcb_connection_t* connection, xcb_window_t root);
+
+}  // namespace platform::x11

@@ -1,0 +1,41 @@
+#include "Quillfade/CommandLine/StatusReport.h"
+
+#include <string>
+
+#include "Quillfade/Basics/Fatal.h"
+#include "Quillfade/Basics/NumberText.h"
+
+namespace quillfade {
+namespace {
+
+std::string styleWord(CoverStyle style) { return style == CoverStyle::live ? "live" : "solid"; }
+
+std::string areaText(const std::optional<platform::Rect>& region) {
+  if (!region) return "none chosen yet";
+  return numberText(region->width()) + " × " + numberText(region->height()) + " at (" + numberText(region->minX()) +
+         ", " + numberText(region->minY()) + ")";
+}
+
+std::string areaJson(const std::optional<platform::Rect>& region) {
+  if (!region) return "null";
+  return R"({"x": )" + numberText(region->minX()) + R"(, "y": )" + numberText(region->minY()) + R"(, "width": )" +
+         numberText(region->width()) + R"(, "height": )" + numberText(region->height()) + "}";
+}
+
+const char* boolWord(bool value) { return value ? "true" : "false"; }
+
+}  // namespace
+
+std::string statusText(const OverlayController& overlay) {
+  return std::string{"Annotations: "} + (overlay.isEnabled() ? "hidden" : "shown") + '\n' +
+         "Area:        " + areaText(overlay.region()) + '\n' + "Style:       " + styleWord(overlay.style()) + '\n' +
+         "Outline:     " + (overlay.showsOutline() ? "on" : "off") + '\n';
+}
+
+std::string statusJson(const OverlayController& overlay) {
+  return std::string{R"({"enabled": )"} + boolWord(overlay.isEnabled()) + R"(, "style": ")" +
+         styleWord(overlay.style()) + R"(", "outline": )" + boolWord(overlay.showsOutline()) + R"(, "region": )" +
+         areaJson(overlay.region()) + "}\n";
+}
+
+}  // namespace quillfade

@@ -1,0 +1,74 @@
+// Which windows a live mirror leaves out of its picture, and a key by which a change of that set is noticed.
+//
+// Threads: pure functions, safe on any thread.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Platform/Capture.h"
+#include "Platform/Screens.h"
+#include "Quillfade/Settings/UserRules.h"
+
+namespace quillfade {
+
+// The bundle identifiers of known conferencing programs, compared exactly as they are written.
+[[nodiscard]] const std::set<std::string, std::less<>>& conferencing();
+
+// The identifier of the window's owner; absent when it has none.
+[[nodiscard]] std::optional<std::string> ownerIdentifier(const platform::CaptureWindow& window);
+
+// What the rules say of one window.
+enum class Judgement {
+  keptOffScreen,
+  excludedOwn,
+  excludedByUser,
+  keptByUser,
+  keptScreenWithoutArea,
+  keptWindowWithoutArea,
+  excludedHighLayer,
+  keptOrdinary,
+  excludedConferencing,
+  keptConferencing,
+  keptTakesPointer,
+  keptPerhapsLocker,
+  keptLocker,
+};
+
+// `ownIdentifier` is the application's own identifier; the screen counts only by its area. The user's rules go before
+// the built-in ones, but for the application's own windows; and none leaves out a lock screen. What could be one needs
+// a rule that names it in full.
+[[nodiscard]] Judgement judge(const platform::CaptureWindow& window, const platform::Screen& screen,
+                              const std::optional<std::string>& ownIdentifier,
+                              const std::vector<WindowRule>& userRules = {});
+[[nodiscard]] bool isExcluded(Judgement judgement);
+// In a few words, for a person.
+[[nodiscard]] std::string_view reason(Judgement judgement);
+
+// The windows of `content` to leave out, in its order. An overlay is recognised by being large and above the normal
+// layer; windows of the application itself are left out always. `ownIdentifier` is the application's own identifier;
+// the screen counts only by its area.
+[[nodiscard]] std::vector<platform::CaptureWindow> excludedWindows(const platform::ShareableContent& content,
+                                                                   const platform::Screen& screen,
+                                                                   const std::optional<std::string>& ownIdentifier,
+                                                                   const std::vector<WindowRule>& userRules = {});
+
+// The numbers of all other windows of `content`.
+[[nodiscard]] std::vector<std::uint32_t> keptWindows(const platform::ShareableContent& content,
+                                                     std::span<const platform::CaptureWindow> excluded);
+
+// Every window that could come to be left out is held back until it was judged, but for these. A rule of the user's may
+// leave out windows of any size.
+[[nodiscard]] platform::HeldBackWindows holdingBack(const platform::Screen& screen,
+                                                    const std::vector<std::uint32_t>& judged,
+                                                    const std::vector<WindowRule>& userRules = {});
+
+// The window numbers in ascending order, joined by ",". Equal sets have equal keys, whatever their order.
+[[nodiscard]] std::string key(std::span<const platform::CaptureWindow> windows);
+
+}  // namespace quillfade

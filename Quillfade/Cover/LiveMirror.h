@@ -1,0 +1,99 @@
+// A live picture of one rectangle of a screen, without the overlays, in a window exactly over that rectangle.
+//
+// Threads: main thread only, except for the two stream callbacks, which come on the capture service's threads and touch
+// no state of the mirror: one posts a job to the main queue, the other writes a line to the log.
+// Lifetime: always held by a shared pointer. Pending work holds the mirror weakly or is made stale by `generation`:
+// every show, hide and restart counts it up, and a capture start that finds another value than its own gives up. Units:
+// points, global space.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Platform/Platform.h"
+#include "Quillfade/Basics/Task.h"
+#include "Quillfade/Cover/DiagnosticLog.h"
+#include "Quillfade/Cover/MirrorView.h"
+
+namespace quillfade {
+
+class LiveMirror final : public platform::StreamOutput,
+                         public platform::StreamDelegate,
+                         public std::enable_shared_from_this<LiveMirror> {
+ public:
+  explicit LiveMirror(platform::Platform& platform);
+
+  // Shows the mirror over `region` and starts capturing. Shown again, it keeps its window.
+  void show(const platform::Rect& region, bool outline);
+  // Stops capturing, in the background, and takes the window away at once.
+  void hide();
+  // Starts the capture anew for the same rectangle while showing.
+  void screensChanged();
+
+  [[nodiscard]] bool isShowing() const { return isShowing_; }
+  [[nodiscard]] std::int64_t generation() const { return generation_; }
+  [[nodiscard]] const std::string& currentExclusionKey() const { return currentExclusionKey_; }
+  [[nodiscard]] const std::shared_ptr<platform::CaptureStream>& stream() const { return stream_; }
+  [[nodiscard]] const std::shared_ptr<MirrorView>& mirrorView() const { return mirrorView_; }
+
+  void streamDidOutput(std::shared_ptr<const platform::SampleBuffer> sample, platform::StreamOutputType type) override;
+  void streamDidStop(const platform::Error& error) override;
+
+ private:
+  struct ScreenInfo {
+    platform::Screen screen;
+    std::uint32_t displayID = 0;
+    double backingScaleFactor = 1;
+  };
+
+  [[nodiscard]] std::optional<ScreenInfo> screenInfo() const;
+  [[nodiscard]] bool isStale(std::int64_t startGeneration) const;
+  // By the rules as they are now, the user's included.
+  [[nodiscard]] std::vector<platform::CaptureWindow> excluded(const platform::ShareableContent& content,
+                                                              const platform::Screen& screen) const;
+  [[nodiscard]] platform::StreamConfiguration configuration(const ScreenInfo& info) const;
+
+  void start();
+  class Look;
+
+  static Task runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t startGeneration, platform::RunLoop& runLoop,
+                       std::shared_ptr<const Look> look);
+  void startFailed(const platform::Error& error);
+
+  void startRefreshTimer();
+  void refreshExclusions();
+  static Task runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunLoop& runLoop,
+                         std::shared_ptr<const Look> look);
+  void observeContent();
+  // Looks at the content at once, or as soon as the look or the start that is under way has come to its end.
+  void contentChanged();
+  void pauseRestarts();
+
+  void showFrame(std::shared_ptr<const platform::SampleBuffer> sample);
+
+  platform::Platform& platform_;
+  DiagnosticLog log_;
+  std::unique_ptr<platform::Window> window_;
+  std::shared_ptr<MirrorView> mirrorView_;
+  std::shared_ptr<platform::CaptureStream> stream_;
+  std::shared_ptr<platform::SerialQueue> sampleQueue_;
+  platform::Rect targetRect_;
+  std::string currentExclusionKey_;
+  std::shared_ptr<platform::Timer> refreshTimer_;
+  std::shared_ptr<void> contentObservation_;
+  // Those that the rules keep in the picture, as they were judged last.
+  std::vector<std::uint32_t> keptWindows_;
+  int looksUnderWay_ = 0;
+  bool isLookWanted_ = false;
+  // Runs while it is too early for another restart that can wait.
+  std::shared_ptr<platform::DelayedTask> restartPause_;
+  bool isRestartWanted_ = false;
+  std::int64_t generation_ = 0;
+  bool isShowing_ = false;
+  bool didLogFirstFrame_ = false;
+};
+
+}  // namespace quillfade

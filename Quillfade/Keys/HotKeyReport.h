@@ -1,0 +1,28 @@
+// Which hot keys this instance holds, as text that people and other instances read.
+//
+// Pure.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Quillfade/Keys/HotKeyTable.h"
+
+namespace quillfade {
+
+struct HotKeyState {
+  std::string combination;
+  std::string word;  // of the command line
+  bool isBound = false;
+  friend bool operator==(const HotKeyState&, const HotKeyState&) = default;
+};
+
+[[nodiscard]] HotKeyState hotKeyState(const HotKey& key, bool isBound);
+
+// One line each.
+[[nodiscard]] std::string hotKeyText(const std::vector<HotKeyState>& states);
+// The way back; lines that are none of that are left out.
+[[nodiscard]] std::vector<HotKeyState> parseHotKeyText(std::string_view text);
+
+}  // namespace quillfade

@@ -1,0 +1,38 @@
+// The four hot keys: what they are called on the command line, and their combinations unless the user chose others.
+//
+// Pure.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "Platform/HotKeys.h"
+#include "Quillfade/Keys/KeyCombination.h"
+
+namespace quillfade {
+
+enum class HotKeyCommand : std::uint8_t { toggle, peek, selectArea, wholeScreen };
+
+struct HotKey {
+  HotKeyCommand command;
+  std::string_view word;  // of the command line, and of the user's rules
+  KeyCombination combination;
+  friend bool operator==(const HotKey&, const HotKey&) = default;
+};
+
+using HotKeyTable = std::array<HotKey, 4>;
+
+inline constexpr std::uint32_t builtInModifiers =
+    platform::hotkeymodifiers::control | platform::hotkeymodifiers::option | platform::hotkeymodifiers::command;
+
+// In the order in which they are bound.
+inline constexpr HotKeyTable builtInHotKeys{{
+    {HotKeyCommand::toggle, "toggle", {2, builtInModifiers}},             // D
+    {HotKeyCommand::peek, "peek", {35, builtInModifiers}},                // P
+    {HotKeyCommand::selectArea, "select-area", {0, builtInModifiers}},    // A
+    {HotKeyCommand::wholeScreen, "whole-screen", {3, builtInModifiers}},  // F
+}};
+
+}  // namespace quillfade

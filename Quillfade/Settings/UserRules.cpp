@@ -1,0 +1,130 @@
+#include "Quillfade/Settings/UserRules.h"
+
+#include <algorithm>
+
+#include "Quillfade/Basics/EscapedText.h"
+
+namespace quillfade {
+namespace {
+
+constexpr std::string_view alwaysExclude = "alwaysExclude";
+constexpr std::string_view neverExclude = "neverExclude";
+constexpr std::string_view hotKeysMember = "hotKeys";
+
+std::string placeOf(const platform::RulesFileEntry& entry) {
+  return escapedText(entry.member) + (entry.name.empty() ? "" : " " + escapedText(entry.name));
+}
+
+// Checks one entry after the other.
+class Reading {
+ public:
+  void read(const platform::RulesFileEntry& entry) {
+    const bool excludes = entry.member == alwaysExclude;
+    if (excludes || entry.member == neverExclude) {
+      readWindow(entry, excludes);
+    } else if (entry.member == hotKeysMember) {
+      readHotKey(entry);
+    } else {
+      fault(entry, "There are only alwaysExclude, neverExclude and hotKeys.");
+    }
+  }
+  void fault(std::string sentence) { rules_.faults.push_back(std::move(sentence)); }
+  [[nodiscard]] UserRules result() {
+    checkHotKeys();
+    return std::move(rules_);
+  }
+
+ private:
+  void fault(const platform::RulesFileEntry& entry, const std::string& sentence) {
+    fault(placeOf(entry) + ": " + sentence);
+  }
+
+  void readWindow(const platform::RulesFileEntry& entry, bool excludes) {
+    if (entry.name.empty()) return fault(entry, "This is a list of texts, in square brackets.");
+    if (!entry.text || entry.text->empty()) {
+      return fault(entry, "A window goes by its owner or its class: a text, as in \"Gromit-mpx\" or \"zoom*\".");
+    }
+    rules_.windows.push_back({*entry.text, excludes});
+  }
+
+  void readHotKey(const platform::RulesFileEntry& entry) {
+    const auto key = std::ranges::find(rules_.hotKeys, entry.name, &HotKey::word);
+    if (key == rules_.hotKeys.end()) {
+      return fault(entry, "Hot keys have the names toggle, peek, select-area and whole-screen.");
+    }
+    if (!entry.text) return fault(entry, "A hot key is a text, as in \"Control+Alt+F9\".");
+    const auto combination = parseCombination(*entry.text);
+    if (!combination) return fault(entry, escapedText(combination.error()));
+    key->combination = *combination;
+  }
+
+  // One combination cannot do two things; then none of the user's choices holds.
+  void checkHotKeys() {
+    for (auto key = rules_.hotKeys.begin(); key != rules_.hotKeys.end(); ++key) {
+      const auto other = std::find_if(rules_.hotKeys.begin(), key,
+                                      [&](const HotKey& before) { return before.combination == key->combination; });
+      if (other == key) continue;
+      fault("hotKeys: " + combinationText(key->combination) + " is the key of both " + std::string{other->word} +
+            " and " + std::string{key->word} + ", so all four stay as built in.");
+      rules_.hotKeys = builtInHotKeys;
+      return;
+    }
+  }
+
+  UserRules rules_;
+};
+
+bool concerns(const WindowRule& rule, const platform::CaptureWindow& window) {
+  const auto matches = [&](const std::string& name) { return matchesPattern(name, rule.pattern); };
+  return (window.owningApplication && matches(window.owningApplication->bundleIdentifier)) ||
+         std::ranges::any_of(window.names, matches);
+}
+
+}  // namespace
+
+UserRules userRules(platform::RulesFile& file) {
+  Reading reading;
+  const auto entries = file.read();
+  if (!entries) {
+    reading.fault(entries.error().localizedDescription);
+  } else if (*entries) {
+    for (const auto& entry : **entries) reading.read(entry);
+  }
+  return reading.result();
+}
+
+const WindowRule* ruleFor(const platform::CaptureWindow& window, const std::vector<WindowRule>& rules) {
+  const WindowRule* best = nullptr;
+  const auto rank = [](const WindowRule& rule) { return (hasWildcards(rule) ? 0 : 2) + (rule.excludes ? 1 : 0); };
+  for (const WindowRule& rule : rules) {
+    if (concerns(rule, window) && (best == nullptr || rank(rule) > rank(*best))) best = &rule;
+  }
+  return best;
+}
+
+bool hasWildcards(const WindowRule& rule) { return rule.pattern.find_first_of("*?") != std::string::npos; }
+
+// On a mismatch the last `*` takes in one more character: no pattern costs more than length times length.
+bool matchesPattern(std::string_view text, std::string_view pattern) {
+  std::size_t at = 0;
+  std::size_t in = 0;
+  std::size_t starAt = std::string_view::npos;
+  std::size_t resumeAt = 0;
+  while (at < text.size()) {
+    if (in < pattern.size() && pattern[in] == '*') {
+      starAt = in++;
+      resumeAt = at;
+    } else if (in < pattern.size() && (pattern[in] == '?' || pattern[in] == text[at])) {
+      ++at;
+      ++in;
+    } else if (starAt != std::string_view::npos) {
+      in = starAt + 1;
+      at = ++resumeAt;
+    } else {
+      return false;
+    }
+  }
+  return pattern.find_first_not_of('*', in) == std::string_view::npos;
+}
+
+}  // namespace quillfade

@@ -1,0 +1,194 @@
+// The window of a mirror as the application fills it: its text, its picture, and when each of them is seen.
+#include "Platform/Linux/Cover/ClickThroughWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "Platform/Linux/Scene/Redirection.h"
+#include "Platform/Linux/Stream/CaptureStream.h"
+#include "Platform/Linux/Views/Views.h"
+#include "Tests/Linux/EngineSupport.h"
+#include "Tests/Linux/Stream/FrameArrivals.h"
+#include "Tests/Linux/Toolkit/QtEnvironment.h"
+#include "Tests/Support/Wait.h"
+#include "Tests/Support/XClient.h"
+
+namespace platform::x11 {
+namespace {
+
+constexpr Rect place{{200, 300}, {400, 300}};
+constexpr PixelRect pixels{200, 200, 400, 300};
+constexpr std::uint32_t beneath = 0x205030;
+
+// Posted jobs run when the test says so, delayed ones never.
+class PostingRunLoop : public RunLoop {
+ public:
+  void post(Job job) override { jobs_.push_back(std::move(job)); }
+  std::shared_ptr<DelayedTask> after(double, Job) override { return std::make_shared<NeverRun>(); }
+  std::shared_ptr<Timer> every(double, Job) override { return nullptr; }
+  void addToCommonModes(Timer&) override {}
+  std::shared_ptr<SerialQueue> makeSerialQueue(const std::string&, QualityOfService) override { return nullptr; }
+
+  void runPosted() {
+    while (!jobs_.empty())
+      for (const Job& job : std::exchange(jobs_, {})) job();
+  }
+
+ private:
+  struct NeverRun : DelayedTask {
+    void cancel() override {}
+  };
+  std::vector<Job> jobs_;
+};
+
+class ClickThroughWindowTest : public qt::Test {
+ protected:
+  ClickThroughWindowTest() {
+    redirectSubwindows(*keeper_);
+    drawn_ = client_.createWindow({.frame = {0, 0, 1280, 800}, .color = 0xff000000 | beneath});
+    client_.sync();
+    EXPECT_TRUE(keeper_->synchronize(10'000));
+    view_->setLayerBackground(colors::black);
+    view_->addSublayer(layer_);
+    layer_->setFrame({{0, 0}, place.size});
+    label_->setStyle({{15, FontWeight::medium}, colors::white.withAlpha(0.65)});
+    view_->addSubview(label_);
+    view_->centerSubview(*label_);
+    window_ =
+        std::make_unique<ClickThroughWindow>(ClickThroughWindow::Surroundings{*connection_, stage_, screens_, runLoop_},
+                                             WindowAttributes{.backgroundColor = colors::black});
+    window_->setContentView(view_);
+    window_->setFrame(place, true);
+  }
+  ~ClickThroughWindowTest() override {
+    window_ = nullptr;
+    settle();
+  }
+
+  // One turn of the main loop.
+  void settle() {
+    runLoop_.runPosted();
+    ASSERT_TRUE(connection_->synchronize(5000));
+    while (const Event event = connection_->nextEvent()) {
+      scene_.handle(*event);
+      windowList_.handle(*event);
+      stage_.handle(*event);
+    }
+    scene_.collectReplies();
+  }
+  support::Picture picture() {
+    settle();
+    return client_.screenshot(pixels);
+  }
+  [[nodiscard]] static std::size_t letters(const support::Picture& picture) {
+    return picture.count(0xa6a6a6, {0, 0, pixels.width, pixels.height}, 60);
+  }
+
+  std::shared_ptr<CaptureStream> startStream() {
+    CaptureStreamSettings settings;
+    settings.displayName = qt::display();
+    settings.source = pixels;
+    settings.ownClients = {connection_->resourceBase()};
+    settings.unexpectedError = failOnError;
+    settings.serial = 1;
+    auto stream = std::make_shared<CaptureStream>(settings, arrivals_);
+    EXPECT_TRUE(stream->addOutput(arrivals_, StreamOutputType::screen, std::make_shared<InlineQueue>()).has_value());
+    stream->startCapture([](const std::expected<void, Error>& result) { EXPECT_TRUE(result.has_value()); });
+    return stream;
+  }
+
+  support::XClient client_{qt::display()};
+  std::unique_ptr<Connection> keeper_ = connectTo(qt::display());
+  std::unique_ptr<Connection> connection_ = connectTo(qt::display());
+  Scene scene_{*connection_};
+  WindowList windowList_{*connection_, scene_, {connection_->resourceBase()}};
+  PostingRunLoop runLoop_;
+  OverlayStage stage_{*connection_, scene_, windowList_, runLoop_};
+  DesktopScreens screens_;
+  DesktopViews views_;
+  std::shared_ptr<View> view_ = views_.makeView({});
+  std::shared_ptr<DisplayLayer> layer_ = views_.makeDisplayLayer();
+  std::shared_ptr<Label> label_ = views_.makeLabel("Waiting for screen capture\u2026");
+  std::shared_ptr<FrameArrivals> arrivals_ = std::make_shared<FrameArrivals>();
+  xcb_window_t drawn_ = XCB_NONE;
+  std::unique_ptr<ClickThroughWindow> window_;
+};
+
+TEST_F(ClickThroughWindowTest, ItsTextIsThereFromTheStart) {
+  window_->orderFrontRegardless();
+  const support::Picture shown = picture();
+  EXPECT_EQ(shown.count(beneath), 0U);
+  EXPECT_GT(letters(shown), 200U);
+}
+
+TEST_F(ClickThroughWindowTest, TheFirstFrameTakesTheTextAwayInOneStep) {
+  window_->orderFrontRegardless();
+  ASSERT_GT(letters(picture()), 200U);
+  const auto stream = startStream();
+  std::shared_ptr<const Frame> frame;
+  ASSERT_TRUE(support::waitUntil([&] { return (frame = arrivals_->take()) != nullptr; }));
+  layer_->sampleBufferRenderer().enqueue(frame);
+  label_->setHidden(true);
+  EXPECT_EQ(picture().count(beneath), std::size_t{400} * 300) << "without waiting for another frame";
+  client_.fill(drawn_, pixels, 0xff00ff00);
+  client_.sync();
+  EXPECT_TRUE(support::waitUntil([&] { return client_.screenshot(pixels).count(0x00ff00) == std::size_t{400} * 300; }))
+      << "The stream keeps the picture up to date by itself.";
+  EXPECT_EQ(arrivals_->take(), nullptr);
+}
+
+TEST_F(ClickThroughWindowTest, ATextOverAPictureGoesWithTheNextFrame) {
+  label_->setHidden(true);
+  window_->orderFrontRegardless();
+  const auto stream = startStream();
+  // As the application does with every frame.
+  const auto showFrames = [&] {
+    while (const auto frame = arrivals_->take()) {
+      layer_->sampleBufferRenderer().enqueue(frame);
+      label_->setHidden(true);
+    }
+  };
+  const auto showsOnly = [&](std::uint32_t color) {
+    return support::waitUntil([&] {
+      showFrames();
+      return picture().count(color) == std::size_t{400} * 300;
+    });
+  };
+  ASSERT_TRUE(showsOnly(beneath));
+  label_->setText("Screen capture failed.");
+  label_->setHidden(false);
+  EXPECT_GT(letters(picture()), 100U);
+  client_.fill(drawn_, pixels, 0xff00ff00);
+  client_.sync();
+  EXPECT_TRUE(showsOnly(0x00ff00));
+}
+
+TEST_F(ClickThroughWindowTest, OrderedOutInTheSameTurnItNeverComesToTheScreen) {
+  client_.selectInput(client_.root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+  client_.sync();
+  window_->orderFrontRegardless();
+  window_->orderOut();
+  settle();
+  client_.sync();
+  EXPECT_FALSE(client_.waitForEvent(XCB_MAP_NOTIFY, std::chrono::milliseconds(0)));
+  EXPECT_FALSE(stage_.awaitsWindows());
+  window_->orderFrontRegardless();
+  settle();
+  EXPECT_TRUE(client_.waitForEvent(XCB_MAP_NOTIFY, support::defaultDeadline));
+}
+
+TEST_F(ClickThroughWindowTest, GoneInTheSameTurnItNeverComesToTheScreen) {
+  client_.selectInput(client_.root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+  client_.sync();
+  window_->orderFrontRegardless();
+  window_ = nullptr;
+  settle();
+  client_.sync();
+  EXPECT_FALSE(client_.waitForEvent(XCB_MAP_NOTIFY, std::chrono::milliseconds(0)));
+}
+
+}  // namespace
+}  // namespace platform::x11

@@ -1,0 +1,131 @@
+#include "Quillfade/CommandLine/DoctorReport.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Quillfade/CommandLine/Doctor.h"
+
+namespace platform {
+
+inline void PrintTo(const Finding& finding, std::ostream* out) {
+  *out << static_cast<int>(finding.health) << ' ' << finding.subject << ": " << finding.detail << " / " << finding.fix;
+}
+
+}  // namespace platform
+
+namespace quillfade {
+namespace {
+
+using platform::Finding;
+using platform::Health;
+using platform::HotKeyAnswer;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+const Finding fine{.subject = "Display", .detail = ":1"};
+const Finding lacking{.subject = "Log", .health = Health::limited, .detail = "no \"directory\"", .fix = "Make it."};
+const Finding broken{.subject = "Keys", .health = Health::fails, .detail = "none", .fix = "Free one."};
+const std::string path = "/home/presenter/.config/quillfade/rules.json";
+
+TEST(DoctorReport, EachFindingIsALineAndEachFixStandsBelowIt) {
+  EXPECT_EQ(doctorText({fine, lacking, broken}),
+            "ok       Display  :1\n"
+            "note     Log      no \"directory\"\n"
+            "                  Make it.\n"
+            "problem  Keys     none\n"
+            "                  Free one.\n"
+            "\n"
+            "There is 1 problem.\n");
+}
+
+TEST(DoctorReport, TheLastLineCountsTheProblems) {
+  EXPECT_THAT(doctorText({fine, lacking}), testing::EndsWith("\nEverything that is needed works.\n"));
+  EXPECT_THAT(doctorText({broken, broken}), testing::EndsWith("\nThere are 2 problems.\n"));
+}
+
+TEST(DoctorReport, OnlyAProblemMakesItFail) {
+  EXPECT_EQ(doctorStatus({fine, lacking}), 0);
+  EXPECT_EQ(doctorStatus({fine, broken}), 1);
+}
+
+TEST(DoctorReport, ProgramsGetTheSameAsJson) {
+  EXPECT_EQ(doctorJson({lacking, broken}),
+            R"({"works": false, "findings": [{"subject": "Log", "state": "note", "detail": "no \"directory\"", )"
+            R"("fix": "Make it."}, {"subject": "Keys", "state": "problem", "detail": "none", "fix": "Free one."}]})"
+            "\n");
+  EXPECT_THAT(doctorJson({fine}), HasSubstr(R"({"works": true, )"));
+  EXPECT_THAT(doctorJson({{.subject = "a\n\x1b\\"}}), HasSubstr(R"("a\u000a\u001b\\")"));
+}
+
+TEST(DoctorReport, TheRunningInstanceKnowsItsKeys) {
+  const RunningHotKeys running{{{"Control+F9", "toggle", true}, {"Control+F8", "peek", false}}};
+  const auto findings = hotKeyFindings(running, builtInHotKeys, {}, path);
+  ASSERT_THAT(findings, SizeIs(2));
+  EXPECT_EQ(findings[0], (Finding{.subject = "Control+F9", .detail = "toggle: bound by the running Quillfade"}));
+  EXPECT_EQ(findings[1].health, Health::fails);
+  EXPECT_THAT(findings[1].detail, HasSubstr("peek: taken; the running Quillfade was refused it"));
+  EXPECT_THAT(findings[1].fix, HasSubstr(path));
+}
+
+TEST(DoctorReport, WithoutARunningInstanceTheTrialsTell) {
+  const RunningHotKeys none = std::unexpected(platform::Error{"Quillfade is not running."});
+  const auto findings =
+      hotKeyFindings(none, builtInHotKeys, {HotKeyAnswer::granted, HotKeyAnswer::refused, HotKeyAnswer::unknown}, path);
+  ASSERT_THAT(findings, SizeIs(4));
+  EXPECT_EQ(findings[0].health, Health::works);
+  EXPECT_THAT(findings[0].detail, HasSubstr("toggle: free"));
+  EXPECT_EQ(findings[1].health, Health::fails);
+  EXPECT_THAT(findings[1].detail, HasSubstr("another program holds it"));
+  EXPECT_EQ(findings[2].health, Health::limited);
+  EXPECT_EQ(findings[3].health, Health::limited) << "A key that was not tried is not known.";
+  EXPECT_EQ(instanceFinding(none).detail, "Quillfade is not running.");
+  EXPECT_EQ(instanceFinding(none).health, Health::limited);
+}
+
+TEST(DoctorReport, EachFaultInTheRulesIsAProblem) {
+  const UserRules faulty{.faults = {"one", "two"}};
+  const auto findings = rulesFindings(faulty, true, path);
+  ASSERT_THAT(findings, SizeIs(2));
+  EXPECT_EQ(findings[1].health, Health::fails);
+  EXPECT_EQ(findings[1].detail, "two");
+  EXPECT_THAT(findings[1].fix, HasSubstr(path));
+  EXPECT_THAT(rulesFindings({}, false, path), ElementsAre(testing::Field(&Finding::detail, HasSubstr("none"))));
+  EXPECT_THAT(rulesFindings({}, true, path), ElementsAre(testing::Field(&Finding::detail, path + " is understood")));
+}
+
+TEST(DoctorReport, HotKeysAreTextThatReadsBack) {
+  const std::vector<HotKeyState> states{{"Control+F9", "toggle", true}, {"Control+Alt+F9", "select-area", false}};
+  EXPECT_EQ(hotKeyText(states),
+            "Control+F9      toggle       bound\n"
+            "Control+Alt+F9  select-area  taken by another program\n");
+  EXPECT_EQ(parseHotKeyText(hotKeyText(states)), states);
+  EXPECT_EQ(parseHotKeyText("Quillfade is still starting.\n\nx\n"), std::vector<HotKeyState>{});
+}
+
+TEST(DoctorReport, TheWholeReportHoldsEveryKeyAndTheRules) {
+  const auto report = examine(false);
+  for (const char* part : {"Control+Alt+Super+D", "Control+Alt+Super+P", "Control+Alt+Super+A", "Control+Alt+Super+F",
+                           "Rules of your own", "Quillfade is not running."}) {
+    EXPECT_THAT(report.output, HasSubstr(part));
+  }
+  EXPECT_THAT(examine(true).output, testing::StartsWith("{\"works\": "));
+}
+
+TEST(DoctorReport, AStoredAreaThatTheMenuCannotShowIsAProblem) {
+  const auto findings = [](const std::string& area) { return regionFindings(area, "/settings.json"); };
+  for (const char* area : {"{{0, 0}, {1e300, 600}}", "{{0, 0}, {600, 1e19}}"}) {
+    ASSERT_THAT(findings(area), SizeIs(1)) << area;
+    EXPECT_EQ(findings(area)[0].health, Health::fails);
+    EXPECT_THAT(findings(area)[0].detail, HasSubstr("opening it ends Quillfade"));
+    EXPECT_THAT(findings(area)[0].fix, HasSubstr("\"region\" out of /settings.json"));
+  }
+  EXPECT_THAT(findings("{{0, 0}, {1e300, 600}}")[0].detail, HasSubstr("1e+300 × 600 points"));
+  for (const char* area : {"{{1e300, 0}, {500, 600}}", "{{0, 0}, {1e18, 600}}", "{{0, 0}, {1e300, 5}}", "nonsense"}) {
+    EXPECT_THAT(findings(area), SizeIs(0)) << area;
+  }
+  EXPECT_THAT(regionFindings(std::nullopt, "/settings.json"), SizeIs(0));
+}
+
+}  // namespace
+}  // namespace quillfade

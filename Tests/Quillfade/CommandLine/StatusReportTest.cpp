@@ -1,0 +1,60 @@
+#include "Quillfade/CommandLine/StatusReport.h"
+
+#include "Tests/Quillfade/Application/DelegateTest.h"
+
+namespace quillfade {
+namespace {
+
+class StatusReport : public DelegateTest {
+ protected:
+  [[nodiscard]] std::string text() const { return statusText(overlay()); }
+  [[nodiscard]] std::string json() const { return statusJson(overlay()); }
+};
+
+TEST_F(StatusReport, AtFirstNothingIsHiddenAndNoAreaIsChosen) {
+  launch();
+  EXPECT_EQ(text(),
+            "Annotations: shown\n"
+            "Area:        none chosen yet\n"
+            "Style:       live\n"
+            "Outline:     on\n");
+  EXPECT_EQ(json(), "{\"enabled\": false, \"style\": \"live\", \"outline\": true, \"region\": null}\n");
+}
+
+TEST_F(StatusReport, ACoverThatIsOnIsToldWithItsArea) {
+  launchWithCoverOn();
+  EXPECT_EQ(text(),
+            "Annotations: hidden\n"
+            "Area:        800 \xC3\x97 600 at (100, 100)\n"
+            "Style:       live\n"
+            "Outline:     on\n");
+  EXPECT_EQ(json(),
+            "{\"enabled\": true, \"style\": \"live\", \"outline\": true, "
+            "\"region\": {\"x\": 100, \"y\": 100, \"width\": 800, \"height\": 600}}\n");
+}
+
+TEST_F(StatusReport, StyleAndOutlineAreTold) {
+  store("style", std::int64_t{1});
+  store("outline", false);
+  launch();
+  EXPECT_THAT(text(), testing::HasSubstr("Style:       solid\nOutline:     off\n"));
+  EXPECT_THAT(json(), testing::HasSubstr(R"("style": "solid", "outline": false)"));
+}
+
+TEST_F(StatusReport, AnAreaIsToldExactlyNegativeAndFractionalNumbersIncluded) {
+  launch();
+  overlay().setRegion({{-1440.5, -0.25}, {1439.75, 899.125}});
+  EXPECT_THAT(text(), testing::HasSubstr("Area:        1439.75 \xC3\x97 899.125 at (-1440.5, -0.25)\n"));
+  EXPECT_THAT(json(),
+              testing::HasSubstr(R"("region": {"x": -1440.5, "y": -0.25, "width": 1439.75, "height": 899.125})"));
+}
+
+TEST_F(StatusReport, ThePeekLeavesTheAnnotationsHidden) {
+  launchWithCoverOn();
+  delegate->peek();
+  EXPECT_THAT(shownWindows(), testing::IsEmpty());
+  EXPECT_THAT(text(), testing::StartsWith("Annotations: hidden\n"));
+}
+
+}  // namespace
+}  // namespace quillfade
