@@ -18,7 +18,7 @@
 
 namespace {
 
-using platform::x11::Connection;
+using platform::linux::xcb::Connection;
 
 struct Source {
   xcb_window_t window = XCB_NONE;
@@ -70,7 +70,8 @@ int run(std::int16_t x, std::int16_t y) {
   xcb_xfixes_create_region(c, parts, 0, nullptr);
   connection.flush();
   while (const std::unique_ptr<xcb_generic_event_t, decltype(&std::free)> event{xcb_wait_for_event(c), &std::free}) {
-    if ((event->response_type & 0x7f) != connection.firstEvent(platform::x11::Extension::damage) + XCB_DAMAGE_NOTIFY)
+    if ((event->response_type & 0x7f) !=
+        connection.firstEvent(platform::linux::xcb::Extension::damage) + XCB_DAMAGE_NOTIFY)
       continue;
     xcb_damage_subtract(c, damage, XCB_NONE, parts);
     xcb_xfixes_set_picture_clip_region(c, to, parts, 0, 0);

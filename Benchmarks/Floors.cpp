@@ -47,7 +47,7 @@ Floor ofMemory(const Size& size, const CostOptions& options) {
 // From a pixmap to a window of the same format, as RENDER composites it and as the core protocol copies it.
 Floor ofServer(const Size& size, const CostOptions& options, bool usesRender) {
   const support::XServer server({.width = 1920, .height = 1080, .arguments = {}});
-  auto connection = std::move(*platform::x11::Connection::open(server.display()));
+  auto connection = std::move(*platform::linux::xcb::Connection::open(server.display()));
   support::XClient client(server.display());
   const auto window = client.createWindow({.frame = {0, 0, size.width, size.height}});
   client.sync();

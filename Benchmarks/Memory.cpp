@@ -16,7 +16,7 @@ namespace bench {
 
 namespace {
 
-using platform::x11::CaptureStream;
+using platform::linux::stream::CaptureStream;
 using Result = std::expected<void, platform::Error>;
 
 constexpr PixelRect area{0, 0, 1920, 1080};
@@ -45,7 +45,7 @@ void await(const std::function<void(CaptureStream::Completion)>& call) {
 
 void restart(const std::string& display, std::uint64_t serial) {
   const auto output = std::make_shared<Output>();
-  platform::x11::CaptureStreamSettings settings;
+  platform::linux::stream::CaptureStreamSettings settings;
   settings.displayName = display;
   settings.source = area;
   settings.minimumFrameInterval = std::chrono::milliseconds(33);

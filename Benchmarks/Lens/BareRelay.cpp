@@ -21,9 +21,9 @@
 
 namespace {
 
-using platform::x11::FileDescriptor;
-using platform::x11::lens::localAddress;
-using platform::x11::lens::socketPath;
+using platform::linux::lens::localAddress;
+using platform::linux::lens::socketPath;
+using platform::linux::posix::FileDescriptor;
 
 constexpr int firstNumber = 200;
 constexpr int lastNumber = 999;

@@ -11,28 +11,28 @@
 #include "Platform/Linux/Settings/SettingsFile.h"
 #include "Platform/Linux/Toolkit/QtX11.h"
 
-namespace platform::x11 {
+namespace platform::linux {
 
 namespace {
 
 constexpr int busPatience = 2000;  // milliseconds
 
-std::string textProperty(Connection& connection, xcb_window_t window, const char* name) {
+std::string textProperty(xcb::Connection& connection, xcb_window_t window, const char* name) {
   constexpr std::uint32_t longest = 64;  // of four bytes each
   const auto cookie =
       xcb_get_property(connection.get(), 0, window, connection.atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, longest);
-  const auto reply = awaitReply(connection.get(), xcb_get_property_reply, cookie);
+  const auto reply = xcb::awaitReply(connection.get(), xcb_get_property_reply, cookie);
   if (!reply || reply->format != 8) return {};
   return {static_cast<const char*>(xcb_get_property_value(reply.get())),
           static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
 }
 
-std::string windowName(Connection& connection, xcb_window_t window) {
+std::string windowName(xcb::Connection& connection, xcb_window_t window) {
   const std::string name = textProperty(connection, window, "_NET_WM_NAME");
   return name.empty() ? textProperty(connection, window, "WM_NAME") : name;
 }
 
-std::string ofScreen(const char* selection, const Connection& connection) {
+std::string ofScreen(const char* selection, const xcb::Connection& connection) {
   return selection + std::to_string(connection.screenNumber());
 }
 
@@ -50,7 +50,7 @@ bool hasTrayOnBus() {
          reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
 }
 
-Finding displayFinding(const std::expected<std::unique_ptr<Connection>, Error>& connection) {
+Finding displayFinding(const std::expected<std::unique_ptr<xcb::Connection>, Error>& connection) {
   if (!connection) {
     return {.subject = "Display",
             .health = Health::fails,
@@ -60,22 +60,22 @@ Finding displayFinding(const std::expected<std::unique_ptr<Connection>, Error>& 
   const xcb_setup_t* setup = xcb_get_setup((*connection)->get());
   const std::string vendor(xcb_setup_vendor(setup), static_cast<std::size_t>(xcb_setup_vendor_length(setup)));
   return {.subject = "Display",
-          .detail = environmentVariable("DISPLAY").value_or("") + ", " + vendor + ", release " +
+          .detail = posix::environmentVariable("DISPLAY").value_or("") + ", " + vendor + ", release " +
                     std::to_string(setup->release_number)};
 }
 
 }  // namespace
 
-Finding sessionFinding(const Connection* connection) {
-  if (!(connection != nullptr ? isWaylandSession(*connection) : isWaylandSession()))
-    return {.subject = "Session", .detail = sessionType()};
+Finding sessionFinding(const xcb::Connection* connection) {
+  if (!(connection != nullptr ? session::isWaylandSession(*connection) : session::isWaylandSession()))
+    return {.subject = "Session", .detail = session::sessionType()};
   return {.subject = "Session",
           .health = Health::fails,
-          .detail = waylandSentence,
+          .detail = session::waylandSentence,
           .fix = "Log out, choose a session on X.Org at the login screen, and log in again."};
 }
 
-std::vector<Finding> extensionFindings(const Connection& connection) {
+std::vector<Finding> extensionFindings(const xcb::Connection& connection) {
   std::vector<Finding> findings;
   for (const auto& extension : connection.extensionVersions()) {
     const std::string version = std::to_string(extension.major) + '.' + std::to_string(extension.minor);
@@ -90,8 +90,8 @@ std::vector<Finding> extensionFindings(const Connection& connection) {
   return findings;
 }
 
-Finding compositingFinding(Connection& connection) {
-  const xcb_window_t owner = selectionOwner(connection.get(), ofScreen("_NET_WM_CM_S", connection).c_str());
+Finding compositingFinding(xcb::Connection& connection) {
+  const xcb_window_t owner = toolkit::selectionOwner(connection.get(), ofScreen("_NET_WM_CM_S", connection).c_str());
   if (owner == XCB_NONE) {
     return {.subject = "Compositing", .detail = "no compositing manager, and none is needed"};
   }
@@ -107,11 +107,11 @@ Finding busFinding() {
           .fix = "Start the session with dbus-run-session, or install dbus-user-session."};
 }
 
-Finding trayFinding(Connection* connection) {
+Finding trayFinding(xcb::Connection* connection) {
   if (hasTrayOnBus()) return {.subject = "Tray", .detail = "shown by a StatusNotifierItem host"};
   const bool hasX11Tray =
       connection != nullptr &&
-      selectionOwner(connection->get(), ofScreen("_NET_SYSTEM_TRAY_S", *connection).c_str()) != XCB_NONE;
+      toolkit::selectionOwner(connection->get(), ofScreen("_NET_SYSTEM_TRAY_S", *connection).c_str()) != XCB_NONE;
   if (hasX11Tray) return {.subject = "Tray", .detail = "shown by an XEmbed tray"};
   return {.subject = "Tray",
           .health = Health::limited,
@@ -122,7 +122,7 @@ Finding trayFinding(Connection* connection) {
 }
 
 Finding settingsFinding(const std::string& path) {
-  const auto fault = settingsFault(path);
+  const auto fault = settings::settingsFault(path);
   if (!fault) return {.subject = "Settings", .detail = path};
   return {.subject = "Settings",
           .health = Health::fails,
@@ -132,15 +132,15 @@ Finding settingsFinding(const std::string& path) {
 
 Finding logFinding(const std::string& path) {
   const std::string directory = path.substr(0, path.rfind('/'));
-  if (isWritableDirectory(directory)) return {.subject = "Log", .detail = path};
+  if (posix::isWritableDirectory(directory)) return {.subject = "Log", .detail = path};
   return {.subject = "Log",
           .health = Health::limited,
           .detail = "nothing is logged, since " + directory + " is no directory that can be written to",
           .fix = "mkdir -p " + directory};
 }
 
-std::vector<HotKeyAnswer> tryHotKeys(Connection& connection, const std::vector<HotKeyTrial>& trials) {
-  HotKeys keys(connection);
+std::vector<HotKeyAnswer> tryHotKeys(xcb::Connection& connection, const std::vector<HotKeyTrial>& trials) {
+  input::HotKeys keys(connection);
   std::vector<HotKeyAnswer> answers;
   for (const HotKeyTrial& trial : trials) {
     const bool isGranted = keys.registerHotKey(trial.keyCode, trial.modifiers, {}).has_value();
@@ -149,18 +149,18 @@ std::vector<HotKeyAnswer> tryHotKeys(Connection& connection, const std::vector<H
   return answers;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux
 
 namespace platform {
 
 Examination examineDesktop(const ExaminationRequest& request) {
-  using namespace x11;
+  using namespace platform::linux;
   int argumentCount = 0;
   QCoreApplication application(argumentCount, nullptr);
   qRegisterMetaType<QDBusVariant>();  // before the bus library's thread, which needs it to the very end
   Examination examination;
   auto& findings = examination.findings;
-  auto connection = Connection::open("");
+  auto connection = xcb::Connection::open("");
   findings = {sessionFinding(connection ? connection->get() : nullptr), displayFinding(connection)};
   examination.hotKeys.assign(request.hotKeys.size(), HotKeyAnswer::unknown);
   if (connection) {
@@ -170,10 +170,10 @@ Examination examineDesktop(const ExaminationRequest& request) {
   }
   findings.push_back(busFinding());
   findings.push_back(trayFinding(connection ? connection->get() : nullptr));
-  findings.push_back(settingsFinding(settingsPath()));
-  examination.settingsFile = settingsPath();
-  examination.settings = storedSettings(settingsPath(), request.settings);
-  findings.push_back(logFinding(homeDirectory() + '/' + request.logFile));
+  findings.push_back(settingsFinding(settings::settingsPath()));
+  examination.settingsFile = settings::settingsPath();
+  examination.settings = settings::storedSettings(settings::settingsPath(), request.settings);
+  findings.push_back(logFinding(posix::homeDirectory() + '/' + request.logFile));
   return examination;
 }
 

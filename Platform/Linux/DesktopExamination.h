@@ -9,17 +9,17 @@
 #include "Platform/Examination.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux {
 
 // Without a display only what the session says of itself counts.
-[[nodiscard]] Finding sessionFinding(const Connection* connection);
-[[nodiscard]] std::vector<Finding> extensionFindings(const Connection& connection);
-[[nodiscard]] Finding compositingFinding(Connection& connection);
+[[nodiscard]] Finding sessionFinding(const xcb::Connection* connection);
+[[nodiscard]] std::vector<Finding> extensionFindings(const xcb::Connection& connection);
+[[nodiscard]] Finding compositingFinding(xcb::Connection& connection);
 [[nodiscard]] Finding busFinding();
 // Without a display only the session bus is asked.
-[[nodiscard]] Finding trayFinding(Connection* connection);
+[[nodiscard]] Finding trayFinding(xcb::Connection* connection);
 [[nodiscard]] Finding settingsFinding(const std::string& path);
 [[nodiscard]] Finding logFinding(const std::string& path);
-[[nodiscard]] std::vector<HotKeyAnswer> tryHotKeys(Connection& connection, const std::vector<HotKeyTrial>& trials);
+[[nodiscard]] std::vector<HotKeyAnswer> tryHotKeys(xcb::Connection& connection, const std::vector<HotKeyTrial>& trials);
 
-}  // namespace platform::x11
+}  // namespace platform::linux

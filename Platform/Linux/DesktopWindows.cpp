@@ -5,12 +5,14 @@
 #include "Platform/Linux/Toolkit/ScreenGrab.h"
 #include "Platform/Linux/Widgets/WidgetWindow.h"
 
-namespace platform::x11 {
+namespace platform::linux {
 
 std::unique_ptr<Window> DesktopWindows::makeWindow(const WindowAttributes& attributes) {
-  if (attributes.ignoresMouseEvents) return std::make_unique<ClickThroughWindow>(surroundings_, attributes);
-  auto grab = [&connection = surroundings_.connection](const PixelRect& part) { return grabScreen(connection, part); };
-  return std::make_unique<WidgetWindow>(attributes, surroundings_.screens, focus_, std::move(grab));
+  if (attributes.ignoresMouseEvents) return std::make_unique<cover::ClickThroughWindow>(surroundings_, attributes);
+  auto grab = [&connection = surroundings_.connection](const xcb::PixelRect& part) {
+    return toolkit::grabScreen(connection, part);
+  };
+  return std::make_unique<widgets::WidgetWindow>(attributes, surroundings_.screens, focus_, std::move(grab));
 }
 
 EventMonitor DesktopWindows::addLocalKeyDownMonitor(std::function<bool(const KeyEvent&)> handler) {
@@ -19,4 +21,4 @@ EventMonitor DesktopWindows::addLocalKeyDownMonitor(std::function<bool(const Key
 
 void DesktopWindows::removeMonitor(EventMonitor monitor) { keyMonitors_.remove(monitor); }
 
-}  // namespace platform::x11
+}  // namespace platform::linux

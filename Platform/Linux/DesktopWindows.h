@@ -12,11 +12,11 @@
 #include "Platform/Linux/Input/KeyboardFocus.h"
 #include "Platform/Windows.h"
 
-namespace platform::x11 {
+namespace platform::linux {
 
 class DesktopWindows final : public Windows {
  public:
-  explicit DesktopWindows(const ClickThroughWindow::Surroundings& surroundings) : surroundings_(surroundings) {}
+  explicit DesktopWindows(const cover::ClickThroughWindow::Surroundings& surroundings) : surroundings_(surroundings) {}
 
   std::unique_ptr<Window> makeWindow(const WindowAttributes& attributes) override;
   // X11 has no levels: windows at this one are kept on top of all others by raising them.
@@ -28,9 +28,9 @@ class DesktopWindows final : public Windows {
   void removeMonitor(EventMonitor monitor) override;
 
  private:
-  ClickThroughWindow::Surroundings surroundings_;
-  KeyMonitors keyMonitors_;
-  KeyboardFocus focus_;
+  cover::ClickThroughWindow::Surroundings surroundings_;
+  input::KeyMonitors keyMonitors_;
+  input::KeyboardFocus focus_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux

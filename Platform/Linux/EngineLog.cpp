@@ -1,7 +1,7 @@
 #include "Platform/Linux/EngineLog.h"
 
-namespace platform::x11 {
+namespace platform::linux {
 
 Q_LOGGING_CATEGORY(engineLog, "quillfade.x11", QtInfoMsg)
 
-}  // namespace platform::x11
+}  // namespace platform::linux

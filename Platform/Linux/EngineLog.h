@@ -5,8 +5,8 @@
 
 #include <QLoggingCategory>
 
-namespace platform::x11 {
+namespace platform::linux {
 
 Q_DECLARE_LOGGING_CATEGORY(engineLog)
 
-}  // namespace platform::x11
+}  // namespace platform::linux

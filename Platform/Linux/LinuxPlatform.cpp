@@ -10,7 +10,7 @@
 #include "Platform/Linux/Session/Session.h"
 #include "Platform/Linux/Toolkit/QtX11.h"
 
-namespace platform::x11 {
+namespace platform::linux {
 namespace {
 
 [[noreturn]] void endProcess(const std::string& sentence) {
@@ -18,38 +18,38 @@ namespace {
   std::_Exit(EXIT_FAILURE);
 }
 
-std::unique_ptr<Connection> openConnection() {
-  auto connection = Connection::open("");
+std::unique_ptr<xcb::Connection> openConnection() {
+  auto connection = xcb::Connection::open("");
   if (!connection)
-    endProcess((isWaylandSession() ? std::string{waylandSentence} + ' ' : "") +
+    endProcess((session::isWaylandSession() ? std::string{session::waylandSentence} + ' ' : "") +
                connection.error().localizedDescription);
-  if (isWaylandSession(**connection)) std::cerr << "quillfade: " << waylandSentence << std::endl;
+  if (session::isWaylandSession(**connection)) std::cerr << "quillfade: " << session::waylandSentence << std::endl;
   return std::move(*connection);
 }
 
-void selectScreenEvents(const Connection& connection) {
-  if (!connection.has(Extension::randr)) return;
+void selectScreenEvents(const xcb::Connection& connection) {
+  if (!connection.has(xcb::Extension::randr)) return;
   xcb_randr_select_input(connection.get(), connection.root(),
                          XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE);
 }
 
-bool isScreenEvent(const Connection& connection, const xcb_generic_event_t& event) {
-  if (!connection.has(Extension::randr)) return false;
-  const int kind = eventType(event) - connection.firstEvent(Extension::randr);
+bool isScreenEvent(const xcb::Connection& connection, const xcb_generic_event_t& event) {
+  if (!connection.has(xcb::Extension::randr)) return false;
+  const int kind = xcb::eventType(event) - connection.firstEvent(xcb::Extension::randr);
   return kind == XCB_RANDR_SCREEN_CHANGE_NOTIFY || kind == XCB_RANDR_NOTIFY;
 }
 
-std::vector<std::uint32_t> resourceBases(const Connection& connection) {
+std::vector<std::uint32_t> resourceBases(const xcb::Connection& connection) {
   std::vector<std::uint32_t> bases{connection.resourceBase()};
-  if (auto* qt = qtConnection()) bases.push_back(xcb_get_setup(qt)->resource_id_base);
+  if (auto* qt = toolkit::qtConnection()) bases.push_back(xcb_get_setup(qt)->resource_id_base);
   return bases;
 }
 
 // Without the extensions, or below another desktop, there is nothing to redirect for: the solid cover needs none of it.
-std::unique_ptr<Redirection> redirectWindows(Connection& connection, const Scene& scene,
-                                             const std::vector<std::uint32_t>& ownClients) {
-  if (!connection.missingExtensions().empty() || isWaylandSession(connection)) return nullptr;
-  return std::make_unique<Redirection>(connection, scene.windows(), ownClients);
+std::unique_ptr<scene::Redirection> redirectWindows(xcb::Connection& connection, const scene::Scene& scene,
+                                                    const std::vector<std::uint32_t>& ownClients) {
+  if (!connection.missingExtensions().empty() || session::isWaylandSession(connection)) return nullptr;
+  return std::make_unique<scene::Redirection>(connection, scene.windows(), ownClients);
 }
 
 std::string programPath() { return QCoreApplication::applicationFilePath().toStdString(); }
@@ -61,10 +61,10 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       application_(arguments),
       ownClients_(resourceBases(*connection_)),
       mark_(*connection_, ownClients_),
-      settings_(settingsPath()),
-      rulesFile_(rulesPath()),
-      notifications_(stateDirectory() + "/quillfade"),
-      texts_(userLanguages()),
+      settings_(settings::settingsPath()),
+      rulesFile_(settings::rulesPath()),
+      notifications_(posix::stateDirectory() + "/quillfade"),
+      texts_(toolkit::userLanguages()),
       scene_(*connection_),
       windowList_(*connection_, scene_, ownClients_),
       redirection_(redirectWindows(*connection_, scene_, ownClients_)),
@@ -75,8 +75,9 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       hostMenus_(scene_, windowList_),
       statusBar_(runLoop_, hostMenus_),
       hotKeys_(*connection_),
-      loginItem_(configurationDirectory(), programPath()),
-      workspace_(connection_->missingExtensions(), isWaylandSession(*connection_) ? waylandSentence : ""),
+      loginItem_(posix::configurationDirectory(), programPath()),
+      workspace_(connection_->missingExtensions(),
+                 session::isWaylandSession(*connection_) ? session::waylandSentence : ""),
       events_(*connection_, [this](const xcb_generic_event_t& event) { handle(event); }, [this] { settle(); }) {
   scene_.addListener(windowList_);
   // What covers a whole monitor decides about lockers, whether or not anything is captured.
@@ -106,12 +107,12 @@ void LinuxPlatform::settle() {
   hostMenus_.settle();
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux
 
 namespace platform {
 
 std::unique_ptr<Platform> makePlatform(std::span<char* const> arguments) {
-  return std::make_unique<x11::LinuxPlatform>(arguments);
+  return std::make_unique<linux::LinuxPlatform>(arguments);
 }
 
 }  // namespace platform

@@ -38,7 +38,7 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Platform.h"
 
-namespace platform::x11 {
+namespace platform::linux {
 
 class LinuxPlatform final : public Platform {
  public:
@@ -71,37 +71,37 @@ class LinuxPlatform final : public Platform {
   void handle(const xcb_generic_event_t& event);
   void settle();
 
-  CrashSignals crashSignals_;
+  posix::CrashSignals crashSignals_;
   // The product's own, apart from Qt's, and before it: without a display this ends the process in a sentence.
-  std::unique_ptr<Connection> connection_;
-  DesktopApplication application_;
+  std::unique_ptr<xcb::Connection> connection_;
+  toolkit::DesktopApplication application_;
   std::vector<std::uint32_t> ownClients_;
-  ProductMark mark_;
-  QtRunLoop runLoop_;
-  DesktopProcess process_;
-  SystemClock clock_;
-  PosixFiles files_;
-  SettingsFile settings_;
-  RulesJson rulesFile_;
-  DesktopNotifications notifications_;
-  TextCatalogue texts_;
-  DesktopScreens screens_;
-  DesktopViews views_;
-  Scene scene_;
-  WindowList windowList_;
-  std::unique_ptr<Redirection> redirection_;  // where anything can be captured
-  OverlayStage stage_;
-  DesktopSessionLock sessionLock_;
+  scene::ProductMark mark_;
+  toolkit::QtRunLoop runLoop_;
+  toolkit::DesktopProcess process_;
+  posix::SystemClock clock_;
+  posix::PosixFiles files_;
+  settings::SettingsFile settings_;
+  settings::RulesJson rulesFile_;
+  session::DesktopNotifications notifications_;
+  toolkit::TextCatalogue texts_;
+  toolkit::DesktopScreens screens_;
+  views::DesktopViews views_;
+  scene::Scene scene_;
+  scene::WindowList windowList_;
+  std::unique_ptr<scene::Redirection> redirection_;  // where anything can be captured
+  cover::OverlayStage stage_;
+  session::DesktopSessionLock sessionLock_;
   DesktopWindows windows_;
   ScreenCapture capture_;
-  PopUpMenus hostMenus_;
-  DesktopStatusBar statusBar_;
-  DesktopDialogs dialogs_;
-  HotKeys hotKeys_;
-  AutostartItem loginItem_;
-  DesktopWorkspace workspace_;
-  SessionBus remoteControl_;
-  EventPump events_;
+  tray::PopUpMenus hostMenus_;
+  tray::DesktopStatusBar statusBar_;
+  widgets::DesktopDialogs dialogs_;
+  input::HotKeys hotKeys_;
+  session::AutostartItem loginItem_;
+  session::DesktopWorkspace workspace_;
+  session::SessionBus remoteControl_;
+  toolkit::EventPump events_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux

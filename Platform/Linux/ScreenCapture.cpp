@@ -6,12 +6,13 @@
 #include "Platform/Linux/EngineLog.h"
 #include "Platform/Linux/Session/Session.h"
 
-namespace platform::x11 {
+namespace platform::linux {
 
-ScreenCapture::ScreenCapture(Connection& connection, const DesktopScreens& screens, RunLoop& runLoop,
-                             std::vector<std::uint32_t> ownClients, WindowList& windows, OverlayStage& stage)
+ScreenCapture::ScreenCapture(xcb::Connection& connection, const toolkit::DesktopScreens& screens, RunLoop& runLoop,
+                             std::vector<std::uint32_t> ownClients, scene::WindowList& windows,
+                             cover::OverlayStage& stage)
     : connection_(connection),
-      isWayland_(isWaylandSession(connection)),
+      isWayland_(session::isWaylandSession(connection)),
       screens_(screens),
       runLoop_(runLoop),
       ownClients_(std::move(ownClients)),
@@ -59,8 +60,8 @@ void ScreenCapture::settle() {
 }
 
 std::expected<ShareableContent, Error> ScreenCapture::content(const ShareableContentOptions& options) {
-  if (isWayland_) return std::unexpected(Error{waylandSentence});
-  if (!preflight()) return std::unexpected(Error{missingExtensionsSentence(connection_.missingExtensions())});
+  if (isWayland_) return std::unexpected(Error{session::waylandSentence});
+  if (!preflight()) return std::unexpected(Error{xcb::missingExtensionsSentence(connection_.missingExtensions())});
   ShareableContent result;
   for (const auto& screen : screens_.all()) {
     if (screen.displayID) result.displays.push_back({*screen.displayID});
@@ -75,13 +76,13 @@ std::expected<ShareableContent, Error> ScreenCapture::content(const ShareableCon
 std::shared_ptr<platform::CaptureStream> ScreenCapture::makeStream(const ContentFilter& filter,
                                                                    const StreamConfiguration& configuration,
                                                                    std::weak_ptr<StreamDelegate> delegate) {
-  auto settings = captureStreamSettings(configuration, geometry(filter.display));
+  auto settings = stream::captureStreamSettings(configuration, geometry(filter.display));
   for (const auto& window : filter.excludingWindows) settings.excludedWindows.push_back(window.windowID);
-  if (filter.holdingBack) settings.holdBack = holdBack(*filter.holdingBack, geometry(filter.display));
+  if (filter.holdingBack) settings.holdBack = stream::holdBack(*filter.holdingBack, geometry(filter.display));
   settings.ownClients = ownClients_;
   settings.serial = ++streamCount_;
   qCDebug(engineLog) << "stream" << settings.serial << "without" << settings.excludedWindows;
-  auto stream = std::make_shared<CaptureStream>(std::move(settings), std::move(delegate));
+  auto stream = std::make_shared<stream::CaptureStream>(std::move(settings), std::move(delegate));
   streams_.push_back(stream);
   watchBackground();
   // A stream is often made because other windows are to be left out: those may be overlapped, too.
@@ -106,13 +107,13 @@ void ScreenCapture::checkBackground() {
     if (const auto stream = weakStream.lock()) stream->backgroundChanged();
 }
 
-ScreenGeometry ScreenCapture::geometry(const CaptureDisplay& display) const {
+xcb::ScreenGeometry ScreenCapture::geometry(const CaptureDisplay& display) const {
   const auto screens = screens_.all();
   const auto geometries = screens_.geometries();
   const auto found = std::ranges::find(screens, display.displayID, &Screen::displayID);
   const auto index = static_cast<std::size_t>(found - screens.begin());
   // A display that went since it was listed has no pixels; the stream then has nothing to show but starts all the same.
-  return index < geometries.size() ? geometries[index] : ScreenGeometry{};
+  return index < geometries.size() ? geometries[index] : xcb::ScreenGeometry{};
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux

@@ -22,13 +22,13 @@
 #include "Platform/Permission.h"
 #include "Platform/RunLoop.h"
 
-namespace platform::x11 {
+namespace platform::linux {
 
 class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
  public:
   // `ownClients`: the resource bases of this program's connections.
-  ScreenCapture(Connection& connection, const DesktopScreens& screens, RunLoop& runLoop,
-                std::vector<std::uint32_t> ownClients, WindowList& windows, OverlayStage& stage);
+  ScreenCapture(xcb::Connection& connection, const toolkit::DesktopScreens& screens, RunLoop& runLoop,
+                std::vector<std::uint32_t> ownClients, scene::WindowList& windows, cover::OverlayStage& stage);
   ~ScreenCapture() override;
   ScreenCapture(const ScreenCapture&) = delete;
   ScreenCapture& operator=(const ScreenCapture&) = delete;
@@ -52,25 +52,25 @@ class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
   };
 
   [[nodiscard]] std::expected<ShareableContent, Error> content(const ShareableContentOptions& options);
-  [[nodiscard]] ScreenGeometry geometry(const CaptureDisplay& display) const;
+  [[nodiscard]] xcb::ScreenGeometry geometry(const CaptureDisplay& display) const;
   void contentChanged();
   void watchBackground();
   void checkBackground();
 
-  Connection& connection_;
+  xcb::Connection& connection_;
   bool isWayland_;
-  const DesktopScreens& screens_;
+  const toolkit::DesktopScreens& screens_;
   RunLoop& runLoop_;
   std::vector<std::uint32_t> ownClients_;
-  WindowList& windows_;
-  OverlayStage& stage_;
+  scene::WindowList& windows_;
+  cover::OverlayStage& stage_;
   std::vector<Request> waiting_;
   std::vector<std::weak_ptr<std::function<void()>>> observers_;
   // Looked after while there are streams.
-  std::optional<RootBackground> background_;
+  std::optional<compositor::RootBackground> background_;
   bool isBackgroundDue_ = false;
-  std::vector<std::weak_ptr<CaptureStream>> streams_;
+  std::vector<std::weak_ptr<stream::CaptureStream>> streams_;
   std::uint64_t streamCount_ = 0;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux

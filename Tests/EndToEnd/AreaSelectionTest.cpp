@@ -170,7 +170,7 @@ struct Screens {
   std::string left;
   std::string right;
   std::string scales;
-  std::vector<platform::x11::ScreenGeometry> geometries;
+  std::vector<platform::linux::xcb::ScreenGeometry> geometries;
 };
 
 // As it stands in the settings.
@@ -185,7 +185,7 @@ class EveryEdge : public AreaSelection, public testing::WithParamInterface<Scree
 TEST_P(EveryEdge, OfEachOfTwoScreensTakesTheKeyboardAndThePress) {
   setMonitors(GetParam().left, GetParam().right);
   auto screens = GetParam().geometries;
-  platform::x11::placeInPoints(screens);
+  platform::linux::xcb::placeInPoints(screens);
   start(solidOff, {{"QT_SCREEN_SCALE_FACTORS", GetParam().scales}});
   constexpr int extent = 120;
   for (const auto& screen : screens) {

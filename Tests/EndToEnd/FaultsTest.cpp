@@ -47,7 +47,7 @@ TEST_F(Faults, AStormOfWindowsFromFourClientsLeavesTheCoverRight) {
   constexpr std::size_t clientCount = 4;
   {
     std::array<std::optional<support::XClient>, clientCount> clients;
-    std::array<std::optional<platform::x11::WindowStorm>, clientCount> storms;
+    std::array<std::optional<platform::linux::scene::WindowStorm>, clientCount> storms;
     for (unsigned i = 0; i < clientCount; ++i) {
       clients.at(i).emplace(server_.display());
       storms.at(i).emplace(*clients.at(i), 4711 + i);

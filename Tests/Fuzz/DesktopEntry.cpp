@@ -33,13 +33,13 @@ std::string unquoted(std::string_view exec) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t length) {
   const auto input = fuzz::text(bytes, length);
-  (void)platform::x11::parseDesktopEntry(input);
+  (void)platform::linux::posix::parseDesktopEntry(input);
   // No path holds a zero byte.
   const std::string path(input.substr(0, input.find('\0')));
-  const std::string exec = platform::x11::desktopExec(path);
+  const std::string exec = platform::linux::posix::desktopExec(path);
   fuzz::expect(exec.find('\n') == std::string::npos, "the value is one line");
   fuzz::expect(unquoted(exec) == path, "the argument is the path");
-  const auto entry = platform::x11::parseDesktopEntry("[Desktop Entry]\nExec=" + exec + "\n");
+  const auto entry = platform::linux::posix::parseDesktopEntry("[Desktop Entry]\nExec=" + exec + "\n");
   fuzz::expect(entry && entry->size() == 1 && entry->at("Exec") == exec, "the entry reads as it was written");
   return 0;
 }

@@ -29,7 +29,7 @@ bool isPlain(std::string_view text, bool withLineFeeds) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t length) {
-  const std::string name = platform::x11::validUtf8(fuzz::text(bytes, length));
+  const std::string name = platform::linux::scene::validUtf8(fuzz::text(bytes, length));
   fuzz::expect(isPlain(quillfade::escapedText(name), false), "an escaped name has no control characters");
 
   static platform::simulated::Desktop desktop;

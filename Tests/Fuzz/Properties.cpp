@@ -12,7 +12,7 @@
 
 namespace {
 
-using namespace platform::x11;
+using namespace platform::linux;
 
 // Takes the input apart from its beginning; zeros once it is used up.
 class Input {
@@ -38,7 +38,7 @@ class Input {
 
 // In a block of memory of just its size, so that reading on is noticed. The length is the server's and true; all else
 // is the window's.
-Reply<xcb_get_property_reply_t> makeReply(Input& input) {
+xcb::Reply<xcb_get_property_reply_t> makeReply(Input& input) {
   constexpr std::uint8_t formats[]{0, 8, 16, 32};
   const std::uint8_t format = formats[input.byte() % 4];
   const std::size_t unit = format == 0 ? 1 : format / 8U;
@@ -50,26 +50,26 @@ Reply<xcb_get_property_reply_t> makeReply(Input& input) {
   reply->value_len = static_cast<std::uint32_t>(count);
   reply->bytes_after = input.number();
   std::memcpy(reply + 1, data.data(), count * unit);
-  return Reply<xcb_get_property_reply_t>(reply);
+  return xcb::Reply<xcb_get_property_reply_t>(reply);
 }
 
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t length) {
   static xcb_atom_t last = 0;
-  static const PropertyAtoms atoms([](std::string_view) { return ++last; });
+  static const scene::PropertyAtoms atoms([](std::string_view) { return ++last; });
   Input input(bytes, length);
   const unsigned present = input.byte();
-  std::vector<Reply<xcb_get_property_reply_t>> owned;
-  PropertyReplies replies{};
+  std::vector<xcb::Reply<xcb_get_property_reply_t>> owned;
+  scene::PropertyReplies replies{};
   for (std::size_t i = 0; i < replies.size(); ++i) {
     if ((present >> i & 1U) == 0) continue;
     owned.push_back(makeReply(input));
     replies[i] = owned.back().get();
   }
-  const auto client = decodeProperties(atoms, replies);
-  const std::vector<PixelRect> monitors{{0, 0, 1920, 1080}, {1920, 0, 1280, 1024}};
-  WindowProperties window;
+  const auto client = scene::decodeProperties(atoms, replies);
+  const std::vector<xcb::PixelRect> monitors{{0, 0, 1920, 1080}, {1920, 0, 1280, 1024}};
+  scene::WindowProperties window;
   window.instanceName = client.instanceName;
   window.className = client.className;
   window.types = client.types;
@@ -78,10 +78,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t length) {
   window.isManaged = client.isManaged;
   window.frame = {0, 0, static_cast<int>(input.number()), static_cast<int>(input.number())};
   window.hasAlpha = (input.byte() & 1U) != 0;
-  const auto owner = ownerIdentifier(window);
+  const auto owner = scene::ownerIdentifier(window);
   fuzz::expect(!owner || platform::isValidUtf8(*owner), "an owner's name is UTF-8");
-  const auto layer = windowLayer(window, monitors);
-  fuzz::expect(layer >= layers::below && layer < layers::own, "a foreign window's layer is one of the known ones");
-  fuzz::expect(layer < layers::overlay || !isScreenLocker(window, monitors), "no locker is taken for an overlay");
+  const auto layer = scene::windowLayer(window, monitors);
+  fuzz::expect(layer >= scene::layers::below && layer < scene::layers::own,
+               "a foreign window's layer is one of the known ones");
+  fuzz::expect(layer < scene::layers::overlay || !scene::isScreenLocker(window, monitors),
+               "no locker is taken for an overlay");
   return 0;
 }

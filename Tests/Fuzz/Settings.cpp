@@ -40,7 +40,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t length) {
   const std::string written(fuzz::text(bytes, length));
   fs::remove(aside);
   std::ofstream(path, std::ios::binary) << written;
-  platform::x11::SettingsFile settings(path.string());
+  platform::linux::settings::SettingsFile settings(path.string());
   for (const char* key : {"enabled", "style", "outline", "region"}) {
     const auto value = settings.object(key);
     (void)quillfade::asInteger(value);
@@ -51,7 +51,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t length) {
   const bool isKept = content(path) == written || content(aside) == written;
   if (!isKept) std::abort();
   settings.set("outline", false);
-  platform::x11::SettingsFile again(path.string());
+  platform::linux::settings::SettingsFile again(path.string());
   if (quillfade::asBool(again.object("outline")) != false) std::abort();
   return 0;
 }

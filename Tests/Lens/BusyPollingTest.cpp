@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 namespace {
 
 using namespace std::chrono_literals;
@@ -109,4 +109,4 @@ TEST(BusyPolling, SleepsBetweenThirtyPicturesASecond) {
 }
 
 }  // namespace
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -12,14 +12,14 @@
 
 #include "Tests/Lens/SocketPair.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 namespace {
 
 using Outcome = Channel::Outcome;
 
 std::span<const std::byte> bytesOf(std::string_view text) { return std::as_bytes(std::span(text)); }
 
-void sendWith(const FileDescriptor& socket, std::string_view text, std::initializer_list<int> descriptors) {
+void sendWith(const posix::FileDescriptor& socket, std::string_view text, std::initializer_list<int> descriptors) {
   alignas(cmsghdr) std::array<std::byte, CMSG_SPACE(sizeof(int) * 8)> control{};
   iovec part{const_cast<char*>(text.data()), text.size()};
   msghdr message{};
@@ -37,10 +37,10 @@ void sendWith(const FileDescriptor& socket, std::string_view text, std::initiali
 
 struct Received {
   std::string text;
-  std::vector<FileDescriptor> descriptors;
+  std::vector<posix::FileDescriptor> descriptors;
 };
 
-Received receiveSome(const FileDescriptor& socket) {
+Received receiveSome(const posix::FileDescriptor& socket) {
   alignas(cmsghdr) std::array<std::byte, CMSG_SPACE(sizeof(int) * 8)> control{};
   std::string text(65536, '\0');
   iovec part{text.data(), text.size()};
@@ -104,8 +104,8 @@ TEST_F(Channels, InsertingComesBeforeAnythingWasReceived) {
 }
 
 TEST_F(Channels, DescriptorsTravelWithTheirBytes) {
-  const FileDescriptor first(::open("/", O_RDONLY | O_DIRECTORY));
-  const FileDescriptor second(::open("/tmp", O_RDONLY | O_DIRECTORY));
+  const posix::FileDescriptor first(::open("/", O_RDONLY | O_DIRECTORY));
+  const posix::FileDescriptor second(::open("/tmp", O_RDONLY | O_DIRECTORY));
   ASSERT_EQ(::write(source_.far.get(), "plain", 5), 5);
   sendWith(source_.far, "one", {first.get()});
   sendWith(source_.far, "two", {second.get(), first.get()});
@@ -119,7 +119,7 @@ TEST_F(Channels, DescriptorsTravelWithTheirBytes) {
   while (text.size() < 11) {
     const Received received = receiveSome(sink_.far);
     ASSERT_FALSE(received.text.empty());
-    for (const FileDescriptor& descriptor : received.descriptors) {
+    for (const posix::FileDescriptor& descriptor : received.descriptors) {
       identities.push_back(identity(descriptor.get()));
       positions.push_back(text.size());
     }
@@ -183,12 +183,12 @@ TEST_F(Channels, AStretchThatNobodyLooksAtArrivesWhole) {
 }
 
 TEST_F(Channels, AnEndThatIsGoneIsNoticed) {
-  source_.far = FileDescriptor();
+  source_.far = posix::FileDescriptor();
   EXPECT_EQ(channel_.receive(), Outcome::closed);
-  sink_.far = FileDescriptor();
+  sink_.far = posix::FileDescriptor();
   channel_.insert(bytesOf("x"));
   EXPECT_EQ(channel_.send(), Outcome::closed);
 }
 
 }  // namespace
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

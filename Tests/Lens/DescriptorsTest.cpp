@@ -17,8 +17,8 @@
 namespace lens {
 namespace {
 
-namespace wire = platform::x11::lens;
-using platform::x11::FileDescriptor;
+namespace wire = platform::linux::lens;
+using platform::linux::posix::FileDescriptor;
 
 // Reads the stream as it comes: client libraries may themselves lose a descriptor that comes early.
 class RawClient {

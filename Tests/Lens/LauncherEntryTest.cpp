@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 namespace {
 
 constexpr std::string_view launcher = "\"/opt/quillfade\" share --view clean --";
@@ -63,4 +63,4 @@ TEST(LauncherEntries, OneIsKnownByItsMark) {
 }
 
 }  // namespace
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

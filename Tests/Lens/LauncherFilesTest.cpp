@@ -15,7 +15,7 @@ namespace lens {
 namespace {
 
 namespace fs = std::filesystem;
-using platform::x11::parseDesktopEntry;
+using platform::linux::posix::parseDesktopEntry;
 using support::ChildProcess;
 using support::Environment;
 using testing::EndsWith;
@@ -46,8 +46,8 @@ class LauncherFiles : public testing::Test {
   }
 
   static std::string exec(const std::string& view, const std::string& command) {
-    return platform::x11::desktopExec(fs::canonical(QUILLFADE_EXECUTABLE).string()) + " share --view " + view + " -- " +
-           command;
+    return platform::linux::posix::desktopExec(fs::canonical(QUILLFADE_EXECUTABLE).string()) + " share --view " + view +
+           " -- " + command;
   }
 
   support::PrivateHome home_;

@@ -24,13 +24,13 @@ namespace lens {
 namespace {
 
 namespace fs = std::filesystem;
-using platform::x11::FileDescriptor;
-using platform::x11::lens::Credential;
-using platform::x11::lens::localAddress;
-using platform::x11::lens::PrivateAuthority;
-using platform::x11::lens::PrivateDisplay;
-using platform::x11::lens::ServerAddress;
-using platform::x11::lens::socketPath;
+using platform::linux::lens::Credential;
+using platform::linux::lens::localAddress;
+using platform::linux::lens::PrivateAuthority;
+using platform::linux::lens::PrivateDisplay;
+using platform::linux::lens::ServerAddress;
+using platform::linux::lens::socketPath;
+using platform::linux::posix::FileDescriptor;
 using support::ChildProcess;
 
 std::string lockPath(int number) { return "/tmp/.X" + std::to_string(number) + "-lock"; }

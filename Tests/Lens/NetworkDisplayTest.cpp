@@ -20,7 +20,7 @@
 namespace lens {
 namespace {
 
-using platform::x11::lens::ServerAddress;
+using platform::linux::lens::ServerAddress;
 
 class NetworkDisplay : public testing::Test {
  public:

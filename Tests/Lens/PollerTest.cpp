@@ -14,18 +14,18 @@
 
 #include "Tests/Lens/SocketPair.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 namespace {
 
 using namespace std::chrono_literals;
 
-char receive(const FileDescriptor& socket) {
+char receive(const posix::FileDescriptor& socket) {
   char letter = 0;
   EXPECT_EQ(::read(socket.get(), &letter, 1), 1);
   return letter;
 }
 
-void send(const FileDescriptor& socket, char letter) { EXPECT_EQ(::write(socket.get(), &letter, 1), 1); }
+void send(const posix::FileDescriptor& socket, char letter) { EXPECT_EQ(::write(socket.get(), &letter, 1), 1); }
 
 std::chrono::nanoseconds processorTime() {
   timespec time{};
@@ -53,7 +53,7 @@ class Timer {
   [[nodiscard]] int descriptor() const { return descriptor_.get(); }
 
  private:
-  FileDescriptor descriptor_{::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC)};
+  posix::FileDescriptor descriptor_{::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC)};
 };
 
 // Passes letters between two that answer each other.
@@ -136,4 +136,4 @@ TEST_F(PollerTest, WaitsNoLongerThanUntilTheDeadline) {
 }
 
 }  // namespace
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

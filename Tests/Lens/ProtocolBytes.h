@@ -6,7 +6,7 @@
 
 #include "Platform/Linux/Lens/Wire.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 class ProtocolBytes {
  public:
@@ -59,4 +59,4 @@ class ProtocolBytes {
   std::vector<std::byte> bytes_;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

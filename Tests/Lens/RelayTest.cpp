@@ -10,7 +10,7 @@
 #include "Tests/Lens/ProtocolBytes.h"
 #include "Tests/Lens/SocketPair.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 namespace {
 
 constexpr std::size_t wordsOfLongMessage = 16384;
@@ -65,10 +65,10 @@ class RelayTest : public testing::Test {
   [[nodiscard]] Passing passing() const { return relay_.passing(); }
 
  private:
-  static void send(const FileDescriptor& socket, const std::vector<std::byte>& bytes) {
+  static void send(const posix::FileDescriptor& socket, const std::vector<std::byte>& bytes) {
     EXPECT_EQ(::write(socket.get(), bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
   }
-  static std::vector<std::byte> arrivedAt(const FileDescriptor& socket) {
+  static std::vector<std::byte> arrivedAt(const posix::FileDescriptor& socket) {
     std::vector<std::byte> bytes(8 * wordsOfLongMessage);
     std::size_t count = 0;
     ssize_t received = 0;
@@ -114,4 +114,4 @@ TEST_F(RelayTest, ALongMessageOfTheOtherDirectionDoesNotCount) {
 }
 
 }  // namespace
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

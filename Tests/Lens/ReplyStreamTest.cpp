@@ -4,7 +4,7 @@
 
 #include "Tests/Lens/ProtocolBytes.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 namespace {
 
 constexpr std::uint32_t rootVisual = 0x21;
@@ -166,4 +166,4 @@ INSTANTIATE_TEST_SUITE_P(BothByteOrders, ReplyStreams, testing::Values(ByteOrder
                          [](const auto& order) { return order.param == ByteOrder::little ? "Little" : "Big"; });
 
 }  // namespace
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -4,7 +4,7 @@
 
 #include "Tests/Lens/ProtocolBytes.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 namespace {
 
 using Stop = RequestStream::Stop;
@@ -242,4 +242,4 @@ INSTANTIATE_TEST_SUITE_P(BothByteOrders, RequestStreams, testing::Values(ByteOrd
                          [](const auto& order) { return order.param == ByteOrder::little ? "Little" : "Big"; });
 
 }  // namespace
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -102,7 +102,7 @@ class ScreenDamage : public testing::Test {
 
   // A solid cover, say, of another process of the product.
   void showMirror() {
-    platform::x11::redirectSubwindows(*product_);
+    platform::linux::scene::redirectSubwindows(*product_);
     mark_.emplace(*product_, std::array{product_->resourceBase()});
     window_ = product_->newId();
     const std::array<std::uint32_t, 2> values{0x123456, 1};
@@ -116,8 +116,8 @@ class ScreenDamage : public testing::Test {
   support::XServer server_;
   XClient client_{server_.display()};
   xcb_window_t board_ = XCB_NONE;
-  std::unique_ptr<platform::x11::Connection> product_ = platform::x11::connectTo(server_.display());
-  std::optional<platform::x11::ProductMark> mark_;
+  std::unique_ptr<platform::linux::xcb::Connection> product_ = platform::linux::connectTo(server_.display());
+  std::optional<platform::linux::scene::ProductMark> mark_;
   xcb_window_t window_ = XCB_NONE;
 };
 
@@ -150,7 +150,7 @@ TEST_F(ScreenDamage, OfTheCoverItselfIsNotToldOf) {
   const auto program = open.connect();
   DamageReader reader(*program);
   reader.settle();
-  const auto everything = platform::x11::toRectangle({0, 0, mirror.width, mirror.height});
+  const auto everything = platform::linux::xcb::toRectangle({0, 0, mirror.width, mirror.height});
   const xcb_gcontext_t context = product_->newId();
   xcb_create_gc(product_->get(), context, window_, 0, nullptr);
   xcb_poly_fill_rectangle(product_->get(), window_, context, 1, &everything);

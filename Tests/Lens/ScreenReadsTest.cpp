@@ -137,7 +137,7 @@ class ScreenReads : public testing::Test {
 
   // What another process of the product would show there, which keeps what lies beneath.
   void showMirror() {
-    platform::x11::redirectSubwindows(*product_);
+    platform::linux::scene::redirectSubwindows(*product_);
     mark_.emplace(*product_, std::array{product_->resourceBase()});
     window_ = product_->newId();
     const std::array<std::uint32_t, 2> values{mirrorColor, 1};
@@ -161,8 +161,8 @@ class ScreenReads : public testing::Test {
   support::XServer server_;
   XClient client_{server_.display()};
   xcb_window_t board_ = XCB_NONE;
-  std::unique_ptr<platform::x11::Connection> product_ = platform::x11::connectTo(server_.display());
-  std::optional<platform::x11::ProductMark> mark_;
+  std::unique_ptr<platform::linux::xcb::Connection> product_ = platform::linux::connectTo(server_.display());
+  std::optional<platform::linux::scene::ProductMark> mark_;
   xcb_window_t window_ = XCB_NONE;
 };
 

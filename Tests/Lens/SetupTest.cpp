@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 namespace {
 
 const Credential cookie{"MIT-MAGIC-COOKIE-1", "0123456789abcdef"};
@@ -58,4 +58,4 @@ TEST(Setup, SecretsAreTheSameOnlyWhenEveryByteIs) {
 }
 
 }  // namespace
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -8,19 +8,19 @@
 
 #include "Platform/Linux/Posix/FileDescriptor.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 struct SocketPair {
   // SOCK_NONBLOCK, or nothing.
   explicit SocketPair(int flags = 0) {
     std::array<int, 2> ends{};
     EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | flags, 0, ends.data()), 0);
-    near = FileDescriptor(ends[0]);
-    far = FileDescriptor(ends[1]);
+    near = posix::FileDescriptor(ends[0]);
+    far = posix::FileDescriptor(ends[1]);
   }
 
-  FileDescriptor near;
-  FileDescriptor far;
+  posix::FileDescriptor near;
+  posix::FileDescriptor far;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -16,7 +16,7 @@
 
 namespace lens {
 
-namespace wire = platform::x11::lens;
+namespace wire = platform::linux::lens;
 
 inline wire::ScreenNames anyNames() {
   return {.extensions = {133, 140, 138, 130, 149, 143, 91},

@@ -1,8 +1,8 @@
 #include "Tests/Linux/EngineSupport.h"
 
-namespace platform::x11 {
+namespace platform::linux {
 
-Composition::Composition(const std::string& display, const PixelRect& source, std::vector<xcb_window_t> excluded,
+Composition::Composition(const std::string& display, const xcb::PixelRect& source, std::vector<xcb_window_t> excluded,
                          std::vector<std::uint32_t> ownClients)
     : connection_(connectTo(display)),
       source_(source),
@@ -13,7 +13,8 @@ Composition::Composition(const std::string& display, const PixelRect& source, st
                   {std::move(excluded), std::move(ownClients), connection_->resourceMask()}),
       painted_(*connection_) {}
 
-xcb_render_picture_t Composition::makeTarget(Connection& connection, xcb_pixmap_t pixmap, const PixelRect& source) {
+xcb_render_picture_t Composition::makeTarget(xcb::Connection& connection, xcb_pixmap_t pixmap,
+                                             const xcb::PixelRect& source) {
   xcb_create_pixmap(connection.get(), connection.rootDepth(), pixmap, connection.root(),
                     static_cast<std::uint16_t>(source.width), static_cast<std::uint16_t>(source.height));
   const xcb_render_picture_t target = connection.newId();
@@ -32,7 +33,7 @@ void Composition::catchUp(int mostEvents) {
   for (int round = 0; round < 3; ++round) {
     if (!connection_->synchronize(10'000)) throw std::runtime_error("The X server does not answer.");
     for (int taken = 0; taken < mostEvents; ++taken) {
-      const Event event = connection_->nextEvent();
+      const xcb::Event event = connection_->nextEvent();
       if (!event) break;
       scene_.handle(*event);
       compositor_.handle(*event);
@@ -44,17 +45,17 @@ void Composition::catchUp(int mostEvents) {
 
 bool Composition::update(int mostEvents) {
   catchUp(mostEvents);
-  if (compositor_.changes() == Compositor::Changes::possible) {
+  if (compositor_.changes() == compositor::Compositor::Changes::possible) {
     compositor_.examine();
     catchUp();
   }
-  if (compositor_.changes() == Compositor::Changes::none) return false;
+  if (compositor_.changes() == compositor::Compositor::Changes::none) return false;
   compositor_.paintTo({.picture = target_, .clear = clear_}, painted_);
   return true;
 }
 
 support::Picture Composition::picture() {
-  const auto reply = awaitReply(
+  const auto reply = xcb::awaitReply(
       connection_->get(), xcb_get_image_reply,
       xcb_get_image(connection_->get(), XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap_, 0, 0,
                     static_cast<std::uint16_t>(source_.width), static_cast<std::uint16_t>(source_.height), ~0U));
@@ -65,14 +66,14 @@ support::Picture Composition::picture() {
   return {source_.width, source_.height, std::move(pixels)};
 }
 
-std::vector<PixelRect> Composition::painted() {
-  const auto reply = awaitReply(connection_->get(), xcb_xfixes_fetch_region_reply,
-                                xcb_xfixes_fetch_region(connection_->get(), painted_.id()));
-  std::vector<PixelRect> rects;
+std::vector<xcb::PixelRect> Composition::painted() {
+  const auto reply = xcb::awaitReply(connection_->get(), xcb_xfixes_fetch_region_reply,
+                                     xcb_xfixes_fetch_region(connection_->get(), painted_.id()));
+  std::vector<xcb::PixelRect> rects;
   const xcb_rectangle_t* rectangles = xcb_xfixes_fetch_region_rectangles(reply.get());
   for (int index = 0; index < xcb_xfixes_fetch_region_rectangles_length(reply.get()); ++index)
     rects.push_back({rectangles[index].x, rectangles[index].y, rectangles[index].width, rectangles[index].height});
   return rects;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux

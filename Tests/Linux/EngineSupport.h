@@ -15,7 +15,7 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Tests/Support/Picture.h"
 
-namespace platform::x11 {
+namespace platform::linux {
 
 inline void failOnError(const xcb_generic_error_t& error) {
   ADD_FAILURE() << "X error " << int{error.error_code} << " of request " << int{error.major_code} << "."
@@ -23,8 +23,8 @@ inline void failOnError(const xcb_generic_error_t& error) {
 }
 
 // A connection on which every error that nobody expected fails the test.
-inline std::unique_ptr<Connection> connectTo(const std::string& display) {
-  auto connection = Connection::open(display);
+inline std::unique_ptr<xcb::Connection> connectTo(const std::string& display) {
+  auto connection = xcb::Connection::open(display);
   if (!connection) throw std::runtime_error(connection.error().localizedDescription);
   (*connection)->setUnexpectedErrorHandler(failOnError);
   return std::move(*connection);
@@ -33,7 +33,7 @@ inline std::unique_ptr<Connection> connectTo(const std::string& display) {
 // A part of the screen composed into a pixmap.
 class Composition {
  public:
-  Composition(const std::string& display, const PixelRect& source, std::vector<xcb_window_t> excluded = {},
+  Composition(const std::string& display, const xcb::PixelRect& source, std::vector<xcb_window_t> excluded = {},
               std::vector<std::uint32_t> ownClients = {});
 
   // Takes in everything that other clients have synchronised with the server before; or just a part of it, when another
@@ -44,23 +44,24 @@ class Composition {
   // The pixmap's pixels.
   [[nodiscard]] support::Picture picture();
   // The rectangles that the last painting may have changed.
-  [[nodiscard]] std::vector<PixelRect> painted();
+  [[nodiscard]] std::vector<xcb::PixelRect> painted();
   // From now on nobody asks for those.
   void needNotTell() { clear_ = {-source_.width, -source_.height, 3 * source_.width, 3 * source_.height}; }
-  [[nodiscard]] Compositor& compositor() { return compositor_; }
-  [[nodiscard]] Connection& connection() { return *connection_; }
+  [[nodiscard]] compositor::Compositor& compositor() { return compositor_; }
+  [[nodiscard]] xcb::Connection& connection() { return *connection_; }
 
  private:
-  static xcb_render_picture_t makeTarget(Connection& connection, xcb_pixmap_t pixmap, const PixelRect& source);
+  static xcb_render_picture_t makeTarget(xcb::Connection& connection, xcb_pixmap_t pixmap,
+                                         const xcb::PixelRect& source);
 
-  std::unique_ptr<Connection> connection_;
-  PixelRect source_;
+  std::unique_ptr<xcb::Connection> connection_;
+  xcb::PixelRect source_;
   xcb_pixmap_t pixmap_;
   xcb_render_picture_t target_;
-  Scene scene_;
-  Compositor compositor_;
-  Region painted_;
-  PixelRect clear_;
+  scene::Scene scene_;
+  compositor::Compositor compositor_;
+  xcb::Region painted_;
+  xcb::PixelRect clear_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux

@@ -12,7 +12,7 @@
 
 namespace support {
 
-using platform::x11::PixelRect;
+using platform::linux::xcb::PixelRect;
 
 class Picture {
  public:

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 
 namespace {
 
@@ -16,7 +16,8 @@ constexpr std::size_t maximumSoiledRects = 64;
 
 }  // namespace
 
-Compositor::Compositor(Connection& connection, Scene& scene, const PixelRect& source, WindowFilter filter)
+Compositor::Compositor(xcb::Connection& connection, scene::Scene& scene, const xcb::PixelRect& source,
+                       scene::WindowFilter filter)
     : connection_(connection),
       scene_(scene),
       source_(source),
@@ -28,7 +29,7 @@ Compositor::Compositor(Connection& connection, Scene& scene, const PixelRect& so
       remaining_(connection),
       clip_(connection) {
   filter_.addOwnClient(connection_.resourceBase());
-  for (const SceneWindow& window : scene_.windows()) watch(window);
+  for (const scene::SceneWindow& window : scene_.windows()) watch(window);
   scene_.addListener(*this);
   invalidate();
 }
@@ -38,14 +39,14 @@ Compositor::~Compositor() {
   forgetPending();
 }
 
-bool Compositor::isVisible(const SceneWindow& window) const {
+bool Compositor::isVisible(const scene::SceneWindow& window) const {
   return window.isViewable && window.isDescribed && !window.isInputOnly &&
          connection_.formatOfVisual(window.visual) != 0 && !filter_.leavesOut(window) &&
          !intersection(window.outer, source_).isEmpty();
 }
 
 // Without a compositing manager the server shows the colours of a window and ignores how transparent they are.
-bool Compositor::isTranslucent(const SceneWindow& window) const {
+bool Compositor::isTranslucent(const scene::SceneWindow& window) const {
   if (!scene_.hasCompositingManager()) return false;
   const WindowContent* content = contentOf(window.id);
   return connection_.visualHasAlpha(window.visual) ||
@@ -53,20 +54,20 @@ bool Compositor::isTranslucent(const SceneWindow& window) const {
 }
 
 // Whether it is seen in the whole of its rectangle.
-bool Compositor::isRectangle(const SceneWindow& window) const {
+bool Compositor::isRectangle(const scene::SceneWindow& window) const {
   const WindowContent* content = contentOf(window.id);
   return !window.isShaped && (content == nullptr || !content->look().visiblePart);
 }
 
-std::span<const SceneWindow> Compositor::windowsAbove(const SceneWindow& window) const {
-  const std::span<const SceneWindow> windows = scene_.windows();
+std::span<const scene::SceneWindow> Compositor::windowsAbove(const scene::SceneWindow& window) const {
+  const std::span<const scene::SceneWindow> windows = scene_.windows();
   return windows.subspan(static_cast<std::size_t>(&window - windows.data()) + 1);
 }
 
 // Whether a single opaque window hides it entirely: what is drawn there then need not wake anybody.
-bool Compositor::isCovered(const SceneWindow& window) const {
-  const PixelRect shown = intersection(window.outer, source_);
-  return std::ranges::any_of(windowsAbove(window), [&](const SceneWindow& cover) {
+bool Compositor::isCovered(const scene::SceneWindow& window) const {
+  const xcb::PixelRect shown = intersection(window.outer, source_);
+  return std::ranges::any_of(windowsAbove(window), [&](const scene::SceneWindow& cover) {
     return intersection(cover.outer, shown) == shown && isVisible(cover) && isRectangle(cover) && !isTranslucent(cover);
   });
 }
@@ -77,7 +78,7 @@ WindowContent* Compositor::contentOf(xcb_window_t window) const {
 }
 
 // Content is kept, and damage reported, of visible windows only: others must not cost anything.
-void Compositor::watch(const SceneWindow& window) {
+void Compositor::watch(const scene::SceneWindow& window) {
   if (!isVisible(window)) {
     abandon(window.id);
   } else if (auto& content = contents_[window.id]; content == nullptr) {
@@ -93,22 +94,22 @@ void Compositor::abandon(xcb_window_t window) {
   looks_.forget(window);
 }
 
-void Compositor::windowAdded(const SceneWindow& window) {
+void Compositor::windowAdded(const scene::SceneWindow& window) {
   isHoldingBack_.reset();
   watch(window);
   soil(window);
 }
 
-void Compositor::windowRemoved(const SceneWindow& window, Departure departure) {
+void Compositor::windowRemoved(const scene::SceneWindow& window, scene::Departure departure) {
   isHoldingBack_.reset();
   soil(window);
   abandon(window.id);
-  if (departure == Departure::destroyed) filter_.forget(window.id);
+  if (departure == scene::Departure::destroyed) filter_.forget(window.id);
 }
 
-void Compositor::windowChanged(const SceneWindow& before, const SceneWindow& after) {
+void Compositor::windowChanged(const scene::SceneWindow& before, const scene::SceneWindow& after) {
   isHoldingBack_.reset();
-  SceneWindow sameLooks = before;
+  scene::SceneWindow sameLooks = before;
   sameLooks.isOverrideRedirect = after.isOverrideRedirect;
   if (sameLooks == after) return;
   soil(before);
@@ -123,12 +124,12 @@ void Compositor::windowChanged(const SceneWindow& before, const SceneWindow& aft
   if (!isMoveOnly) content->forgetPicture();
 }
 
-void Compositor::windowReshaped(const SceneWindow& window) {
+void Compositor::windowReshaped(const scene::SceneWindow& window) {
   if (WindowContent* content = contentOf(window.id)) content->forgetOutline();
   soil(window);
 }
 
-void Compositor::windowRestacked(const SceneWindow& window) { soil(window); }
+void Compositor::windowRestacked(const scene::SceneWindow& window) { soil(window); }
 
 void Compositor::compositingManagerChanged(bool isRunning) {
   wallpaper_.forget();
@@ -144,7 +145,7 @@ void Compositor::compositingManagerChanged(bool isRunning) {
 void Compositor::readLooks() {
   for (const auto& [topLevel, look] : looks_.read()) {
     WindowContent* content = contentOf(topLevel);
-    const SceneWindow* window = scene_.find(topLevel);
+    const scene::SceneWindow* window = scene_.find(topLevel);
     if (content == nullptr || window == nullptr || content->look() == look) continue;
     soil(*window);
     content->setLook(look);
@@ -159,7 +160,7 @@ void Compositor::forgetWallpaper() {
 void Compositor::admit(std::span<const xcb_window_t> windows) {
   isHoldingBack_.reset();
   for (const xcb_window_t id : windows) {
-    const SceneWindow* window = scene_.find(id);
+    const scene::SceneWindow* window = scene_.find(id);
     const bool wasVisible = window != nullptr && isVisible(*window);
     filter_.admit(id);
     if (window == nullptr || wasVisible || !isVisible(*window)) continue;
@@ -170,35 +171,35 @@ void Compositor::admit(std::span<const xcb_window_t> windows) {
 
 bool Compositor::isHoldingBack() const {
   if (!isHoldingBack_)
-    isHoldingBack_ = std::ranges::any_of(scene_.windows(), [&](const SceneWindow& window) {
+    isHoldingBack_ = std::ranges::any_of(scene_.windows(), [&](const scene::SceneWindow& window) {
       return window.isViewable && !window.isInputOnly && filter_.isHeldBack(window);
     });
   return *isHoldingBack_;
 }
 
-void Compositor::soil(const SceneWindow& window) {
+void Compositor::soil(const scene::SceneWindow& window) {
   if (isVisible(window)) soil(window.outer);
 }
 
-void Compositor::soil(const PixelRect& rect) {
-  const PixelRect shown = intersection(rect, source_);
+void Compositor::soil(const xcb::PixelRect& rect) {
+  const xcb::PixelRect shown = intersection(rect, source_);
   if (shown.isEmpty() || (!soiled_.empty() && soiled_.back() == shown)) return;
   soiled_.push_back(shown);
   if (soiled_.size() <= maximumSoiledRects) return;
-  for (const PixelRect& other : soiled_) soiled_.front() = united(soiled_.front(), other);
+  for (const xcb::PixelRect& other : soiled_) soiled_.front() = united(soiled_.front(), other);
   soiled_.resize(1);
 }
 
 void Compositor::invalidate() { soil(source_); }
 
 void Compositor::handle(const xcb_generic_event_t& event) {
-  while (!takings_.empty() && isNotAfter(takings_.front().sequence, event.full_sequence)) takings_.pop_front();
-  if (eventType(event) == connection_.firstEvent(Extension::damage) + XCB_DAMAGE_NOTIFY) {
-    noteDamage(eventAs<xcb_damage_notify_event_t>(event));
+  while (!takings_.empty() && xcb::isNotAfter(takings_.front().sequence, event.full_sequence)) takings_.pop_front();
+  if (xcb::eventType(event) == connection_.firstEvent(xcb::Extension::damage) + XCB_DAMAGE_NOTIFY) {
+    noteDamage(xcb::eventAs<xcb_damage_notify_event_t>(event));
   } else if (wallpaper_.isChangedBy(event)) {
     forgetWallpaper();
   } else if (const auto changed = looks_.changedBy(event)) {
-    if (const SceneWindow* window = scene_.find(*changed)) soil(*window);
+    if (const scene::SceneWindow* window = scene_.find(*changed)) soil(*window);
   }
 }
 
@@ -218,7 +219,7 @@ Compositor::Changes Compositor::changes() const {
   if (!soiled_.empty() || isPendingCertain_) return Changes::certain;
   Changes found = Changes::none;
   for (const xcb_window_t id : damaged_) {
-    const SceneWindow* window = scene_.find(id);
+    const scene::SceneWindow* window = scene_.find(id);
     if (isCovered(*window)) continue;
     if (intersection(source_, window->outer) == window->outer) return Changes::certain;
     found = Changes::possible;
@@ -238,8 +239,8 @@ bool Compositor::collectReplies() {
   void* reply = nullptr;
   xcb_generic_error_t* error = nullptr;
   if (xcb_poll_for_reply(connection_.get(), *examination_, &reply, &error) == 0) return false;
-  const Reply<xcb_xfixes_fetch_region_reply_t> region(static_cast<xcb_xfixes_fetch_region_reply_t*>(reply));
-  const Reply<xcb_generic_error_t> ownedError(error);
+  const xcb::Reply<xcb_xfixes_fetch_region_reply_t> region(static_cast<xcb_xfixes_fetch_region_reply_t*>(reply));
+  const xcb::Reply<xcb_generic_error_t> ownedError(error);
   examination_.reset();
   isPendingCertain_ = region && xcb_xfixes_fetch_region_rectangles_length(region.get()) > 0;
   if (!isPendingCertain_) forgetPending();
@@ -255,7 +256,7 @@ void Compositor::forgetPending() {
 
 void Compositor::gatherDamage() {
   std::erase_if(damaged_, [&](xcb_window_t id) {
-    const SceneWindow* window = scene_.find(id);
+    const scene::SceneWindow* window = scene_.find(id);
     if (isCovered(*window)) return false;
     WindowContent* content = contentOf(id);
     content->takeDamage(parts_);
@@ -271,8 +272,8 @@ void Compositor::gatherDamage() {
 void Compositor::gatherSoil() {
   if (soiled_.empty()) return;
   std::vector<xcb_rectangle_t> rectangles;
-  for (const PixelRect& rect : soiled_)
-    rectangles.push_back(toRectangle({rect.x - source_.x, rect.y - source_.y, rect.width, rect.height}));
+  for (const xcb::PixelRect& rect : soiled_)
+    rectangles.push_back(xcb::toRectangle({rect.x - source_.x, rect.y - source_.y, rect.width, rect.height}));
   parts_.set(rectangles);
   addPending(parts_, soiled_.front());
   pendingBounds_.insert(pendingBounds_.end(), soiled_.begin() + 1, soiled_.end());
@@ -280,7 +281,7 @@ void Compositor::gatherSoil() {
 }
 
 // The part means nothing any more afterwards.
-void Compositor::addPending(Region& part, const PixelRect& bounds) {
+void Compositor::addPending(xcb::Region& part, const xcb::PixelRect& bounds) {
   if (pendingBounds_.empty())
     pending_.swap(part);
   else
@@ -294,4 +295,4 @@ void Compositor::gather() {
   if (pendingBounds_.empty()) pending_.clear();
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

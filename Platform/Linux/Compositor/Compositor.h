@@ -31,12 +31,13 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/Region.h"
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 
-class Compositor final : private SceneListener {
+class Compositor final : private scene::SceneListener {
  public:
   // The whole picture is to be painted first.
-  Compositor(Connection& connection, Scene& scene, const PixelRect& source, WindowFilter filter);
+  Compositor(xcb::Connection& connection, scene::Scene& scene, const xcb::PixelRect& source,
+             scene::WindowFilter filter);
   ~Compositor() override;
   Compositor(const Compositor&) = delete;
   Compositor& operator=(const Compositor&) = delete;
@@ -62,16 +63,16 @@ class Compositor final : private SceneListener {
     std::int32_t x = 0;
     std::int32_t y = 0;
     // Of the source's picture: in here nobody needs to know just what was painted.
-    PixelRect clear;
+    xcb::PixelRect clear;
   };
   // Brings the picture up to date. Returns a rectangle of it that holds all that may differ now; if that is not within
   // the target's clear part, `painted` says just what. A target that is gone is no failure.
-  PixelRect paintTo(const Target& target, Region& painted);
+  xcb::PixelRect paintTo(const Target& target, xcb::Region& painted);
   // Leaves in `changed` what is to be painted and returns how, for somebody else to do. What the steps name stays as it
   // is until the next plan, but for windows that go or get other pixels: then the next plan puts it right.
-  [[nodiscard]] std::vector<PaintStep> plan(Region& changed);
+  [[nodiscard]] std::vector<PaintStep> plan(xcb::Region& changed);
   // That part is to be painted again, together with what comes next.
-  void repaint(const Region& part);
+  void repaint(const xcb::Region& part);
   // As if the picture had never been painted.
   void invalidate();
   // The background of the root window is another one, which nothing announces.
@@ -88,52 +89,52 @@ class Compositor final : private SceneListener {
     std::uint32_t sequence;
   };
   struct Layer {
-    const SceneWindow* window;
+    const scene::SceneWindow* window;
     WindowContent* content;
   };
 
-  void windowAdded(const SceneWindow& window) override;
-  void windowRemoved(const SceneWindow& window, Departure departure) override;
-  void windowChanged(const SceneWindow& before, const SceneWindow& after) override;
-  void windowReshaped(const SceneWindow& window) override;
-  void windowRestacked(const SceneWindow& window) override;
+  void windowAdded(const scene::SceneWindow& window) override;
+  void windowRemoved(const scene::SceneWindow& window, scene::Departure departure) override;
+  void windowChanged(const scene::SceneWindow& before, const scene::SceneWindow& after) override;
+  void windowReshaped(const scene::SceneWindow& window) override;
+  void windowRestacked(const scene::SceneWindow& window) override;
   void compositingManagerChanged(bool isRunning) override;
 
-  [[nodiscard]] bool isVisible(const SceneWindow& window) const;
-  [[nodiscard]] bool isTranslucent(const SceneWindow& window) const;
-  [[nodiscard]] bool isRectangle(const SceneWindow& window) const;
-  [[nodiscard]] std::span<const SceneWindow> windowsAbove(const SceneWindow& window) const;
-  [[nodiscard]] bool isCovered(const SceneWindow& window) const;
+  [[nodiscard]] bool isVisible(const scene::SceneWindow& window) const;
+  [[nodiscard]] bool isTranslucent(const scene::SceneWindow& window) const;
+  [[nodiscard]] bool isRectangle(const scene::SceneWindow& window) const;
+  [[nodiscard]] std::span<const scene::SceneWindow> windowsAbove(const scene::SceneWindow& window) const;
+  [[nodiscard]] bool isCovered(const scene::SceneWindow& window) const;
   [[nodiscard]] WindowContent* contentOf(xcb_window_t window) const;
-  void watch(const SceneWindow& window);
+  void watch(const scene::SceneWindow& window);
   void abandon(xcb_window_t window);
   void readLooks();
-  void soil(const SceneWindow& window);
-  void soil(const PixelRect& rect);
+  void soil(const scene::SceneWindow& window);
+  void soil(const xcb::PixelRect& rect);
   void noteDamage(const xcb_damage_notify_event_t& event);
   void noteTaking(const WindowContent& content);
   void gatherDamage();
   void gatherSoil();
-  void addPending(Region& part, const PixelRect& bounds);
+  void addPending(xcb::Region& part, const xcb::PixelRect& bounds);
   void forgetPending();
   [[nodiscard]] std::vector<Layer> layersToPaint(bool& reachesWallpaper) const;
   [[nodiscard]] std::optional<Layer> loneLayer() const;
-  PixelRect paintLone(const Layer& layer, Region& scratch);
-  void paintLayers(const Region& changed);
-  void paintOpaque(const Layer& layer, const Region& rest);
-  void paintTranslucent(const Layer& layer, Region& visible);
-  void paintWallpaper(const Region& rest);
+  xcb::PixelRect paintLone(const Layer& layer, xcb::Region& scratch);
+  void paintLayers(const xcb::Region& changed);
+  void paintOpaque(const Layer& layer, const xcb::Region& rest);
+  void paintTranslucent(const Layer& layer, xcb::Region& visible);
+  void paintWallpaper(const xcb::Region& rest);
   [[nodiscard]] PaintStep paintStep(const Layer& layer, std::uint8_t operation) const;
   // Carries out the step, or notes it while a plan is made.
-  void perform(PaintStep step, const Region& clip);
-  void carryOut(const PaintStep& step, const Region& clip, std::int32_t clipX, std::int32_t clipY);
-  [[nodiscard]] const Region& keptCopy(const Region& clip);
+  void perform(PaintStep step, const xcb::Region& clip);
+  void carryOut(const PaintStep& step, const xcb::Region& clip, std::int32_t clipX, std::int32_t clipY);
+  [[nodiscard]] const xcb::Region& keptCopy(const xcb::Region& clip);
   void gather();
 
-  Connection& connection_;
-  Scene& scene_;
-  const PixelRect source_;
-  WindowFilter filter_;
+  xcb::Connection& connection_;
+  scene::Scene& scene_;
+  const xcb::PixelRect source_;
+  scene::WindowFilter filter_;
   Wallpaper wallpaper_;
   WindowLooks looks_;
   std::map<xcb_window_t, std::unique_ptr<WindowContent>> contents_;
@@ -145,22 +146,22 @@ class Compositor final : private SceneListener {
 
   // What is to be painted: rectangles in root pixels, windows' damage not taken yet, and `pending_` in the server,
   // which means something only while it has bounds.
-  std::vector<PixelRect> soiled_;
-  Region pending_;
-  std::vector<PixelRect> pendingBounds_;
+  std::vector<xcb::PixelRect> soiled_;
+  xcb::Region pending_;
+  std::vector<xcb::PixelRect> pendingBounds_;
   bool isPendingCertain_ = false;
   std::optional<std::uint32_t> examination_;
 
   // Scratch space in the server.
-  Region parts_;
-  Region remaining_;
-  Region clip_;
+  xcb::Region parts_;
+  xcb::Region remaining_;
+  xcb::Region clip_;
 
   Target target_;  // while it is painted to
   // The plan that is being made, and the clips that the last one names.
   std::vector<PaintStep>* plan_ = nullptr;
-  std::vector<std::unique_ptr<Region>> clips_;
+  std::vector<std::unique_ptr<xcb::Region>> clips_;
   std::size_t clipsInUse_ = 0;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

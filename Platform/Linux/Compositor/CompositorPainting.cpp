@@ -4,23 +4,23 @@
 
 #include "Platform/Linux/Compositor/Compositor.h"
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 
-PixelRect Compositor::paintTo(const Target& target, Region& painted) {
+xcb::PixelRect Compositor::paintTo(const Target& target, xcb::Region& painted) {
   target_ = target;
   readLooks();
   if (const auto lone = loneLayer()) return paintLone(*lone, painted);
   gather();
   painted.swap(pending_);
   paintLayers(painted);
-  PixelRect bounds;
-  for (const PixelRect& each : pendingBounds_) bounds = bounds.isEmpty() ? each : united(bounds, each);
+  xcb::PixelRect bounds;
+  for (const xcb::PixelRect& each : pendingBounds_) bounds = bounds.isEmpty() ? each : united(bounds, each);
   forgetPending();
   return {bounds.x - source_.x, bounds.y - source_.y, bounds.width, bounds.height};
 }
 
 // Whoever reads the last plan may still name its regions: they keep their names, and are changed only here.
-std::vector<PaintStep> Compositor::plan(Region& changed) {
+std::vector<PaintStep> Compositor::plan(xcb::Region& changed) {
   std::vector<PaintStep> steps;
   clipsInUse_ = 0;
   readLooks();
@@ -33,7 +33,7 @@ std::vector<PaintStep> Compositor::plan(Region& changed) {
   return steps;
 }
 
-void Compositor::repaint(const Region& part) {
+void Compositor::repaint(const xcb::Region& part) {
   if (pendingBounds_.empty())
     pending_.copy(part);
   else
@@ -45,19 +45,19 @@ void Compositor::repaint(const Region& part) {
 // server need not work out where what was drawn is seen.
 std::optional<Compositor::Layer> Compositor::loneLayer() const {
   if (damaged_.size() != 1 || !soiled_.empty() || !pendingBounds_.empty()) return std::nullopt;
-  const SceneWindow& window = *scene_.find(damaged_.front());
-  const PixelRect& outer = window.outer;
-  const PixelRect place{outer.x - source_.x, outer.y - source_.y, outer.width, outer.height};
+  const scene::SceneWindow& window = *scene_.find(damaged_.front());
+  const xcb::PixelRect& outer = window.outer;
+  const xcb::PixelRect place{outer.x - source_.x, outer.y - source_.y, outer.width, outer.height};
   const bool isInside = intersection(outer, source_) == outer && intersection(place, target_.clear) == place;
   if (!isInside || !isRectangle(window) || isTranslucent(window)) return std::nullopt;
-  const bool isOverlaid = std::ranges::any_of(windowsAbove(window), [&](const SceneWindow& other) {
+  const bool isOverlaid = std::ranges::any_of(windowsAbove(window), [&](const scene::SceneWindow& other) {
     return !intersection(other.outer, outer).isEmpty() && isVisible(other);
   });
   if (isOverlaid) return std::nullopt;
   return Layer{&window, contentOf(window.id)};
 }
 
-PixelRect Compositor::paintLone(const Layer& layer, Region& scratch) {
+xcb::PixelRect Compositor::paintLone(const Layer& layer, xcb::Region& scratch) {
   damaged_.clear();
   layer.content->takeDamage(scratch);
   noteTaking(*layer.content);
@@ -70,15 +70,15 @@ PixelRect Compositor::paintLone(const Layer& layer, Region& scratch) {
 std::vector<Compositor::Layer> Compositor::layersToPaint(bool& reachesWallpaper) const {
   std::vector<Layer> layers;
   reachesWallpaper = true;
-  for (const SceneWindow& window : scene_.windows() | std::views::reverse) {
-    const auto touches = [&](const PixelRect& rect) { return !intersection(rect, window.outer).isEmpty(); };
+  for (const scene::SceneWindow& window : scene_.windows() | std::views::reverse) {
+    const auto touches = [&](const xcb::PixelRect& rect) { return !intersection(rect, window.outer).isEmpty(); };
     if (std::ranges::none_of(pendingBounds_, touches)) continue;
     WindowContent* content = contentOf(window.id);
     if (content == nullptr) continue;
     layers.push_back({&window, content});
-    reachesWallpaper =
-        isTranslucent(window) || !isRectangle(window) ||
-        !std::ranges::all_of(pendingBounds_, [&](const PixelRect& r) { return intersection(window.outer, r) == r; });
+    reachesWallpaper = isTranslucent(window) || !isRectangle(window) ||
+                       !std::ranges::all_of(
+                           pendingBounds_, [&](const xcb::PixelRect& r) { return intersection(window.outer, r) == r; });
     if (!reachesWallpaper) break;
   }
   return layers;
@@ -86,19 +86,19 @@ std::vector<Compositor::Layer> Compositor::layersToPaint(bool& reachesWallpaper)
 
 // Opaque windows go first, from the top, each where nothing above it has been painted: so no pixel is painted twice.
 // Then what shines through goes on top, from the bottom.
-void Compositor::paintLayers(const Region& changed) {
+void Compositor::paintLayers(const xcb::Region& changed) {
   struct Veil {
     Layer layer;
-    std::unique_ptr<Region> visible;
+    std::unique_ptr<xcb::Region> visible;
   };
   std::vector<Veil> veils;
   bool reachesWallpaper = true;
   const std::vector<Layer> layers = layersToPaint(reachesWallpaper);
   // What nothing has been painted over yet: copied only when it becomes less.
-  const Region* rest = &changed;
+  const xcb::Region* rest = &changed;
   for (const Layer& layer : layers) {
     if (isTranslucent(*layer.window)) {
-      veils.push_back({layer, std::make_unique<Region>(connection_)});
+      veils.push_back({layer, std::make_unique<xcb::Region>(connection_)});
       veils.back().visible->copy(*rest);
       continue;
     }
@@ -113,21 +113,21 @@ void Compositor::paintLayers(const Region& changed) {
   for (const Veil& veil : veils | std::views::reverse) paintTranslucent(veil.layer, *veil.visible);
 }
 
-void Compositor::paintOpaque(const Layer& layer, const Region& rest) {
+void Compositor::paintOpaque(const Layer& layer, const xcb::Region& rest) {
   if (isRectangle(*layer.window)) return perform(paintStep(layer, XCB_RENDER_PICT_OP_SRC), rest);
   clip_.copy(rest);
   clip_.intersect(layer.content->outline(*layer.window, source_));
   perform(paintStep(layer, XCB_RENDER_PICT_OP_SRC), clip_);
 }
 
-void Compositor::paintTranslucent(const Layer& layer, Region& visible) {
+void Compositor::paintTranslucent(const Layer& layer, xcb::Region& visible) {
   visible.intersect(layer.content->outline(*layer.window, source_));
   perform(paintStep(layer, XCB_RENDER_PICT_OP_OVER), visible);
 }
 
 PaintStep Compositor::paintStep(const Layer& layer, std::uint8_t operation) const {
-  const PixelRect& outer = layer.window->outer;
-  const PixelRect shown = intersection(outer, source_);
+  const xcb::PixelRect& outer = layer.window->outer;
+  const xcb::PixelRect shown = intersection(outer, source_);
   return {.operation = operation,
           .source = layer.content->picture(),
           .mask = layer.content->mask(),
@@ -139,7 +139,7 @@ PaintStep Compositor::paintStep(const Layer& layer, std::uint8_t operation) cons
           .height = static_cast<std::uint16_t>(shown.height)};
 }
 
-void Compositor::paintWallpaper(const Region& rest) {
+void Compositor::paintWallpaper(const xcb::Region& rest) {
   const xcb_render_picture_t picture = wallpaper_.picture(scene_.compositingManager());
   perform({.source = picture,
            .sourceX = static_cast<std::int16_t>(wallpaper_.part().x),
@@ -149,7 +149,7 @@ void Compositor::paintWallpaper(const Region& rest) {
           rest);
 }
 
-void Compositor::perform(PaintStep step, const Region& clip) {
+void Compositor::perform(PaintStep step, const xcb::Region& clip) {
   if (plan_ != nullptr) {
     step.clip = keptCopy(clip).id();
     plan_->push_back(step);
@@ -159,7 +159,7 @@ void Compositor::perform(PaintStep step, const Region& clip) {
 }
 
 // The clip's origin lies at that point of the source's picture.
-void Compositor::carryOut(const PaintStep& step, const Region& clip, std::int32_t clipX, std::int32_t clipY) {
+void Compositor::carryOut(const PaintStep& step, const xcb::Region& clip, std::int32_t clipX, std::int32_t clipY) {
   xcb_connection_t* c = connection_.get();
   connection_.ignoreErrors(xcb_xfixes_set_picture_clip_region(c, target_.picture, clip.id(),
                                                               static_cast<std::int16_t>(target_.x + clipX),
@@ -172,11 +172,11 @@ void Compositor::carryOut(const PaintStep& step, const Region& clip, std::int32_
 }
 
 // The clip that the next layers change as they go.
-const Region& Compositor::keptCopy(const Region& clip) {
-  if (clipsInUse_ == clips_.size()) clips_.push_back(std::make_unique<Region>(connection_));
-  Region& copy = *clips_[clipsInUse_++];
+const xcb::Region& Compositor::keptCopy(const xcb::Region& clip) {
+  if (clipsInUse_ == clips_.size()) clips_.push_back(std::make_unique<xcb::Region>(connection_));
+  xcb::Region& copy = *clips_[clipsInUse_++];
   copy.copy(clip);
   return copy;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

@@ -3,7 +3,7 @@
 #include <charconv>
 #include <optional>
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 
 namespace {
 
@@ -29,4 +29,4 @@ DesktopPainting desktopPainting(std::string_view name, std::string_view version)
   return {.beyondEdges = *picom == 12 ? XCB_RENDER_REPEAT_PAD : XCB_RENDER_REPEAT_NONE};
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

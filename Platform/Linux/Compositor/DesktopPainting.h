@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 
 struct DesktopPainting {
   std::uint16_t grey = 0;                                // the plain colour: from 0 for black to 0xffff for white
@@ -21,4 +21,4 @@ struct DesktopPainting {
 // By what its window says: WM_NAME, and COMPTON_VERSION, in which picom still names an ancestor.
 [[nodiscard]] DesktopPainting desktopPainting(std::string_view name, std::string_view version);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

@@ -11,7 +11,7 @@
 
 #include <cstdint>
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 
 struct PaintStep {
   std::uint8_t operation = XCB_RENDER_PICT_OP_SRC;
@@ -26,4 +26,4 @@ struct PaintStep {
   std::uint16_t height = 0;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

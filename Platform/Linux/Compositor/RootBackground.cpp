@@ -6,7 +6,7 @@
 #include <array>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 
 namespace {
 
@@ -15,7 +15,7 @@ constexpr std::int16_t beyondTheScreen = -side;
 
 }  // namespace
 
-RootBackground::RootBackground(Connection& connection)
+RootBackground::RootBackground(xcb::Connection& connection)
     : connection_(connection), window_(connection.newId()), pixels_(connection.newId()) {
   xcb_connection_t* c = connection_.get();
   const std::array<std::uint32_t, 2> values{XCB_BACK_PIXMAP_PARENT_RELATIVE, 1};
@@ -40,8 +40,8 @@ RootBackground::~RootBackground() {
 std::vector<std::uint8_t> RootBackground::sample() {
   xcb_connection_t* c = connection_.get();
   xcb_clear_area(c, 0, window_, 0, 0, 0, 0);
-  const auto image =
-      awaitReply(c, xcb_get_image_reply, xcb_get_image(c, XCB_IMAGE_FORMAT_Z_PIXMAP, pixels_, 0, 0, side, side, ~0U));
+  const auto image = xcb::awaitReply(c, xcb_get_image_reply,
+                                     xcb_get_image(c, XCB_IMAGE_FORMAT_Z_PIXMAP, pixels_, 0, 0, side, side, ~0U));
   if (!image) return {};
   const std::uint8_t* data = xcb_get_image_data(image.get());
   return {data, data + xcb_get_image_data_length(image.get())};
@@ -52,4 +52,4 @@ bool RootBackground::hasChanged() {
   return before != last_;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

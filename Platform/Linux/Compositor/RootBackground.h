@@ -15,11 +15,11 @@
 
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 
 class RootBackground {
  public:
-  explicit RootBackground(Connection& connection);
+  explicit RootBackground(xcb::Connection& connection);
   ~RootBackground();
   RootBackground(const RootBackground&) = delete;
   RootBackground& operator=(const RootBackground&) = delete;
@@ -31,10 +31,10 @@ class RootBackground {
  private:
   [[nodiscard]] std::vector<std::uint8_t> sample();
 
-  Connection& connection_;
+  xcb::Connection& connection_;
   xcb_window_t window_;
   xcb_pixmap_t pixels_;
   std::vector<std::uint8_t> last_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

@@ -6,7 +6,7 @@
 #include <array>
 #include <string_view>
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 
 namespace {
 
@@ -18,7 +18,8 @@ std::string_view textOf(const xcb_get_property_reply_t* reply) {
 
 }  // namespace
 
-Wallpaper::Wallpaper(Connection& connection, const PixelRect& source) : connection_(connection), source_(source) {
+Wallpaper::Wallpaper(xcb::Connection& connection, const xcb::PixelRect& source)
+    : connection_(connection), source_(source) {
   connection_.internAtoms({"_XROOTPMAP_ID", "_XSETROOT_ID", "COMPTON_VERSION"});
   rootPixmap_ = connection_.atom("_XROOTPMAP_ID");
   setRootPixmap_ = connection_.atom("_XSETROOT_ID");
@@ -32,8 +33,8 @@ Wallpaper::~Wallpaper() {
 }
 
 bool Wallpaper::isChangedBy(const xcb_generic_event_t& event) const {
-  if (eventType(event) != XCB_PROPERTY_NOTIFY) return false;
-  const auto& property = eventAs<xcb_property_notify_event_t>(event);
+  if (xcb::eventType(event) != XCB_PROPERTY_NOTIFY) return false;
+  const auto& property = xcb::eventAs<xcb_property_notify_event_t>(event);
   return property.window == connection_.root() && (property.atom == rootPixmap_ || property.atom == setRootPixmap_);
 }
 
@@ -86,18 +87,18 @@ DesktopPainting Wallpaper::paintingOf(xcb_window_t compositingManager) const {
   };
   const auto nameCookie = ask(XCB_ATOM_WM_NAME);
   const auto versionCookie = ask(comptonVersion_);
-  const auto name = awaitReply(c, xcb_get_property_reply, nameCookie);
-  const auto version = awaitReply(c, xcb_get_property_reply, versionCookie);
+  const auto name = xcb::awaitReply(c, xcb_get_property_reply, nameCookie);
+  const auto version = xcb::awaitReply(c, xcb_get_property_reply, versionCookie);
   return desktopPainting(textOf(name.get()), textOf(version.get()));
 }
 
 bool Wallpaper::makeFromProperty(xcb_atom_t property, const DesktopPainting& painting) {
   xcb_connection_t* c = connection_.get();
-  const auto value = awaitReply(c, xcb_get_property_reply,
-                                xcb_get_property(c, 0, connection_.root(), property, XCB_ATOM_PIXMAP, 0, 1));
+  const auto value = xcb::awaitReply(c, xcb_get_property_reply,
+                                     xcb_get_property(c, 0, connection_.root(), property, XCB_ATOM_PIXMAP, 0, 1));
   if (!value || value->type != XCB_ATOM_PIXMAP || value->format != 32 || value->value_len != 1) return false;
   const xcb_pixmap_t pixmap = *static_cast<const xcb_pixmap_t*>(xcb_get_property_value(value.get()));
-  const auto geometry = awaitReply(c, xcb_get_geometry_reply, xcb_get_geometry(c, pixmap));
+  const auto geometry = xcb::awaitReply(c, xcb_get_geometry_reply, xcb_get_geometry(c, pixmap));
   if (!geometry || geometry->depth != connection_.rootDepth()) return false;
   part_ = source_;
   // Its owner may free the pixmap at any moment, and says so by the property.
@@ -112,4 +113,4 @@ void Wallpaper::makePlain(const DesktopPainting& painting) {
   xcb_render_create_solid_fill(connection_.get(), *picture_, {painting.grey, painting.grey, painting.grey, 0xffff});
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

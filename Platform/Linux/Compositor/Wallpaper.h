@@ -15,11 +15,11 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/Coordinates.h"
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 
 class Wallpaper {
  public:
-  Wallpaper(Connection& connection, const PixelRect& source);
+  Wallpaper(xcb::Connection& connection, const xcb::PixelRect& source);
   ~Wallpaper();
   Wallpaper(const Wallpaper&) = delete;
   Wallpaper& operator=(const Wallpaper&) = delete;
@@ -32,7 +32,7 @@ class Wallpaper {
   // Made on first use; under a compositing manager, given by its window, that takes answers from the server. `part` is
   // the rectangle of the picture that lies in the source.
   [[nodiscard]] xcb_render_picture_t picture(xcb_window_t compositingManager);
-  [[nodiscard]] PixelRect part() const { return part_; }
+  [[nodiscard]] xcb::PixelRect part() const { return part_; }
 
  private:
   void makeFromRootWindow();
@@ -40,14 +40,14 @@ class Wallpaper {
   [[nodiscard]] bool makeFromProperty(xcb_atom_t property, const DesktopPainting& painting);
   void makePlain(const DesktopPainting& painting);
 
-  Connection& connection_;
-  PixelRect source_;
+  xcb::Connection& connection_;
+  xcb::PixelRect source_;
   // The two names under which setters of wallpapers leave the pixmap, in the order in which they are believed.
   xcb_atom_t rootPixmap_;
   xcb_atom_t setRootPixmap_;
   xcb_atom_t comptonVersion_;
   std::optional<xcb_render_picture_t> picture_;
-  PixelRect part_;
+  xcb::PixelRect part_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

@@ -6,9 +6,9 @@
 
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 
-WindowContent::WindowContent(Connection& connection, const SceneWindow& window)
+WindowContent::WindowContent(xcb::Connection& connection, const scene::SceneWindow& window)
     : connection_(connection),
       window_(window.id),
       format_(connection.formatOfVisual(window.visual)),
@@ -70,14 +70,15 @@ void WindowContent::forgetPicture() {
   picture_.reset();
 }
 
-const Region& WindowContent::outline(const SceneWindow& window, const PixelRect& source) {
+const xcb::Region& WindowContent::outline(const scene::SceneWindow& window, const xcb::PixelRect& source) {
   if (hasOutline_) return outline_;
   hasOutline_ = true;
   xcb_connection_t* c = connection_.get();
-  const PixelRect outer{window.outer.x - source.x, window.outer.y - source.y, window.outer.width, window.outer.height};
-  PixelRect seen = outer;
+  const xcb::PixelRect outer{window.outer.x - source.x, window.outer.y - source.y, window.outer.width,
+                             window.outer.height};
+  xcb::PixelRect seen = outer;
   if (look_.visiblePart) {
-    const PixelRect& part = *look_.visiblePart;
+    const xcb::PixelRect& part = *look_.visiblePart;
     seen = intersection(outer, {outer.x + part.x, outer.y + part.y, part.width, part.height});
   }
   outline_.set(intersection(seen, {0, 0, source.width, source.height}));
@@ -85,7 +86,7 @@ const Region& WindowContent::outline(const SceneWindow& window, const PixelRect&
 
   // The shape is read into a region of its own: if the window is gone, that one does not come to be, the copy fails as
   // well, and the outline is empty. A failed read into the outline itself would leave the old one in force.
-  Region shape(connection_);
+  xcb::Region shape(connection_);
   const xcb_xfixes_region_t read = connection_.newId();
   connection_.ignoreErrors(xcb_xfixes_create_region_from_window(c, read, window_, XCB_SHAPE_SK_BOUNDING));
   connection_.ignoreErrors(xcb_xfixes_copy_region(c, read, shape.id()));
@@ -96,10 +97,10 @@ const Region& WindowContent::outline(const SceneWindow& window, const PixelRect&
   return outline_;
 }
 
-void WindowContent::takeDamage(Region& parts) {
+void WindowContent::takeDamage(xcb::Region& parts) {
   const xcb_void_cookie_t taken = xcb_damage_subtract(connection_.get(), damage_, XCB_NONE, parts.id());
   lastTaking_ = taken.sequence;
   connection_.ignoreErrors(taken);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

@@ -20,11 +20,11 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/Region.h"
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 
 class WindowContent {
  public:
-  WindowContent(Connection& connection, const SceneWindow& window);
+  WindowContent(xcb::Connection& connection, const scene::SceneWindow& window);
   ~WindowContent();
   WindowContent(const WindowContent&) = delete;
   WindowContent& operator=(const WindowContent&) = delete;
@@ -34,7 +34,7 @@ class WindowContent {
   // How opaque it is, as a mask; none when it is opaque.
   [[nodiscard]] xcb_render_picture_t mask();
   // What of it is seen in a picture of `source`.
-  [[nodiscard]] const Region& outline(const SceneWindow& window, const PixelRect& source);
+  [[nodiscard]] const xcb::Region& outline(const scene::SceneWindow& window, const xcb::PixelRect& source);
   // After a resize, an unmap or a change of the compositing manager the window has other pixels.
   void forgetPicture();
   void forgetOutline() { hasOutline_ = false; }
@@ -45,12 +45,12 @@ class WindowContent {
   [[nodiscard]] xcb_damage_damage_t damage() const { return damage_; }
   // Moves the damage into `parts`, in pixels from the inner corner of the window's border. If the window is gone,
   // `parts` stays as it is.
-  void takeDamage(Region& parts);
+  void takeDamage(xcb::Region& parts);
   // The request that took the damage last: earlier reports of it mean nothing any more.
   [[nodiscard]] std::uint32_t lastTaking() const { return lastTaking_; }
 
  private:
-  Connection& connection_;
+  xcb::Connection& connection_;
   xcb_window_t window_;
   xcb_render_pictformat_t format_;
   xcb_damage_damage_t damage_;
@@ -59,8 +59,8 @@ class WindowContent {
   std::optional<xcb_render_picture_t> picture_;
   WindowLook look_;
   std::optional<xcb_render_picture_t> mask_;
-  Region outline_;
+  xcb::Region outline_;
   bool hasOutline_ = false;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

@@ -6,7 +6,7 @@
 
 #include "Platform/Linux/Scene/FrameClients.h"
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 
 namespace {
 
@@ -25,7 +25,8 @@ std::optional<std::array<std::uint32_t, count>> numbersOf(const xcb_get_property
 // Everything that is to be known of one top-level and the window inside it, asked for at once.
 class Question {
  public:
-  Question(Connection& connection, xcb_window_t topLevel, xcb_window_t inner, xcb_atom_t opacity, xcb_atom_t extents)
+  Question(xcb::Connection& connection, xcb_window_t topLevel, xcb_window_t inner, xcb_atom_t opacity,
+           xcb_atom_t extents)
       : connection_(connection.get()),
         topLevel_(topLevel),
         hasInner_(inner != none),
@@ -41,10 +42,10 @@ class Question {
   // Once only.
   [[nodiscard]] WindowLooks::Known answer() {
     WindowLook look;
-    auto opacity = numbersOf<1>(awaitReply(connection_, xcb_get_property_reply, opacity_).get());
-    const auto outer = awaitReply(connection_, xcb_get_geometry_reply, outer_);
+    auto opacity = numbersOf<1>(xcb::awaitReply(connection_, xcb_get_property_reply, opacity_).get());
+    const auto outer = xcb::awaitReply(connection_, xcb_get_geometry_reply, outer_);
     if (hasInner_) {
-      const auto innerOpacity = numbersOf<1>(awaitReply(connection_, xcb_get_property_reply, innerOpacity_).get());
+      const auto innerOpacity = numbersOf<1>(xcb::awaitReply(connection_, xcb_get_property_reply, innerOpacity_).get());
       if (!opacity) opacity = innerOpacity;
       look.visiblePart = visiblePart(outer.get());
     }
@@ -57,10 +58,10 @@ class Question {
     return xcb_get_property(connection_, 0, window, name, XCB_ATOM_CARDINAL, 0, length);
   }
 
-  [[nodiscard]] std::optional<PixelRect> visiblePart(const xcb_get_geometry_reply_t* outer) const {
-    const auto extents = numbersOf<4>(awaitReply(connection_, xcb_get_property_reply, extents_).get());
-    const auto inner = awaitReply(connection_, xcb_get_geometry_reply, innerGeometry_);
-    const auto place = awaitReply(connection_, xcb_translate_coordinates_reply, place_);
+  [[nodiscard]] std::optional<xcb::PixelRect> visiblePart(const xcb_get_geometry_reply_t* outer) const {
+    const auto extents = numbersOf<4>(xcb::awaitReply(connection_, xcb_get_property_reply, extents_).get());
+    const auto inner = xcb::awaitReply(connection_, xcb_get_geometry_reply, innerGeometry_);
+    const auto place = xcb::awaitReply(connection_, xcb_translate_coordinates_reply, place_);
     if (outer == nullptr || !extents || !inner || !place) return std::nullopt;
     // Nonsense could be of any size.
     constexpr std::uint32_t largest = 32767;
@@ -68,11 +69,11 @@ class Question {
       if (extent > largest) return std::nullopt;
     const auto extent = [&](std::size_t side) { return static_cast<std::int32_t>((*extents)[side]); };
     const std::int32_t border = outer->border_width;
-    const PixelRect whole{0, 0, outer->width + 2 * border, outer->height + 2 * border};
-    const PixelRect part{border + place->dst_x - extent(0), border + place->dst_y - extent(2),
-                         extent(0) + inner->width + 2 * inner->border_width + extent(1),
-                         extent(2) + inner->height + 2 * inner->border_width + extent(3)};
-    const PixelRect seen = intersection(part, whole);
+    const xcb::PixelRect whole{0, 0, outer->width + 2 * border, outer->height + 2 * border};
+    const xcb::PixelRect part{border + place->dst_x - extent(0), border + place->dst_y - extent(2),
+                              extent(0) + inner->width + 2 * inner->border_width + extent(1),
+                              extent(2) + inner->height + 2 * inner->border_width + extent(3)};
+    const xcb::PixelRect seen = intersection(part, whole);
     if (seen.isEmpty() || seen == whole) return std::nullopt;
     return seen;
   }
@@ -90,7 +91,7 @@ class Question {
 
 }  // namespace
 
-WindowLooks::WindowLooks(Connection& connection) : connection_(connection) {
+WindowLooks::WindowLooks(xcb::Connection& connection) : connection_(connection) {
   connection_.internAtoms({"_NET_WM_WINDOW_OPACITY", "_NET_FRAME_EXTENTS"});
   opacity_ = connection_.atom("_NET_WM_WINDOW_OPACITY");
   frameExtents_ = connection_.atom("_NET_FRAME_EXTENTS");
@@ -128,18 +129,18 @@ std::optional<xcb_window_t> WindowLooks::followedWith(xcb_window_t window) const
 
 std::optional<xcb_window_t> WindowLooks::changedBy(const xcb_generic_event_t& event) {
   std::optional<xcb_window_t> topLevel;
-  switch (eventType(event)) {
+  switch (xcb::eventType(event)) {
     case XCB_PROPERTY_NOTIFY: {
-      const auto& property = eventAs<xcb_property_notify_event_t>(event);
+      const auto& property = xcb::eventAs<xcb_property_notify_event_t>(event);
       if (property.atom == opacity_ || property.atom == frameExtents_) topLevel = followedWith(property.window);
       break;
     }
     case XCB_CONFIGURE_NOTIFY:
       // The window inside and its frame change their sizes one after the other.
-      topLevel = followedWith(eventAs<xcb_configure_notify_event_t>(event).window);
+      topLevel = followedWith(xcb::eventAs<xcb_configure_notify_event_t>(event).window);
       break;
     case XCB_REPARENT_NOTIFY: {
-      const auto& reparented = eventAs<xcb_reparent_notify_event_t>(event);
+      const auto& reparented = xcb::eventAs<xcb_reparent_notify_event_t>(event);
       topLevel = followedWith(reparented.parent);
       if (!topLevel) topLevel = followedWith(reparented.window);
       break;
@@ -167,7 +168,7 @@ std::vector<WindowLooks::Known> WindowLooks::read() {
 
 // Selected before anything is read of them, so that no change falls in between.
 void WindowLooks::findInnerWindows(std::span<const xcb_window_t> topLevels) {
-  const auto inside = windowsInside(connection_, topLevels);
+  const auto inside = scene::windowsInside(connection_, topLevels);
   for (std::size_t index = 0; index < topLevels.size(); ++index) {
     xcb_window_t& inner = followed_[topLevels[index]].inner;
     if (inner == inside[index]) continue;
@@ -180,4 +181,4 @@ void WindowLooks::findInnerWindows(std::span<const xcb_window_t> topLevels) {
   }
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

@@ -20,19 +20,19 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/Coordinates.h"
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 
 struct WindowLook {
   static constexpr std::uint32_t opaque = 0xffffffff;
 
   std::uint32_t opacity = opaque;
-  std::optional<PixelRect> visiblePart;  // absent: all of it
+  std::optional<xcb::PixelRect> visiblePart;  // absent: all of it
   friend bool operator==(const WindowLook&, const WindowLook&) = default;
 };
 
 class WindowLooks {
  public:
-  explicit WindowLooks(Connection& connection);
+  explicit WindowLooks(xcb::Connection& connection);
   ~WindowLooks();
   WindowLooks(const WindowLooks&) = delete;
   WindowLooks& operator=(const WindowLooks&) = delete;
@@ -61,11 +61,11 @@ class WindowLooks {
   void select(xcb_window_t window, std::uint32_t events);
   [[nodiscard]] std::optional<xcb_window_t> followedWith(xcb_window_t window) const;
 
-  Connection& connection_;
+  xcb::Connection& connection_;
   xcb_atom_t opacity_;
   xcb_atom_t frameExtents_;
   std::map<xcb_window_t, Followed> followed_;
   std::map<xcb_window_t, xcb_window_t> topLevelOf_;  // of the windows inside
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

@@ -5,13 +5,13 @@
 #include "Platform/Linux/Views/OverlayDescription.h"
 #include "Platform/Linux/Views/Views.h"
 
-namespace platform::x11 {
+namespace platform::linux::cover {
 
 ClickThroughWindow::ClickThroughWindow(const Surroundings& surroundings, const WindowAttributes& attributes)
     : surroundings_(surroundings),
       backgroundColor_(attributes.backgroundColor),
       frame_(attributes.contentRect),
-      window_(surroundings.connection, toCapturedPixels(frame_, surroundings.screens.geometries()),
+      window_(surroundings.connection, xcb::toCapturedPixels(frame_, surroundings.screens.geometries()),
               lookOf({}, attributes.backgroundColor, 1, 1)),
       palette_([this] { viewsChanged(); }) {
   surroundings_.stage.add(window_);
@@ -28,7 +28,7 @@ void ClickThroughWindow::leaveContent() {
 
 void ClickThroughWindow::setContentView(std::shared_ptr<View> view) {
   leaveContent();
-  content_ = nodeOf(*view);
+  content_ = views::nodeOf(*view);
   content_->enterWindow(*this, frame_.size);
   forgetSamples();
   window_.setLook(look());
@@ -36,7 +36,7 @@ void ClickThroughWindow::setContentView(std::shared_ptr<View> view) {
 
 void ClickThroughWindow::setFrame(const Rect& frame, bool display) {
   frame_ = frame;
-  window_.setFrame(toCapturedPixels(frame, surroundings_.screens.geometries()));
+  window_.setFrame(xcb::toCapturedPixels(frame, surroundings_.screens.geometries()));
   if (content_) content_->setFrame({{0, 0}, frame.size});
   if (display) window_.setLook(look());
 }
@@ -71,7 +71,7 @@ void ClickThroughWindow::update() {
 }
 
 bool ClickThroughWindow::presentSample(std::shared_ptr<const SampleBuffer> sample) {
-  auto frame = std::dynamic_pointer_cast<const Frame>(std::move(sample));
+  auto frame = std::dynamic_pointer_cast<const stream::Frame>(std::move(sample));
   if (!frame) return false;
   waitingFrames_.push_back(std::move(frame));
   if (*updateIsPosted_ || look().label)
@@ -87,9 +87,9 @@ void ClickThroughWindow::forgetSamples() {
 }
 
 OverlayLook ClickThroughWindow::look() const {
-  const OverlayContent content = content_ ? describe(*content_) : OverlayContent{};
-  const double scale = scaleAt(frame_, surroundings_.screens.geometries());
+  const views::OverlayContent content = content_ ? describe(*content_) : views::OverlayContent{};
+  const double scale = xcb::scaleAt(frame_, surroundings_.screens.geometries());
   return lookOf(content, backgroundColor_, window_.frame().height, scale);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::cover

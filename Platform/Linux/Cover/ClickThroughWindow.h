@@ -17,14 +17,14 @@
 #include "Platform/Linux/Views/ViewNode.h"
 #include "Platform/Windows.h"
 
-namespace platform::x11 {
+namespace platform::linux::cover {
 
-class ClickThroughWindow final : public Window, private ViewHost {
+class ClickThroughWindow final : public Window, private views::ViewHost {
  public:
   struct Surroundings {
-    Connection& connection;
+    xcb::Connection& connection;
     OverlayStage& stage;
-    const DesktopScreens& screens;
+    const toolkit::DesktopScreens& screens;
     RunLoop& runLoop;
   };
 
@@ -58,14 +58,14 @@ class ClickThroughWindow final : public Window, private ViewHost {
   Color backgroundColor_;
   Rect frame_;
   OverlayWindow window_;
-  std::shared_ptr<ViewNode> content_;
+  std::shared_ptr<views::ViewNode> content_;
   // Guards posted work: it does nothing once the window is gone.
   std::shared_ptr<bool> updateIsPosted_ = std::make_shared<bool>(false);
   bool isOrderedFront_ = false;
   // Those that came while a text was shown, or about to go: they change places in one step.
-  std::vector<std::shared_ptr<const Frame>> waitingFrames_;
+  std::vector<std::shared_ptr<const stream::Frame>> waitingFrames_;
   // Roles among the colours follow the desktop's light or dark look.
-  PaletteWatch palette_;
+  toolkit::PaletteWatch palette_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::cover

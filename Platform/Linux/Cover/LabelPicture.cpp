@@ -12,13 +12,13 @@
 
 #include "Platform/Linux/Toolkit/TextAndColors.h"
 
-namespace platform::x11 {
+namespace platform::linux::cover {
 
 namespace {
 
 QImage render(const LabelLook& look) {
   const QString text = QString::fromStdString(look.text);
-  const QFont font = toQFont(look.font);
+  const QFont font = toolkit::toQFont(look.font);
   const QFontMetricsF metrics(font);
   const QSize size(static_cast<int>(std::ceil(metrics.horizontalAdvance(text))),
                    static_cast<int>(std::ceil(metrics.height())));
@@ -33,7 +33,7 @@ QImage render(const LabelLook& look) {
 }
 
 // The server may store the bytes of a pixel in the other order than this machine does.
-void matchByteOrder(QImage& image, const Connection& connection) {
+void matchByteOrder(QImage& image, const xcb::Connection& connection) {
   const bool serverIsLittle = xcb_get_setup(connection.get())->image_byte_order == XCB_IMAGE_ORDER_LSB_FIRST;
   if (serverIsLittle == (std::endian::native == std::endian::little)) return;
   image = std::move(image).rgbSwapped();
@@ -45,7 +45,7 @@ void matchByteOrder(QImage& image, const Connection& connection) {
 }
 
 // In as many requests as their greatest length demands.
-void upload(Connection& connection, const QImage& image, xcb_pixmap_t pixmap, xcb_gcontext_t context) {
+void upload(xcb::Connection& connection, const QImage& image, xcb_pixmap_t pixmap, xcb_gcontext_t context) {
   constexpr std::uint32_t header = 64;
   const auto stride = static_cast<std::uint32_t>(image.bytesPerLine());
   const std::uint32_t longest = xcb_get_maximum_request_length(connection.get()) * 4 - header;
@@ -61,7 +61,7 @@ void upload(Connection& connection, const QImage& image, xcb_pixmap_t pixmap, xc
 
 }  // namespace
 
-LabelPicture::LabelPicture(Connection& connection, const LabelLook& look) : connection_(connection) {
+LabelPicture::LabelPicture(xcb::Connection& connection, const LabelLook& look) : connection_(connection) {
   QImage image = render(look);
   if (image.isNull()) return;
   matchByteOrder(image, connection);
@@ -86,4 +86,4 @@ LabelPicture::~LabelPicture() {
   if (picture_ != XCB_NONE) xcb_render_free_picture(connection_.get(), picture_);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::cover

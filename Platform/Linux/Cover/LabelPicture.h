@@ -13,11 +13,11 @@
 #include "Platform/Linux/Cover/OverlayLook.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::cover {
 
 class LabelPicture {
  public:
-  LabelPicture(Connection& connection, const LabelLook& look);
+  LabelPicture(xcb::Connection& connection, const LabelLook& look);
   ~LabelPicture();
   LabelPicture(const LabelPicture&) = delete;
   LabelPicture& operator=(const LabelPicture&) = delete;
@@ -27,10 +27,10 @@ class LabelPicture {
   [[nodiscard]] std::int32_t height() const { return height_; }
 
  private:
-  Connection& connection_;
+  xcb::Connection& connection_;
   xcb_render_picture_t picture_ = XCB_NONE;
   std::int32_t width_ = 0;
   std::int32_t height_ = 0;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::cover

@@ -5,16 +5,16 @@
 
 #include "Platform/Linux/Toolkit/TextAndColors.h"
 
-namespace platform::x11 {
+namespace platform::linux::cover {
 
 namespace {
 
-Argb argbOf(const Color& color) { return toQColor(color).rgba(); }
+Argb argbOf(const Color& color) { return toolkit::toQColor(color).rgba(); }
 
 std::int32_t rounded(double value) { return static_cast<std::int32_t>(std::lround(value)); }
 
 // Edges are rounded, not sizes, so that a layer that fills the window in points fills it in pixels.
-PixelRect pixelsOf(const Rect& rect, std::int32_t windowHeight, double scale) {
+xcb::PixelRect pixelsOf(const Rect& rect, std::int32_t windowHeight, double scale) {
   const std::int32_t left = rounded(rect.minX() * scale);
   const std::int32_t right = rounded(rect.maxX() * scale);
   const std::int32_t bottom = windowHeight - rounded(rect.minY() * scale);
@@ -24,7 +24,7 @@ PixelRect pixelsOf(const Rect& rect, std::int32_t windowHeight, double scale) {
 
 }  // namespace
 
-OverlayLook lookOf(const OverlayContent& content, const Color& windowBackground, std::int32_t windowHeight,
+OverlayLook lookOf(const views::OverlayContent& content, const Color& windowBackground, std::int32_t windowHeight,
                    double scale) {
   OverlayLook look;
   look.background = argbOf(content.background.alpha > 0 ? content.background : windowBackground);
@@ -40,4 +40,4 @@ OverlayLook lookOf(const OverlayContent& content, const Color& windowBackground,
   return look;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::cover

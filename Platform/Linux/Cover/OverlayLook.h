@@ -11,7 +11,7 @@
 #include "Platform/Linux/Views/OverlayContent.h"
 #include "Platform/Linux/Xcb/Coordinates.h"
 
-namespace platform::x11 {
+namespace platform::linux::cover {
 
 // 0xAARRGGBB, not premultiplied.
 using Argb = std::uint32_t;
@@ -31,16 +31,16 @@ struct BorderLook {
 
 // From back to front.
 struct OverlayLook {
-  Argb background = 0xFF000000;      // opaque whatever its alpha says
-  std::optional<PixelRect> picture;  // where live frames go, stretched to fill it
-  std::optional<LabelLook> label;    // centred in the window
-  std::optional<BorderLook> border;  // inside the window's edges
+  Argb background = 0xFF000000;           // opaque whatever its alpha says
+  std::optional<xcb::PixelRect> picture;  // where live frames go, stretched to fill it
+  std::optional<LabelLook> label;         // centred in the window
+  std::optional<BorderLook> border;       // inside the window's edges
   friend bool operator==(const OverlayLook&, const OverlayLook&) = default;
 };
 
 // `windowHeight` in pixels. Roles become the desktop's colours of the moment. A content without background of its own
 // leaves `windowBackground`. A border is never thinner than a pixel.
-[[nodiscard]] OverlayLook lookOf(const OverlayContent& content, const Color& windowBackground,
+[[nodiscard]] OverlayLook lookOf(const views::OverlayContent& content, const Color& windowBackground,
                                  std::int32_t windowHeight, double scale);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::cover

@@ -10,13 +10,13 @@
 #include "Platform/Linux/Stream/BorderPainting.h"
 #include "Platform/Linux/Xcb/Region.h"
 
-namespace platform::x11 {
+namespace platform::linux::cover {
 
 namespace {
 
 std::uint8_t channel(Argb color, unsigned shift) { return static_cast<std::uint8_t>(color >> shift); }
 
-const xcb_visualtype_t* findVisual(const Connection& connection) {
+const xcb_visualtype_t* findVisual(const xcb::Connection& connection) {
   auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
   for (; screens.rem > 0; xcb_screen_next(&screens)) {
     auto depths = xcb_screen_allowed_depths_iterator(screens.data);
@@ -31,7 +31,7 @@ const xcb_visualtype_t* findVisual(const Connection& connection) {
 }
 
 // The colour as a pixel of the root window's visual.
-std::uint32_t pixelOf(Argb color, const Connection& connection) {
+std::uint32_t pixelOf(Argb color, const xcb::Connection& connection) {
   const xcb_visualtype_t* visual = findVisual(connection);
   if (visual == nullptr) return color & 0xFFFFFFU;
   const auto placed = [](std::uint8_t value, std::uint32_t mask) {
@@ -47,12 +47,13 @@ xcb_render_fixed_t fixed(double value) { return static_cast<xcb_render_fixed_t>(
 
 }  // namespace
 
-OverlayPainter::OverlayPainter(Connection& connection, xcb_window_t window, std::int32_t width, std::int32_t height)
+OverlayPainter::OverlayPainter(xcb::Connection& connection, xcb_window_t window, std::int32_t width,
+                               std::int32_t height)
     : connection_(connection),
       window_(window),
       width_(width),
       height_(height),
-      canBlend_(connection.has(Extension::render) && connection.has(Extension::xfixes) &&
+      canBlend_(connection.has(xcb::Extension::render) && connection.has(xcb::Extension::xfixes) &&
                 connection.formatOfVisual(connection.rootVisual()) != 0),
       context_(connection.newId()) {
   const std::uint32_t noExposures = 0;
@@ -97,13 +98,13 @@ void OverlayPainter::setSize(std::int32_t width, std::int32_t height) {
   height_ = height;
 }
 
-void OverlayPainter::paint(const PixelRect& part) {
-  const PixelRect visible = intersection(part, {0, 0, width_, height_});
+void OverlayPainter::paint(const xcb::PixelRect& part) {
+  const xcb::PixelRect visible = intersection(part, {0, 0, width_, height_});
   if (visible.isEmpty()) return;
-  const xcb_rectangle_t rectangle = toRectangle(visible);
+  const xcb_rectangle_t rectangle = xcb::toRectangle(visible);
   xcb_poly_fill_rectangle(connection_.get(), window_, context_, 1, &rectangle);
   if (!canBlend_) return;
-  Region region(connection_);
+  xcb::Region region(connection_);
   region.set(visible);
   setClip(region.id(), 0, 0);
   blendLabelInClip();
@@ -116,11 +117,11 @@ void OverlayPainter::blendLabel() {
   blendLabelInClip();
 }
 
-bool OverlayPainter::paintFrame(const Frame& frame) {
+bool OverlayPainter::paintFrame(const stream::Frame& frame) {
   if (!canBlend_ || !look_.picture || look_.picture->isEmpty() || frame.width() <= 0 || frame.height() <= 0) {
     return false;
   }
-  const PixelRect target = *look_.picture;
+  const xcb::PixelRect target = *look_.picture;
   const bool fitsExactly = frame.width() == target.width && frame.height() == target.height;
   if (!fitsExactly && !frame.isWhole()) {
     frame.requestWhole();
@@ -141,15 +142,15 @@ bool OverlayPainter::paintFrame(const Frame& frame) {
 }
 
 // With a label over it, the picture comes here frame by frame.
-std::optional<LiveTarget> OverlayPainter::liveTarget() const {
+std::optional<stream::LiveTarget> OverlayPainter::liveTarget() const {
   if (label_) return std::nullopt;
-  return LiveTarget{window_, look_.picture->x, look_.picture->y, width_, height_, look_.border};
+  return stream::LiveTarget{window_, look_.picture->x, look_.picture->y, width_, height_, look_.border};
 }
 
 // A frame of another size, as in the moments between a change of the window and the first frame made for it: a whole
 // one, painted aside. A stretched pixel reaches beyond its place, so all of it is painted, and the clip is left at the
 // target.
-void OverlayPainter::stretch(const Frame& frame, const PixelRect& target) {
+void OverlayPainter::stretch(const stream::Frame& frame, const xcb::PixelRect& target) {
   xcb_connection_t* const c = connection_.get();
   constexpr std::string_view filter = "bilinear";
   const std::uint32_t repeat = XCB_RENDER_REPEAT_PAD;
@@ -174,7 +175,7 @@ void OverlayPainter::stretch(const Frame& frame, const PixelRect& target) {
                                          fixed(1)};
   xcb_render_set_picture_transform(c, source, transform);
   xcb_render_set_picture_filter(c, source, filter.size(), filter.data(), 0, nullptr);
-  Region region(connection_);
+  xcb::Region region(connection_);
   region.set(target);
   setClip(region.id(), 0, 0);
   xcb_render_composite(c, XCB_RENDER_PICT_OP_SRC, source, XCB_NONE, picture_, 0, 0, 0, 0,
@@ -183,7 +184,7 @@ void OverlayPainter::stretch(const Frame& frame, const PixelRect& target) {
   xcb_render_free_picture(c, source);
 }
 
-PixelRect OverlayPainter::labelRect() const {
+xcb::PixelRect OverlayPainter::labelRect() const {
   if (!label_) return {};
   return {(width_ - label_->width()) / 2, (height_ - label_->height()) / 2, label_->width(), label_->height()};
 }
@@ -194,7 +195,7 @@ void OverlayPainter::setClip(xcb_xfixes_region_t region, std::int32_t x, std::in
 }
 
 void OverlayPainter::blendLabelInClip() {
-  const PixelRect rect = labelRect();
+  const xcb::PixelRect rect = labelRect();
   if (rect.isEmpty()) return;
   xcb_render_composite(connection_.get(), XCB_RENDER_PICT_OP_OVER, label_->id(), XCB_NONE, picture_, 0, 0, 0, 0,
                        static_cast<std::int16_t>(rect.x), static_cast<std::int16_t>(rect.y),
@@ -202,7 +203,7 @@ void OverlayPainter::blendLabelInClip() {
 }
 
 void OverlayPainter::blendBorderInClip() {
-  if (look_.border) blendBorder(connection_, picture_, width_, height_, *look_.border);
+  if (look_.border) stream::blendBorder(connection_, picture_, width_, height_, *look_.border);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::cover

@@ -20,12 +20,12 @@
 #include "Platform/Linux/Stream/LiveTarget.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::cover {
 
 class OverlayPainter {
  public:
   // The window has the root window's visual.
-  OverlayPainter(Connection& connection, xcb_window_t window, std::int32_t width, std::int32_t height);
+  OverlayPainter(xcb::Connection& connection, xcb_window_t window, std::int32_t width, std::int32_t height);
   ~OverlayPainter();
   OverlayPainter(const OverlayPainter&) = delete;
   OverlayPainter& operator=(const OverlayPainter&) = delete;
@@ -40,27 +40,27 @@ class OverlayPainter {
   void restoreBackground();
   // Background, label and border, without the picture.
   void paintAll() { paint({0, 0, width_, height_}); }
-  void paint(const PixelRect& part);
+  void paint(const xcb::PixelRect& part);
   // Over what is there already: only while the window shows no label.
   void blendLabel();
 
   // From then on, as far as it can, the stream paints by itself what changes: until `Frame::endLive`.
   // False when there is nowhere to show it, or it was read before, or it is part of a picture of another size.
-  bool paintFrame(const Frame& frame);
+  bool paintFrame(const stream::Frame& frame);
 
   // Where the label lies; empty without one.
-  [[nodiscard]] PixelRect labelRect() const;
+  [[nodiscard]] xcb::PixelRect labelRect() const;
 
  private:
   void giveUpBackground();
-  [[nodiscard]] std::optional<LiveTarget> liveTarget() const;
-  void stretch(const Frame& frame, const PixelRect& target);
+  [[nodiscard]] std::optional<stream::LiveTarget> liveTarget() const;
+  void stretch(const stream::Frame& frame, const xcb::PixelRect& target);
   // No region: everything.
   void setClip(xcb_xfixes_region_t region, std::int32_t x, std::int32_t y);
   void blendLabelInClip();
   void blendBorderInClip();
 
-  Connection& connection_;
+  xcb::Connection& connection_;
   xcb_window_t window_;
   std::int32_t width_;
   std::int32_t height_;
@@ -72,4 +72,4 @@ class OverlayPainter {
   std::optional<LabelPicture> label_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::cover

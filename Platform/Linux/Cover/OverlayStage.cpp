@@ -3,9 +3,10 @@
 #include <chrono>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::cover {
 
-OverlayStage::OverlayStage(Connection& connection, const Scene& scene, WindowList& windows, RunLoop& runLoop)
+OverlayStage::OverlayStage(xcb::Connection& connection, const scene::Scene& scene, scene::WindowList& windows,
+                           RunLoop& runLoop)
     : connection_(connection), scene_(scene), windowList_(windows), runLoop_(runLoop) {}
 
 OverlayStage::~OverlayStage() {
@@ -22,7 +23,7 @@ void OverlayStage::remove(OverlayWindow& window) {
 
 void OverlayStage::orderFront(OverlayWindow& window) {
   if (!window.isShown()) awaited_.insert(window.id());
-  window.orderFront(lowestLocker(viewableStack(scene_, windowList_)));
+  window.orderFront(scene::lowestLocker(scene::viewableStack(scene_, windowList_)));
   keeper_.keepOnTop(window.id());
 }
 
@@ -39,7 +40,7 @@ void OverlayStage::reconsider() {
 
 void OverlayStage::handle(const xcb_generic_event_t& event) {
   mayHaveChanged_ = true;
-  if (eventType(event) == XCB_MAP_NOTIFY) awaited_.erase(eventAs<xcb_map_notify_event_t>(event).window);
+  if (xcb::eventType(event) == XCB_MAP_NOTIFY) awaited_.erase(xcb::eventAs<xcb_map_notify_event_t>(event).window);
   for (auto* window : windows_) window->handle(event);
 }
 
@@ -51,8 +52,8 @@ void OverlayStage::keepOnTop() {
   if (again_) again_->cancel();
   again_ = nullptr;
   if (windows_.empty()) return;
-  const auto now = StackKeeper::TimePoint::clock::now();
-  const auto decision = keeper_.decide(viewableStack(scene_, windowList_), now);
+  const auto now = scene::StackKeeper::TimePoint::clock::now();
+  const auto decision = keeper_.decide(scene::viewableStack(scene_, windowList_), now);
   for (const auto& move : decision.moves) apply(connection_, move);
   if (decision.again) {
     again_ = runLoop_.after(std::chrono::duration<double>(*decision.again - now).count(), [this] {
@@ -62,4 +63,4 @@ void OverlayStage::keepOnTop() {
   }
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::cover

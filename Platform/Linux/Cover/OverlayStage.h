@@ -18,11 +18,11 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/RunLoop.h"
 
-namespace platform::x11 {
+namespace platform::linux::cover {
 
 class OverlayStage {
  public:
-  OverlayStage(Connection& connection, const Scene& scene, WindowList& windows, RunLoop& runLoop);
+  OverlayStage(xcb::Connection& connection, const scene::Scene& scene, scene::WindowList& windows, RunLoop& runLoop);
   ~OverlayStage();
   OverlayStage(const OverlayStage&) = delete;
   OverlayStage& operator=(const OverlayStage&) = delete;
@@ -47,15 +47,15 @@ class OverlayStage {
  private:
   void keepOnTop();
 
-  Connection& connection_;
-  const Scene& scene_;
-  WindowList& windowList_;
+  xcb::Connection& connection_;
+  const scene::Scene& scene_;
+  scene::WindowList& windowList_;
   RunLoop& runLoop_;
-  StackKeeper keeper_;
+  scene::StackKeeper keeper_;
   std::vector<OverlayWindow*> windows_;
   std::set<xcb_window_t> awaited_;
   bool mayHaveChanged_ = false;
   std::shared_ptr<DelayedTask> again_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::cover

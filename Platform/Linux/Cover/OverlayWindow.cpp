@@ -10,11 +10,11 @@
 #include <string_view>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::cover {
 
 namespace {
 
-PixelRect atLeastOnePixel(PixelRect frame) {
+xcb::PixelRect atLeastOnePixel(xcb::PixelRect frame) {
   frame.width = std::max(1, frame.width);
   frame.height = std::max(1, frame.height);
   return frame;
@@ -27,7 +27,7 @@ std::string hostName() {
 
 }  // namespace
 
-OverlayWindow::OverlayWindow(Connection& connection, const PixelRect& frame, const OverlayLook& look)
+OverlayWindow::OverlayWindow(xcb::Connection& connection, const xcb::PixelRect& frame, const OverlayLook& look)
     : connection_(connection), window_(connection.newId()), frame_(atLeastOnePixel(frame)) {
   xcb_create_window_value_list_t values{};
   values.override_redirect = 1;
@@ -37,7 +37,7 @@ OverlayWindow::OverlayWindow(Connection& connection, const PixelRect& frame, con
                         static_cast<std::int16_t>(frame_.x), static_cast<std::int16_t>(frame_.y),
                         static_cast<std::uint16_t>(frame_.width), static_cast<std::uint16_t>(frame_.height), 0,
                         XCB_WINDOW_CLASS_INPUT_OUTPUT, connection_.rootVisual(), mask, &values);
-  if (connection_.has(Extension::shape)) {
+  if (connection_.has(xcb::Extension::shape)) {
     xcb_shape_rectangles(connection_.get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED, window_,
                          0, 0, 0, nullptr);
   }
@@ -80,8 +80,8 @@ void OverlayWindow::setNumber(const char* property, xcb_atom_t type, std::uint32
                       &value);
 }
 
-void OverlayWindow::setFrame(const PixelRect& frame) {
-  const PixelRect wanted = atLeastOnePixel(frame);
+void OverlayWindow::setFrame(const xcb::PixelRect& frame) {
+  const xcb::PixelRect wanted = atLeastOnePixel(frame);
   if (wanted == frame_) return;
   const bool isResized = wanted.width != frame_.width || wanted.height != frame_.height;
   if (isResized) endLive();
@@ -99,7 +99,7 @@ void OverlayWindow::setFrame(const PixelRect& frame) {
 void OverlayWindow::setLook(const OverlayLook& look) {
   const OverlayLook before = painter_->look();
   if (look == before) return;
-  const PixelRect oldLabel = painter_->labelRect();
+  const xcb::PixelRect oldLabel = painter_->labelRect();
   endLive();
   painter_->setLook(look);
 
@@ -147,7 +147,7 @@ void OverlayWindow::orderOut() {
   xcb_unmap_window(connection_.get(), window_);
 }
 
-bool OverlayWindow::presentFrame(std::shared_ptr<const Frame> frame) {
+bool OverlayWindow::presentFrame(std::shared_ptr<const stream::Frame> frame) {
   if (!mayShow(*frame)) return false;
   if (!lastFrame_ || lastFrame_->streamSerial() != frame->streamSerial()) {
     if (!frame->isWhole()) {
@@ -164,14 +164,14 @@ bool OverlayWindow::presentFrame(std::shared_ptr<const Frame> frame) {
 
 // While a restart takes place two streams run, and the older one would show again what the newer one leaves out. It has
 // the window again when the newer one has ended: that one's start was overtaken, and the start after it may fail.
-bool OverlayWindow::mayShow(const Frame& frame) const {
+bool OverlayWindow::mayShow(const stream::Frame& frame) const {
   const auto newer = [&](const auto& other) { return other->streamSerial() > frame.streamSerial(); };
   if (std::ranges::none_of(streams_, newer)) return true;
   return !frame.isLeftOver() &&
          std::ranges::none_of(streams_, [&](const auto& other) { return newer(other) && !other->isLeftOver(); });
 }
 
-void OverlayWindow::remember(const std::shared_ptr<const Frame>& frame) {
+void OverlayWindow::remember(const std::shared_ptr<const stream::Frame>& frame) {
   std::erase_if(streams_, [&](const auto& other) {
     return other->isLeftOver() || other->streamSerial() == frame->streamSerial();
   });
@@ -188,18 +188,18 @@ void OverlayWindow::forgetFrames() {
 }
 
 void OverlayWindow::handle(const xcb_generic_event_t& event) {
-  if (eventType(event) != XCB_EXPOSE) return;
-  const auto& expose = eventAs<xcb_expose_event_t>(event);
+  if (xcb::eventType(event) != XCB_EXPOSE) return;
+  const auto& expose = xcb::eventAs<xcb_expose_event_t>(event);
   if (expose.window != window_) return;
   exposed({expose.x, expose.y, expose.width, expose.height});
 }
 
 // Without a picture the part is painted from the background up: the event may come late, when it was painted meanwhile.
-void OverlayWindow::exposed(const PixelRect& part) {
+void OverlayWindow::exposed(const xcb::PixelRect& part) {
   if (lastFrame_)
     lastFrame_->requestWhole();
   else
     painter_->paint(part);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::cover

@@ -19,21 +19,21 @@
 #include "Platform/Linux/Stream/Frame.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::cover {
 
 class OverlayWindow {
  public:
   // Not on the screen yet. Whatever is empty of the frame is taken as one pixel.
-  OverlayWindow(Connection& connection, const PixelRect& frame, const OverlayLook& look);
+  OverlayWindow(xcb::Connection& connection, const xcb::PixelRect& frame, const OverlayLook& look);
   ~OverlayWindow();
   OverlayWindow(const OverlayWindow&) = delete;
   OverlayWindow& operator=(const OverlayWindow&) = delete;
 
   [[nodiscard]] xcb_window_t id() const { return window_; }
-  [[nodiscard]] const PixelRect& frame() const { return frame_; }
+  [[nodiscard]] const xcb::PixelRect& frame() const { return frame_; }
   [[nodiscard]] bool isShown() const { return isShown_; }
 
-  void setFrame(const PixelRect& frame);
+  void setFrame(const xcb::PixelRect& frame);
   void setLook(const OverlayLook& look);
 
   // On top of everything, or directly below the given window (a screen locker) when it is still there.
@@ -42,7 +42,7 @@ class OverlayWindow {
 
   // Shows what the frame changes. The newest stream that still runs has the window: a frame of an older one is dropped,
   // and so is a part of the picture of a stream other than the one that is seen. False when dropped.
-  bool presentFrame(std::shared_ptr<const Frame> frame);
+  bool presentFrame(std::shared_ptr<const stream::Frame> frame);
   // Takes the picture away.
   void forgetFrames();
 
@@ -54,19 +54,19 @@ class OverlayWindow {
   void setNumber(const char* property, xcb_atom_t type, std::uint32_t value);
   void endLive();
   void restore();
-  void exposed(const PixelRect& part);
-  [[nodiscard]] bool mayShow(const Frame& frame) const;
-  void remember(const std::shared_ptr<const Frame>& frame);
+  void exposed(const xcb::PixelRect& part);
+  [[nodiscard]] bool mayShow(const stream::Frame& frame) const;
+  void remember(const std::shared_ptr<const stream::Frame>& frame);
 
-  Connection& connection_;
+  xcb::Connection& connection_;
   xcb_window_t window_;
-  PixelRect frame_;
+  xcb::PixelRect frame_;
   bool isShown_ = false;
   std::optional<OverlayPainter> painter_;
   // The last one shown. It keeps the way to its stream.
-  std::shared_ptr<const Frame> lastFrame_;
+  std::shared_ptr<const stream::Frame> lastFrame_;
   // One of each stream that was shown and may still run, the oldest first.
-  std::vector<std::shared_ptr<const Frame>> streams_;
+  std::vector<std::shared_ptr<const stream::Frame>> streams_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::cover

@@ -6,7 +6,7 @@
 
 #include "Platform/Linux/Input/HotKeysCodes.h"
 
-namespace platform::x11 {
+namespace platform::linux::input {
 
 namespace {
 
@@ -23,7 +23,7 @@ constexpr unsigned everyModifier = 0xFF;
 
 }  // namespace
 
-HotKeys::HotKeys(Connection& connection) : connection_(connection), modifiers_(readModifiers(connection.get())) {}
+HotKeys::HotKeys(xcb::Connection& connection) : connection_(connection), modifiers_(readModifiers(connection.get())) {}
 
 HotKeys::~HotKeys() {
   for (const Binding& binding : bindings_ | std::views::values) ungrab(binding);
@@ -77,15 +77,15 @@ bool HotKeys::isHeld(HotKeyReference reference) const {
 }
 
 void HotKeys::handle(const xcb_generic_event_t& event) {
-  switch (eventType(event)) {
+  switch (xcb::eventType(event)) {
     case XCB_KEY_PRESS:
-      keyPressed(eventAs<xcb_key_press_event_t>(event));
+      keyPressed(xcb::eventAs<xcb_key_press_event_t>(event));
       break;
     case XCB_KEY_RELEASE:
-      keyReleased(eventAs<xcb_key_release_event_t>(event));
+      keyReleased(xcb::eventAs<xcb_key_release_event_t>(event));
       break;
     case XCB_MAPPING_NOTIFY:
-      if (eventAs<xcb_mapping_notify_event_t>(event).request != XCB_MAPPING_POINTER) keyboardChanged();
+      if (xcb::eventAs<xcb_mapping_notify_event_t>(event).request != XCB_MAPPING_POINTER) keyboardChanged();
       break;
     default:
       break;
@@ -102,7 +102,7 @@ bool HotKeys::grab(const Binding& binding) {
   bool hasAll = true;
   for (const auto& [state, cookie] : requests) {
     // BadAccess is expected: another client has this variant.
-    const Reply<xcb_generic_error_t> error(xcb_request_check(connection_.get(), cookie));
+    const xcb::Reply<xcb_generic_error_t> error(xcb_request_check(connection_.get(), cookie));
     hasAll = hasAll && !error;
   }
   if (!hasAll) ungrab(binding);
@@ -169,4 +169,4 @@ void HotKeys::dispatch(HotKeyID id) {
   }
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::input

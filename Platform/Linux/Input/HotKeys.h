@@ -18,7 +18,7 @@
 #include "Platform/Linux/Input/HotKeysModifiers.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::input {
 
 struct HotKeyFailure {
   std::uint32_t keyCode = 0;    // as it was asked for
@@ -29,7 +29,7 @@ struct HotKeyFailure {
 
 class HotKeys final : public platform::HotKeys {
  public:
-  explicit HotKeys(Connection& connection);
+  explicit HotKeys(xcb::Connection& connection);
   ~HotKeys() override;
   HotKeys(const HotKeys&) = delete;
   HotKeys& operator=(const HotKeys&) = delete;
@@ -71,7 +71,7 @@ class HotKeys final : public platform::HotKeys {
   void keyboardChanged();
   void dispatch(HotKeyID id);
 
-  Connection& connection_;
+  xcb::Connection& connection_;
   Modifiers modifiers_;
   std::uint64_t lastReference_ = 0;
   std::map<HotKeyReference, Binding> bindings_;
@@ -79,4 +79,4 @@ class HotKeys final : public platform::HotKeys {
   std::vector<HotKeyFailure> failures_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::input

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-namespace platform::x11 {
+namespace platform::linux::input {
 
 namespace {
 
@@ -65,4 +65,4 @@ std::optional<std::uint8_t> keyCodeForVirtualKey(std::uint32_t virtualKey) {
   return static_cast<std::uint8_t>(position->inputCode + serverOffset);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::input

@@ -8,9 +8,9 @@
 #include <cstdint>
 #include <optional>
 
-namespace platform::x11 {
+namespace platform::linux::input {
 
 // Absent for a position that no ordinary keyboard has.
 [[nodiscard]] std::optional<std::uint8_t> keyCodeForVirtualKey(std::uint32_t virtualKey);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::input

@@ -8,7 +8,7 @@
 #include "Platform/HotKeys.h"
 #include "Platform/Linux/Xcb/Replies.h"
 
-namespace platform::x11 {
+namespace platform::linux::input {
 
 namespace {
 
@@ -60,8 +60,8 @@ Modifiers readModifiers(xcb_connection_t* connection) {
   const auto keyCount = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
   const auto mapCookie = xcb_get_modifier_mapping(connection);
   const auto symbolsCookie = xcb_get_keyboard_mapping(connection, setup->min_keycode, keyCount);
-  const auto map = awaitReply(connection, xcb_get_modifier_mapping_reply, mapCookie);
-  const auto symbols = awaitReply(connection, xcb_get_keyboard_mapping_reply, symbolsCookie);
+  const auto map = xcb::awaitReply(connection, xcb_get_modifier_mapping_reply, mapCookie);
+  const auto symbols = xcb::awaitReply(connection, xcb_get_keyboard_mapping_reply, symbolsCookie);
   if (!map || !symbols) return {};
   const std::span keys(xcb_get_modifier_mapping_keycodes(map.get()),
                        static_cast<std::size_t>(xcb_get_modifier_mapping_keycodes_length(map.get())));
@@ -97,4 +97,4 @@ std::vector<std::uint16_t> withEveryLock(std::uint16_t state, const Modifiers& m
   return states;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::input

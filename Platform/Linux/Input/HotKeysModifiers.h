@@ -11,7 +11,7 @@
 #include <span>
 #include <vector>
 
-namespace platform::x11 {
+namespace platform::linux::input {
 
 struct Modifiers {
   std::uint16_t alt = XCB_MOD_MASK_1;
@@ -44,4 +44,4 @@ struct KeyboardTables {
 // Every combination of the lock bits, the empty one included, that adds to this state.
 [[nodiscard]] std::vector<std::uint16_t> withEveryLock(std::uint16_t state, const Modifiers& modifiers);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::input

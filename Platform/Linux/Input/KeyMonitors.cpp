@@ -6,7 +6,7 @@
 
 #include "Platform/Linux/Input/HotKeysCodes.h"
 
-namespace platform::x11 {
+namespace platform::linux::input {
 
 KeyMonitors::KeyMonitors() { QCoreApplication::instance()->installEventFilter(this); }
 
@@ -38,4 +38,4 @@ KeyEvent toKeyEvent(const QKeyEvent& event) {
   return {unknown};
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::input

@@ -11,7 +11,7 @@
 
 #include "Platform/Windows.h"
 
-namespace platform::x11 {
+namespace platform::linux::input {
 
 class KeyMonitors : private QObject {
  public:
@@ -33,4 +33,4 @@ class KeyMonitors : private QObject {
 // A key that this layout does not have gives 0xFFFF.
 [[nodiscard]] KeyEvent toKeyEvent(const QKeyEvent& event);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::input

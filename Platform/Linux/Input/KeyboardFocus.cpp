@@ -3,32 +3,33 @@
 #include "Platform/Linux/Toolkit/QtX11.h"
 #include "Platform/Linux/Xcb/Replies.h"
 
-namespace platform::x11 {
+namespace platform::linux::input {
 
 class FocusLoan {
  public:
   FocusLoan() : before_(current()) {}
   ~FocusLoan() {
     if (!isRealWindow(before_) || isRealWindow(current())) return;
-    xcb_connection_t* connection = qtConnection();
+    xcb_connection_t* connection = toolkit::qtConnection();
     // The window may have gone meanwhile: the error is expected, and asked for so that nobody logs it.
     const auto cookie =
         xcb_set_input_focus_checked(connection, XCB_INPUT_FOCUS_POINTER_ROOT, before_, XCB_CURRENT_TIME);
-    const std::unique_ptr<xcb_generic_error_t, FreeDeleter> ignored(xcb_request_check(connection, cookie));
+    const std::unique_ptr<xcb_generic_error_t, xcb::FreeDeleter> ignored(xcb_request_check(connection, cookie));
   }
   FocusLoan(const FocusLoan&) = delete;
   FocusLoan& operator=(const FocusLoan&) = delete;
 
  private:
   [[nodiscard]] static xcb_window_t current() {
-    xcb_connection_t* connection = qtConnection();
+    xcb_connection_t* connection = toolkit::qtConnection();
     if (!connection) return XCB_NONE;
-    const auto reply = awaitReply(connection, xcb_get_input_focus_reply, xcb_get_input_focus(connection));
+    const auto reply = xcb::awaitReply(connection, xcb_get_input_focus_reply, xcb_get_input_focus(connection));
     return reply ? reply->focus : xcb_window_t{XCB_NONE};
   }
   // Apart from nobody and whatever is under the pointer; the root is where the focus falls when its window goes.
   [[nodiscard]] static bool isRealWindow(xcb_window_t window) {
-    return window != XCB_NONE && window != XCB_INPUT_FOCUS_POINTER_ROOT && window != rootWindow(qtConnection());
+    return window != XCB_NONE && window != XCB_INPUT_FOCUS_POINTER_ROOT &&
+           window != toolkit::rootWindow(toolkit::qtConnection());
   }
 
   xcb_window_t before_;
@@ -41,7 +42,7 @@ std::shared_ptr<FocusLoan> KeyboardFocus::borrow() {
 }
 
 void KeyboardFocus::give(QWidget& window) {
-  xcb_connection_t* connection = qtConnection();
+  xcb_connection_t* connection = toolkit::qtConnection();
   if (!connection) {
     window.activateWindow();
     return;
@@ -52,4 +53,4 @@ void KeyboardFocus::give(QWidget& window) {
   xcb_flush(connection);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::input

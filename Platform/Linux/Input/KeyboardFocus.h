@@ -7,7 +7,7 @@
 #include <QWidget>
 #include <memory>
 
-namespace platform::x11 {
+namespace platform::linux::input {
 
 // While a loan is held, the focus may be moved among our windows. When the last holder lets go, with its window already
 // off the screen, the focus returns to where it was, unless it has moved elsewhere by itself.
@@ -23,4 +23,4 @@ class KeyboardFocus {
   std::weak_ptr<FocusLoan> loan_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::input

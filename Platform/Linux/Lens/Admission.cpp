@@ -5,7 +5,7 @@
 #include <array>
 #include <cerrno>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 namespace {
 
@@ -37,4 +37,4 @@ Admission::Verdict Admission::advance() {
   }
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -11,7 +11,7 @@
 #include "Platform/Linux/Lens/Setup.h"
 #include "Platform/Linux/Posix/FileDescriptor.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 class Admission {
  public:
@@ -22,7 +22,7 @@ class Admission {
     gone,
   };
 
-  Admission(FileDescriptor socket, const PrivateAuthority& authority)
+  Admission(posix::FileDescriptor socket, const PrivateAuthority& authority)
       : socket_(std::move(socket)), authority_(authority) {}
 
   [[nodiscard]] int descriptor() const { return socket_.get(); }
@@ -30,17 +30,17 @@ class Admission {
   [[nodiscard]] Verdict advance();
 
   // Once it is admitted.
-  [[nodiscard]] FileDescriptor takeSocket() { return std::move(socket_); }
+  [[nodiscard]] posix::FileDescriptor takeSocket() { return std::move(socket_); }
   [[nodiscard]] const SetupRequest& request() const { return request_; }
   // Why it was refused, for a person; empty when that is nothing unusual.
   [[nodiscard]] const std::string& complaint() const { return complaint_; }
 
  private:
-  FileDescriptor socket_;
+  posix::FileDescriptor socket_;
   const PrivateAuthority& authority_;
   std::vector<std::byte> received_;
   SetupRequest request_;
   std::string complaint_;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 BusyPolling::Duration BusyPolling::patience() const {
   if (passing_ == Passing::longRequest) return longestPause;
@@ -24,4 +24,4 @@ void BusyPolling::noteOther(Duration waited) {
   turns_ = goesOn ? std::min(turns_, shortWaits_) : 0;
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

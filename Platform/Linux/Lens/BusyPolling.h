@@ -13,7 +13,7 @@
 #include <chrono>
 #include <cstdint>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 // What the bytes that were passed on last belong to.
 enum class Passing : std::uint8_t { shortMessages, longRequest, longReply };
@@ -47,4 +47,4 @@ class BusyPolling {
   Passing passing_ = Passing::shortMessages;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <cstring>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 namespace {
 
@@ -88,7 +88,7 @@ Channel::Outcome Channel::sendSome() {
   msghdr message{};
   const bool carries = !descriptors_.empty() && descriptors_.front().position <= position_;
   if (carries) {
-    const std::vector<FileDescriptor>& travelling = descriptors_.front().descriptors;
+    const std::vector<posix::FileDescriptor>& travelling = descriptors_.front().descriptors;
     message.msg_control = control.data();
     message.msg_controllen = CMSG_SPACE(sizeof(int) * travelling.size());
     cmsghdr* part = CMSG_FIRSTHDR(&message);
@@ -125,7 +125,7 @@ Channel::Outcome Channel::move(std::uint64_t count, std::uint64_t& moved) {
   if (!pipe_[0].isOpen()) {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) return Outcome::closed;
-    pipe_ = {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+    pipe_ = {posix::FileDescriptor(ends[0]), posix::FileDescriptor(ends[1])};
     // Smaller where the user has many pipes already; it works all the same.
     ::fcntl(pipe_[1].get(), F_SETPIPE_SZ, static_cast<int>(pipeSize));
   }
@@ -175,4 +175,4 @@ void Channel::insert(std::span<const std::byte> bytes) {
   end_ += bytes.size();
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

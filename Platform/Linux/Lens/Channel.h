@@ -19,7 +19,7 @@
 #include "Platform/Linux/Lens/Wire.h"
 #include "Platform/Linux/Posix/FileDescriptor.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 class Channel {
  public:
@@ -56,7 +56,7 @@ class Channel {
  private:
   struct Descriptors {
     std::uint64_t position = 0;  // of the byte they travel with, counted from the stream's beginning
-    std::vector<FileDescriptor> descriptors;
+    std::vector<posix::FileDescriptor> descriptors;
   };
 
   void makeRoom();
@@ -74,8 +74,8 @@ class Channel {
   bool mayHaveLeft_ = false;
   std::uint64_t position_ = 0;  // of `begin_` in the stream
   std::deque<Descriptors> descriptors_;
-  std::array<FileDescriptor, 2> pipe_;
+  std::array<posix::FileDescriptor, 2> pipe_;
   std::size_t inPipe_ = 0;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

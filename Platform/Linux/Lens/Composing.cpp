@@ -2,7 +2,7 @@
 
 #include <sys/epoll.h>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 namespace {
 
@@ -53,4 +53,4 @@ std::optional<Composing::Clock::time_point> Composing::deadline() const {
   return isUnderWay() ? screen_->deadline() : restsUntil_;
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -13,7 +13,7 @@
 
 #include "Platform/Linux/Lens/SharedScreen.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 class Composing {
  public:
@@ -54,4 +54,4 @@ class Composing {
   bool isFollowed_ = false;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -4,7 +4,7 @@
 
 #include "Platform/Linux/Posix/DesktopEntry.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 namespace {
 
@@ -34,7 +34,7 @@ std::string madeOver(std::string_view line, std::string_view launcher, bool isMa
 }  // namespace
 
 std::optional<std::string> launcherEntry(std::string_view entry, std::string_view launcher) {
-  const auto keys = parseDesktopEntry(entry);
+  const auto keys = posix::parseDesktopEntry(entry);
   if (!keys || !keys->contains("Exec") || !keys->contains("Name")) return std::nullopt;
   std::string result;
   bool isMainGroup = false;
@@ -50,8 +50,8 @@ std::optional<std::string> launcherEntry(std::string_view entry, std::string_vie
 }
 
 bool isLauncherEntry(std::string_view entry) {
-  const auto keys = parseDesktopEntry(entry);
+  const auto keys = posix::parseDesktopEntry(entry);
   return keys && keys->contains("X-Quillfade-Share");
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 // The entry of an application, made over: it has another name, in all languages, and its command lines begin with
 // `launcher`. It opens no files of its own accord and is not activated over the bus, since either would go round the
@@ -17,4 +17,4 @@ namespace platform::x11::lens {
 // Whether an entry was made so.
 [[nodiscard]] bool isLauncherEntry(std::string_view entry);
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -19,17 +19,17 @@ namespace platform {
 
 namespace {
 
-using namespace x11;
+using namespace linux;
 
 std::string userDataDirectory() {
-  const auto directory = environmentVariable("XDG_DATA_HOME");
-  return directory && directory->starts_with('/') ? *directory : homeDirectory() + "/.local/share";
+  const auto directory = posix::environmentVariable("XDG_DATA_HOME");
+  return directory && directory->starts_with('/') ? *directory : posix::homeDirectory() + "/.local/share";
 }
 
 // The user's own first, then the system's.
 std::vector<std::string> applicationDirectories() {
   std::vector<std::string> directories{userDataDirectory()};
-  const auto listed = environmentVariable("XDG_DATA_DIRS");
+  const auto listed = posix::environmentVariable("XDG_DATA_DIRS");
   std::string_view rest = listed && !listed->empty() ? std::string_view(*listed) : "/usr/local/share:/usr/share";
   while (!rest.empty()) {
     const auto end = rest.find(':');
@@ -41,9 +41,9 @@ std::vector<std::string> applicationDirectories() {
 }
 
 std::expected<std::string, int> readFile(const std::string& path) {
-  const auto file = openRegularFile(path, O_RDONLY);
+  const auto file = posix::openRegularFile(path, O_RDONLY);
   if (!file) return std::unexpected(file.error());
-  return readAll(file->get());
+  return posix::readAll(file->get());
 }
 
 std::expected<std::string, Error> readEntry(const std::string& application) {
@@ -74,12 +74,12 @@ std::expected<std::string, Error> installLensEntry(const std::string& applicatio
                                                    const std::vector<std::string>& words) {
   const auto text = readEntry(application);
   if (!text) return std::unexpected(text.error());
-  std::string launcher = desktopExec(ownProgram());
+  std::string launcher = posix::desktopExec(ownProgram());
   for (const std::string& word : words) launcher += " " + word;
   const auto entry = lens::launcherEntry(*text, launcher);
   if (!entry) return std::unexpected(Error{"\"" + application + "\" does not say how its application is started."});
   std::string path = launcherPath(application);
-  if (const auto written = replaceFile(path, *entry); !written) return std::unexpected(written.error());
+  if (const auto written = posix::replaceFile(path, *entry); !written) return std::unexpected(written.error());
   return path;
 }
 
@@ -89,7 +89,7 @@ std::expected<std::string, Error> removeLensEntry(const std::string& application
   if (!text || !lens::isLauncherEntry(*text)) {
     return std::unexpected(Error{"There is no launcher for \"" + application + "\"."});
   }
-  if (::unlink(path.c_str()) != 0) return std::unexpected(systemError("Cannot remove", path, errno));
+  if (::unlink(path.c_str()) != 0) return std::unexpected(posix::systemError("Cannot remove", path, errno));
   return path;
 }
 

@@ -9,7 +9,7 @@
 
 #include "Platform/Linux/Posix/UserDirectories.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 namespace {
 
@@ -31,7 +31,7 @@ Lens::Lens(ServerAddress server, PrivateDisplay display, PrivateAuthority author
   poller_.add(composing_.descriptor(), *composingEvents_, [this](std::uint32_t) { goOnComposing(); });
 }
 
-ChildProgram::Variables Lens::variables() const {
+posix::ChildProgram::Variables Lens::variables() const {
   const std::string screen = server_.screen() == 0 ? "" : "." + std::to_string(server_.screen());
   // A program that could choose another way to a screen would not go through the lens.
   return {{"DISPLAY", ":" + std::to_string(display_.number()) + screen},
@@ -40,7 +40,7 @@ ChildProgram::Variables Lens::variables() const {
           {"WAYLAND_SOCKET", ""}};
 }
 
-int Lens::run(const ChildProgram& program, const SignalWatch& signals) {
+int Lens::run(const posix::ChildProgram& program, const posix::SignalWatch& signals) {
   std::optional<int> status;
   poller_.add(signals.descriptor(), EPOLLIN, [&](std::uint32_t) {
     while (const auto signal = signals.next()) {
@@ -57,14 +57,14 @@ int Lens::run(const ChildProgram& program, const SignalWatch& signals) {
 }
 
 void Lens::watchSockets() {
-  for (const FileDescriptor& socket : display_.sockets()) {
+  for (const posix::FileDescriptor& socket : display_.sockets()) {
     poller_.add(socket.get(), EPOLLIN, [this, &socket](std::uint32_t) {
       if (auto connection = PrivateDisplay::accept(socket); connection.isOpen()) admit(std::move(connection));
     });
   }
 }
 
-void Lens::admit(FileDescriptor socket) {
+void Lens::admit(posix::FileDescriptor socket) {
   const int descriptor = socket.get();
   admissions_[descriptor] = std::make_unique<Admission>(std::move(socket), authority_);
   poller_.add(descriptor, EPOLLIN, [this, descriptor](std::uint32_t) { decide(descriptor); });
@@ -156,14 +156,15 @@ void Lens::followDamage() {
   watchComposing();
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens
 
 namespace platform {
 
 std::expected<int, Error> runThroughLens(const std::vector<std::string>& program, const LensRule& rule) {
-  using namespace x11::lens;
-  const std::string name = x11::environmentVariable("DISPLAY").value_or("");
-  const SignalWatch signals;
+  using namespace linux;
+  using namespace linux::lens;
+  const std::string name = posix::environmentVariable("DISPLAY").value_or("");
+  const posix::SignalWatch signals;
   auto screen = SharedScreen::open("", rule);
   if (!screen) return std::unexpected(screen.error());
   const auto server = ServerAddress::parse(name);
@@ -173,7 +174,7 @@ std::expected<int, Error> runThroughLens(const std::vector<std::string>& program
   auto authority = PrivateAuthority::make(display->number());
   if (!authority) return std::unexpected(authority.error());
   Lens lens(*server, std::move(*display), std::move(*authority), std::move(*screen));
-  const auto child = ChildProgram::start(program, lens.variables(), signals);
+  const auto child = posix::ChildProgram::start(program, lens.variables(), signals);
   if (!child) return std::unexpected(child.error());
   return lens.run(*child, signals);
 }

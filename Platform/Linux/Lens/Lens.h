@@ -22,7 +22,7 @@
 #include "Platform/Linux/Lens/ServerAddress.h"
 #include "Platform/Linux/Posix/ChildProgram.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 class Lens final : public PictureSource {
  public:
@@ -31,10 +31,10 @@ class Lens final : public PictureSource {
   Lens& operator=(const Lens&) = delete;
 
   // What tells a program where its display is.
-  [[nodiscard]] ChildProgram::Variables variables() const;
+  [[nodiscard]] posix::ChildProgram::Variables variables() const;
   [[nodiscard]] std::uint64_t requestPicture() override;
   // Until the program ends; its exit status.
-  [[nodiscard]] int run(const ChildProgram& program, const SignalWatch& signals);
+  [[nodiscard]] int run(const posix::ChildProgram& program, const posix::SignalWatch& signals);
 
  private:
   struct Session {
@@ -46,7 +46,7 @@ class Lens final : public PictureSource {
   };
 
   void watchSockets();
-  void admit(FileDescriptor socket);
+  void admit(posix::FileDescriptor socket);
   void decide(int descriptor);
   void connect(Admission& admission);
   void ready(Relay* relay, bool isFromServer, std::uint32_t events);
@@ -68,4 +68,4 @@ class Lens final : public PictureSource {
   std::unordered_map<Relay*, Session> sessions_;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 inline constexpr const char* socketDirectory = "/tmp/.X11-unix";
 
@@ -44,4 +44,4 @@ inline void enlargeSendBuffer(int socket) {
   ::setsockopt(socket, SOL_SOCKET, SO_SNDBUF, &size, sizeof size);
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

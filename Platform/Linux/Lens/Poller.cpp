@@ -6,7 +6,7 @@
 #include <chrono>
 #include <thread>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 namespace {
 
@@ -75,4 +75,4 @@ void Poller::wait(std::optional<Clock::time_point> deadline) {
   }
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -16,7 +16,7 @@
 #include "Platform/Linux/Lens/BusyPolling.h"
 #include "Platform/Linux/Posix/FileDescriptor.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 class Poller {
  public:
@@ -41,10 +41,10 @@ class Poller {
 
   [[nodiscard]] int next(Events& events, std::optional<Clock::time_point> deadline);
 
-  FileDescriptor epoll_;
+  posix::FileDescriptor epoll_;
   std::unordered_map<int, std::shared_ptr<Handler>> handlers_;
   BusyPolling busyPolling_;
   bool canPollBusily_;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

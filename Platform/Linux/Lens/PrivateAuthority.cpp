@@ -16,14 +16,14 @@
 #include "Platform/Linux/Posix/SystemError.h"
 #include "Platform/Linux/Posix/UserDirectories.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 namespace {
 
 constexpr std::size_t cookieLength = 16;
 
 std::string runtimeDirectory() {
-  const auto directory = environmentVariable("XDG_RUNTIME_DIR");
+  const auto directory = posix::environmentVariable("XDG_RUNTIME_DIR");
   return directory && directory->starts_with('/') && ::access(directory->c_str(), W_OK) == 0 ? *directory : "/tmp";
 }
 
@@ -59,7 +59,7 @@ std::expected<PrivateAuthority, Error> PrivateAuthority::make(int displayNumber)
   PrivateAuthority authority;
   std::string directory = runtimeDirectory() + "/quillfade-share-XXXXXX";
   if (::mkdtemp(directory.data()) == nullptr) {
-    return std::unexpected(systemError("Cannot make the directory", directory, errno));
+    return std::unexpected(posix::systemError("Cannot make the directory", directory, errno));
   }
   authority.directory_ = directory;
   authority.path_ = directory + "/Xauthority";
@@ -70,7 +70,7 @@ std::expected<PrivateAuthority, Error> PrivateAuthority::make(int displayNumber)
   const int descriptor = ::open(authority.path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   const std::unique_ptr<FILE, CloseFile> file(descriptor < 0 ? nullptr : ::fdopen(descriptor, "wb"));
   if (!file || !writeEntries(file.get(), displayNumber, authority.credential_)) {
-    return std::unexpected(systemError("Cannot write", authority.path_, errno));
+    return std::unexpected(posix::systemError("Cannot write", authority.path_, errno));
   }
   return authority;
 }
@@ -90,4 +90,4 @@ bool PrivateAuthority::admits(const Credential& credential) const {
   return credential.name == credential_.name && isSameSecret(credential.data, credential_.data);
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -11,7 +11,7 @@
 #include "Platform/Error.h"
 #include "Platform/Linux/Lens/Setup.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 class PrivateAuthority {
  public:
@@ -31,4 +31,4 @@ class PrivateAuthority {
   Credential credential_;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -13,7 +13,7 @@
 
 #include "Platform/Linux/Lens/LocalSocket.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 namespace {
 
@@ -31,10 +31,10 @@ std::string lockText() {
 }
 
 bool isHeldByTheLiving(const std::string& path) {
-  const auto file = openRegularFile(path, O_RDONLY);
+  const auto file = posix::openRegularFile(path, O_RDONLY);
   // It went in this moment; whoever comes first gets it.
   if (!file) return file.error() != ENOENT;
-  const auto text = readAll(file->get());
+  const auto text = posix::readAll(file->get());
   const int process = text ? std::atoi(text->c_str()) : 0;
   return process <= 0 || ::kill(process, 0) == 0 || errno != ESRCH;
 }
@@ -42,22 +42,22 @@ bool isHeldByTheLiving(const std::string& path) {
 // Appears with its content, since servers take an empty lock for a stale one. The error number, 0 for none.
 int writeLock(const std::string& path) {
   std::string draft = path + "-XXXXXX";
-  const FileDescriptor file(::mkostemp(draft.data(), O_CLOEXEC));
+  const posix::FileDescriptor file(::mkostemp(draft.data(), O_CLOEXEC));
   if (!file.isOpen()) return errno;
-  int error = writeAll(file.get(), lockText()).has_value() && ::fchmod(file.get(), 0444) == 0 ? 0 : EIO;
+  int error = posix::writeAll(file.get(), lockText()).has_value() && ::fchmod(file.get(), 0444) == 0 ? 0 : EIO;
   if (error == 0 && ::link(draft.c_str(), path.c_str()) != 0) error = errno;
   ::unlink(draft.c_str());
   return error;
 }
 
-FileDescriptor listeningSocket(const LocalAddress& address) {
-  FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+posix::FileDescriptor listeningSocket(const LocalAddress& address) {
+  posix::FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
   if (!socket.isOpen()) return socket;
   // The file takes over the mode of the socket.
   ::fchmod(socket.get(), 0600);
   const bool isListening =
       ::bind(socket.get(), address.get(), address.length) == 0 && ::listen(socket.get(), waitingPrograms) == 0;
-  return isListening ? std::move(socket) : FileDescriptor();
+  return isListening ? std::move(socket) : posix::FileDescriptor();
 }
 
 }  // namespace
@@ -108,8 +108,8 @@ void PrivateDisplay::release() {
   ::unlink(lockPath(number_).c_str());
 }
 
-FileDescriptor PrivateDisplay::accept(const FileDescriptor& socket) {
-  FileDescriptor connection(::accept4(socket.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+posix::FileDescriptor PrivateDisplay::accept(const posix::FileDescriptor& socket) {
+  posix::FileDescriptor connection(::accept4(socket.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
   if (!connection.isOpen()) return connection;
   enlargeSendBuffer(connection.get());
   ucred peer{};
@@ -117,7 +117,7 @@ FileDescriptor PrivateDisplay::accept(const FileDescriptor& socket) {
   const bool isKnown = ::getsockopt(connection.get(), SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0;
   // The superuser needs no socket to look at everything.
   const bool isAllowed = isKnown && (peer.uid == ::geteuid() || peer.uid == 0);
-  return isAllowed ? std::move(connection) : FileDescriptor();
+  return isAllowed ? std::move(connection) : posix::FileDescriptor();
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

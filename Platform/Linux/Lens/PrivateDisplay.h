@@ -12,7 +12,7 @@
 #include "Platform/Error.h"
 #include "Platform/Linux/Posix/FileDescriptor.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 class PrivateDisplay {
  public:
@@ -24,10 +24,10 @@ class PrivateDisplay {
 
   [[nodiscard]] int number() const { return number_; }
   // The listening sockets.
-  [[nodiscard]] const std::array<FileDescriptor, 2>& sockets() const { return sockets_; }
+  [[nodiscard]] const std::array<posix::FileDescriptor, 2>& sockets() const { return sockets_; }
   // Takes in who waits at the socket; a descriptor that is not open when nobody does. Other users' processes are turned
   // away. The connection does not block.
-  [[nodiscard]] static FileDescriptor accept(const FileDescriptor& socket);
+  [[nodiscard]] static posix::FileDescriptor accept(const posix::FileDescriptor& socket);
 
  private:
   PrivateDisplay() = default;
@@ -39,7 +39,7 @@ class PrivateDisplay {
 
   int number_ = -1;
   bool isBound_ = false;
-  std::array<FileDescriptor, 2> sockets_;
+  std::array<posix::FileDescriptor, 2> sockets_;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -6,7 +6,7 @@
 #include <array>
 #include <utility>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 namespace {
 
@@ -42,8 +42,8 @@ Channel::Outcome takeIn(Channel& channel, Stream& stream, bool mayMove, bool& ma
 
 }  // namespace
 
-Relay::Relay(FileDescriptor client, FileDescriptor server, const SetupRequest& setup, const Credential& credential,
-             ScreenNames& names, PictureSource& pictures)
+Relay::Relay(posix::FileDescriptor client, posix::FileDescriptor server, const SetupRequest& setup,
+             const Credential& credential, ScreenNames& names, PictureSource& pictures)
     : client_(std::move(client)),
       server_(std::move(server)),
       names_(names),
@@ -194,4 +194,4 @@ bool Relay::complain(std::string sentence) {
   return false;
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

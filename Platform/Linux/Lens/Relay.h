@@ -21,7 +21,7 @@
 #include "Platform/Linux/Lens/Setup.h"
 #include "Platform/Linux/Posix/FileDescriptor.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 // Where pictures of the screen come from.
 class PictureSource {
@@ -34,8 +34,8 @@ class PictureSource {
 class Relay {
  public:
   // The client's setup goes to the server with the server's credential.
-  Relay(FileDescriptor client, FileDescriptor server, const SetupRequest& setup, const Credential& credential,
-        ScreenNames& names, PictureSource& pictures);
+  Relay(posix::FileDescriptor client, posix::FileDescriptor server, const SetupRequest& setup,
+        const Credential& credential, ScreenNames& names, PictureSource& pictures);
 
   [[nodiscard]] int client() const { return client_.get(); }
   [[nodiscard]] int server() const { return server_.get(); }
@@ -70,8 +70,8 @@ class Relay {
   void reportWholeScreen();
   bool complain(std::string sentence);
 
-  FileDescriptor client_;
-  FileDescriptor server_;
+  posix::FileDescriptor client_;
+  posix::FileDescriptor server_;
   const ScreenNames& names_;
   PictureSource& pictures_;
   ByteOrder order_;
@@ -91,4 +91,4 @@ class Relay {
   std::string complaint_;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

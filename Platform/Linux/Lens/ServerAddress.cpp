@@ -16,16 +16,16 @@
 
 #include "Platform/Linux/Lens/LocalSocket.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 namespace {
 
 constexpr int firstPort = 6000;
 constexpr const char* cookieMethod = "MIT-MAGIC-COOKIE-1";
 
-FileDescriptor connected(int family, const sockaddr* address, socklen_t length) {
-  FileDescriptor socket(::socket(family, SOCK_STREAM | SOCK_CLOEXEC, 0));
-  if (!socket.isOpen() || ::connect(socket.get(), address, length) != 0) return FileDescriptor();
+posix::FileDescriptor connected(int family, const sockaddr* address, socklen_t length) {
+  posix::FileDescriptor socket(::socket(family, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  if (!socket.isOpen() || ::connect(socket.get(), address, length) != 0) return posix::FileDescriptor();
   return socket;
 }
 
@@ -40,14 +40,14 @@ std::optional<ServerAddress> ServerAddress::parse(const std::string& display) {
   return address;
 }
 
-std::expected<FileDescriptor, Error> ServerAddress::connect() const {
-  FileDescriptor socket = isLocal() ? connectLocally() : connectOverNetwork();
+std::expected<posix::FileDescriptor, Error> ServerAddress::connect() const {
+  posix::FileDescriptor socket = isLocal() ? connectLocally() : connectOverNetwork();
   if (!socket.isOpen()) return std::unexpected(Error{"The X11 display cannot be reached any more."});
   ::fcntl(socket.get(), F_SETFL, O_NONBLOCK);
   return socket;
 }
 
-FileDescriptor ServerAddress::connectLocally() const {
+posix::FileDescriptor ServerAddress::connectLocally() const {
   const std::string path = host_.starts_with('/') ? host_ : socketPath(number_);
   for (const bool isAbstract : {true, false}) {
     const LocalAddress address = localAddress(path, isAbstract);
@@ -56,15 +56,15 @@ FileDescriptor ServerAddress::connectLocally() const {
       return socket;
     }
   }
-  return FileDescriptor();
+  return posix::FileDescriptor();
 }
 
-FileDescriptor ServerAddress::connectOverNetwork() const {
+posix::FileDescriptor ServerAddress::connectOverNetwork() const {
   addrinfo hints{};
   hints.ai_socktype = SOCK_STREAM;
   addrinfo* found = nullptr;
   if (::getaddrinfo(host_.c_str(), std::to_string(firstPort + number_).c_str(), &hints, &found) != 0) {
-    return FileDescriptor();
+    return posix::FileDescriptor();
   }
   const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owned(found, &::freeaddrinfo);
   for (const addrinfo* each = found; each != nullptr; each = each->ai_next) {
@@ -74,7 +74,7 @@ FileDescriptor ServerAddress::connectOverNetwork() const {
     ::setsockopt(socket.get(), IPPROTO_TCP, TCP_NODELAY, &noDelay, sizeof noDelay);
     return socket;
   }
-  return FileDescriptor();
+  return posix::FileDescriptor();
 }
 
 // The names under which a display is in the file are a local one for this machine, whichever way one connects to it,
@@ -95,7 +95,7 @@ Credential ServerAddress::credential() const {
   };
   auto entry = find(FamilyLocal, name.data(), name.size());
   if (!isLocal()) {
-    const FileDescriptor socket = connectOverNetwork();
+    const posix::FileDescriptor socket = connectOverNetwork();
     sockaddr_storage peer{};
     socklen_t length = sizeof peer;
     if (socket.isOpen() && ::getpeername(socket.get(), reinterpret_cast<sockaddr*>(&peer), &length) == 0) {
@@ -111,4 +111,4 @@ Credential ServerAddress::credential() const {
   return {std::string(entry->name, entry->name_length), std::string(entry->data, entry->data_length)};
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -11,7 +11,7 @@
 #include "Platform/Linux/Lens/Setup.h"
 #include "Platform/Linux/Posix/FileDescriptor.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 class ServerAddress {
  public:
@@ -19,7 +19,7 @@ class ServerAddress {
   static std::optional<ServerAddress> parse(const std::string& display);
 
   // A connected socket that does not block.
-  [[nodiscard]] std::expected<FileDescriptor, Error> connect() const;
+  [[nodiscard]] std::expected<posix::FileDescriptor, Error> connect() const;
   // What the user's authority file holds for it; empty without one, for servers that let everybody in.
   [[nodiscard]] Credential credential() const;
   [[nodiscard]] int screen() const { return screen_; }
@@ -27,12 +27,12 @@ class ServerAddress {
  private:
   ServerAddress() = default;
   [[nodiscard]] bool isLocal() const { return host_.empty() || host_ == "unix" || host_.starts_with('/'); }
-  [[nodiscard]] FileDescriptor connectLocally() const;
-  [[nodiscard]] FileDescriptor connectOverNetwork() const;
+  [[nodiscard]] posix::FileDescriptor connectLocally() const;
+  [[nodiscard]] posix::FileDescriptor connectOverNetwork() const;
 
   std::string host_;
   int number_ = 0;
   int screen_ = 0;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -13,7 +13,7 @@
 #include "Platform/Linux/Scene/Redirection.h"
 #include "Platform/Linux/Xcb/MonitorRectangles.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 namespace {
 
@@ -26,18 +26,18 @@ struct ExtensionCodes {
   std::uint8_t firstEvent = 0;
 };
 
-ExtensionCodes extensionCodes(Connection& connection, const char* name) {
-  const auto reply = awaitReply(
+ExtensionCodes extensionCodes(xcb::Connection& connection, const char* name) {
+  const auto reply = xcb::awaitReply(
       connection.get(), xcb_query_extension_reply,
       xcb_query_extension(connection.get(), static_cast<std::uint16_t>(std::string_view(name).size()), name));
   return reply && reply->present != 0 ? ExtensionCodes{reply->major_opcode, reply->first_event} : ExtensionCodes{};
 }
 
-std::uint8_t extensionNumber(Connection& connection, const char* name) {
+std::uint8_t extensionNumber(xcb::Connection& connection, const char* name) {
   return extensionCodes(connection, name).major;
 }
 
-ScreenNames namesOn(Connection& connection) {
+ScreenNames namesOn(xcb::Connection& connection) {
   const ExtensionCodes damage = extensionCodes(connection, "DAMAGE");
   return {.extensions = {.bigRequests = extensionNumber(connection, "BIG-REQUESTS"),
                          .composite = extensionNumber(connection, "Composite"),
@@ -53,18 +53,18 @@ ScreenNames namesOn(Connection& connection) {
 }  // namespace
 
 std::expected<std::unique_ptr<SharedScreen>, Error> SharedScreen::open(const std::string& display, LensRule rule) {
-  auto connection = Connection::open(display);
+  auto connection = xcb::Connection::open(display);
   if (!connection) return std::unexpected(connection.error());
   if (const auto missing = (*connection)->missingExtensions(); !missing.empty()) {
-    return std::unexpected(Error{missingExtensionsSentence(missing)});
+    return std::unexpected(Error{xcb::missingExtensionsSentence(missing)});
   }
-  if (rule.concernsOthers) redirectSubwindows(**connection);
+  if (rule.concernsOthers) scene::redirectSubwindows(**connection);
   std::unique_ptr<SharedScreen> screen(new SharedScreen(std::move(*connection), std::move(rule)));
-  if (screen->isLost()) return std::unexpected(Error{connectionLostSentence});
+  if (screen->isLost()) return std::unexpected(Error{xcb::connectionLostSentence});
   return screen;
 }
 
-SharedScreen::SharedScreen(std::unique_ptr<Connection> connection, LensRule rule)
+SharedScreen::SharedScreen(std::unique_ptr<xcb::Connection> connection, LensRule rule)
     : connection_(std::move(connection)),
       rule_(std::move(rule)),
       names_(namesOn(*connection_)),
@@ -103,8 +103,8 @@ void SharedScreen::handle(const xcb_generic_event_t& event) {
   screenSaver_.handle(event);
   noteServerWindow(event);
   if (compositor_) compositor_->handle(event);
-  if (eventType(event) != XCB_CONFIGURE_NOTIFY) return;
-  const auto& configured = eventAs<xcb_configure_notify_event_t>(event);
+  if (xcb::eventType(event) != XCB_CONFIGURE_NOTIFY) return;
+  const auto& configured = xcb::eventAs<xcb_configure_notify_event_t>(event);
   isScreenStale_ =
       isScreenStale_ || (configured.window == connection_->root() && configured.event == configured.window);
 }
@@ -114,21 +114,22 @@ void SharedScreen::handle(const xcb_generic_event_t& event) {
 void SharedScreen::findServerWindow() {
   xcb_connection_t* c = connection_->get();
   const xcb_window_t root = connection_->root();
-  const auto there = awaitReply(c, xcb_translate_coordinates_reply, xcb_translate_coordinates(c, root, root, 0, 0));
+  const auto there =
+      xcb::awaitReply(c, xcb_translate_coordinates_reply, xcb_translate_coordinates(c, root, root, 0, 0));
   if (there && there->child != XCB_NONE && connection_->isServerOwned(there->child))
     serverWindows_.insert(there->child);
 }
 
 void SharedScreen::noteServerWindow(const xcb_generic_event_t& event) {
-  const std::uint8_t type = eventType(event);
-  if (isSentByClient(event)) return;
+  const std::uint8_t type = xcb::eventType(event);
+  if (xcb::isSentByClient(event)) return;
   if (type == XCB_MAP_NOTIFY) {
-    const xcb_window_t window = eventAs<xcb_map_notify_event_t>(event).window;
+    const xcb_window_t window = xcb::eventAs<xcb_map_notify_event_t>(event).window;
     if (connection_->isServerOwned(window)) serverWindows_.insert(window);
   } else if (type == XCB_UNMAP_NOTIFY) {
-    serverWindows_.erase(eventAs<xcb_unmap_notify_event_t>(event).window);
+    serverWindows_.erase(xcb::eventAs<xcb_unmap_notify_event_t>(event).window);
   } else if (type == XCB_DESTROY_NOTIFY) {
-    serverWindows_.erase(eventAs<xcb_destroy_notify_event_t>(event).window);
+    serverWindows_.erase(xcb::eventAs<xcb_destroy_notify_event_t>(event).window);
   }
 }
 
@@ -138,7 +139,7 @@ bool SharedScreen::isHidden() const {
 
 void SharedScreen::blacken() {
   compositor_.reset();
-  const xcb_rectangle_t everything = toRectangle(target_.source);
+  const xcb_rectangle_t everything = xcb::toRectangle(target_.source);
   xcb_xfixes_set_picture_clip_region(connection_->get(), target_.picture, XCB_NONE, 0, 0);
   xcb_render_fill_rectangles(connection_->get(), XCB_RENDER_PICT_OP_SRC, target_.picture, {0, 0, 0, 0xffff}, 1,
                              &everything);
@@ -147,7 +148,7 @@ void SharedScreen::blacken() {
 
 // It takes an eighth of a byte for each pixel. Whoever follows an older one is told of what lies within that.
 void SharedScreen::makeBoard() {
-  const PixelRect& screen = target_.source;
+  const xcb::PixelRect& screen = target_.source;
   whole_.set(screen);
   names_.boards.whole = whole_.id();
   names_.boards.width = static_cast<std::uint16_t>(screen.width);
@@ -159,7 +160,7 @@ void SharedScreen::makeBoard() {
                     static_cast<std::uint16_t>(board_.width), static_cast<std::uint16_t>(board_.height));
 }
 
-void SharedScreen::report(const Region& changed) {
+void SharedScreen::report(const xcb::Region& changed) {
   for (const xcb_pixmap_t board : names_.boards.pixmaps) xcb_damage_add(connection_->get(), board, changed.id());
 }
 
@@ -168,7 +169,7 @@ void SharedScreen::takeIn() {
   bool isAny = true;
   while (std::exchange(isAny, false)) {
     connection_->flush();
-    while (const Event event = connection_->nextEvent()) {
+    while (const xcb::Event event = connection_->nextEvent()) {
       handle(*event);
       isAny = true;
     }
@@ -202,21 +203,21 @@ bool SharedScreen::isTooLate() {
 }
 
 bool SharedScreen::isDescribed() const {
-  return std::ranges::all_of(scene_.windows(), [](const SceneWindow& window) { return window.isDescribed; });
+  return std::ranges::all_of(scene_.windows(), [](const scene::SceneWindow& window) { return window.isDescribed; });
 }
 
 void SharedScreen::readScreens() {
   isScreenStale_ = false;
   xcb_connection_t* c = connection_->get();
-  const auto geometry = awaitReply(c, xcb_get_geometry_reply, xcb_get_geometry(c, connection_->root()));
+  const auto geometry = xcb::awaitReply(c, xcb_get_geometry_reply, xcb_get_geometry(c, connection_->root()));
   if (!geometry) return;
-  const PixelRect whole{0, 0, geometry->width, geometry->height};
-  const auto monitors = monitorRectangles(c, connection_->root());
-  std::vector<ScreenGeometry> geometries;
-  for (const PixelRect& monitor : monitors.value_or(std::vector{whole})) geometries.push_back({monitor, 1, {}});
-  placeInPoints(geometries);
+  const xcb::PixelRect whole{0, 0, geometry->width, geometry->height};
+  const auto monitors = xcb::monitorRectangles(c, connection_->root());
+  std::vector<xcb::ScreenGeometry> geometries;
+  for (const xcb::PixelRect& monitor : monitors.value_or(std::vector{whole})) geometries.push_back({monitor, 1, {}});
+  xcb::placeInPoints(geometries);
   screens_.clear();
-  for (const ScreenGeometry& each : geometries) screens_.push_back({each.points, std::nullopt, each.scale});
+  for (const xcb::ScreenGeometry& each : geometries) screens_.push_back({each.points, std::nullopt, each.scale});
   windowList_.setScreens(geometries);
   if (whole == target_.source) return;
   compositor_.reset();
@@ -258,12 +259,13 @@ void SharedScreen::leaveOut(std::vector<xcb_window_t> windows) {
   if (compositor_ && windows == leftOut_) return;
   leftOut_ = std::move(windows);
   compositor_.reset();
-  compositor_.emplace(*connection_, scene_, target_.source, WindowFilter{leftOut_, {}, connection_->resourceMask()});
+  compositor_.emplace(*connection_, scene_, target_.source,
+                      scene::WindowFilter{leftOut_, {}, connection_->resourceMask()});
 }
 
 bool SharedScreen::hasChanged() const {
   if (isScreenStale_ || isListStale_ || isHidden() != isBlack_) return true;
-  return compositor_ && compositor_->changes() != Compositor::Changes::none;
+  return compositor_ && compositor_->changes() != compositor::Compositor::Changes::none;
 }
 
 bool SharedScreen::paint() {
@@ -275,7 +277,7 @@ bool SharedScreen::paint() {
   }
   isBlack_ = false;
   leaveOut(windowsToLeaveOut());
-  if (compositor_->changes() == Compositor::Changes::none) return false;
+  if (compositor_->changes() == compositor::Compositor::Changes::none) return false;
   compositor_->paintTo({target_.picture}, painted_);
   report(painted_);
   return true;
@@ -307,4 +309,4 @@ bool SharedScreen::isUpToDate() {
   return false;
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -30,7 +30,7 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/ServerScreenSaver.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 class SharedScreen {
  public:
@@ -61,10 +61,10 @@ class SharedScreen {
   struct Target {
     xcb_pixmap_t pixmap = 0;
     xcb_render_picture_t picture = 0;
-    PixelRect source;
+    xcb::PixelRect source;
   };
 
-  SharedScreen(std::unique_ptr<Connection> connection, LensRule rule);
+  SharedScreen(std::unique_ptr<xcb::Connection> connection, LensRule rule);
   void makeRootPictures();
   void ask();
   [[nodiscard]] bool isAnswered();
@@ -76,7 +76,7 @@ class SharedScreen {
   [[nodiscard]] bool isHidden() const;
   void blacken();
   void makeBoard();
-  void report(const Region& changed);
+  void report(const xcb::Region& changed);
   void readScreens();
   void makeTarget();
   void release(Target& target);
@@ -85,21 +85,21 @@ class SharedScreen {
   void leaveOut(std::vector<xcb_window_t> windows);
   [[nodiscard]] std::vector<xcb_window_t> windowsToLeaveOut();
 
-  std::unique_ptr<Connection> connection_;
+  std::unique_ptr<xcb::Connection> connection_;
   LensRule rule_;
   ScreenNames names_;
-  Scene scene_;
-  WindowList windowList_;
-  ServerScreenSaver screenSaver_;
+  scene::Scene scene_;
+  scene::WindowList windowList_;
+  xcb::ServerScreenSaver screenSaver_;
   // The server's own that are on the screen: they are in no list of windows.
   std::set<xcb_window_t> serverWindows_;
   Target target_;
   Target formerTarget_;
   std::vector<xcb_window_t> leftOut_;
-  std::optional<Compositor> compositor_;
-  Region painted_;
-  Region whole_;
-  PixelRect board_;  // as large as the last one
+  std::optional<compositor::Compositor> compositor_;
+  xcb::Region painted_;
+  xcb::Region whole_;
+  xcb::PixelRect board_;  // as large as the last one
   bool isBlack_ = false;
   bool isListStale_ = false;
   std::vector<Screen> screens_;
@@ -111,4 +111,4 @@ class SharedScreen {
   bool isPainted_ = false;  // but perhaps not carried out yet
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -13,7 +13,7 @@
 #include "Platform/Linux/Posix/FileDescriptor.h"
 #include "Platform/Linux/Posix/SystemError.h"
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 namespace {
 
@@ -80,4 +80,4 @@ std::expected<void, Error> replaceFile(const std::string& path, std::string_view
   return {};
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

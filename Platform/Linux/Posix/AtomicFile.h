@@ -10,7 +10,7 @@
 
 #include "Platform/Error.h"
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 // Writes beside the file and renames onto it. A symbolic link is followed and stays a link, also when its target does
 // not exist yet. Missing directories are made for the user alone (0700), the file is (0600).
@@ -19,4 +19,4 @@ namespace platform::x11 {
 // Where a path leads once all links at its end are followed; the path itself when they lead in a circle.
 [[nodiscard]] std::string followLinks(const std::string& path);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

@@ -13,7 +13,7 @@
 
 #include "Platform/Linux/Posix/SystemError.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::posix {
 
 namespace {
 
@@ -112,4 +112,4 @@ std::optional<int> ChildProgram::exitStatus() const {
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::posix

@@ -18,7 +18,7 @@
 #include "Platform/Error.h"
 #include "Platform/Linux/Posix/FileDescriptor.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::posix {
 
 // Receives signals as something to be read. Puts everything back when it goes.
 class SignalWatch {
@@ -61,4 +61,4 @@ class ChildProgram {
   pid_t id_;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::posix

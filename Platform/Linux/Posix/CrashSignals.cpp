@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 namespace {
 
 // An abort has told its reason already.
@@ -43,4 +43,4 @@ CrashSignals::~CrashSignals() {
   ::sigaltstack(&none, nullptr);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

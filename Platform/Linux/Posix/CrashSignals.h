@@ -8,7 +8,7 @@
 #include <array>
 #include <csignal>
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 class CrashSignals {
  public:
@@ -23,4 +23,4 @@ class CrashSignals {
   std::array<char, 32768> stack_{};
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

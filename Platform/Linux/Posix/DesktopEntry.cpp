@@ -2,7 +2,7 @@
 
 #include "Platform/Linux/Posix/TrimmedText.h"
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 namespace {
 
@@ -68,4 +68,4 @@ std::optional<std::map<std::string, std::string>> parseDesktopEntry(std::string_
   return entries;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

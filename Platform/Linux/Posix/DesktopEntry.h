@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 // A program's path as the value of `Exec`, whatever characters it has: quoted as an argument, its field codes disarmed,
 // and all of that escaped as a value.
@@ -18,4 +18,4 @@ namespace platform::x11 {
 // that are no entries. Values stay escaped.
 [[nodiscard]] std::optional<std::map<std::string, std::string>> parseDesktopEntry(std::string_view text);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

@@ -7,7 +7,7 @@
 #include <array>
 #include <cerrno>
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 std::expected<void, int> FileDescriptor::close() {
   const int descriptor = std::exchange(descriptor_, -1);
@@ -50,4 +50,4 @@ std::expected<std::string, int> readAll(int descriptor) {
   }
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 class FileDescriptor {
  public:
@@ -36,4 +36,4 @@ class FileDescriptor {
 [[nodiscard]] std::expected<void, int> writeAll(int descriptor, std::string_view bytes);
 [[nodiscard]] std::expected<std::string, int> readAll(int descriptor);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

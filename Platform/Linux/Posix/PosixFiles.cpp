@@ -9,7 +9,7 @@
 #include "Platform/Linux/Posix/FileDescriptor.h"
 #include "Platform/Linux/Posix/SystemError.h"
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 namespace {
 
@@ -59,4 +59,4 @@ std::expected<void, Error> PosixFiles::write(const std::string& path, std::strin
   return explained(file->close(), path);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

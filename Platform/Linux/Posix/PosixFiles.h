@@ -4,7 +4,7 @@
 
 #include "Platform/Files.h"
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 class PosixFiles : public Files {
  public:
@@ -14,4 +14,4 @@ class PosixFiles : public Files {
   std::expected<void, Error> write(const std::string& path, std::string_view bytes) override;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

@@ -3,11 +3,11 @@
 
 #include "Platform/Clock.h"
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 class SystemClock : public Clock {
  public:
   [[nodiscard]] std::chrono::system_clock::time_point now() const override { return std::chrono::system_clock::now(); }
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 Error systemError(std::string_view what, std::string_view path, int number) {
   std::string text(what);
@@ -10,4 +10,4 @@ Error systemError(std::string_view what, std::string_view path, int number) {
   return {std::move(text)};
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

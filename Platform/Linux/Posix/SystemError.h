@@ -8,9 +8,9 @@
 
 #include "Platform/Error.h"
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 // "<what> <path>: <reason>." where the reason is what the system says about this error number.
 [[nodiscard]] Error systemError(std::string_view what, std::string_view path, int number);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

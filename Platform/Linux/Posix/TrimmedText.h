@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 [[nodiscard]] constexpr std::string_view trimmed(std::string_view text) {
   constexpr std::string_view blanks = " \t\r\n";
@@ -14,4 +14,4 @@ namespace platform::x11 {
   return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

@@ -7,7 +7,7 @@
 #include <array>
 #include <cstdlib>
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 namespace {
 
@@ -56,4 +56,4 @@ bool isWritableDirectory(const std::string& path) {
   return ::stat(path.c_str(), &state) == 0 && S_ISDIR(state.st_mode) && ::access(path.c_str(), W_OK | X_OK) == 0;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

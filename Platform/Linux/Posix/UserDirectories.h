@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 [[nodiscard]] std::optional<std::string> environmentVariable(const std::string& name);
 // $HOME when it is absolute, else what the system's user database says, else "/".
@@ -19,4 +19,4 @@ namespace platform::x11 {
 // Whether files can be made in it.
 [[nodiscard]] bool isWritableDirectory(const std::string& path);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

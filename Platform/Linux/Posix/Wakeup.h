@@ -9,7 +9,7 @@
 
 #include <cstdint>
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 
 class Wakeup {
  public:
@@ -32,4 +32,4 @@ class Wakeup {
   int descriptor_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

@@ -7,7 +7,7 @@
 
 #include "Platform/Linux/Scene/ProductMark.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 namespace {
 
@@ -95,7 +95,7 @@ bool isEmptyInput(const xcb_shape_get_rectangles_reply_t& reply) {
 }
 
 // All names in one round trip.
-Connection& withNames(Connection& connection) {
+xcb::Connection& withNames(xcb::Connection& connection) {
   connection.internAtoms({"WM_CLASS",
                           "_NET_WM_WINDOW_TYPE",
                           "_NET_WM_STATE",
@@ -129,7 +129,7 @@ Connection& withNames(Connection& connection) {
 
 }  // namespace
 
-PropertyAtoms::PropertyAtoms(Connection& connection)
+PropertyAtoms::PropertyAtoms(xcb::Connection& connection)
     : PropertyAtoms([&known = withNames(connection)](std::string_view name) { return known.atom(name); }) {}
 
 PropertyAtoms::PropertyAtoms(const std::function<xcb_atom_t(std::string_view)>& atom) {
@@ -167,14 +167,14 @@ bool PropertyAtoms::watches(xcb_atom_t property) const {
   return std::ranges::find(properties, property) != properties.end();
 }
 
-ClientPropertiesRequest::ClientPropertiesRequest(Connection& connection, const PropertyAtoms& atoms,
+ClientPropertiesRequest::ClientPropertiesRequest(xcb::Connection& connection, const PropertyAtoms& atoms,
                                                  xcb_window_t window)
     : connection_(connection), atoms_(atoms) {
   for (std::size_t i = 0; i < properties_.size(); ++i) {
     properties_[i] = xcb_get_property(connection.get(), 0, window, atoms.properties[i], XCB_GET_PROPERTY_TYPE_ANY, 0,
                                       i == classNames ? longestClass : longestList);
   }
-  if (!connection.has(Extension::shape)) return;
+  if (!connection.has(xcb::Extension::shape)) return;
   shape_ = xcb_shape_query_extents(connection.get(), window);
   input_ = xcb_shape_get_rectangles(connection.get(), window, XCB_SHAPE_SK_INPUT);
 }
@@ -215,22 +215,22 @@ ClientProperties decodeProperties(const PropertyAtoms& atoms, const PropertyRepl
 ClientProperties ClientPropertiesRequest::collect() {
   isPending_ = false;
   xcb_connection_t* const c = connection_.get();
-  std::array<Reply<xcb_get_property_reply_t>, PropertyAtoms::count> replies;
+  std::array<xcb::Reply<xcb_get_property_reply_t>, PropertyAtoms::count> replies;
   PropertyReplies seen{};
   for (std::size_t i = 0; i < replies.size(); ++i) {
-    replies[i] = awaitReply(c, xcb_get_property_reply, properties_[i]);
+    replies[i] = xcb::awaitReply(c, xcb_get_property_reply, properties_[i]);
     seen[i] = replies[i].get();
   }
   ClientProperties result = decodeProperties(atoms_, seen);
   if (shape_) {
-    const auto reply = awaitReply(c, xcb_shape_query_extents_reply, *shape_);
+    const auto reply = xcb::awaitReply(c, xcb_shape_query_extents_reply, *shape_);
     result.hasShape = reply && reply->bounding_shaped != 0;
   }
   if (input_) {
-    const auto reply = awaitReply(c, xcb_shape_get_rectangles_reply, *input_);
+    const auto reply = xcb::awaitReply(c, xcb_shape_get_rectangles_reply, *input_);
     result.hasEmptyInput = reply && isEmptyInput(*reply);
   }
   return result;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

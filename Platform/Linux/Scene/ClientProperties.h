@@ -23,7 +23,7 @@
 #include "Platform/Linux/Scene/WindowProperties.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 struct ClientProperties {
   std::string instanceName;  // raw bytes
@@ -44,7 +44,7 @@ struct PropertyAtoms {
   static constexpr std::size_t count = 9;
 
   // Looks all of them up in one round trip.
-  explicit PropertyAtoms(Connection& connection);
+  explicit PropertyAtoms(xcb::Connection& connection);
   // As somebody else knows them.
   explicit PropertyAtoms(const std::function<xcb_atom_t(std::string_view)>& atom);
   // Whether a change of this property concerns anybody here.
@@ -67,7 +67,7 @@ using PropertyReplies = std::array<const xcb_get_property_reply_t*, PropertyAtom
 class ClientPropertiesRequest {
  public:
   // Sends the requests, and does not wait. The names must outlive it.
-  ClientPropertiesRequest(Connection& connection, const PropertyAtoms& atoms, xcb_window_t window);
+  ClientPropertiesRequest(xcb::Connection& connection, const PropertyAtoms& atoms, xcb_window_t window);
   ~ClientPropertiesRequest();
   ClientPropertiesRequest(ClientPropertiesRequest&& other) noexcept;
   ClientPropertiesRequest& operator=(ClientPropertiesRequest&&) = delete;
@@ -76,7 +76,7 @@ class ClientPropertiesRequest {
   [[nodiscard]] ClientProperties collect();
 
  private:
-  Connection& connection_;
+  xcb::Connection& connection_;
   const PropertyAtoms& atoms_;
   std::array<xcb_get_property_cookie_t, PropertyAtoms::count> properties_{};
   std::optional<xcb_shape_query_extents_cookie_t> shape_;
@@ -84,4 +84,4 @@ class ClientPropertiesRequest {
   bool isPending_ = true;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 namespace {
 
@@ -15,11 +15,11 @@ constexpr std::size_t mostWrappers = 16;
 
 class Children {
  public:
-  Children(Connection& connection, xcb_window_t parent)
+  Children(xcb::Connection& connection, xcb_window_t parent)
       : connection_(connection), parent_(parent), cookie_(xcb_query_tree(connection.get(), parent)) {}
 
   [[nodiscard]] std::vector<xcb_window_t> collect() {
-    const auto reply = awaitReply(connection_.get(), xcb_query_tree_reply, cookie_);
+    const auto reply = xcb::awaitReply(connection_.get(), xcb_query_tree_reply, cookie_);
     if (!reply) return {};
     const std::span children(xcb_query_tree_children(reply.get()),
                              static_cast<std::size_t>(xcb_query_tree_children_length(reply.get())));
@@ -28,13 +28,13 @@ class Children {
   [[nodiscard]] xcb_window_t parent() const { return parent_; }
 
  private:
-  Connection& connection_;
+  xcb::Connection& connection_;
   xcb_window_t parent_;
   xcb_query_tree_cookie_t cookie_;
 };
 
 // The topmost of these that belongs to another client than the top-level does.
-xcb_window_t foreignOne(Connection& connection, xcb_window_t topLevel, const std::vector<xcb_window_t>& windows) {
+xcb_window_t foreignOne(xcb::Connection& connection, xcb_window_t topLevel, const std::vector<xcb_window_t>& windows) {
   const std::uint32_t mask = connection.resourceMask();
   const auto found = std::find_if(windows.rbegin(), windows.rend(),
                                   [&](xcb_window_t window) { return (window & ~mask) != (topLevel & ~mask); });
@@ -43,7 +43,7 @@ xcb_window_t foreignOne(Connection& connection, xcb_window_t topLevel, const std
 
 }  // namespace
 
-std::vector<xcb_window_t> windowsInside(Connection& connection, std::span<const xcb_window_t> topLevels) {
+std::vector<xcb_window_t> windowsInside(xcb::Connection& connection, std::span<const xcb_window_t> topLevels) {
   std::vector<Children> frames;
   for (const xcb_window_t topLevel : topLevels) frames.emplace_back(connection, topLevel);
 
@@ -62,4 +62,4 @@ std::vector<xcb_window_t> windowsInside(Connection& connection, std::span<const 
   return inside;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

@@ -8,7 +8,7 @@
 #include "Platform/Linux/Posix/TrimmedText.h"
 #include "Platform/Utf8.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 namespace {
 
@@ -94,8 +94,8 @@ std::array<std::string_view, 3> names(const WindowProperties& window) {
 
 bool isOneOf(std::span<const std::string_view> programs, const WindowProperties& window) {
   return std::ranges::any_of(names(window), [&](std::string_view name) {
-    return std::ranges::any_of(programs,
-                               [&](std::string_view known) { return equalIgnoringAsciiCase(trimmed(name), known); });
+    return std::ranges::any_of(
+        programs, [&](std::string_view known) { return equalIgnoringAsciiCase(posix::trimmed(name), known); });
   });
 }
 
@@ -137,7 +137,7 @@ bool choseItsSize(const WindowProperties& window) {
 }
 
 // A pane over a whole monitor through which one sees what lies beneath.
-bool isPane(const WindowProperties& window, std::span<const PixelRect> monitors) {
+bool isPane(const WindowProperties& window, std::span<const xcb::PixelRect> monitors) {
   return (window.hasAlpha || window.isShaped) && !window.isDecorated && coversMonitor(window.frame, monitors);
 }
 
@@ -155,20 +155,20 @@ bool isOverlayPane(const WindowProperties& pane) {
 }  // namespace
 
 std::optional<std::string> ownerIdentifier(const WindowProperties& window) {
-  if (window.isOwn) return applicationIdentifier;
+  if (window.isOwn) return posix::applicationIdentifier;
   for (const std::string_view name : names(window)) {
     const auto known = std::ranges::find_if(
-        knownOwners, [&](const KnownOwner& owner) { return equalIgnoringAsciiCase(trimmed(name), owner.name); });
+        knownOwners, [&](const KnownOwner& owner) { return equalIgnoringAsciiCase(posix::trimmed(name), owner.name); });
     if (known != knownOwners.end()) return std::string(known->identifier);
   }
   for (const std::string_view name : names(window)) {
-    if (trimmed(name).empty()) continue;
+    if (posix::trimmed(name).empty()) continue;
     return holdsNameOfKnownOwner(name) ? std::nullopt : std::optional(validUtf8(name));
   }
   return std::nullopt;
 }
 
-std::int64_t windowLayer(const WindowProperties& window, std::span<const PixelRect> monitors) {
+std::int64_t windowLayer(const WindowProperties& window, std::span<const xcb::PixelRect> monitors) {
   if (window.isOwn) return layers::own;
   if (const auto layer = layerOfType(window)) return *layer;
   if (window.state.isBelow) return layers::below;
@@ -180,26 +180,26 @@ std::int64_t windowLayer(const WindowProperties& window, std::span<const PixelRe
   return layers::ordinary;
 }
 
-bool coversMonitor(const PixelRect& frame, std::span<const PixelRect> monitors) {
-  return std::ranges::any_of(monitors, [&](const PixelRect& monitor) {
-    const PixelRect common = intersection(frame, monitor);
-    const auto area = [](const PixelRect& rect) { return std::int64_t{rect.width} * rect.height; };
+bool coversMonitor(const xcb::PixelRect& frame, std::span<const xcb::PixelRect> monitors) {
+  return std::ranges::any_of(monitors, [&](const xcb::PixelRect& monitor) {
+    const xcb::PixelRect common = intersection(frame, monitor);
+    const auto area = [](const xcb::PixelRect& rect) { return std::int64_t{rect.width} * rect.height; };
     return !monitor.isEmpty() && area(common) * 10 >= area(monitor) * 9;
   });
 }
 
-bool isScreenLocker(const WindowProperties& window, std::span<const PixelRect> monitors) {
+bool isScreenLocker(const WindowProperties& window, std::span<const xcb::PixelRect> monitors) {
   if (window.isOwn || window.isManaged || window.isShaped) return false;
   // A wallpaper: what hides a session lies above all of it.
   if (window.isBeneathOrdinaryWindows || window.isLowestOfDesktop) return false;
   // No locker lets clicks through, but wallpapers do.
   if (window.hasEmptyInput || layerOfType(window) || windowLayer(window, monitors) >= layers::overlay) return false;
-  return std::ranges::any_of(monitors, [&](const PixelRect& monitor) {
+  return std::ranges::any_of(monitors, [&](const xcb::PixelRect& monitor) {
     return !monitor.isEmpty() && intersection(window.frame, monitor) == monitor;
   });
 }
 
-ScreenSheet screenSheet(const WindowProperties& window, std::span<const PixelRect> monitors) {
+ScreenSheet screenSheet(const WindowProperties& window, std::span<const xcb::PixelRect> monitors) {
   if (isScreenLocker(window, monitors)) {
     return window.hasAlpha && !isOneOf(lockers, window) ? ScreenSheet::perhapsLocker : ScreenSheet::locker;
   }
@@ -226,4 +226,4 @@ std::string validUtf8(std::string_view bytes) {
   return text;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

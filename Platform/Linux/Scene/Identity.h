@@ -20,7 +20,7 @@
 #include "Platform/Linux/Scene/WindowProperties.h"
 #include "Platform/Linux/Xcb/Coordinates.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 namespace layers {
 inline constexpr std::int64_t below = -1;  // desktops, and windows kept below the ordinary ones
@@ -36,22 +36,22 @@ inline constexpr std::int64_t own = 1000;
 // Valid UTF-8; absent when nothing names the owner, or only a name that would be mistaken for a conferencing program's.
 [[nodiscard]] std::optional<std::string> ownerIdentifier(const WindowProperties& window);
 
-[[nodiscard]] std::int64_t windowLayer(const WindowProperties& window, std::span<const PixelRect> monitors);
+[[nodiscard]] std::int64_t windowLayer(const WindowProperties& window, std::span<const xcb::PixelRect> monitors);
 
 // Whether the rectangle covers at least nine tenths of one of the monitors. Overlays stay a row short of the screen, or
 // leave room for a panel, so that nothing takes them for full-screen windows.
-[[nodiscard]] bool coversMonitor(const PixelRect& frame, std::span<const PixelRect> monitors);
+[[nodiscard]] bool coversMonitor(const xcb::PixelRect& frame, std::span<const xcb::PixelRect> monitors);
 
 // Whether the window hides the whole of a monitor from everybody, as the lock screen does: not managed, opaque or at
 // least taking all input, with nothing ordinary above it. Nothing may be shown above such a window, unless somebody who
 // knows says what it is.
-[[nodiscard]] bool isScreenLocker(const WindowProperties& window, std::span<const PixelRect> monitors);
+[[nodiscard]] bool isScreenLocker(const WindowProperties& window, std::span<const xcb::PixelRect> monitors);
 
 // What a window is that is no overlay because of the pointer, or looks like a lock screen. It is a locker for certain
 // when one cannot see through it, or when it is of a known program of that kind.
-[[nodiscard]] ScreenSheet screenSheet(const WindowProperties& window, std::span<const PixelRect> monitors);
+[[nodiscard]] ScreenSheet screenSheet(const WindowProperties& window, std::span<const xcb::PixelRect> monitors);
 
 // Bytes that are no UTF-8 are read as Latin-1, one by one.
 [[nodiscard]] std::string validUtf8(std::string_view bytes);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

@@ -4,15 +4,15 @@
 
 #include <fstream>
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 namespace {
 
-bool hasClientIds(Connection& connection) {
+bool hasClientIds(xcb::Connection& connection) {
   const xcb_query_extension_reply_t* extension = xcb_get_extension_data(connection.get(), &xcb_res_id);
   if (extension == nullptr || extension->present == 0) return false;
   const auto version =
-      awaitReply(connection.get(), xcb_res_query_version_reply, xcb_res_query_version(connection.get(), 1, 2));
+      xcb::awaitReply(connection.get(), xcb_res_query_version_reply, xcb_res_query_version(connection.get(), 1, 2));
   return version && (version->server_major > 1 || version->server_minor >= 2);
 }
 
@@ -28,7 +28,8 @@ std::optional<std::uint32_t> processOf(const xcb_res_query_client_ids_reply_t& r
 
 }  // namespace
 
-ProcessNames::ProcessNames(Connection& connection) : connection_(connection), serverKnows_(hasClientIds(connection)) {}
+ProcessNames::ProcessNames(xcb::Connection& connection)
+    : connection_(connection), serverKnows_(hasClientIds(connection)) {}
 
 std::vector<std::string> ProcessNames::ask(const std::vector<Question>& questions) {
   std::vector<std::optional<std::uint32_t>> processes;
@@ -39,7 +40,7 @@ std::vector<std::string> ProcessNames::ask(const std::vector<Question>& question
       cookies.push_back(xcb_res_query_client_ids(connection_.get(), 1, &spec));
     }
     for (const auto cookie : cookies) {
-      const auto reply = awaitReply(connection_.get(), xcb_res_query_client_ids_reply, cookie);
+      const auto reply = xcb::awaitReply(connection_.get(), xcb_res_query_client_ids_reply, cookie);
       processes.push_back(reply ? processOf(*reply) : std::nullopt);
     }
   } else {
@@ -57,4 +58,4 @@ std::string processName(std::uint32_t id) {
   return name;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

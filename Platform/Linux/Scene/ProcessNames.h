@@ -16,11 +16,11 @@
 
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 class ProcessNames {
  public:
-  explicit ProcessNames(Connection& connection);
+  explicit ProcessNames(xcb::Connection& connection);
 
   struct Question {
     xcb_window_t window = 0;
@@ -30,11 +30,11 @@ class ProcessNames {
   [[nodiscard]] std::vector<std::string> ask(const std::vector<Question>& questions);
 
  private:
-  Connection& connection_;
+  xcb::Connection& connection_;
   bool serverKnows_;
 };
 
 // The system's short name of a process (15 bytes at most); empty when there is no such process.
 [[nodiscard]] std::string processName(std::uint32_t id);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

@@ -1,8 +1,8 @@
 #include "Platform/Linux/Scene/ProductMark.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
-ProductMark::ProductMark(Connection& connection, std::span<const std::uint32_t> clients)
+ProductMark::ProductMark(xcb::Connection& connection, std::span<const std::uint32_t> clients)
     : connection_(connection), window_(connection.newId()) {
   xcb_connection_t* c = connection_.get();
   const std::uint32_t overrideRedirect = 1;
@@ -14,4 +14,4 @@ ProductMark::ProductMark(Connection& connection, std::span<const std::uint32_t> 
 
 ProductMark::~ProductMark() { xcb_destroy_window(connection_.get(), window_); }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

@@ -14,20 +14,20 @@
 
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 inline constexpr const char* productClientsProperty = "_QUILLFADE_CLIENTS";
 
 class ProductMark {
  public:
-  ProductMark(Connection& connection, std::span<const std::uint32_t> clients);
+  ProductMark(xcb::Connection& connection, std::span<const std::uint32_t> clients);
   ~ProductMark();
   ProductMark(const ProductMark&) = delete;
   ProductMark& operator=(const ProductMark&) = delete;
 
  private:
-  Connection& connection_;
+  xcb::Connection& connection_;
   xcb_window_t window_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

@@ -5,18 +5,18 @@
 #include <algorithm>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 // Automatic redirection gets along with a compositing manager's own, whoever comes first.
 constexpr std::uint8_t automatic = XCB_COMPOSITE_REDIRECT_AUTOMATIC;
 
-void redirectSubwindows(Connection& connection) {
-  if (!connection.has(Extension::composite)) return;
+void redirectSubwindows(xcb::Connection& connection) {
+  if (!connection.has(xcb::Extension::composite)) return;
   xcb_composite_redirect_subwindows(connection.get(), connection.root(), automatic);
   connection.flush();
 }
 
-Redirection::Redirection(Connection& connection, std::span<const SceneWindow> windows,
+Redirection::Redirection(xcb::Connection& connection, std::span<const SceneWindow> windows,
                          std::vector<std::uint32_t> ownClients)
     : connection_(connection), ownClients_(std::move(ownClients)) {
   for (const SceneWindow& window : windows) redirect(window.id);
@@ -27,7 +27,7 @@ void Redirection::redirect(xcb_window_t window) {
   const auto isOwn = [&] {
     return std::ranges::find(ownClients_, window & ~connection_.resourceMask()) != ownClients_.end();
   };
-  if (!connection_.has(Extension::composite) || connection_.isServerOwned(window) || isOwn()) return;
+  if (!connection_.has(xcb::Extension::composite) || connection_.isServerOwned(window) || isOwn()) return;
   if (!redirected_.insert(window).second) return;
   connection_.ignoreErrors(xcb_composite_redirect_window(connection_.get(), window, automatic));
 }
@@ -38,22 +38,22 @@ void Redirection::release(xcb_window_t window) {
 }
 
 void Redirection::handle(const xcb_generic_event_t& event) {
-  if (isSentByClient(event)) return;
+  if (xcb::isSentByClient(event)) return;
   const xcb_window_t root = connection_.root();
-  switch (eventType(event)) {
+  switch (xcb::eventType(event)) {
     case XCB_CREATE_NOTIFY: {
-      const auto& created = eventAs<xcb_create_notify_event_t>(event);
+      const auto& created = xcb::eventAs<xcb_create_notify_event_t>(event);
       if (created.parent == root) redirect(created.window);
       break;
     }
     case XCB_DESTROY_NOTIFY: {
-      const auto& destroyed = eventAs<xcb_destroy_notify_event_t>(event);
+      const auto& destroyed = xcb::eventAs<xcb_destroy_notify_event_t>(event);
       if (destroyed.event == root) redirected_.erase(destroyed.window);
       break;
     }
     case XCB_REPARENT_NOTIFY: {
       // Inside a window manager's frame, it is the frame that counts.
-      const auto& reparented = eventAs<xcb_reparent_notify_event_t>(event);
+      const auto& reparented = xcb::eventAs<xcb_reparent_notify_event_t>(event);
       if (reparented.event != root) break;
       if (reparented.parent == root)
         redirect(reparented.window);
@@ -66,4 +66,4 @@ void Redirection::handle(const xcb_generic_event_t& event) {
   }
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

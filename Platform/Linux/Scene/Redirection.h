@@ -17,17 +17,17 @@
 #include "Platform/Linux/Scene/SceneModel.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 // All of them, those of this program included, and all that are to come.
-void redirectSubwindows(Connection& connection);
+void redirectSubwindows(xcb::Connection& connection);
 
 // One by one, all but this program's own: those are seen as they are, and to have them off-screen would only cost
 // another copy of all that they show.
 class Redirection {
  public:
   // `windows`: those that are there. `ownClients`: the resource bases of this program's connections.
-  Redirection(Connection& connection, std::span<const SceneWindow> windows, std::vector<std::uint32_t> ownClients);
+  Redirection(xcb::Connection& connection, std::span<const SceneWindow> windows, std::vector<std::uint32_t> ownClients);
   Redirection(const Redirection&) = delete;
   Redirection& operator=(const Redirection&) = delete;
 
@@ -38,9 +38,9 @@ class Redirection {
   void redirect(xcb_window_t window);
   void release(xcb_window_t window);
 
-  Connection& connection_;
+  xcb::Connection& connection_;
   std::vector<std::uint32_t> ownClients_;
   std::set<xcb_window_t> redirected_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

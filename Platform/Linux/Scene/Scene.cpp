@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 namespace {
 
@@ -16,7 +16,7 @@ WindowGeometry geometryOf(int x, int y, int width, int height, int border) {
 
 }  // namespace
 
-Scene::Scene(Connection& connection) : connection_(connection) {
+Scene::Scene(xcb::Connection& connection) : connection_(connection) {
   compositingManagerSelection_ = connection_.atom("_NET_WM_CM_S" + std::to_string(connection_.screenNumber()));
   build();
 }
@@ -24,9 +24,9 @@ Scene::Scene(Connection& connection) : connection_(connection) {
 Scene::~Scene() {
   xcb_connection_t* c = connection_.get();
   connection_.removeRootEvents(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
-  if (connection_.has(Extension::xfixes))
+  if (connection_.has(xcb::Extension::xfixes))
     xcb_xfixes_select_selection_input(c, connection_.root(), compositingManagerSelection_, 0);
-  if (connection_.has(Extension::shape)) {
+  if (connection_.has(xcb::Extension::shape)) {
     // The window may be gone.
     for (const SceneWindow& window : windows()) connection_.ignoreErrors(xcb_shape_select_input(c, window.id, 0));
   }
@@ -38,7 +38,7 @@ Scene::~Scene() {
 void Scene::build() {
   xcb_connection_t* c = connection_.get();
   connection_.addRootEvents(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
-  if (connection_.has(Extension::xfixes))
+  if (connection_.has(xcb::Extension::xfixes))
     xcb_xfixes_select_selection_input(c, connection_.root(), compositingManagerSelection_,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
@@ -47,13 +47,13 @@ void Scene::build() {
   const auto ownerCookie = xcb_get_selection_owner(c, compositingManagerSelection_);
   treeSequence_ = treeCookie.sequence;
 
-  if (const auto tree = awaitReply(c, xcb_query_tree_reply, treeCookie)) {
+  if (const auto tree = xcb::awaitReply(c, xcb_query_tree_reply, treeCookie)) {
     const std::span children(xcb_query_tree_children(tree.get()),
                              static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
     for (const xcb_window_t child : children)
       if (!connection_.isServerOwned(child)) model_.adopt(child);
   }
-  const auto owner = awaitReply(c, xcb_get_selection_owner_reply, ownerCookie);
+  const auto owner = xcb::awaitReply(c, xcb_get_selection_owner_reply, ownerCookie);
   model_.compositingManagerIs(owner ? owner->owner : XCB_NONE);
 
   describeStubs();
@@ -66,7 +66,7 @@ void Scene::describeStubs() {
   for (const SceneModel::Stub& stub : model_.takeStubs()) {
     queries_.push_back({Part::attributes, stub, xcb_get_window_attributes(c, stub.id).sequence});
     queries_.push_back({Part::geometry, stub, xcb_get_geometry(c, stub.id).sequence});
-    if (!connection_.has(Extension::shape)) {
+    if (!connection_.has(xcb::Extension::shape)) {
       model_.describeShape(stub, false);
       continue;
     }
@@ -85,8 +85,8 @@ bool Scene::collectReply(bool mayBlock) {
   } else if (xcb_poll_for_reply(connection_.get(), query.sequence, &reply, &error) == 0) {
     return false;
   }
-  const Reply<void> ownedReply(reply);
-  const Reply<xcb_generic_error_t> ownedError(error);
+  const xcb::Reply<void> ownedReply(reply);
+  const xcb::Reply<xcb_generic_error_t> ownedError(error);
   queries_.pop_front();
   // Without an answer the window is gone, and its DestroyNotify on the way.
   if (reply != nullptr) apply(query, reply);
@@ -123,15 +123,15 @@ void Scene::apply(const Query& query, const void* reply) {
 // from before it do no harm: the last of them says what the answer says.
 void Scene::collectRepliesBefore(std::uint32_t sequence) {
   // These answers have arrived, being older than an event that has.
-  while (!queries_.empty() && isNotAfter(queries_.front().sequence, sequence) && collectReply(false)) {
+  while (!queries_.empty() && xcb::isNotAfter(queries_.front().sequence, sequence) && collectReply(false)) {
   }
 }
 
 void Scene::handle(const xcb_generic_event_t& event) {
-  if (isSentByClient(event)) return;
+  if (xcb::isSentByClient(event)) return;
   if (treeSequence_) {
     // What happened before the list of windows was read is in the list already.
-    if (!isNotAfter(*treeSequence_, event.full_sequence)) return;
+    if (!xcb::isNotAfter(*treeSequence_, event.full_sequence)) return;
     treeSequence_.reset();
   }
   collectRepliesBefore(event.full_sequence);
@@ -148,44 +148,44 @@ bool Scene::concerns(xcb_window_t parent, xcb_window_t window) {
 }
 
 void Scene::handleCore(const xcb_generic_event_t& event) {
-  switch (eventType(event)) {
+  switch (xcb::eventType(event)) {
     case XCB_CREATE_NOTIFY: {
-      const auto& created = eventAs<xcb_create_notify_event_t>(event);
+      const auto& created = xcb::eventAs<xcb_create_notify_event_t>(event);
       if (created.parent != connection_.root() || connection_.isServerOwned(created.window)) return;
       return model_.created(created.window,
                             geometryOf(created.x, created.y, created.width, created.height, created.border_width),
                             created.override_redirect != 0);
     }
     case XCB_DESTROY_NOTIFY: {
-      const auto& destroyed = eventAs<xcb_destroy_notify_event_t>(event);
+      const auto& destroyed = xcb::eventAs<xcb_destroy_notify_event_t>(event);
       if (destroyed.event == connection_.root()) model_.removed(destroyed.window, Departure::destroyed);
       return;
     }
     case XCB_MAP_NOTIFY: {
-      const auto& mapped = eventAs<xcb_map_notify_event_t>(event);
+      const auto& mapped = xcb::eventAs<xcb_map_notify_event_t>(event);
       if (concerns(mapped.event, mapped.window)) model_.mapped(mapped.window, mapped.override_redirect != 0);
       return;
     }
     case XCB_UNMAP_NOTIFY: {
-      const auto& unmapped = eventAs<xcb_unmap_notify_event_t>(event);
+      const auto& unmapped = xcb::eventAs<xcb_unmap_notify_event_t>(event);
       if (concerns(unmapped.event, unmapped.window)) model_.unmapped(unmapped.window);
       return;
     }
     case XCB_GRAVITY_NOTIFY: {
-      const auto& moved = eventAs<xcb_gravity_notify_event_t>(event);
+      const auto& moved = xcb::eventAs<xcb_gravity_notify_event_t>(event);
       if (concerns(moved.event, moved.window)) model_.moved(moved.window, moved.x, moved.y);
       return;
     }
     case XCB_CIRCULATE_NOTIFY: {
-      const auto& circulated = eventAs<xcb_circulate_notify_event_t>(event);
+      const auto& circulated = xcb::eventAs<xcb_circulate_notify_event_t>(event);
       if (!concerns(circulated.event, circulated.window)) return;
       if (circulated.place == XCB_PLACE_ON_TOP) return model_.raised(circulated.window);
       return model_.restacked(circulated.window, std::nullopt);
     }
     case XCB_CONFIGURE_NOTIFY:
-      return handleConfigure(eventAs<xcb_configure_notify_event_t>(event));
+      return handleConfigure(xcb::eventAs<xcb_configure_notify_event_t>(event));
     case XCB_REPARENT_NOTIFY:
-      return handleReparent(eventAs<xcb_reparent_notify_event_t>(event));
+      return handleReparent(xcb::eventAs<xcb_reparent_notify_event_t>(event));
     default:
       return;
   }
@@ -210,15 +210,15 @@ void Scene::handleReparent(const xcb_reparent_notify_event_t& event) {
 }
 
 void Scene::handleExtension(const xcb_generic_event_t& event) {
-  if (connection_.has(Extension::shape) &&
-      eventType(event) == connection_.firstEvent(Extension::shape) + XCB_SHAPE_NOTIFY) {
-    const auto& shape = eventAs<xcb_shape_notify_event_t>(event);
+  if (connection_.has(xcb::Extension::shape) &&
+      xcb::eventType(event) == connection_.firstEvent(xcb::Extension::shape) + XCB_SHAPE_NOTIFY) {
+    const auto& shape = xcb::eventAs<xcb_shape_notify_event_t>(event);
     if (shape.shape_kind == XCB_SHAPE_SK_BOUNDING) model_.reshaped(shape.affected_window, shape.shaped != 0);
-  } else if (connection_.has(Extension::xfixes) &&
-             eventType(event) == connection_.firstEvent(Extension::xfixes) + XCB_XFIXES_SELECTION_NOTIFY) {
-    const auto& selection = eventAs<xcb_xfixes_selection_notify_event_t>(event);
+  } else if (connection_.has(xcb::Extension::xfixes) &&
+             xcb::eventType(event) == connection_.firstEvent(xcb::Extension::xfixes) + XCB_XFIXES_SELECTION_NOTIFY) {
+    const auto& selection = xcb::eventAs<xcb_xfixes_selection_notify_event_t>(event);
     if (selection.selection == compositingManagerSelection_) model_.compositingManagerIs(selection.owner);
   }
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

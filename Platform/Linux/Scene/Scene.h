@@ -18,12 +18,12 @@
 #include "Platform/Linux/Scene/SceneModel.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 class Scene {
  public:
   // Waits for the server twice, however many windows there are. Listeners hear of later changes only.
-  explicit Scene(Connection& connection);
+  explicit Scene(xcb::Connection& connection);
   ~Scene();
   Scene(const Scene&) = delete;
   Scene& operator=(const Scene&) = delete;
@@ -65,11 +65,11 @@ class Scene {
   void handleExtension(const xcb_generic_event_t& event);
   [[nodiscard]] bool concerns(xcb_window_t parent, xcb_window_t window);
 
-  Connection& connection_;
+  xcb::Connection& connection_;
   SceneModel model_;
   xcb_atom_t compositingManagerSelection_ = 0;
   std::optional<std::uint32_t> treeSequence_;
   std::deque<Query> queries_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

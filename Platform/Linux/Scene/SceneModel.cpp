@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 namespace {
 
@@ -176,4 +176,4 @@ void SceneModel::describeShape(Stub stub, bool isShaped) {
   describe(stub, shapePart, [&](SceneWindow& window) { window.isShaped = isShaped; });
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

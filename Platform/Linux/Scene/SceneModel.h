@@ -17,12 +17,12 @@
 
 #include "Platform/Linux/Xcb/Coordinates.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 struct SceneWindow {
   xcb_window_t id = 0;
   std::uint64_t generation = 0;
-  PixelRect outer;          // with its border
+  xcb::PixelRect outer;     // with its border
   std::int32_t border = 0;  // width of the border, on all four sides
   std::uint8_t depth = 0;   // 0 for input-only windows
   xcb_visualid_t visual = 0;
@@ -55,7 +55,7 @@ class SceneListener {
 
 // A window's place below its parent: the rectangle includes the border.
 struct WindowGeometry {
-  PixelRect outer;
+  xcb::PixelRect outer;
   std::int32_t border = 0;
 };
 
@@ -131,4 +131,4 @@ class SceneModel {
   std::vector<SceneListener*> listeners_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

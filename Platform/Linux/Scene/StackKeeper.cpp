@@ -6,7 +6,7 @@
 
 #include "Platform/Linux/Scene/Identity.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 namespace {
 
@@ -97,10 +97,10 @@ void StackKeeper::noteRaise(Kept& kept, std::span<const xcb_window_t> rivals, Ti
   }
 }
 
-void apply(Connection& connection, const StackKeeper::Move& move) {
+void apply(xcb::Connection& connection, const StackKeeper::Move& move) {
   const std::array<std::uint32_t, 2> values{move.sibling, static_cast<std::uint32_t>(move.mode)};
   connection.ignoreErrors(xcb_configure_window(
       connection.get(), move.window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values.data()));
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

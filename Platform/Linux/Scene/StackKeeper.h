@@ -20,12 +20,12 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/Coordinates.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 // One viewable window.
 struct StackedWindow {
   xcb_window_t id = 0;
-  PixelRect frame{};
+  xcb::PixelRect frame{};
   bool isOwn = false;     // belongs to this program, whether it is kept on top or not
   bool isLocker = false;  // nothing may be shown above it
 };
@@ -79,6 +79,6 @@ class StackKeeper {
 };
 
 // One request. The sibling may have gone or left meanwhile: then nothing moves, and its going leads to a new decision.
-void apply(Connection& connection, const StackKeeper::Move& move);
+void apply(xcb::Connection& connection, const StackKeeper::Move& move);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

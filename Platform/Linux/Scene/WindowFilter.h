@@ -19,7 +19,7 @@
 
 #include "Platform/Linux/Scene/SceneModel.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 class WindowFilter {
  public:
@@ -59,4 +59,4 @@ class WindowFilter {
   std::unordered_set<xcb_window_t> admitted_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

@@ -11,13 +11,13 @@
 #include "Platform/Linux/Scene/FrameClients.h"
 #include "Platform/Linux/Scene/Identity.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 namespace {
 
 constexpr xcb_window_t none = XCB_WINDOW_NONE;
 
-bool isBlank(const std::string& name) { return trimmed(name).empty(); }
+bool isBlank(const std::string& name) { return posix::trimmed(name).empty(); }
 
 std::vector<std::string> namesOf(const WindowProperties& window) {
   std::vector<std::string> names;
@@ -27,11 +27,11 @@ std::vector<std::string> namesOf(const WindowProperties& window) {
   return names;
 }
 
-bool meet(const PixelRect& a, const PixelRect& b) { return !intersection(a, b).isEmpty(); }
+bool meet(const xcb::PixelRect& a, const xcb::PixelRect& b) { return !intersection(a, b).isEmpty(); }
 
 }  // namespace
 
-WindowList::WindowList(Connection& connection, const Scene& scene, std::vector<std::uint32_t> ownClients)
+WindowList::WindowList(xcb::Connection& connection, const Scene& scene, std::vector<std::uint32_t> ownClients)
     : connection_(connection),
       scene_(scene),
       ownClients_(std::move(ownClients)),
@@ -42,11 +42,11 @@ WindowList::WindowList(Connection& connection, const Scene& scene, std::vector<s
 
 WindowList::~WindowList() = default;
 
-void WindowList::setScreens(std::vector<ScreenGeometry> screens) {
+void WindowList::setScreens(std::vector<xcb::ScreenGeometry> screens) {
   if (screens == screens_) return;
   screens_ = std::move(screens);
   monitors_.clear();
-  for (const ScreenGeometry& screen : screens_) monitors_.push_back(screen.pixels);
+  for (const xcb::ScreenGeometry& screen : screens_) monitors_.push_back(screen.pixels);
   markChanged();
 }
 
@@ -72,7 +72,7 @@ CaptureWindow WindowList::listed(const SceneWindow& window, const WindowProperti
   const auto owner = ownerIdentifier(properties);
   return {.windowID = window.id,
           .windowLayer = layer(properties),
-          .frame = toPoints(window.outer, screens_),
+          .frame = xcb::toPoints(window.outer, screens_),
           .isOnScreen = window.isViewable,
           .owningApplication = owner ? std::optional(RunningApplication{*owner}) : std::nullopt,
           .names = namesOf(properties),
@@ -100,7 +100,7 @@ bool WindowList::isScreenLocker(xcb_window_t topLevel) {
   // Most windows are too small: no need to ask about them.
   if (window == nullptr || !coversMonitor(window->outer, monitors_)) return false;
   const auto known = properties(topLevel);
-  return known && x11::isScreenLocker(*known, monitors_) && !(mayOverlap_ && mayOverlap_(listed(*window, *known)));
+  return known && scene::isScreenLocker(*known, monitors_) && !(mayOverlap_ && mayOverlap_(listed(*window, *known)));
 }
 
 // Everything that is stale is asked for before the first answer is waited for.
@@ -172,7 +172,7 @@ void WindowList::setInner(xcb_window_t topLevel, xcb_window_t inner) {
 void WindowList::watch(xcb_window_t window) {
   const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
   connection_.ignoreErrors(xcb_change_window_attributes(connection_.get(), window, XCB_CW_EVENT_MASK, &mask));
-  if (!connection_.has(Extension::shape)) return;
+  if (!connection_.has(xcb::Extension::shape)) return;
   connection_.ignoreErrors(xcb_shape_select_input(connection_.get(), window, 1));
 }
 
@@ -181,14 +181,15 @@ void WindowList::handle(const xcb_generic_event_t& event) {
     const auto frame = frameOf_.find(window);
     return frame == frameOf_.end() ? window : frame->second;
   };
-  const std::uint8_t type = eventType(event);
+  const std::uint8_t type = xcb::eventType(event);
   if (type == XCB_PROPERTY_NOTIFY) {
-    const auto& property = eventAs<xcb_property_notify_event_t>(event);
+    const auto& property = xcb::eventAs<xcb_property_notify_event_t>(event);
     if (atoms_.watches(property.atom)) markStale(topLevelOf(property.window));
   } else if (type == XCB_REPARENT_NOTIFY) {
-    handleReparent(eventAs<xcb_reparent_notify_event_t>(event));
-  } else if (connection_.has(Extension::shape) && type == connection_.firstEvent(Extension::shape) + XCB_SHAPE_NOTIFY) {
-    const auto& shape = eventAs<xcb_shape_notify_event_t>(event);
+    handleReparent(xcb::eventAs<xcb_reparent_notify_event_t>(event));
+  } else if (connection_.has(xcb::Extension::shape) &&
+             type == connection_.firstEvent(xcb::Extension::shape) + XCB_SHAPE_NOTIFY) {
+    const auto& shape = xcb::eventAs<xcb_shape_notify_event_t>(event);
     // The bounding shapes of top-levels are the scene's to follow: overlays change them with every stroke.
     const bool isFollowedByScene = shape.shape_kind != XCB_SHAPE_SK_INPUT && !frameOf_.contains(shape.affected_window);
     if (!isFollowedByScene) markStale(topLevelOf(shape.affected_window));
@@ -326,4 +327,4 @@ void WindowList::noteOverlays(std::span<const WindowProperties> all) {
   }
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

@@ -28,19 +28,19 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/Coordinates.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 class WindowList final : public SceneListener {
  public:
   // `ownClients`: the resource bases of this program's connections.
-  WindowList(Connection& connection, const Scene& scene, std::vector<std::uint32_t> ownClients);
+  WindowList(xcb::Connection& connection, const Scene& scene, std::vector<std::uint32_t> ownClients);
   ~WindowList() override;
   WindowList(const WindowList&) = delete;
   WindowList& operator=(const WindowList&) = delete;
 
   // A window of ours that is none to anybody else.
   void leaveOut(xcb_window_t window) { leftOut_ = window; }
-  void setScreens(std::vector<ScreenGeometry> screens);
+  void setScreens(std::vector<xcb::ScreenGeometry> screens);
   // Called when a list that was handed out is no longer true; once, until the next one is. A window that merely moved
   // makes it so only where that may matter to its layer.
   void setChanged(std::function<void()> changed) { changed_ = std::move(changed); }
@@ -94,15 +94,15 @@ class WindowList final : public SceneListener {
   void noteOverlays(std::span<const WindowProperties> all);
   [[nodiscard]] CaptureWindow listed(const SceneWindow& window, const WindowProperties& properties) const;
 
-  Connection& connection_;
+  xcb::Connection& connection_;
   const Scene& scene_;
   std::vector<std::uint32_t> ownClients_;
   // Those of other processes of this product.
   std::vector<std::uint32_t> markedClients_;
   PropertyAtoms atoms_;
   ProcessNames processNames_;
-  std::vector<ScreenGeometry> screens_;
-  std::vector<PixelRect> monitors_;
+  std::vector<xcb::ScreenGeometry> screens_;
+  std::vector<xcb::PixelRect> monitors_;
   std::map<xcb_window_t, Record> records_;
   // Which top-level the windows inside frames belong to.
   std::map<xcb_window_t, xcb_window_t> frameOf_;
@@ -112,4 +112,4 @@ class WindowList final : public SceneListener {
   xcb_window_t leftOut_ = XCB_NONE;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

@@ -11,7 +11,7 @@
 
 #include "Platform/Linux/Xcb/Coordinates.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 // The window types that the desktop conventions name; types of private conventions are left out when they are read.
 enum class WindowType {
@@ -50,7 +50,7 @@ struct WindowProperties {
   bool isShaped = false;       // has a bounding shape of its own
   bool hasEmptyInput = false;  // client or top-level: clicks pass through
   // Of the top-level.
-  PixelRect frame{};         // with its border
+  xcb::PixelRect frame{};    // with its border
   bool isManaged = false;    // a window manager looks after it
   bool isDecorated = false;  // by a window manager: title bar or edges
   bool hasAlpha = false;
@@ -60,4 +60,4 @@ struct WindowProperties {
   bool wasOverlay = false;                // was judged to be one since it came to the screen
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

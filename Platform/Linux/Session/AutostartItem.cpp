@@ -12,16 +12,16 @@
 #include "Platform/Linux/Posix/SystemError.h"
 #include "Platform/Linux/Toolkit/DesktopProcess.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 AutostartItem::AutostartItem(const std::string& configurationDirectory, std::string program)
-    : path_(configurationDirectory + "/autostart/" + applicationIdentifier + ".desktop"),
+    : path_(configurationDirectory + "/autostart/" + posix::applicationIdentifier + ".desktop"),
       program_(std::move(program)) {}
 
 LoginItemStatus AutostartItem::status() const {
-  const auto file = openRegularFile(path_, O_RDONLY);
-  const auto text = file ? readAll(file->get()) : std::unexpected(file.error());
-  const auto entry = text ? parseDesktopEntry(*text) : std::nullopt;
+  const auto file = posix::openRegularFile(path_, O_RDONLY);
+  const auto text = file ? posix::readAll(file->get()) : std::unexpected(file.error());
+  const auto entry = text ? posix::parseDesktopEntry(*text) : std::nullopt;
   const auto says = [&](const char* key, const char* value) {
     const auto found = entry->find(key);
     return found != entry->end() && found->second == value;
@@ -32,25 +32,25 @@ LoginItemStatus AutostartItem::status() const {
 }
 
 std::expected<void, Error> AutostartItem::registerItem() {
-  return replaceFile(path_,
-                     "[Desktop Entry]\n"
-                     "Type=Application\n"
-                     "Name=Quillfade\n"
-                     "Comment=Hide annotations behind a live view of the screen\n"
-                     "Exec=" +
-                         desktopExec(program_) +
-                         "\n"
-                         "Icon=" +
-                         std::string(applicationIdentifier) +
-                         "\n"
-                         "Terminal=false\n"
-                         "X-GNOME-Autostart-enabled=true\n");
+  return posix::replaceFile(path_,
+                            "[Desktop Entry]\n"
+                            "Type=Application\n"
+                            "Name=Quillfade\n"
+                            "Comment=Hide annotations behind a live view of the screen\n"
+                            "Exec=" +
+                                posix::desktopExec(program_) +
+                                "\n"
+                                "Icon=" +
+                                std::string(posix::applicationIdentifier) +
+                                "\n"
+                                "Terminal=false\n"
+                                "X-GNOME-Autostart-enabled=true\n");
 }
 
 std::expected<void, Error> AutostartItem::unregisterItem() {
   if (::unlink(path_.c_str()) != 0 && errno != ENOENT)
-    return std::unexpected(systemError("Could not remove", path_, errno));
+    return std::unexpected(posix::systemError("Could not remove", path_, errno));
   return {};
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

@@ -5,7 +5,7 @@
 
 #include "Platform/LoginItem.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 class AutostartItem : public LoginItem {
  public:
@@ -22,4 +22,4 @@ class AutostartItem : public LoginItem {
   std::string program_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

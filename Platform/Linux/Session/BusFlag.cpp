@@ -4,7 +4,7 @@
 #include <QDBusVariant>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::session {
 namespace {
 
 bool isTrue(const QDBusMessage& reply) {
@@ -42,4 +42,4 @@ void BusFlag::set(bool value) {
   if (std::exchange(value_, value) != value) changed_(value);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

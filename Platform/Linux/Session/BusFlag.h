@@ -12,7 +12,7 @@
 #include <QTimer>
 #include <functional>
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 class BusFlag {
  public:
@@ -45,4 +45,4 @@ class BusFlag {
   bool value_ = false;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

@@ -11,7 +11,7 @@
 #include "Platform/Linux/Posix/ApplicationIdentifier.h"
 #include "Platform/Linux/Posix/FileDescriptor.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 void DesktopNotifications::showOnce(const std::string& name, const Notification& notification) {
   if (!claim(name)) return;
@@ -22,9 +22,9 @@ void DesktopNotifications::showOnce(const std::string& name, const Notification&
                                                      QStringLiteral("Notify"));
   constexpr uint replacesNone = 0;
   constexpr int asLongAsUsual = -1;
-  const QVariantMap hints{{QStringLiteral("desktop-entry"), QString::fromLatin1(applicationIdentifier)}};
+  const QVariantMap hints{{QStringLiteral("desktop-entry"), QString::fromLatin1(posix::applicationIdentifier)}};
   // The text is read as markup.
-  call << QStringLiteral("Quillfade") << replacesNone << QString::fromLatin1(applicationIdentifier)
+  call << QStringLiteral("Quillfade") << replacesNone << QString::fromLatin1(posix::applicationIdentifier)
        << QString::fromStdString(notification.title) << QString::fromStdString(notification.text).toHtmlEscaped()
        << QStringList{} << hints << asLongAsUsual;
   bus.call(call, QDBus::NoBlock);
@@ -33,7 +33,7 @@ void DesktopNotifications::showOnce(const std::string& name, const Notification&
 bool DesktopNotifications::claim(const std::string& name) const {
   std::error_code ignored;  // the file then cannot be made either
   std::filesystem::create_directories(stateDirectory_, ignored);
-  return openRegularFile(stateDirectory_ + '/' + name, O_WRONLY | O_CREAT | O_EXCL).has_value();
+  return posix::openRegularFile(stateDirectory_ + '/' + name, O_WRONLY | O_CREAT | O_EXCL).has_value();
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

@@ -7,7 +7,7 @@
 
 #include "Platform/Notifications.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 class DesktopNotifications final : public Notifications {
  public:
@@ -23,4 +23,4 @@ class DesktopNotifications final : public Notifications {
   std::string stateDirectory_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

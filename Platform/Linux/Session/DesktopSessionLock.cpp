@@ -4,10 +4,10 @@
 
 #include "Platform/Linux/Scene/StackKeeper.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
-DesktopSessionLock::DesktopSessionLock(Connection& connection, const Scene& scene, WindowList& windows,
-                                       RunLoop& runLoop, double patience)
+DesktopSessionLock::DesktopSessionLock(xcb::Connection& connection, const scene::Scene& scene,
+                                       scene::WindowList& windows, RunLoop& runLoop, double patience)
     : scene_(scene),
       windowList_(windows),
       runLoop_(runLoop),
@@ -40,7 +40,7 @@ void DesktopSessionLock::handle(const xcb_generic_event_t& event) { serverSaver_
 void DesktopSessionLock::settle() {
   signs_.set("X server", serverSaver_.isActive());
   if (signs_.isRequested()) {
-    signs_.set(LockSigns::lockerWindow, lowestLocker(viewableStack(scene_, windowList_)).has_value());
+    signs_.set(LockSigns::lockerWindow, scene::lowestLocker(scene::viewableStack(scene_, windowList_)).has_value());
   }
   update();
 }
@@ -66,4 +66,4 @@ void DesktopSessionLock::update() {
       Qt::QueuedConnection);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

@@ -19,13 +19,13 @@
 #include "Platform/RunLoop.h"
 #include "Platform/SessionLock.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 class DesktopSessionLock final : public SessionLock {
  public:
   // `patience`: how many seconds a locker that was asked for may take to show.
-  DesktopSessionLock(Connection& connection, const Scene& scene, WindowList& windows, RunLoop& runLoop,
-                     double patience = 10);
+  DesktopSessionLock(xcb::Connection& connection, const scene::Scene& scene, scene::WindowList& windows,
+                     RunLoop& runLoop, double patience = 10);
   ~DesktopSessionLock() override;
   DesktopSessionLock(const DesktopSessionLock&) = delete;
   DesktopSessionLock& operator=(const DesktopSessionLock&) = delete;
@@ -41,8 +41,8 @@ class DesktopSessionLock final : public SessionLock {
   void requested();
   void update();
 
-  const Scene& scene_;
-  WindowList& windowList_;
+  const scene::Scene& scene_;
+  scene::WindowList& windowList_;
   RunLoop& runLoop_;
   double patience_;
   std::vector<std::function<void()>> observers_;
@@ -50,9 +50,9 @@ class DesktopSessionLock final : public SessionLock {
   bool isLocked_ = false;
   std::shared_ptr<DelayedTask> patienceEnds_;
   QObject context_;
-  ServerScreenSaver serverSaver_;
+  xcb::ServerScreenSaver serverSaver_;
   ScreenSavers screenSavers_;
   LoginSession loginSession_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

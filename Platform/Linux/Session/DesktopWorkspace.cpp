@@ -14,7 +14,7 @@
 #include "Platform/Linux/Toolkit/WindowActivation.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 namespace {
 
@@ -27,7 +27,7 @@ bool start(const std::vector<std::string>& command) {
 }
 
 bool startSettings() {
-  return std::ranges::any_of(settingsPrograms(environmentVariable("XDG_CURRENT_DESKTOP").value_or("")), start);
+  return std::ranges::any_of(settingsPrograms(posix::environmentVariable("XDG_CURRENT_DESKTOP").value_or("")), start);
 }
 
 }  // namespace
@@ -37,7 +37,7 @@ std::string explanationOf(const std::vector<std::string>& missingExtensions) {
     return "No settings program was found on this desktop. Nothing that the live view needs is missing on this "
            "display.";
   const bool isOne = missingExtensions.size() == 1;
-  return "The live view needs the X extension" + std::string(isOne ? " " : "s ") + enumerated(missingExtensions) +
+  return "The live view needs the X extension" + std::string(isOne ? " " : "s ") + xcb::enumerated(missingExtensions) +
          ", which this display does not offer. Switch " + (isOne ? "it" : "them") +
          " on in the X server's configuration, or log in to a session on an X.Org server.";
 }
@@ -68,13 +68,13 @@ void DesktopWorkspace::explain() {
         QString::fromStdString(obstacle_.empty() ? explanationOf(missingExtensions_) : obstacle_), QMessageBox::Ok);
     explanation_->setTextFormat(Qt::PlainText);
     explanation_->setAccessibleName(explanation_->text());
-    explanation_->setWindowFlags(dialogFlags);
+    explanation_->setWindowFlags(toolkit::dialogFlags);
     explanation_->setAttribute(Qt::WA_DeleteOnClose);
     explanation_->setModal(false);
-    paintOnShallowScreen(*explanation_);
+    toolkit::paintOnShallowScreen(*explanation_);
   }
   explanation_->show();
-  bringToFront(*explanation_);
+  toolkit::bringToFront(*explanation_);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

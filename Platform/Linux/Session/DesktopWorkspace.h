@@ -11,7 +11,7 @@
 
 #include "Platform/Workspace.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 class DesktopWorkspace : public Workspace {
  public:
@@ -36,4 +36,4 @@ class DesktopWorkspace : public Workspace {
 // One sentence on what is missing and one on how to get it.
 [[nodiscard]] std::string explanationOf(const std::vector<std::string>& missingExtensions);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

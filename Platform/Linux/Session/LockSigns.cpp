@@ -1,6 +1,6 @@
 #include "Platform/Linux/Session/LockSigns.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 void LockSigns::set(std::string_view sign, bool shows) {
   if (shows) {
@@ -22,4 +22,4 @@ bool LockSigns::isLocked() const {
   return isRequested_ || shown_.size() > windows;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 class LockSigns {
  public:
@@ -31,4 +31,4 @@ class LockSigns {
   bool isRequested_ = false;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

@@ -7,7 +7,7 @@
 
 #include "Platform/Linux/Posix/UserDirectories.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 namespace {
 
 const QString service = QStringLiteral("org.freedesktop.login1");
@@ -35,7 +35,7 @@ void LoginSession::find() {
   if (lockedHint_) return;
   QDBusMessage question =
       QDBusMessage::createMethodCall(service, managerPath, managerInterface, QStringLiteral("GetSession"));
-  question << QString::fromStdString(environmentVariable("XDG_SESSION_ID").value_or(anySession));
+  question << QString::fromStdString(posix::environmentVariable("XDG_SESSION_ID").value_or(anySession));
   question.setAutoStartService(false);
   auto* call = new QDBusPendingCallWatcher(bus_.asyncCall(question), &context_);
   QObject::connect(call, &QDBusPendingCallWatcher::finished, &context_, [this, call] {
@@ -55,4 +55,4 @@ void LoginSession::follow(const QString& path) {
       listener_.lockedHintChanged);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

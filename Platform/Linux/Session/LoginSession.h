@@ -12,7 +12,7 @@
 
 #include "Platform/Linux/Session/BusFlag.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 struct LoginSessionListener {
   // Somebody asked for the session to be locked, or unlocked; the desktop's locker has yet to follow.
@@ -41,4 +41,4 @@ class LoginSession {
   std::optional<BusFlag> lockedHint_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

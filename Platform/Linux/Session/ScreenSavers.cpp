@@ -3,7 +3,7 @@
 #include <array>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::session {
 namespace {
 
 // They all have the same method and signal, on an interface and an object of their own name.
@@ -36,4 +36,4 @@ void ScreenSavers::follow(const QDBusConnection& bus) {
   }
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

@@ -12,7 +12,7 @@
 #include "Platform/Linux/Session/BusFlag.h"
 #include "Platform/Linux/Session/SessionBusReturn.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 class ScreenSavers {
  public:
@@ -27,4 +27,4 @@ class ScreenSavers {
   SessionBusReturn busReturn_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

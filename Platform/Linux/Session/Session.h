@@ -8,16 +8,16 @@
 
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 // By what the session says of itself: `XDG_SESSION_TYPE`, or else whether there is a Wayland display.
 [[nodiscard]] bool isWaylandSession();
 // The same, or because the X server is one that a Wayland session keeps.
-[[nodiscard]] bool isWaylandSession(const Connection& connection);
+[[nodiscard]] bool isWaylandSession(const xcb::Connection& connection);
 // "x11", "wayland", "tty" and so on; what it is taken for when it says nothing.
 [[nodiscard]] std::string sessionType();
 
 inline constexpr const char* waylandSentence =
     "This is a Wayland session, and the live style needs X11: log in to a session on X.Org, or use the solid cover.";
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

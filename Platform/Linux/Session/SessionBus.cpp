@@ -16,10 +16,10 @@
 
 #include "Platform/Linux/Posix/ApplicationIdentifier.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 namespace {
 
-const QString busName = QString::fromLatin1(applicationIdentifier);
+const QString busName = QString::fromLatin1(posix::applicationIdentifier);
 const QString objectPath = '/' + QString{busName}.replace('.', '/');
 const QString interfaceName = busName;
 const QString runMethod = QStringLiteral("Run");
@@ -101,7 +101,7 @@ bool SessionBus::own(const QDBusConnection& bus) {
   return false;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session
 
 namespace platform {
 
@@ -119,7 +119,8 @@ std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::s
   }
   QStringList words;
   for (const auto& word : arguments) words.append(QString::fromStdString(word));
-  QDBusMessage call = QDBusMessage::createMethodCall(x11::busName, x11::objectPath, x11::interfaceName, x11::runMethod);
+  QDBusMessage call = QDBusMessage::createMethodCall(linux::session::busName, linux::session::objectPath,
+                                                     linux::session::interfaceName, linux::session::runMethod);
   call.setAutoStartService(false);
   call << words;
   // Bus signals can only be connected to named slots, and a timer has one.
@@ -127,7 +128,8 @@ std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::s
   question.setSingleShot(true);
   if (onQuestion) {
     QObject::connect(&question, &QTimer::timeout, &question, onQuestion);
-    bus.connect(x11::busName, x11::objectPath, x11::interfaceName, x11::questionSignal, &question, SLOT(start()));
+    bus.connect(linux::session::busName, linux::session::objectPath, linux::session::interfaceName,
+                linux::session::questionSignal, &question, SLOT(start()));
   }
   const auto longest = std::chrono::milliseconds{std::numeric_limits<int>::max()};
   const QDBusPendingCallWatcher pending(bus.asyncCall(call, static_cast<int>(std::min(limit, longest).count())));

@@ -14,7 +14,7 @@
 #include "Platform/Linux/Session/SessionBusReturn.h"
 #include "Platform/RemoteControl.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 class SessionBus final : public RemoteControl {
  public:
@@ -36,4 +36,4 @@ class SessionBus final : public RemoteControl {
   std::optional<SessionBusReturn> busReturn_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::session {
 namespace {
 
 constexpr std::chrono::seconds pause{1};
@@ -42,4 +42,4 @@ void SessionBusReturn::look() {
   returned_(bus);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

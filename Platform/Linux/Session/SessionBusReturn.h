@@ -13,7 +13,7 @@
 #include <functional>
 #include <optional>
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 class SessionBusReturn {
  public:
@@ -32,4 +32,4 @@ class SessionBusReturn {
   std::optional<QTimer> looking_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

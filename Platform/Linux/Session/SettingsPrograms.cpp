@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace platform::x11 {
+namespace platform::linux::session {
 
 namespace {
 
@@ -46,4 +46,4 @@ std::vector<std::vector<std::string>> settingsPrograms(std::string_view currentD
   return own;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::session

@@ -14,7 +14,7 @@
 #include "Platform/Linux/Posix/SystemError.h"
 #include "Platform/Linux/Posix/UserDirectories.h"
 
-namespace platform::x11 {
+namespace platform::linux::settings {
 
 namespace {
 
@@ -76,19 +76,21 @@ RulesJson::Content RulesJson::read() {
 }
 
 RulesJson::Content RulesJson::readAfresh() const {
-  const std::string target = followLinks(path_);
-  const auto file = openRegularFile(target, O_RDONLY);
-  const auto bytes = file ? readAll(file->get()) : std::unexpected(file.error());
-  if (!bytes) return std::unexpected(systemError("Could not read", target, bytes.error()));
+  const std::string target = posix::followLinks(path_);
+  const auto file = posix::openRegularFile(target, O_RDONLY);
+  const auto bytes = file ? posix::readAll(file->get()) : std::unexpected(file.error());
+  if (!bytes) return std::unexpected(posix::systemError("Could not read", target, bytes.error()));
   return rulesFromJson(*bytes);
 }
 
-std::string rulesPath() { return configurationDirectory() + "/quillfade/rules.json"; }
+std::string rulesPath() { return posix::configurationDirectory() + "/quillfade/rules.json"; }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::settings
 
 namespace platform {
 
-std::unique_ptr<RulesFile> makeRulesFile() { return std::make_unique<x11::RulesJson>(x11::rulesPath()); }
+std::unique_ptr<RulesFile> makeRulesFile() {
+  return std::make_unique<linux::settings::RulesJson>(linux::settings::rulesPath());
+}
 
 }  // namespace platform

@@ -9,7 +9,7 @@
 
 #include "Platform/RulesFile.h"
 
-namespace platform::x11 {
+namespace platform::linux::settings {
 
 class RulesJson final : public RulesFile {
  public:
@@ -36,4 +36,4 @@ class RulesJson final : public RulesFile {
 // Where this user's rules are.
 [[nodiscard]] std::string rulesPath();
 
-}  // namespace platform::x11
+}  // namespace platform::linux::settings

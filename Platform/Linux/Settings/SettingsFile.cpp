@@ -16,7 +16,7 @@
 #include "Platform/Linux/Posix/SystemError.h"
 #include "Platform/Linux/Posix/UserDirectories.h"
 
-namespace platform::x11 {
+namespace platform::linux::settings {
 
 namespace {
 
@@ -69,17 +69,17 @@ void SettingsFile::set(const std::string& key, SettingValue value) {
 }
 
 void SettingsFile::load() {
-  const std::string target = followLinks(path_);
-  const auto file = openRegularFile(target, O_RDONLY);
+  const std::string target = posix::followLinks(path_);
+  const auto file = posix::openRegularFile(target, O_RDONLY);
   if (!file) {
     mayReplaceFile_ = file.error() == ENOENT;
-    if (!mayReplaceFile_) reportOnce(systemError("Could not read", target, file.error()).localizedDescription);
+    if (!mayReplaceFile_) reportOnce(posix::systemError("Could not read", target, file.error()).localizedDescription);
     return;
   }
-  const auto bytes = readAll(file->get());
+  const auto bytes = posix::readAll(file->get());
   if (!bytes) {
     mayReplaceFile_ = false;
-    reportOnce(systemError("Could not read", target, bytes.error()).localizedDescription);
+    reportOnce(posix::systemError("Could not read", target, bytes.error()).localizedDescription);
     return;
   }
   if (auto values = parse(*bytes))
@@ -100,13 +100,15 @@ void SettingsFile::moveAside(const std::string& target) {
   if (mayReplaceFile_)
     tell("The settings in " + target + " are damaged. They were moved to " + aside + "; defaults apply.");
   else
-    reportOnce("The settings are damaged. " + systemError("Could not move aside", target, error).localizedDescription);
+    reportOnce("The settings are damaged. " +
+               posix::systemError("Could not move aside", target, error).localizedDescription);
 }
 
 void SettingsFile::save() {
   if (!mayReplaceFile_) return;
   const QByteArray bytes = QJsonDocument(values_).toJson();
-  if (auto saved = replaceFile(path_, bytes.toStdString()); !saved) reportOnce(saved.error().localizedDescription);
+  if (auto saved = posix::replaceFile(path_, bytes.toStdString()); !saved)
+    reportOnce(saved.error().localizedDescription);
 }
 
 void SettingsFile::reportOnce(const std::string& reason) {
@@ -115,24 +117,24 @@ void SettingsFile::reportOnce(const std::string& reason) {
 }
 
 std::optional<std::string> settingsFault(const std::string& path) {
-  const std::string target = followLinks(path);
-  const auto file = openRegularFile(target, O_RDONLY);
-  const auto bytes = file ? readAll(file->get()) : std::unexpected(file.error());
+  const std::string target = posix::followLinks(path);
+  const auto file = posix::openRegularFile(target, O_RDONLY);
+  const auto bytes = file ? posix::readAll(file->get()) : std::unexpected(file.error());
   if (!bytes && bytes.error() != ENOENT)
-    return systemError("Could not read", target, bytes.error()).localizedDescription;
+    return posix::systemError("Could not read", target, bytes.error()).localizedDescription;
   if (bytes && !parse(*bytes)) return target + " is damaged: it is not one JSON object.";
   // It is replaced as a whole, so it is the directory that counts; one that is not there yet will be made.
   auto directory = std::filesystem::path(target).parent_path();
   while (!directory.empty() && !std::filesystem::exists(directory) && directory != directory.parent_path()) {
     directory = directory.parent_path();
   }
-  if (!isWritableDirectory(directory)) return "Nothing can be written to " + directory.string() + ".";
+  if (!posix::isWritableDirectory(directory)) return "Nothing can be written to " + directory.string() + ".";
   return std::nullopt;
 }
 
 std::map<std::string, SettingValue> storedSettings(const std::string& path, const std::vector<std::string>& keys) {
-  const auto file = openRegularFile(followLinks(path), O_RDONLY);
-  const auto bytes = file ? readAll(file->get()) : std::unexpected(file.error());
+  const auto file = posix::openRegularFile(posix::followLinks(path), O_RDONLY);
+  const auto bytes = file ? posix::readAll(file->get()) : std::unexpected(file.error());
   const QJsonObject values = bytes ? parse(*bytes).value_or(QJsonObject{}) : QJsonObject{};
   std::map<std::string, SettingValue> stored;
   for (const std::string& key : keys) {
@@ -141,6 +143,6 @@ std::map<std::string, SettingValue> storedSettings(const std::string& path, cons
   return stored;
 }
 
-std::string settingsPath() { return configurationDirectory() + "/quillfade/settings.json"; }
+std::string settingsPath() { return posix::configurationDirectory() + "/quillfade/settings.json"; }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::settings

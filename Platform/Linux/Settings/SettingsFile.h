@@ -14,7 +14,7 @@
 
 #include "Platform/Settings.h"
 
-namespace platform::x11 {
+namespace platform::linux::settings {
 
 class SettingsFile : public Settings {
  public:
@@ -48,4 +48,4 @@ class SettingsFile : public Settings {
 // Where this user's settings are.
 [[nodiscard]] std::string settingsPath();
 
-}  // namespace platform::x11
+}  // namespace platform::linux::settings

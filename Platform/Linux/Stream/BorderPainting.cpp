@@ -5,14 +5,14 @@
 
 #include "Platform/Linux/Xcb/Region.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 namespace {
 
-std::uint8_t channel(Argb color, unsigned shift) { return static_cast<std::uint8_t>(color >> shift); }
+std::uint8_t channel(cover::Argb color, unsigned shift) { return static_cast<std::uint8_t>(color >> shift); }
 
 // Premultiplied, with 16 bits for each component.
-xcb_render_color_t renderColor(Argb color) {
+xcb_render_color_t renderColor(cover::Argb color) {
   const std::uint32_t alpha = channel(color, 24);
   const auto scaled = [&](unsigned shift) {
     return static_cast<std::uint16_t>((channel(color, shift) * alpha * 257 + 127) / 255);
@@ -22,19 +22,20 @@ xcb_render_color_t renderColor(Argb color) {
 
 }  // namespace
 
-void blendBorder(Connection& connection, xcb_render_picture_t target, std::int32_t width, std::int32_t height,
-                 const BorderLook& border) {
+void blendBorder(xcb::Connection& connection, xcb_render_picture_t target, std::int32_t width, std::int32_t height,
+                 const cover::BorderLook& border) {
   const std::int32_t line = std::min(border.width, (std::min(width, height) + 1) / 2);
   const std::int32_t inner = height - 2 * line;
   // Four sides that do not overlap at the corners.
-  std::array<xcb_rectangle_t, 4> sides{toRectangle({0, 0, width, line}), toRectangle({0, height - line, width, line}),
-                                       toRectangle({0, line, line, std::max(0, inner)}),
-                                       toRectangle({width - line, line, line, std::max(0, inner)})};
+  std::array<xcb_rectangle_t, 4> sides{xcb::toRectangle({0, 0, width, line}),
+                                       xcb::toRectangle({0, height - line, width, line}),
+                                       xcb::toRectangle({0, line, line, std::max(0, inner)}),
+                                       xcb::toRectangle({width - line, line, line, std::max(0, inner)})};
   const bool meetInTheMiddle = inner < 0 || width < 2 * line;
-  if (meetInTheMiddle) sides = {toRectangle({0, 0, width, height}), {}, {}, {}};
+  if (meetInTheMiddle) sides = {xcb::toRectangle({0, 0, width, height}), {}, {}, {}};
   connection.ignoreErrors(xcb_render_fill_rectangles(connection.get(), XCB_RENDER_PICT_OP_OVER, target,
                                                      renderColor(border.color),
                                                      static_cast<std::uint32_t>(sides.size()), sides.data()));
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

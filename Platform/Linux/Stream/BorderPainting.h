@@ -11,10 +11,10 @@
 #include "Platform/Linux/Cover/OverlayLook.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 // Within the clip of `target`, a picture of a window of this size.
-void blendBorder(Connection& connection, xcb_render_picture_t target, std::int32_t width, std::int32_t height,
-                 const BorderLook& border);
+void blendBorder(xcb::Connection& connection, xcb_render_picture_t target, std::int32_t width, std::int32_t height,
+                 const cover::BorderLook& border);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 namespace {
 
@@ -28,8 +28,8 @@ timespec toTimespec(std::chrono::nanoseconds duration) {
   return {seconds.count(), (duration - seconds).count()};
 }
 
-WindowFilter filterOf(const CaptureStreamSettings& settings, const Connection& connection) {
-  WindowFilter filter(settings.excludedWindows, settings.ownClients, connection.resourceMask());
+scene::WindowFilter filterOf(const CaptureStreamSettings& settings, const xcb::Connection& connection) {
+  scene::WindowFilter filter(settings.excludedWindows, settings.ownClients, connection.resourceMask());
   if (!settings.holdBack) return filter;
   filter.holdBackFrom(settings.holdBack->fromArea);
   for (const xcb_window_t judged : settings.holdBack->except) filter.admit(judged);
@@ -39,26 +39,26 @@ WindowFilter filterOf(const CaptureStreamSettings& settings, const Connection& c
 }  // namespace
 
 std::expected<std::unique_ptr<CaptureSession>, Error> CaptureSession::open(const CaptureStreamSettings& settings,
-                                                                           std::shared_ptr<Wakeup> wakeup) {
-  const PixelRect& source = settings.source;
+                                                                           std::shared_ptr<posix::Wakeup> wakeup) {
+  const xcb::PixelRect& source = settings.source;
   if (source.isEmpty()) return std::unexpected(Error{"The area to show is empty."});
   if (source.width > largestExtent || source.height > largestExtent)
     return std::unexpected(Error{"The area to show is larger than the display server can handle."});
-  auto opened = Connection::open(settings.displayName);
+  auto opened = xcb::Connection::open(settings.displayName);
   if (!opened) return std::unexpected(opened.error());
-  const std::shared_ptr<Connection> connection = std::move(*opened);
+  const std::shared_ptr<xcb::Connection> connection = std::move(*opened);
   if (settings.unexpectedError) connection->setUnexpectedErrorHandler(settings.unexpectedError);
   if (const auto missing = connection->missingExtensions(); !missing.empty())
-    return std::unexpected(Error{missingExtensionsSentence(missing)});
+    return std::unexpected(Error{xcb::missingExtensionsSentence(missing)});
   auto buffer = FrameBuffer::make(connection, source.width, source.height, settings.serial, wakeup);
   std::unique_ptr<CaptureSession> session(
       new CaptureSession(settings, connection, std::move(buffer), std::move(wakeup)));
-  if (session->isLost()) return std::unexpected(Error{connectionLostSentence});
+  if (session->isLost()) return std::unexpected(Error{xcb::connectionLostSentence});
   return session;
 }
 
-CaptureSession::CaptureSession(const CaptureStreamSettings& settings, std::shared_ptr<Connection> connection,
-                               std::shared_ptr<FrameBuffer> buffer, std::shared_ptr<Wakeup> wakeup)
+CaptureSession::CaptureSession(const CaptureStreamSettings& settings, std::shared_ptr<xcb::Connection> connection,
+                               std::shared_ptr<FrameBuffer> buffer, std::shared_ptr<posix::Wakeup> wakeup)
     : connection_(std::move(connection)),
       wakeup_(std::move(wakeup)),
       buffer_(std::move(buffer)),
@@ -75,7 +75,7 @@ void CaptureSession::takeIn(const xcb_generic_event_t& event) {
 
 int CaptureSession::takeInSome() {
   int events = 0;
-  for (Event event = connection_->nextEvent(); event; event = connection_->nextQueuedEvent()) {
+  for (xcb::Event event = connection_->nextEvent(); event; event = connection_->nextQueuedEvent()) {
     takeIn(*event);
     ++events;
   }
@@ -99,14 +99,14 @@ void CaptureSession::admit(std::span<const xcb_window_t> windows) {
 std::shared_ptr<const Frame> CaptureSession::nextFrame() {
   isMoreToTakeIn_ = !takeInMost();
   isWholeWanted_ = buffer_->takeWholeRequest() || isWholeWanted_;
-  const Compositor::Changes changes = compositor_.changes();
-  if (!isWholeWanted_ && changes == Compositor::Changes::none) return nullptr;
+  const compositor::Compositor::Changes changes = compositor_.changes();
+  if (!isWholeWanted_ && changes == compositor::Compositor::Changes::none) return nullptr;
   const Clock::time_point now = Clock::now();
   if (buffer_->isLent() || now < pace_.due()) return nullptr;
   // Painting nothing where nothing has changed is cheaper than asking first.
   if (paintLive()) {
     pace_.madeFrame(now);
-  } else if (isWholeWanted_ || changes == Compositor::Changes::certain) {
+  } else if (isWholeWanted_ || changes == compositor::Compositor::Changes::certain) {
     pace_.madeFrame(now);
     return compose();
   } else if (now >= nextExaminationDue_) {
@@ -135,11 +135,11 @@ std::shared_ptr<const Frame> CaptureSession::compose() {
 std::optional<CaptureSession::Clock::time_point> CaptureSession::nextDeadline(Clock::time_point now) const {
   // Looking for one answer may read another one, which then does not make the descriptor readable again.
   if (compositor_.isExamining()) return now + longestWaitForAnswer;
-  const Compositor::Changes changes = compositor_.changes();
-  if (!isWholeWanted_ && changes == Compositor::Changes::none) return std::nullopt;
+  const compositor::Compositor::Changes changes = compositor_.changes();
+  if (!isWholeWanted_ && changes == compositor::Compositor::Changes::none) return std::nullopt;
   // Giving a frame back notifies.
   if (buffer_->isLent()) return std::nullopt;
-  if (isWholeWanted_ || changes == Compositor::Changes::certain) return pace_.due();
+  if (isWholeWanted_ || changes == compositor::Compositor::Changes::certain) return pace_.due();
   return std::max(pace_.due(), nextExaminationDue_);
 }
 
@@ -147,7 +147,7 @@ void CaptureSession::wait() {
   connection_->flush();
   // Sending may have read answers and events: they would not make the descriptor readable again.
   if (scene_.collectReplies() || compositor_.collectReplies()) return;
-  if (const Event event = connection_->nextQueuedEvent()) return takeIn(*event);
+  if (const xcb::Event event = connection_->nextQueuedEvent()) return takeIn(*event);
   const Clock::time_point now = Clock::now();
   const auto deadline = nextDeadline(now);
   timespec limit{};
@@ -160,4 +160,4 @@ void CaptureSession::wait() {
   if (descriptors[1].revents != 0) wakeup_->clear();
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

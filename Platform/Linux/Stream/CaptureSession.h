@@ -22,12 +22,12 @@
 #include "Platform/Linux/Stream/LivePainter.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 class CaptureSession {
  public:
   static std::expected<std::unique_ptr<CaptureSession>, Error> open(const CaptureStreamSettings& settings,
-                                                                    std::shared_ptr<Wakeup> wakeup);
+                                                                    std::shared_ptr<posix::Wakeup> wakeup);
   ~CaptureSession() { buffer_->endStream(); }
   CaptureSession(const CaptureSession&) = delete;
   CaptureSession& operator=(const CaptureSession&) = delete;
@@ -47,8 +47,8 @@ class CaptureSession {
  private:
   using Clock = FramePace::Clock;
 
-  CaptureSession(const CaptureStreamSettings& settings, std::shared_ptr<Connection> connection,
-                 std::shared_ptr<FrameBuffer> buffer, std::shared_ptr<Wakeup> wakeup);
+  CaptureSession(const CaptureStreamSettings& settings, std::shared_ptr<xcb::Connection> connection,
+                 std::shared_ptr<FrameBuffer> buffer, std::shared_ptr<posix::Wakeup> wakeup);
   void takeIn(const xcb_generic_event_t& event);
   // As much as one read of the connection brings: what it leaves behind keeps the descriptor readable. How many events
   // that were.
@@ -61,11 +61,11 @@ class CaptureSession {
   bool paintLive();
   [[nodiscard]] std::shared_ptr<const Frame> compose();
 
-  std::shared_ptr<Connection> connection_;
-  std::shared_ptr<Wakeup> wakeup_;
+  std::shared_ptr<xcb::Connection> connection_;
+  std::shared_ptr<posix::Wakeup> wakeup_;
   std::shared_ptr<FrameBuffer> buffer_;
-  Scene scene_;
-  Compositor compositor_;
+  scene::Scene scene_;
+  compositor::Compositor compositor_;
   LivePainter livePainter_;
   const Clock::duration interval_;
   FramePace pace_;
@@ -74,4 +74,4 @@ class CaptureSession {
   bool isMoreToTakeIn_ = false;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

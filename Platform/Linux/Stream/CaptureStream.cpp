@@ -10,7 +10,7 @@
 #include "Platform/Linux/Posix/Wakeup.h"
 #include "Platform/Linux/Stream/CaptureSession.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 // What happens on the stream's thread. `start`, `stop`, `end` and `setOutput` are called by other threads.
 class CaptureStream::Worker {
@@ -143,14 +143,14 @@ class CaptureStream::Worker {
   }
 
   void reportLoss() {
-    if (const auto delegate = delegate_.lock()) delegate->streamDidStop({connectionLostSentence});
+    if (const auto delegate = delegate_.lock()) delegate->streamDidStop({xcb::connectionLostSentence});
   }
 
   const CaptureStreamSettings settings_;
   const std::weak_ptr<StreamDelegate> delegate_;
   std::weak_ptr<StreamOutput> output_;
   std::shared_ptr<SerialQueue> queue_;
-  const std::shared_ptr<Wakeup> wakeup_ = std::make_shared<Wakeup>();
+  const std::shared_ptr<posix::Wakeup> wakeup_ = std::make_shared<posix::Wakeup>();
 
   mutable std::mutex mutex_;
   Completion start_;
@@ -202,4 +202,4 @@ void CaptureStream::runWorker() {
   if (!thread_.joinable()) thread_ = std::thread([worker = worker_] { worker->run(); });
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

@@ -13,7 +13,7 @@
 #include "Platform/Capture.h"
 #include "Platform/Linux/Stream/CaptureStreamSettings.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 class CaptureStream final : public platform::CaptureStream {
  public:
@@ -42,4 +42,4 @@ class CaptureStream final : public platform::CaptureStream {
   std::thread thread_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <cmath>
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
-CaptureStreamSettings captureStreamSettings(const StreamConfiguration& configuration, const ScreenGeometry& display) {
+CaptureStreamSettings captureStreamSettings(const StreamConfiguration& configuration,
+                                            const xcb::ScreenGeometry& display) {
   CaptureStreamSettings settings;
   // Frames show the screen pixel by pixel, so the size in pixels rules and the source only says where.
-  settings.source = capturedPixels(configuration.sourceRect, configuration.width, configuration.height, display);
+  settings.source = xcb::capturedPixels(configuration.sourceRect, configuration.width, configuration.height, display);
   const MediaTime interval = configuration.minimumFrameInterval;
   if (interval.value > 0 && interval.timescale > 0) {
     const double seconds = static_cast<double>(interval.value) / interval.timescale;
@@ -20,8 +21,8 @@ CaptureStreamSettings captureStreamSettings(const StreamConfiguration& configura
   return settings;
 }
 
-CaptureStreamSettings::HoldBack holdBack(const HeldBackWindows& windows, const ScreenGeometry& display) {
+CaptureStreamSettings::HoldBack holdBack(const HeldBackWindows& windows, const xcb::ScreenGeometry& display) {
   return {.fromArea = windows.fromArea * display.scale * display.scale, .except = windows.except};
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

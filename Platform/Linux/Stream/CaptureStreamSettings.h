@@ -15,11 +15,11 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/Coordinates.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 struct CaptureStreamSettings {
   std::string displayName;  // of the X server; empty: the one that the environment names
-  PixelRect source;         // its size is that of the frames
+  xcb::PixelRect source;    // its size is that of the frames
   std::chrono::nanoseconds minimumFrameInterval{};
   std::vector<xcb_window_t> excludedWindows;  // top-level windows to leave out
   std::vector<std::uint32_t> ownClients;      // resource bases of our connections: their windows are left out, too
@@ -29,14 +29,15 @@ struct CaptureStreamSettings {
     std::vector<xcb_window_t> except;
   };
   std::optional<HoldBack> holdBack;
-  std::uint64_t serial = 0;                  // larger than that of every earlier stream of this process
-  Connection::ErrorHandler unexpectedError;  // none: they are logged
+  std::uint64_t serial = 0;                       // larger than that of every earlier stream of this process
+  xcb::Connection::ErrorHandler unexpectedError;  // none: they are logged
 };
 
 // The source and the pace that the configuration asks for on this display.
 [[nodiscard]] CaptureStreamSettings captureStreamSettings(const StreamConfiguration& configuration,
-                                                          const ScreenGeometry& display);
+                                                          const xcb::ScreenGeometry& display);
 // The same in pixels of this display.
-[[nodiscard]] CaptureStreamSettings::HoldBack holdBack(const HeldBackWindows& windows, const ScreenGeometry& display);
+[[nodiscard]] CaptureStreamSettings::HoldBack holdBack(const HeldBackWindows& windows,
+                                                       const xcb::ScreenGeometry& display);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

@@ -4,7 +4,7 @@
 
 #include "Platform/Linux/Stream/FrameBuffer.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 Frame::Frame(std::shared_ptr<FrameBuffer> buffer, bool isWhole) : buffer_(std::move(buffer)), isWhole_(isWhole) {}
 
@@ -34,7 +34,7 @@ bool Frame::beginReading(xcb_connection_t* reader) const {
 // A window may have gone since the frame was planned, and so may the stream: then that step paints nothing.
 void Frame::paint(xcb_connection_t* reader, xcb_render_picture_t target, std::int32_t x, std::int32_t y) const {
   const auto offset = [](std::int32_t origin, std::int32_t place) { return static_cast<std::int16_t>(origin + place); };
-  for (const PaintStep& step : buffer_->steps()) {
+  for (const compositor::PaintStep& step : buffer_->steps()) {
     xcb_discard_reply(
         reader,
         xcb_xfixes_set_picture_clip_region_checked(reader, target, step.clip, offset(x, 0), offset(y, 0)).sequence);
@@ -59,4 +59,4 @@ bool Frame::isLeftOver() const { return buffer_->hasEnded(); }
 
 void Frame::tookOverFrom(const Frame& older) const { buffer_->tookOverFrom(older.buffer_); }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

@@ -26,7 +26,7 @@
 #include "Platform/Capture.h"
 #include "Platform/Linux/Stream/LiveTarget.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 class FrameBuffer;
 
@@ -77,4 +77,4 @@ class Frame final : public SampleBuffer {
   mutable State state_ = State::untouched;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

@@ -4,7 +4,7 @@
 
 #include "Platform/Linux/Stream/Frame.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 namespace {
 
@@ -12,17 +12,17 @@ constexpr int longestWaitForServer = 1000;  // milliseconds
 
 }  // namespace
 
-std::shared_ptr<FrameBuffer> FrameBuffer::make(std::shared_ptr<Connection> connection, std::int32_t width,
+std::shared_ptr<FrameBuffer> FrameBuffer::make(std::shared_ptr<xcb::Connection> connection, std::int32_t width,
                                                std::int32_t height, std::uint64_t streamSerial,
-                                               std::shared_ptr<Wakeup> wakeup) {
+                                               std::shared_ptr<posix::Wakeup> wakeup) {
   std::shared_ptr<FrameBuffer> buffer(
       new FrameBuffer(std::move(connection), width, height, streamSerial, std::move(wakeup)));
   buffer->createFences();
   return buffer;
 }
 
-FrameBuffer::FrameBuffer(std::shared_ptr<Connection> connection, std::int32_t width, std::int32_t height,
-                         std::uint64_t streamSerial, std::shared_ptr<Wakeup> wakeup)
+FrameBuffer::FrameBuffer(std::shared_ptr<xcb::Connection> connection, std::int32_t width, std::int32_t height,
+                         std::uint64_t streamSerial, std::shared_ptr<posix::Wakeup> wakeup)
     : connection_(std::move(connection)),
       width_(width),
       height_(height),
@@ -100,7 +100,7 @@ FrameBuffer::Reading FrameBuffer::reclaim() {
   return outcome == Loan::dropped ? Reading::missed : Reading::done;
 }
 
-std::shared_ptr<const Frame> FrameBuffer::lend(std::vector<PaintStep> steps, bool isWhole) {
+std::shared_ptr<const Frame> FrameBuffer::lend(std::vector<compositor::PaintStep> steps, bool isWhole) {
   steps_ = std::move(steps);
   xcb_sync_trigger_fence(connection_->get(), composed_);
   connection_->flush();
@@ -189,4 +189,4 @@ void FrameBuffer::tookOverFrom(const std::shared_ptr<FrameBuffer>& older) {
   older->requestWhole();
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

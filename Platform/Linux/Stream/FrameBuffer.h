@@ -25,16 +25,16 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/Region.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 class Frame;
 
 class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
  public:
   // `wakeup` is notified when a loan ends that somebody has asked about, and when a whole frame is asked for.
-  static std::shared_ptr<FrameBuffer> make(std::shared_ptr<Connection> connection, std::int32_t width,
+  static std::shared_ptr<FrameBuffer> make(std::shared_ptr<xcb::Connection> connection, std::int32_t width,
                                            std::int32_t height, std::uint64_t streamSerial,
-                                           std::shared_ptr<Wakeup> wakeup);
+                                           std::shared_ptr<posix::Wakeup> wakeup);
   ~FrameBuffer();
   FrameBuffer(const FrameBuffer&) = delete;
   FrameBuffer& operator=(const FrameBuffer&) = delete;
@@ -42,11 +42,11 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
   [[nodiscard]] std::uint64_t streamSerial() const { return streamSerial_; }
   [[nodiscard]] std::int32_t width() const { return width_; }
   [[nodiscard]] std::int32_t height() const { return height_; }
-  [[nodiscard]] const std::vector<PaintStep>& steps() const { return steps_; }
-  [[nodiscard]] const Region& changed() const { return changed_; }
+  [[nodiscard]] const std::vector<compositor::PaintStep>& steps() const { return steps_; }
+  [[nodiscard]] const xcb::Region& changed() const { return changed_; }
 
   // The stream's side.
-  [[nodiscard]] Region& changed() { return changed_; }
+  [[nodiscard]] xcb::Region& changed() { return changed_; }
   // If so, the end of the loan is notified.
   [[nodiscard]] bool isLent();
   // Once for each time that frames asked for a whole one.
@@ -63,7 +63,7 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
   // become of the last frame.
   Reading reclaim();
   // After planning: `changed` is what the steps paint.
-  [[nodiscard]] std::shared_ptr<const Frame> lend(std::vector<PaintStep> steps, bool isWhole);
+  [[nodiscard]] std::shared_ptr<const Frame> lend(std::vector<compositor::PaintStep> steps, bool isWhole);
 
   // The stream makes no more frames, and paints nothing more. Whoever it took the window from is asked for the picture.
   void endStream();
@@ -83,23 +83,23 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
  private:
   enum class Loan : std::uint8_t { none, lent, read, dropped };
 
-  FrameBuffer(std::shared_ptr<Connection> connection, std::int32_t width, std::int32_t height,
-              std::uint64_t streamSerial, std::shared_ptr<Wakeup> wakeup);
+  FrameBuffer(std::shared_ptr<xcb::Connection> connection, std::int32_t width, std::int32_t height,
+              std::uint64_t streamSerial, std::shared_ptr<posix::Wakeup> wakeup);
   void createFences();
   void destroyFences();
   void awaitRead();
   void triggerConsumed(xcb_connection_t* reader) const;
   void endLoan(Loan outcome, const std::optional<LiveTarget>& target = std::nullopt);
 
-  std::shared_ptr<Connection> connection_;
+  std::shared_ptr<xcb::Connection> connection_;
   const std::int32_t width_;
   const std::int32_t height_;
   const std::uint64_t streamSerial_;
-  std::shared_ptr<Wakeup> wakeup_;
+  std::shared_ptr<posix::Wakeup> wakeup_;
   xcb_sync_fence_t composed_ = 0;
   xcb_sync_fence_t consumed_ = 0;
-  Region changed_;
-  std::vector<PaintStep> steps_;
+  xcb::Region changed_;
+  std::vector<compositor::PaintStep> steps_;
   bool wasEverRead_ = false;
 
   std::mutex mutex_;
@@ -111,4 +111,4 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
   std::optional<LiveTarget> target_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

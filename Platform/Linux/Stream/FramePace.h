@@ -16,7 +16,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 class FramePace {
  public:
@@ -50,4 +50,4 @@ class FramePace {
   std::size_t oldest_ = 0;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

@@ -2,19 +2,19 @@
 
 #include "Platform/Linux/Stream/BorderPainting.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 namespace {
 
 // Of the picture, what the border leaves free.
-PixelRect withoutBorder(const LiveTarget& target) {
+xcb::PixelRect withoutBorder(const LiveTarget& target) {
   const std::int32_t line = target.border ? target.border->width : 0;
   return {line - target.x, line - target.y, target.windowWidth - 2 * line, target.windowHeight - 2 * line};
 }
 
 }  // namespace
 
-void LivePainter::paint(Compositor& compositor, const LiveTarget& target, Region& changed) {
+void LivePainter::paint(compositor::Compositor& compositor, const LiveTarget& target, xcb::Region& changed) {
   xcb_connection_t* const c = connection_.get();
   if (target.window != window_) {
     forgetWindow();
@@ -23,8 +23,8 @@ void LivePainter::paint(Compositor& compositor, const LiveTarget& target, Region
     connection_.ignoreErrors(xcb_render_create_picture(
         c, picture_, window_, connection_.formatOfVisual(connection_.rootVisual()), 0, nullptr));
   }
-  const PixelRect clear = withoutBorder(target);
-  const PixelRect painted = compositor.paintTo({picture_, target.x, target.y, clear}, changed);
+  const xcb::PixelRect clear = withoutBorder(target);
+  const xcb::PixelRect painted = compositor.paintTo({picture_, target.x, target.y, clear}, changed);
   if (!target.border || intersection(painted, clear) == painted) return;
   // It is translucent, so it is blended again just where the picture below it was renewed.
   connection_.ignoreErrors(xcb_xfixes_set_picture_clip_region(
@@ -37,4 +37,4 @@ void LivePainter::forgetWindow() {
   picture_ = XCB_NONE;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

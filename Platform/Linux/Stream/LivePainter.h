@@ -12,24 +12,24 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/Region.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 class LivePainter {
  public:
-  explicit LivePainter(Connection& connection) : connection_(connection) {}
+  explicit LivePainter(xcb::Connection& connection) : connection_(connection) {}
   ~LivePainter() { forgetWindow(); }
   LivePainter(const LivePainter&) = delete;
   LivePainter& operator=(const LivePainter&) = delete;
 
   // Paints what has changed. `changed` means nothing afterwards.
-  void paint(Compositor& compositor, const LiveTarget& target, Region& changed);
+  void paint(compositor::Compositor& compositor, const LiveTarget& target, xcb::Region& changed);
 
  private:
   void forgetWindow();
 
-  Connection& connection_;
+  xcb::Connection& connection_;
   xcb_window_t window_ = XCB_NONE;
   xcb_render_picture_t picture_ = XCB_NONE;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

@@ -10,7 +10,7 @@
 
 #include "Platform/Linux/Cover/OverlayLook.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 struct LiveTarget {
   xcb_window_t window = XCB_NONE;
@@ -18,7 +18,7 @@ struct LiveTarget {
   std::int32_t y = 0;
   std::int32_t windowWidth = 0;
   std::int32_t windowHeight = 0;
-  std::optional<BorderLook> border;  // goes over the picture
+  std::optional<cover::BorderLook> border;  // goes over the picture
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

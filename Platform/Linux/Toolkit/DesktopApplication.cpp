@@ -8,7 +8,7 @@
 #include "Platform/Linux/Toolkit/DesktopProcess.h"
 #include "Platform/Linux/Toolkit/WindowActivation.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 namespace {
 
@@ -39,7 +39,7 @@ DesktopApplication::DesktopApplication(std::span<char* const> arguments)
   application_.emplace(argumentCount_, arguments_.data());
   QApplication::setApplicationName(QStringLiteral("quillfade"));
   QApplication::setApplicationDisplayName(QStringLiteral("Quillfade"));
-  QGuiApplication::setDesktopFileName(QString::fromLatin1(applicationIdentifier));
+  QGuiApplication::setDesktopFileName(QString::fromLatin1(posix::applicationIdentifier));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/org.quillfade.Quillfade.svg")));
   QApplication::setQuitOnLastWindowClosed(false);
   application_->installEventFilter(new EndOnWish(&*application_));
@@ -68,4 +68,4 @@ void DesktopApplication::activateIgnoringOtherApps() {
 // Not `quit`, which closes all windows first.
 void DesktopApplication::terminate() { QCoreApplication::exit(); }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -13,7 +13,7 @@
 #include "Platform/Linux/Toolkit/OffTaskLists.h"
 #include "Platform/Linux/Toolkit/TerminationSignals.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 class DesktopApplication : public Application {
  public:
@@ -37,4 +37,4 @@ class DesktopApplication : public Application {
   std::weak_ptr<ApplicationDelegate> delegate_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

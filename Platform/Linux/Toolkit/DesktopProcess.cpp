@@ -2,12 +2,12 @@
 
 #include "Platform/Linux/Posix/UserDirectories.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 std::optional<std::string> DesktopProcess::environmentVariable(const std::string& name) const {
-  return x11::environmentVariable(name);
+  return posix::environmentVariable(name);
 }
 
-std::string DesktopProcess::homeDirectory() const { return x11::homeDirectory(); }
+std::string DesktopProcess::homeDirectory() const { return posix::homeDirectory(); }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -4,13 +4,13 @@
 #include "Platform/Linux/Posix/ApplicationIdentifier.h"
 #include "Platform/Process.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 class DesktopProcess : public Process {
  public:
   [[nodiscard]] std::optional<std::string> environmentVariable(const std::string& name) const override;
-  [[nodiscard]] std::optional<std::string> bundleIdentifier() const override { return applicationIdentifier; }
+  [[nodiscard]] std::optional<std::string> bundleIdentifier() const override { return posix::applicationIdentifier; }
   [[nodiscard]] std::string homeDirectory() const override;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

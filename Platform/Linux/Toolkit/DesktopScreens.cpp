@@ -9,7 +9,7 @@
 #include "Platform/Linux/Xcb/MonitorRectangles.h"
 #include "Platform/Linux/Xcb/Replies.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 namespace {
 
@@ -22,17 +22,18 @@ std::vector<QScreen*> screensInOrder() {
 
 // Qt rounds a screen's size to whole points. The server's own list gives back the pixels lost, and tells a screen from
 // the placeholder that Qt keeps when there is none.
-std::optional<PixelRect> exactPixels(const QScreen& screen, const std::optional<std::vector<PixelRect>>& monitors) {
+std::optional<xcb::PixelRect> exactPixels(const QScreen& screen,
+                                          const std::optional<std::vector<xcb::PixelRect>>& monitors) {
   const QRect geometry = screen.geometry();
   const double scale = screen.devicePixelRatio();
-  const PixelRect approximate{geometry.x(), geometry.y(),
-                              static_cast<std::int32_t>(std::lround(geometry.width() * scale)),
-                              static_cast<std::int32_t>(std::lround(geometry.height() * scale))};
+  const xcb::PixelRect approximate{geometry.x(), geometry.y(),
+                                   static_cast<std::int32_t>(std::lround(geometry.width() * scale)),
+                                   static_cast<std::int32_t>(std::lround(geometry.height() * scale))};
   if (approximate.isEmpty()) return std::nullopt;
   if (!monitors) return approximate;
   if (monitors->empty()) return std::nullopt;
   const int tolerance = static_cast<int>(std::ceil(scale));
-  for (const PixelRect& monitor : *monitors) {
+  for (const xcb::PixelRect& monitor : *monitors) {
     const bool isIt = monitor.x == approximate.x && monitor.y == approximate.y &&
                       std::abs(monitor.width - approximate.width) <= tolerance &&
                       std::abs(monitor.height - approximate.height) <= tolerance;
@@ -43,12 +44,12 @@ std::optional<PixelRect> exactPixels(const QScreen& screen, const std::optional<
 
 struct NamedScreen {
   std::string name;
-  ScreenGeometry geometry;
+  xcb::ScreenGeometry geometry;
 };
 
 std::vector<NamedScreen> readScreens() {
   xcb_connection_t* server = qtConnection();
-  const auto monitors = server != nullptr ? monitorRectangles(server, rootWindow(server)) : std::nullopt;
+  const auto monitors = server != nullptr ? xcb::monitorRectangles(server, rootWindow(server)) : std::nullopt;
   std::vector<NamedScreen> screens;
   for (const QScreen* screen : screensInOrder())
     if (const auto pixels = exactPixels(*screen, monitors))
@@ -56,10 +57,10 @@ std::vector<NamedScreen> readScreens() {
   return screens;
 }
 
-std::vector<ScreenGeometry> placed(const std::vector<NamedScreen>& screens) {
-  std::vector<ScreenGeometry> geometries;
+std::vector<xcb::ScreenGeometry> placed(const std::vector<NamedScreen>& screens) {
+  std::vector<xcb::ScreenGeometry> geometries;
   for (const NamedScreen& screen : screens) geometries.push_back(screen.geometry);
-  placeInPoints(geometries);
+  xcb::placeInPoints(geometries);
   return geometries;
 }
 
@@ -99,7 +100,7 @@ const DesktopScreens::Layout& DesktopScreens::layout() const {
   for (const NamedScreen& screen : named) names.push_back(screen.name);
   const std::vector<std::uint32_t> identifiers = displayIdentifiers(names);
   for (std::size_t i = 0; i < named.size(); ++i) {
-    const ScreenGeometry& geometry = layout_->geometries[i];
+    const xcb::ScreenGeometry& geometry = layout_->geometries[i];
     layout_->screens.push_back({geometry.points, identifiers[i], geometry.scale});
   }
   return *layout_;
@@ -117,13 +118,13 @@ std::optional<Screen> DesktopScreens::main() const {
 Point DesktopScreens::mouseLocation() const {
   xcb_connection_t* server = qtConnection();
   if (server == nullptr) return {};
-  const auto pointer = awaitReply(server, xcb_query_pointer_reply, xcb_query_pointer(server, rootWindow(server)));
-  return pointer ? middleOfPixel(pointer->root_x, pointer->root_y, geometries()) : Point{};
+  const auto pointer = xcb::awaitReply(server, xcb_query_pointer_reply, xcb_query_pointer(server, rootWindow(server)));
+  return pointer ? xcb::middleOfPixel(pointer->root_x, pointer->root_y, geometries()) : Point{};
 }
 
 void DesktopScreens::observeChanges(std::function<void()> observer) { observers_.push_back(std::move(observer)); }
 
-std::vector<ScreenGeometry> DesktopScreens::geometries() const { return layout().geometries; }
+std::vector<xcb::ScreenGeometry> DesktopScreens::geometries() const { return layout().geometries; }
 
 void DesktopScreens::watch(QScreen& screen) {
   QObject::connect(&screen, &QScreen::geometryChanged, &context_, [this] { scheduleCheck(); });
@@ -147,4 +148,4 @@ void DesktopScreens::check() {
   for (const auto& observer : std::vector(observers_)) observer();
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -17,7 +17,7 @@
 #include "Platform/Linux/Xcb/Coordinates.h"
 #include "Platform/Screens.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 class DesktopScreens : public Screens {
  public:
@@ -32,7 +32,7 @@ class DesktopScreens : public Screens {
   void observeChanges(std::function<void()> observer) override;
 
   // In the order of `all`, for those who work in pixels.
-  [[nodiscard]] std::vector<ScreenGeometry> geometries() const;
+  [[nodiscard]] std::vector<xcb::ScreenGeometry> geometries() const;
 
   // The server announced a change. Qt passes on most of them, but not that the last screen goes or comes back.
   void serverChanged() { scheduleCheck(); }
@@ -40,7 +40,7 @@ class DesktopScreens : public Screens {
  private:
   struct Layout {
     std::vector<Screen> screens;
-    std::vector<ScreenGeometry> geometries;
+    std::vector<xcb::ScreenGeometry> geometries;
   };
 
   [[nodiscard]] const Layout& layout() const;
@@ -59,4 +59,4 @@ class DesktopScreens : public Screens {
 // A number other than zero for each screen name; the same name gets the same number as long as no two names collide.
 [[nodiscard]] std::vector<std::uint32_t> displayIdentifiers(std::span<const std::string> names);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -6,11 +6,11 @@
 #include <iostream>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 namespace {
 
 [[noreturn]] void endAsLost() {
-  std::cerr << "quillfade: " << connectionLostSentence << std::endl;
+  std::cerr << "quillfade: " << xcb::connectionLostSentence << std::endl;
   // Without destructors: they would talk to the server that is gone.
   std::_Exit(EXIT_FAILURE);
 }
@@ -26,7 +26,7 @@ void endWhenQtLosesItsConnection() {
 
 }  // namespace
 
-EventPump::EventPump(Connection& connection, EventHandler onEvent, BatchHandler afterBatch)
+EventPump::EventPump(xcb::Connection& connection, EventHandler onEvent, BatchHandler afterBatch)
     : connection_(connection),
       onEvent_(std::move(onEvent)),
       afterBatch_(std::move(afterBatch)),
@@ -61,4 +61,4 @@ void EventPump::endIfBroken() const {
   if (connection_.isBroken()) endAsLost();
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

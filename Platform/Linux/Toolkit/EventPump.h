@@ -14,7 +14,7 @@
 
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 class EventPump {
  public:
@@ -22,7 +22,7 @@ class EventPump {
   // Runs after each batch of events, and before the loop sleeps.
   using BatchHandler = std::function<void()>;
 
-  EventPump(Connection& connection, EventHandler onEvent, BatchHandler afterBatch);
+  EventPump(xcb::Connection& connection, EventHandler onEvent, BatchHandler afterBatch);
   ~EventPump();
   EventPump(const EventPump&) = delete;
   EventPump& operator=(const EventPump&) = delete;
@@ -32,11 +32,11 @@ class EventPump {
   void drainQueue();
   void endIfBroken() const;
 
-  Connection& connection_;
+  xcb::Connection& connection_;
   EventHandler onEvent_;
   BatchHandler afterBatch_;
   QSocketNotifier notifier_;
   QMetaObject::Connection beforeSleep_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

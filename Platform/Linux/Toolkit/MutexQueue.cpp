@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <QThread>
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 void MutexQueue::perform(const Job& job) {
   const QCoreApplication* application = QCoreApplication::instance();
@@ -13,4 +13,4 @@ void MutexQueue::perform(const Job& job) {
   job();
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

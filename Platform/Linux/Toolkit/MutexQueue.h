@@ -9,7 +9,7 @@
 
 #include "Platform/RunLoop.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 class MutexQueue : public SerialQueue {
  public:
@@ -19,4 +19,4 @@ class MutexQueue : public SerialQueue {
   std::mutex mutex_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

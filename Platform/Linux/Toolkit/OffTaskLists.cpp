@@ -6,7 +6,7 @@
 
 #include "Platform/Linux/Toolkit/QtX11.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 namespace {
 
@@ -32,4 +32,4 @@ bool OffTaskLists::eventFilter(QObject* watched, QEvent* event) {
   return false;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -6,7 +6,7 @@
 #include <QEvent>
 #include <QObject>
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 // Of a window that stands above all others. It cannot be minimised, since no task list would lead back to it.
 inline constexpr Qt::WindowFlags dialogFlags =
@@ -19,4 +19,4 @@ class OffTaskLists : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -9,7 +9,7 @@
 #include <functional>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 class PaletteWatch : public QObject {
  public:
@@ -26,4 +26,4 @@ class PaletteWatch : public QObject {
   std::function<void()> changed_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

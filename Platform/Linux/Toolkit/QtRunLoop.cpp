@@ -12,7 +12,7 @@
 
 #include "Platform/Linux/Toolkit/MutexQueue.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 namespace {
 
@@ -103,4 +103,4 @@ std::shared_ptr<SerialQueue> QtRunLoop::makeSerialQueue(const std::string& /*lab
   return std::make_shared<MutexQueue>();
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -9,7 +9,7 @@
 
 #include "Platform/RunLoop.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 // Make it on the main thread, after the application object.
 class QtRunLoop : public RunLoop {
@@ -43,4 +43,4 @@ class QtRunLoop : public RunLoop {
   Inbox inbox_;  // also the owner of all timers
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

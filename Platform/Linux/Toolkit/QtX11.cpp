@@ -6,7 +6,7 @@
 
 #include "Platform/Linux/Xcb/Replies.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 xcb_connection_t* qtConnection() {
   const auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
@@ -20,14 +20,14 @@ xcb_window_t rootWindow(xcb_connection_t* connection) {
 
 xcb_atom_t atomNamed(xcb_connection_t* connection, const char* name) {
   const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
-  const auto reply = awaitReply(connection, xcb_intern_atom_reply, cookie);
+  const auto reply = xcb::awaitReply(connection, xcb_intern_atom_reply, cookie);
   return reply ? reply->atom : xcb_atom_t{XCB_NONE};
 }
 
 xcb_window_t selectionOwner(xcb_connection_t* connection, const char* selection) {
   const auto cookie = xcb_get_selection_owner(connection, atomNamed(connection, selection));
-  const auto reply = awaitReply(connection, xcb_get_selection_owner_reply, cookie);
+  const auto reply = xcb::awaitReply(connection, xcb_get_selection_owner_reply, cookie);
   return reply ? reply->owner : xcb_window_t{XCB_NONE};
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

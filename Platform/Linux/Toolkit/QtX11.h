@@ -5,7 +5,7 @@
 
 #include <xcb/xcb.h>
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 // Null when Qt runs on something else than an X server.
 [[nodiscard]] xcb_connection_t* qtConnection();
@@ -16,4 +16,4 @@ namespace platform::x11 {
 // The owner of a selection, such as a compositing manager's; `XCB_NONE` without one.
 [[nodiscard]] xcb_window_t selectionOwner(xcb_connection_t* connection, const char* selection);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

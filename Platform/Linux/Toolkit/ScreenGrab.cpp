@@ -2,26 +2,26 @@
 
 #include <QPainter>
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 namespace {
 
 constexpr std::uint32_t allPlanes = 0xFFFFFFFF;
 constexpr int bytesPerPixel = 4;
 
-PixelRect screenRect(Connection& connection) {
+xcb::PixelRect screenRect(xcb::Connection& connection) {
   xcb_connection_t* c = connection.get();
-  const Reply<xcb_get_geometry_reply_t> geometry(
+  const xcb::Reply<xcb_get_geometry_reply_t> geometry(
       xcb_get_geometry_reply(c, xcb_get_geometry(c, connection.root()), nullptr));
-  return geometry ? PixelRect{0, 0, geometry->width, geometry->height} : PixelRect{};
+  return geometry ? xcb::PixelRect{0, 0, geometry->width, geometry->height} : xcb::PixelRect{};
 }
 
 }  // namespace
 
-QImage grabScreen(Connection& connection, const PixelRect& part) {
-  const PixelRect readable = intersection(part, screenRect(connection));
+QImage grabScreen(xcb::Connection& connection, const xcb::PixelRect& part) {
+  const xcb::PixelRect readable = intersection(part, screenRect(connection));
   if (readable.isEmpty()) return {};
   xcb_connection_t* c = connection.get();
-  const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(
+  const xcb::Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(
       c,
       xcb_get_image(c, XCB_IMAGE_FORMAT_Z_PIXMAP, connection.root(), static_cast<std::int16_t>(readable.x),
                     static_cast<std::int16_t>(readable.y), static_cast<std::uint16_t>(readable.width),
@@ -36,4 +36,4 @@ QImage grabScreen(Connection& connection, const PixelRect& part) {
   return picture;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -10,9 +10,9 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/Coordinates.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 // Null when the screen cannot be read, or not as 32 bits a pixel.
-[[nodiscard]] QImage grabScreen(Connection& connection, const PixelRect& part);
+[[nodiscard]] QImage grabScreen(xcb::Connection& connection, const xcb::PixelRect& part);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

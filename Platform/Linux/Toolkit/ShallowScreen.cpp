@@ -11,7 +11,7 @@
 #include "Platform/Linux/Toolkit/QtX11.h"
 #include "Platform/Linux/Xcb/Replies.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 namespace {
 
 // The one that servers still offer; they keep a pixel of it in a byte.
@@ -53,7 +53,7 @@ class ShallowPainter : public QObject {
     for (int shade = 0; shade < shades; ++shade) {
       const auto light = static_cast<std::uint16_t>(0xFFFF * shade / (shades - 1));
       const auto cookie = xcb_alloc_color(c_, screen->default_colormap, light, light, light);
-      const auto reply = awaitReply(c_, xcb_alloc_color_reply, cookie);
+      const auto reply = xcb::awaitReply(c_, xcb_alloc_color_reply, cookie);
       const std::uint32_t substitute = 2 * shade < shades ? screen->black_pixel : screen->white_pixel;
       pixels_[static_cast<std::size_t>(shade)] = static_cast<char>(reply ? reply->pixel : substitute);
     }
@@ -95,4 +95,4 @@ void paintOnShallowScreen(QWidget& window) {
   if (connection != nullptr && screenOf(connection)->root_depth == shallowDepth) new ShallowPainter(window, connection);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -5,10 +5,10 @@
 
 #include <QWidget>
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 // On such a screen, paints the window in shades of grey in Qt's place for as long as it lives; elsewhere it does
 // nothing. Call it before the window is shown.
 void paintOnShallowScreen(QWidget& window);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

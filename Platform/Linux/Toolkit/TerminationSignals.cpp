@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 namespace {
 
@@ -29,8 +29,8 @@ void handle(int /*signal*/) {
 TerminationSignals::TerminationSignals(std::function<void()> received) {
   std::array<int, 2> ends{-1, -1};
   if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;  // the signals then end the process as they always do
-  readEnd_ = FileDescriptor(ends[0]);
-  writeEnd_ = FileDescriptor(ends[1]);
+  readEnd_ = posix::FileDescriptor(ends[0]);
+  writeEnd_ = posix::FileDescriptor(ends[1]);
   notifier_.emplace(readEnd_.get(), QSocketNotifier::Read);
   QObject::connect(&*notifier_, &QSocketNotifier::activated, &*notifier_,
                    [this, received = std::move(received)](QSocketDescriptor) {
@@ -51,4 +51,4 @@ TerminationSignals::~TerminationSignals() {
   pipeOfHandler = -1;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

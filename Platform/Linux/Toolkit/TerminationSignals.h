@@ -13,7 +13,7 @@
 
 #include "Platform/Linux/Posix/FileDescriptor.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 class TerminationSignals {
  public:
@@ -26,10 +26,10 @@ class TerminationSignals {
  private:
   static constexpr std::array signals_{SIGTERM, SIGINT, SIGHUP};
 
-  FileDescriptor readEnd_;
-  FileDescriptor writeEnd_;
+  posix::FileDescriptor readEnd_;
+  posix::FileDescriptor writeEnd_;
   std::array<struct sigaction, signals_.size()> previous_{};
   std::optional<QSocketNotifier> notifier_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 namespace {
 
@@ -67,4 +67,4 @@ QFont toQFont(const Font& font) {
   return sized(QFontDatabase::systemFont(QFontDatabase::FixedFont), font);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -11,10 +11,10 @@
 #include "Platform/Canvas.h"
 #include "Platform/Color.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 [[nodiscard]] QColor toQColor(const Color& color);
 // With `monospacedDigits`, all digits of the font are equally wide.
 [[nodiscard]] QFont toQFont(const Font& font);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -4,7 +4,7 @@
 #include <QJsonDocument>
 #include <QLocale>
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 TextCatalogue::TextCatalogue(const QStringList& languages) {
   for (const QString& language : languages) {
@@ -24,4 +24,4 @@ std::string TextCatalogue::translated(std::string_view english) const {
 
 QStringList userLanguages() { return QLocale::system().uiLanguages(); }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -8,7 +8,7 @@
 
 #include "Platform/Texts.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 class TextCatalogue final : public Texts {
  public:
@@ -25,4 +25,4 @@ class TextCatalogue final : public Texts {
 // The languages that the user's environment names.
 [[nodiscard]] QStringList userLanguages();
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

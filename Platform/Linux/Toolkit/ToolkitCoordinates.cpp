@@ -3,14 +3,14 @@
 #include <QPointF>
 #include <cmath>
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 namespace {
 
 // Where the origin of the points lies for Qt: the bottom-left corner of the primary screen.
-QPointF originOfPoints(std::span<const ScreenGeometry> screens) {
+QPointF originOfPoints(std::span<const xcb::ScreenGeometry> screens) {
   if (screens.empty()) return {0, 0};
-  const ScreenGeometry& primary = screens.front();
+  const xcb::ScreenGeometry& primary = screens.front();
   return {static_cast<double>(primary.pixels.x), primary.pixels.y + primary.points.height()};
 }
 
@@ -21,11 +21,11 @@ int up(double value) {
 
 }  // namespace
 
-QRect toToolkit(const Rect& points, std::span<const ScreenGeometry> screens) {
+QRect toToolkit(const Rect& points, std::span<const xcb::ScreenGeometry> screens) {
   const QPointF origin = originOfPoints(screens);
   const int left = static_cast<int>(std::lround(origin.x() + points.minX()));
   const int top = static_cast<int>(std::lround(origin.y() - points.maxY()));
   return {left, top, up(points.width()), up(points.height())};
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

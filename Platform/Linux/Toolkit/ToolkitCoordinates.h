@@ -9,10 +9,10 @@
 
 #include "Platform/Linux/Xcb/Coordinates.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 // The first screen is the primary one. Whole numbers: the least such rectangle that holds the given one and keeps its
 // top-left corner.
-[[nodiscard]] QRect toToolkit(const Rect& points, std::span<const ScreenGeometry> screens);
+[[nodiscard]] QRect toToolkit(const Rect& points, std::span<const xcb::ScreenGeometry> screens);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

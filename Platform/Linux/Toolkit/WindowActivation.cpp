@@ -4,7 +4,7 @@
 
 #include "Platform/Linux/Toolkit/QtX11.h"
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 namespace {
 
@@ -32,4 +32,4 @@ void bringToFront(QWidget& window) {
     requestInUsersName(connection, static_cast<xcb_window_t>(window.winId()));
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -5,10 +5,10 @@
 
 #include <QWidget>
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 
 // Window managers refuse a program that steals the focus on its own account. Here the user asked, through a tray or a
 // global key that the window manager knows nothing of, so the request is made in the user's name, as a pager makes it.
 void bringToFront(QWidget& window);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -3,7 +3,7 @@
 #include <QCursor>
 #include <QPointer>
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 DesktopMenu::DesktopMenu(RunLoop& runLoop, HostMenus& hostMenus)
     : runLoop_(runLoop),
@@ -43,4 +43,4 @@ void DesktopMenu::choose(const std::shared_ptr<const MenuItem>& item) {
   });
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

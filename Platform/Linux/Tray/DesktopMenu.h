@@ -13,7 +13,7 @@
 #include "Platform/Linux/Tray/MenuSession.h"
 #include "Platform/StatusBar.h"
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 class DesktopMenu : public Menu {
  public:
@@ -46,4 +46,4 @@ class DesktopMenu : public Menu {
   MenuSession session_;  // last: it may end while the rest still stands
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

@@ -4,7 +4,7 @@
 #include "Platform/Linux/Tray/DesktopStatusItem.h"
 #include "Platform/Linux/Tray/SymbolImage.h"
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 std::shared_ptr<StatusItem> DesktopStatusBar::makeStatusItem(double /*length*/) {
   auto item = std::make_shared<DesktopStatusItem>();
@@ -24,4 +24,4 @@ std::shared_ptr<Image> DesktopStatusBar::systemSymbol(const std::string& name,
   return SymbolImage::named(name, accessibilityDescription);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

@@ -8,7 +8,7 @@
 #include "Platform/RunLoop.h"
 #include "Platform/StatusBar.h"
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 class DesktopStatusBar : public StatusBar {
  public:
@@ -25,4 +25,4 @@ class DesktopStatusBar : public StatusBar {
   TrayHosts hosts_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

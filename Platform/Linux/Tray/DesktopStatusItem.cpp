@@ -6,7 +6,7 @@
 #include <QPalette>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 DesktopStatusItem::~DesktopStatusItem() {
   if (image_) image_->setListener({});
@@ -67,4 +67,4 @@ void DesktopStatusItem::draw() {
   if (icon_ && image_) icon_->setIcon(image_->icon(QGuiApplication::palette().color(QPalette::WindowText)));
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

@@ -13,7 +13,7 @@
 #include "Platform/Linux/Tray/SymbolImage.h"
 #include "Platform/StatusBar.h"
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 class DesktopStatusItem : public StatusItem, private StatusButton {
  public:
@@ -44,7 +44,7 @@ class DesktopStatusItem : public StatusItem, private StatusButton {
   std::shared_ptr<SymbolImage> image_;
   std::string toolTip_;
   std::optional<QSystemTrayIcon> icon_;
-  PaletteWatch palette_{[this] { draw(); }};
+  toolkit::PaletteWatch palette_{[this] { draw(); }};
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

@@ -5,7 +5,7 @@
 
 #include <functional>
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 class HostMenus {
  public:
@@ -17,4 +17,4 @@ class HostMenus {
   [[nodiscard]] virtual bool isSeen() const = 0;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

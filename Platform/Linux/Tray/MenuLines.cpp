@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 namespace {
 
@@ -95,4 +95,4 @@ void MenuLines::update(Line& line, const MenuItem& item) {
   line.action->setEnabled(static_cast<bool>(item.action));
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

@@ -13,7 +13,7 @@
 
 #include "Platform/StatusBar.h"
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 class MenuLines {
  public:
@@ -39,4 +39,4 @@ class MenuLines {
   std::vector<std::unique_ptr<Line>> lines_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

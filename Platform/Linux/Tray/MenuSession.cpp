@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 MenuSession::MenuSession(RunLoop& runLoop, HostMenus& hostMenus, std::function<bool()> isShownHere,
                          std::function<void()> willOpen, std::function<void()> didClose)
@@ -40,4 +40,4 @@ void MenuSession::close() {
   didClose_();
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

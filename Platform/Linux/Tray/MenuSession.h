@@ -11,7 +11,7 @@
 #include "Platform/Linux/Tray/HostMenus.h"
 #include "Platform/RunLoop.h"
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 class MenuSession {
  public:
@@ -53,4 +53,4 @@ class MenuSession {
   bool isOpen_ = false;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

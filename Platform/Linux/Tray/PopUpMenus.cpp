@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 void PopUpMenus::whenClosed(std::function<void()> callback) {
   closed_ = std::move(callback);
@@ -14,7 +14,7 @@ void PopUpMenus::settle() {
   if (!closed_) return;
   // A host announces the opening before its window is there.
   const bool isOpen =
-      std::ranges::any_of(scene_.windows(), [this](const SceneWindow& window) { return isMenu(window); });
+      std::ranges::any_of(scene_.windows(), [this](const scene::SceneWindow& window) { return isMenu(window); });
   if (!isOpen && wasOpen_) {
     std::exchange(closed_, nullptr)();
   } else {
@@ -22,12 +22,13 @@ void PopUpMenus::settle() {
   }
 }
 
-bool PopUpMenus::isMenu(const SceneWindow& window) const {
+bool PopUpMenus::isMenu(const scene::SceneWindow& window) const {
   if (!window.isViewable || !window.isOverrideRedirect || windows_.isOwn(window.id)) return false;
   const auto properties = windows_.properties(window.id);
   if (!properties || properties->types.empty()) return false;
-  const WindowType type = properties->types.front();
-  return type == WindowType::menu || type == WindowType::popupMenu || type == WindowType::dropdownMenu;
+  const scene::WindowType type = properties->types.front();
+  return type == scene::WindowType::menu || type == scene::WindowType::popupMenu ||
+         type == scene::WindowType::dropdownMenu;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

@@ -8,11 +8,11 @@
 #include "Platform/Linux/Scene/WindowList.h"
 #include "Platform/Linux/Tray/HostMenus.h"
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 class PopUpMenus final : public HostMenus {
  public:
-  PopUpMenus(const Scene& scene, WindowList& windows) : scene_(scene), windows_(windows) {}
+  PopUpMenus(const scene::Scene& scene, scene::WindowList& windows) : scene_(scene), windows_(windows) {}
 
   void whenClosed(std::function<void()> callback) override;
   [[nodiscard]] bool isSeen() const override { return closed_ && wasOpen_; }
@@ -21,12 +21,12 @@ class PopUpMenus final : public HostMenus {
   void settle();
 
  private:
-  [[nodiscard]] bool isMenu(const SceneWindow& window) const;
+  [[nodiscard]] bool isMenu(const scene::SceneWindow& window) const;
 
-  const Scene& scene_;
-  WindowList& windows_;
+  const scene::Scene& scene_;
+  scene::WindowList& windows_;
   std::function<void()> closed_;
   bool wasOpen_ = false;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

@@ -6,7 +6,7 @@
 #include <QSvgRenderer>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 namespace {
 
@@ -71,4 +71,4 @@ QByteArray SymbolImage::drawingIn(const QColor& color) const {
   return drawing.replace("currentColor", color.name(QColor::HexRgb).toUtf8());
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

@@ -12,7 +12,7 @@
 
 #include "Platform/StatusBar.h"
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 class SymbolImage : public Image {
  public:
@@ -40,4 +40,4 @@ class SymbolImage : public Image {
   std::function<void()> listener_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

@@ -11,7 +11,7 @@
 #include "Platform/Linux/Toolkit/QtX11.h"
 #include "Platform/Linux/Xcb/Replies.h"
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 namespace {
 
@@ -20,11 +20,11 @@ constexpr QLatin1String watcherPath("/StatusNotifierWatcher");
 constexpr const char* traySelection = "_NET_SYSTEM_TRAY_S0";
 
 bool announcesTray(const xcb_generic_event_t& event) {
-  if (eventType(event) != XCB_CLIENT_MESSAGE) return false;
-  const auto& message = eventAs<xcb_client_message_event_t>(event);
-  xcb_connection_t* connection = qtConnection();
-  return connection && message.type == atomNamed(connection, "MANAGER") &&
-         message.data.data32[1] == atomNamed(connection, traySelection);
+  if (xcb::eventType(event) != XCB_CLIENT_MESSAGE) return false;
+  const auto& message = xcb::eventAs<xcb_client_message_event_t>(event);
+  xcb_connection_t* connection = toolkit::qtConnection();
+  return connection && message.type == toolkit::atomNamed(connection, "MANAGER") &&
+         message.data.data32[1] == toolkit::atomNamed(connection, traySelection);
 }
 
 }  // namespace
@@ -103,8 +103,8 @@ void TrayHosts::look() {
 }
 
 void TrayHosts::lookForX11Tray() {
-  xcb_connection_t* connection = qtConnection();
-  if (connection && selectionOwner(connection, traySelection) != XCB_NONE) found();
+  xcb_connection_t* connection = toolkit::qtConnection();
+  if (connection && toolkit::selectionOwner(connection, traySelection) != XCB_NONE) found();
 }
 
 void TrayHosts::found() {
@@ -119,4 +119,4 @@ void TrayHosts::notifyVanished() {
   for (const auto& callback : std::vector(vanished_)) callback();
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

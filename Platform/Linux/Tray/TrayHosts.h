@@ -13,7 +13,7 @@
 
 #include "Platform/Linux/Session/SessionBusReturn.h"
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 
 class TrayHosts : private QAbstractNativeEventFilter {
  public:
@@ -45,7 +45,7 @@ class TrayHosts : private QAbstractNativeEventFilter {
   std::vector<std::function<void()>> told_;
   std::vector<std::function<void()>> vanished_;
   bool isAvailable_ = false;
-  SessionBusReturn busReturn_{[this](const QDBusConnection& bus) { busReturned(bus); }};
+  session::SessionBusReturn busReturn_{[this](const QDBusConnection& bus) { busReturned(bus); }};
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

@@ -4,7 +4,7 @@
 
 #include "Platform/Linux/Views/ViewNode.h"
 
-namespace platform::x11 {
+namespace platform::linux::views {
 
 void DisplayLayerNode::setVideoGravity(VideoGravity gravity) {
   gravity_ = gravity;
@@ -27,4 +27,4 @@ void DisplayLayerNode::enqueue(std::shared_ptr<const SampleBuffer> sample) {
   status_ = host->presentSample(std::move(sample)) ? RendererStatus::rendering : RendererStatus::failed;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::views

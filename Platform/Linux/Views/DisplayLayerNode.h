@@ -8,7 +8,7 @@
 
 #include "Platform/Views.h"
 
-namespace platform::x11 {
+namespace platform::linux::views {
 
 class ViewNode;
 
@@ -34,4 +34,4 @@ class DisplayLayerNode : public DisplayLayer, private SampleBufferRenderer {
   ViewNode* owner_ = nullptr;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::views

@@ -12,7 +12,7 @@
 #include "Platform/Color.h"
 #include "Platform/Geometry.h"
 
-namespace platform::x11 {
+namespace platform::linux::views {
 
 struct LabelContent {
   std::string text;
@@ -35,4 +35,4 @@ struct OverlayContent {
   friend bool operator==(const OverlayContent&, const OverlayContent&) = default;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::views

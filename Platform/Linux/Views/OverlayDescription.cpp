@@ -2,7 +2,7 @@
 
 #include "Platform/Linux/Views/DisplayLayerNode.h"
 
-namespace platform::x11 {
+namespace platform::linux::views {
 
 namespace {
 
@@ -28,4 +28,4 @@ OverlayContent describe(const ViewNode& root) {
   return content;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::views

@@ -9,7 +9,7 @@
 #include "Platform/Capture.h"
 #include "Platform/Geometry.h"
 
-namespace platform::x11 {
+namespace platform::linux::views {
 
 class ViewHost {
  public:
@@ -25,4 +25,4 @@ class ViewHost {
   [[nodiscard]] virtual Rect windowFrame() const = 0;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::views

@@ -4,7 +4,7 @@
 
 #include "Platform/Linux/Views/DisplayLayerNode.h"
 
-namespace platform::x11 {
+namespace platform::linux::views {
 
 ViewNode::ViewNode(const Rect& frame, std::weak_ptr<ViewResponder> responder)
     : frame_(frame), responder_(std::move(responder)) {}
@@ -105,4 +105,4 @@ void ViewNode::followParent(double widthChange, double heightChange) {
   setFrame(frame);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::views

@@ -15,7 +15,7 @@
 #include "Platform/Linux/Views/ViewHost.h"
 #include "Platform/Views.h"
 
-namespace platform::x11 {
+namespace platform::linux::views {
 
 class DisplayLayerNode;
 
@@ -76,4 +76,4 @@ class ViewNode {
   ViewHost* host_ = nullptr;  // of a root only
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::views

@@ -5,7 +5,7 @@
 
 #include "Platform/Linux/Views/DisplayLayerNode.h"
 
-namespace platform::x11 {
+namespace platform::linux::views {
 
 namespace {
 
@@ -99,4 +99,4 @@ std::shared_ptr<ViewNode> nodeOf(View& view) {
   return backed->node();
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::views

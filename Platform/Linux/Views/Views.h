@@ -11,7 +11,7 @@
 #include "Platform/Linux/Views/ViewNode.h"
 #include "Platform/Views.h"
 
-namespace platform::x11 {
+namespace platform::linux::views {
 
 class DesktopViews : public Views {
  public:
@@ -26,4 +26,4 @@ class DesktopViews : public Views {
 // The node behind a view that `DesktopViews` made.
 [[nodiscard]] std::shared_ptr<ViewNode> nodeOf(View& view);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::views

@@ -8,7 +8,7 @@
 #include "Platform/Linux/Toolkit/OffTaskLists.h"
 #include "Platform/Linux/Toolkit/TextAndColors.h"
 
-namespace platform::x11 {
+namespace platform::linux::widgets {
 
 namespace {
 
@@ -18,7 +18,7 @@ constexpr int creditsWidth = 360;
 QLabel* addText(QVBoxLayout& layout, const QString& text, const Font& font) {
   auto* label = new QLabel(text);
   label->setTextFormat(Qt::PlainText);
-  label->setFont(toQFont(font));
+  label->setFont(toolkit::toQFont(font));
   label->setAlignment(Qt::AlignHCenter);
   label->setWordWrap(true);
   label->setFixedWidth(creditsWidth);
@@ -29,7 +29,7 @@ QLabel* addText(QVBoxLayout& layout, const QString& text, const Font& font) {
 
 void color(QLabel& label, const Color& ink) {
   QPalette palette = label.palette();
-  palette.setColor(QPalette::WindowText, toQColor(ink));
+  palette.setColor(QPalette::WindowText, toolkit::toQColor(ink));
   label.setPalette(palette);
 }
 
@@ -43,7 +43,7 @@ QString versionText(const AboutPanel& panel) {
 }  // namespace
 
 std::unique_ptr<QDialog> makeAboutDialog(const AboutPanel& panel) {
-  auto dialog = std::make_unique<QDialog>(nullptr, dialogFlags);
+  auto dialog = std::make_unique<QDialog>(nullptr, toolkit::dialogFlags);
   dialog->setWindowTitle(QStringLiteral("About ") + QString::fromStdString(panel.applicationName));
   auto* layout = new QVBoxLayout(dialog.get());
   layout->setContentsMargins(24, 20, 24, 24);
@@ -59,4 +59,4 @@ std::unique_ptr<QDialog> makeAboutDialog(const AboutPanel& panel) {
   return dialog;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::widgets

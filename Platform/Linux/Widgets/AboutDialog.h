@@ -6,9 +6,9 @@
 
 #include "Platform/Dialogs.h"
 
-namespace platform::x11 {
+namespace platform::linux::widgets {
 
 // Not shown yet. Its text can be selected; Escape closes it.
 [[nodiscard]] std::unique_ptr<QDialog> makeAboutDialog(const AboutPanel& panel);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::widgets

@@ -13,7 +13,7 @@
 #include "Platform/Linux/Toolkit/WindowActivation.h"
 #include "Platform/Linux/Widgets/AboutDialog.h"
 
-namespace platform::x11 {
+namespace platform::linux::widgets {
 
 namespace {
 
@@ -48,11 +48,11 @@ DesktopDialogs::~DesktopDialogs() { delete about_.data(); }
 
 int DesktopDialogs::runModal(const Alert& alert) {
   QMessageBox box(QMessageBox::Warning, {}, {});
-  box.setWindowFlags(dialogFlags);
+  box.setWindowFlags(toolkit::dialogFlags);
   setTexts(box, alert);
   const std::vector<QPushButton*> buttons = addButtons(box, alert);
-  paintOnShallowScreen(box);
-  QTimer::singleShot(0, &box, [&box] { bringToFront(box); });
+  toolkit::paintOnShallowScreen(box);
+  QTimer::singleShot(0, &box, [&box] { toolkit::bringToFront(box); });
   bool isAnswered = false;
   QObject::connect(&box, &QDialog::finished, &box, [&isAnswered] { isAnswered = true; });
   box.exec();
@@ -66,11 +66,11 @@ int DesktopDialogs::runModal(const Alert& alert) {
 void DesktopDialogs::orderFrontAboutPanel(const AboutPanel& panel) {
   if (!about_) {
     about_ = makeAboutDialog(panel).release();
-    paintOnShallowScreen(*about_);
+    toolkit::paintOnShallowScreen(*about_);
     about_->setAttribute(Qt::WA_DeleteOnClose);
   }
   about_->show();
-  bringToFront(*about_);
+  toolkit::bringToFront(*about_);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::widgets

@@ -9,7 +9,7 @@
 
 #include "Platform/Dialogs.h"
 
-namespace platform::x11 {
+namespace platform::linux::widgets {
 
 class DesktopDialogs : public Dialogs {
  public:
@@ -25,4 +25,4 @@ class DesktopDialogs : public Dialogs {
   QPointer<QDialog> about_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::widgets

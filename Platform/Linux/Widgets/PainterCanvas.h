@@ -8,7 +8,7 @@
 
 #include "Platform/Canvas.h"
 
-namespace platform::x11 {
+namespace platform::linux::widgets {
 
 class PainterCanvas : public Canvas {
  public:
@@ -28,4 +28,4 @@ class PainterCanvas : public Canvas {
   QPointF bottomLeft_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::widgets

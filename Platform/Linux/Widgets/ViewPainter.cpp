@@ -4,17 +4,17 @@
 
 #include "Platform/Linux/Widgets/PainterCanvas.h"
 
-namespace platform::x11 {
+namespace platform::linux::widgets {
 
 namespace {
 
-void paintBorder(Canvas& canvas, const Rect& bounds, const BorderContent& border) {
+void paintBorder(Canvas& canvas, const Rect& bounds, const views::BorderContent& border) {
   const double inset = border.width / 2;
   const Rect line{{inset, inset}, {bounds.width() - border.width, bounds.height() - border.width}};
   canvas.strokeRect(line, border.width, border.color);
 }
 
-Point placeInParent(const ViewNode& node, Canvas& canvas, const Rect& parent) {
+Point placeInParent(const views::ViewNode& node, Canvas& canvas, const Rect& parent) {
   if (!node.isCentered()) return {node.frame().minX(), node.frame().minY()};
   const Size size = node.label() ? canvas.measureText(node.label()->text, node.label()->style) : node.bounds().size;
   return {parent.midX() - size.width / 2, parent.midY() - size.height / 2};
@@ -22,7 +22,7 @@ Point placeInParent(const ViewNode& node, Canvas& canvas, const Rect& parent) {
 
 }  // namespace
 
-void paintViews(const ViewNode& root, QPainter& painter, QPointF bottomLeft) {
+void paintViews(const views::ViewNode& root, QPainter& painter, QPointF bottomLeft) {
   if (root.isHidden()) return;
   PainterCanvas canvas(painter, bottomLeft);
   const Rect bounds = root.bounds();
@@ -36,4 +36,4 @@ void paintViews(const ViewNode& root, QPainter& painter, QPointF bottomLeft) {
   }
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::widgets

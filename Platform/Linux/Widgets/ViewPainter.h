@@ -7,9 +7,9 @@
 
 #include "Platform/Linux/Views/ViewNode.h"
 
-namespace platform::x11 {
+namespace platform::linux::widgets {
 
 // `bottomLeft`: where the root's origin lies in the painter's coordinates.
-void paintViews(const ViewNode& root, QPainter& painter, QPointF bottomLeft);
+void paintViews(const views::ViewNode& root, QPainter& painter, QPointF bottomLeft);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::widgets

@@ -1,6 +1,6 @@
 #include "Platform/Linux/Widgets/WidgetSurface.h"
 
-namespace platform::x11 {
+namespace platform::linux::widgets {
 
 namespace {
 
@@ -46,4 +46,4 @@ void WidgetSurface::mouseReleaseEvent(QMouseEvent* event) {
 
 void WidgetSurface::keyPressEvent(QKeyEvent* event) { event->setAccepted(owner_ && owner_->keyPressed(*event)); }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::widgets

@@ -12,7 +12,7 @@
 #include <QWidget>
 #include <memory>
 
-namespace platform::x11 {
+namespace platform::linux::widgets {
 
 class SurfaceOwner {
  public:
@@ -49,4 +49,4 @@ struct LetGo {
 };
 using SurfaceHolder = std::unique_ptr<WidgetSurface, LetGo>;
 
-}  // namespace platform::x11
+}  // namespace platform::linux::widgets

@@ -11,21 +11,21 @@
 #include "Platform/Linux/Views/Views.h"
 #include "Platform/Linux/Widgets/ViewPainter.h"
 
-namespace platform::x11 {
+namespace platform::linux::widgets {
 
 namespace {
 
 bool isComposited() {
-  xcb_connection_t* connection = qtConnection();
-  return !connection || selectionOwner(connection, "_NET_WM_CM_S0") != XCB_NONE;
+  xcb_connection_t* connection = toolkit::qtConnection();
+  return !connection || toolkit::selectionOwner(connection, "_NET_WM_CM_S0") != XCB_NONE;
 }
 
 // The topmost view under the point; `point` is in the node's parent's space.
-const ViewNode* viewAt(const ViewNode& node, Point point) {
+const views::ViewNode* viewAt(const views::ViewNode& node, Point point) {
   if (node.isHidden() || !node.frame().contains(point)) return nullptr;
   const Point inside{point.x - node.frame().minX(), point.y - node.frame().minY()};
   for (const auto& subview : std::views::reverse(node.subviews()))
-    if (const ViewNode* found = viewAt(*subview, inside)) return found;
+    if (const views::ViewNode* found = viewAt(*subview, inside)) return found;
   return &node;
 }
 
@@ -33,8 +33,8 @@ Qt::CursorShape shapeOf(Cursor cursor) { return cursor == Cursor::crosshair ? Qt
 
 }  // namespace
 
-WidgetWindow::WidgetWindow(const WindowAttributes& attributes, const DesktopScreens& screens, KeyboardFocus& focus,
-                           GrabScreen grab)
+WidgetWindow::WidgetWindow(const WindowAttributes& attributes, const toolkit::DesktopScreens& screens,
+                           input::KeyboardFocus& focus, GrabScreen grab)
     : attributes_(attributes),
       screens_(screens),
       focus_(focus),
@@ -53,7 +53,7 @@ WidgetWindow::~WidgetWindow() {
 void WidgetWindow::setContentView(std::shared_ptr<View> view) {
   if (content_) content_->leaveWindow();
   contentView_ = std::move(view);
-  content_ = nodeOf(*contentView_);
+  content_ = views::nodeOf(*contentView_);
   content_->enterWindow(*this, frame_.size);
   const auto responder = content_->responder();
   surface_->setCursor(shapeOf(responder ? responder->cursor() : Cursor::arrow));
@@ -83,11 +83,11 @@ void WidgetWindow::makeKeyAndOrderFront() {
 void WidgetWindow::makeKey() {
   if (!attributes_.canBecomeKey || !surface_->isVisible()) return;
   loan_ = focus_.borrow();
-  KeyboardFocus::give(*surface_);
+  input::KeyboardFocus::give(*surface_);
 }
 
 void WidgetWindow::makeFirstResponder(View& view) {
-  const auto responder = nodeOf(view)->responder();
+  const auto responder = views::nodeOf(view)->responder();
   if (responder && responder->acceptsFirstResponder()) firstResponder_ = responder;
 }
 
@@ -103,7 +103,7 @@ bool WidgetWindow::presentSample(std::shared_ptr<const SampleBuffer> /*sample*/)
 void WidgetWindow::paint(QPainter& painter) {
   painter.setCompositionMode(QPainter::CompositionMode_Source);
   if (backdrop_.isNull())
-    painter.fillRect(surface_->rect(), toQColor(attributes_.backgroundColor));
+    painter.fillRect(surface_->rect(), toolkit::toQColor(attributes_.backgroundColor));
   else
     painter.drawImage(QPointF(0, 0), backdrop_);
   painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
@@ -113,7 +113,7 @@ void WidgetWindow::paint(QPainter& painter) {
 void WidgetWindow::pressed(QPointF position) {
   // Of the pixel, the position is the top-left corner: with y up, that of the topmost row lies outside of the window.
   const QPointF middle = position + QPointF(0.5, 0.5) / surface_->devicePixelRatioF();
-  const ViewNode* view = content_ ? viewAt(*content_, toWindow(middle)) : nullptr;
+  const views::ViewNode* view = content_ ? viewAt(*content_, toWindow(middle)) : nullptr;
   const auto responder = view ? view->responder() : nullptr;
   pressedResponder_ = responder;
   if (responder) responder->mouseDown(toWindow(position));
@@ -130,14 +130,14 @@ void WidgetWindow::released(QPointF position) {
 bool WidgetWindow::keyPressed(const QKeyEvent& event) {
   const auto responder = firstResponder_.lock();
   if (!responder) return false;
-  if (responder->keyDown(toKeyEvent(event))) return true;
+  if (responder->keyDown(input::toKeyEvent(event))) return true;
   if (!event.matches(QKeySequence::Cancel)) return false;
   responder->cancelOperation();
   return true;
 }
 
 void WidgetWindow::place() {
-  const QRect geometry = toToolkit(frame_, screens_.geometries());
+  const QRect geometry = toolkit::toToolkit(frame_, screens_.geometries());
   // Qt scales a window by the screen that it belongs to.
   if (QScreen* screen = QGuiApplication::screenAt(geometry.center())) surface_->setScreen(screen);
   surface_->setGeometry(geometry);
@@ -147,9 +147,9 @@ void WidgetWindow::prepareBackdrop() {
   const bool showsThrough = !attributes_.isOpaque && isComposited();
   surface_->setAttribute(Qt::WA_TranslucentBackground, showsThrough);
   if (attributes_.isOpaque || showsThrough || !grab_) return;
-  const PixelRect pixels = toPixels(frame_, screens_.geometries());
+  const xcb::PixelRect pixels = xcb::toPixels(frame_, screens_.geometries());
   backdrop_ = grab_(pixels);
   if (!backdrop_.isNull()) backdrop_.setDevicePixelRatio(pixels.width / frame_.width());
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::widgets

@@ -16,14 +16,14 @@
 #include "Platform/Linux/Widgets/WidgetSurface.h"
 #include "Platform/Windows.h"
 
-namespace platform::x11 {
+namespace platform::linux::widgets {
 
 // A picture of a part of the screen as it is now, in device pixels; a null image when there is none to be had.
-using GrabScreen = std::function<QImage(PixelRect)>;
+using GrabScreen = std::function<QImage(xcb::PixelRect)>;
 
-class WidgetWindow : public Window, private ViewHost, private SurfaceOwner {
+class WidgetWindow : public Window, private views::ViewHost, private SurfaceOwner {
  public:
-  WidgetWindow(const WindowAttributes& attributes, const DesktopScreens& screens, KeyboardFocus& focus,
+  WidgetWindow(const WindowAttributes& attributes, const toolkit::DesktopScreens& screens, input::KeyboardFocus& focus,
                GrabScreen grab);
   ~WidgetWindow() override;
   WidgetWindow(const WidgetWindow&) = delete;
@@ -58,17 +58,17 @@ class WidgetWindow : public Window, private ViewHost, private SurfaceOwner {
   [[nodiscard]] Point toWindow(QPointF position) const { return {position.x(), frame_.height() - position.y()}; }
 
   WindowAttributes attributes_;
-  const DesktopScreens& screens_;
-  KeyboardFocus& focus_;
+  const toolkit::DesktopScreens& screens_;
+  input::KeyboardFocus& focus_;
   GrabScreen grab_;
   Rect frame_;
   SurfaceHolder surface_;
   QImage backdrop_;  // null while the screen beneath shows through by itself
   std::shared_ptr<View> contentView_;
-  std::shared_ptr<ViewNode> content_;
+  std::shared_ptr<views::ViewNode> content_;
   std::weak_ptr<ViewResponder> firstResponder_;
   std::weak_ptr<ViewResponder> pressedResponder_;
-  std::shared_ptr<FocusLoan> loan_;
+  std::shared_ptr<input::FocusLoan> loan_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::widgets

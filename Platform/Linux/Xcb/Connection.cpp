@@ -18,7 +18,7 @@
 #include <tuple>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::linux::xcb {
 
 namespace {
 
@@ -281,4 +281,4 @@ std::string missingExtensionsSentence(const std::vector<std::string>& missing) {
          ", without which nothing can be captured.";
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::xcb

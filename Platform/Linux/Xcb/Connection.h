@@ -25,7 +25,7 @@
 #include "Platform/Error.h"
 #include "Platform/Linux/Xcb/Replies.h"
 
-namespace platform::x11 {
+namespace platform::linux::xcb {
 
 // The extensions that the product builds on.
 enum class Extension : std::uint8_t { composite, damage, xfixes, render, randr, shape, sync };
@@ -140,4 +140,4 @@ class Connection {
 
 inline constexpr const char* connectionLostSentence = "The connection to the display server was lost.";
 
-}  // namespace platform::x11
+}  // namespace platform::linux::xcb

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace platform::x11 {
+namespace platform::linux::xcb {
 
 namespace {
 
@@ -103,4 +103,4 @@ Point middleOfPixel(std::int32_t x, std::int32_t y, std::span<const ScreenGeomet
   return toPoints({x, y, 1, 1}, screens).center();
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::xcb

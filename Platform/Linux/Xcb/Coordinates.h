@@ -13,7 +13,7 @@
 
 #include "Platform/Geometry.h"
 
-namespace platform::x11 {
+namespace platform::linux::xcb {
 
 // Device pixels in root coordinates, half-open.
 struct PixelRect {
@@ -65,4 +65,4 @@ void placeInPoints(std::span<ScreenGeometry> screens);
 // row lie outside of the screen.
 [[nodiscard]] Point middleOfPixel(std::int32_t x, std::int32_t y, std::span<const ScreenGeometry> screens);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::xcb

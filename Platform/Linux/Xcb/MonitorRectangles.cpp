@@ -4,7 +4,7 @@
 
 #include "Platform/Linux/Xcb/Replies.h"
 
-namespace platform::x11 {
+namespace platform::linux::xcb {
 
 namespace {
 
@@ -29,4 +29,4 @@ std::optional<std::vector<PixelRect>> monitorRectangles(xcb_connection_t* connec
   return monitors;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::xcb

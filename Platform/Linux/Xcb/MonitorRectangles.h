@@ -10,10 +10,10 @@
 
 #include "Platform/Linux/Xcb/Coordinates.h"
 
-namespace platform::x11 {
+namespace platform::linux::xcb {
 
 // All active monitors of the screen with this root window; empty when every one is gone. Absent when the server does
 // not know monitors.
 [[nodiscard]] std::optional<std::vector<PixelRect>> monitorRectangles(xcb_connection_t* connection, xcb_window_t root);
 
-}  // namespace platform::x11
+}  // namespace platform::linux::xcb

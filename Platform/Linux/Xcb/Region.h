@@ -15,7 +15,7 @@
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/Coordinates.h"
 
-namespace platform::x11 {
+namespace platform::linux::xcb {
 
 [[nodiscard]] inline xcb_rectangle_t toRectangle(const PixelRect& rect) {
   return {static_cast<std::int16_t>(rect.x), static_cast<std::int16_t>(rect.y), static_cast<std::uint16_t>(rect.width),
@@ -63,4 +63,4 @@ class Region {
   xcb_xfixes_region_t id_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::xcb

@@ -11,7 +11,7 @@
 #include <cstdlib>
 #include <memory>
 
-namespace platform::x11 {
+namespace platform::linux::xcb {
 
 struct FreeDeleter {
   void operator()(void* memory) const { std::free(memory); }
@@ -51,4 +51,4 @@ template <typename T>
   return static_cast<std::int32_t>(later - earlier) >= 0;
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::xcb

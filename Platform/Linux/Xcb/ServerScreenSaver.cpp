@@ -4,7 +4,7 @@
 
 #include "Platform/Linux/Xcb/Replies.h"
 
-namespace platform::x11 {
+namespace platform::linux::xcb {
 namespace {
 
 bool meansActive(std::uint8_t state) {
@@ -28,4 +28,4 @@ void ServerScreenSaver::handle(const xcb_generic_event_t& event) {
   if (eventType(event) == notification_) isActive_ = meansActive(eventAs<xcb_screensaver_notify_event_t>(event).state);
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::xcb

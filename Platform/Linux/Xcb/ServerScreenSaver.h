@@ -11,7 +11,7 @@
 
 #include "Platform/Linux/Xcb/Connection.h"
 
-namespace platform::x11 {
+namespace platform::linux::xcb {
 
 class ServerScreenSaver {
  public:
@@ -25,4 +25,4 @@ class ServerScreenSaver {
   bool isActive_ = false;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::xcb

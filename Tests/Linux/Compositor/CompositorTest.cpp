@@ -18,18 +18,18 @@
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 namespace {
 
 using support::Picture;
 using ::testing::ElementsAre;
 
-constexpr PixelRect wholeScreen{0, 0, 400, 300};
+constexpr xcb::PixelRect wholeScreen{0, 0, 400, 300};
 
 class CompositorTest : public ::testing::Test {
  protected:
   CompositorTest() {
-    redirectSubwindows(*keeper);
+    scene::redirectSubwindows(*keeper);
     EXPECT_TRUE(keeper->synchronize(10'000));
     client.setBackgroundChecks(client.root(), 7, 0x204060, 0x305070);
     client.sync();
@@ -59,14 +59,14 @@ class CompositorTest : public ::testing::Test {
   }
 
   // Without the windows that are left out the screen shows this.
-  Picture screenWithout(const std::vector<xcb_window_t>& windows, const PixelRect& part = wholeScreen) {
+  Picture screenWithout(const std::vector<xcb_window_t>& windows, const xcb::PixelRect& part = wholeScreen) {
     for (const xcb_window_t window : windows) client.unmap(window);
     client.sync();
     return client.screenshot(part);
   }
 
   // A compositing manager paints a moment later.
-  void expectPictureBecomesTheScreen(Composition& composition, const PixelRect& part = wholeScreen) {
+  void expectPictureBecomesTheScreen(Composition& composition, const xcb::PixelRect& part = wholeScreen) {
     EXPECT_TRUE(support::waitUntil([&] {
       composition.update();
       return composition.picture() == client.screenshot(part);
@@ -77,7 +77,7 @@ class CompositorTest : public ::testing::Test {
   support::XServer server{{.width = 400, .height = 300, .depth = 24, .arguments = {}}};
   support::XClient client{server.display()};
   // As the process's main connection does for its whole life.
-  std::unique_ptr<Connection> keeper = connectTo(server.display());
+  std::unique_ptr<xcb::Connection> keeper = connectTo(server.display());
 };
 
 TEST_F(CompositorTest, PaintsWhatTheScreenShows) {
@@ -89,7 +89,7 @@ TEST_F(CompositorTest, PaintsWhatTheScreenShows) {
 
 TEST_F(CompositorTest, PaintsAPartOfTheScreen) {
   fillTheScreen();
-  constexpr PixelRect part{83, 41, 171, 133};
+  constexpr xcb::PixelRect part{83, 41, 171, 133};
   Composition composition(server.display(), part);
   EXPECT_TRUE(composition.update());
   EXPECT_EQ(composition.picture().differences(client.screenshot(part)), 0U);
@@ -204,7 +204,7 @@ TEST_F(CompositorTest, PaintsJustWhatWasDrawn) {
   client.fill(window, {30, 40, 2, 12}, 0xabcdef);
   client.sync();
   EXPECT_TRUE(composition.update());
-  EXPECT_THAT(composition.painted(), ElementsAre(PixelRect{100 + 5 + 30 - 10, 50 + 5 + 40 - 20, 2, 12}));
+  EXPECT_THAT(composition.painted(), ElementsAre(xcb::PixelRect{100 + 5 + 30 - 10, 50 + 5 + 40 - 20, 2, 12}));
 }
 
 TEST_F(CompositorTest, DrawingToAWindowThatLiesFreeTakesThreeRequests) {
@@ -260,7 +260,7 @@ TEST_F(CompositorTest, DrawingOutsideTheSourceIsNoChange) {
   client.fill(window, {49, 0, 100, 100}, 0x00ff00);
   client.sync();
   EXPECT_TRUE(composition.update());
-  EXPECT_THAT(composition.painted(), ElementsAre(PixelRect{149, 100, 1, 100}));
+  EXPECT_THAT(composition.painted(), ElementsAre(xcb::PixelRect{149, 100, 1, 100}));
   EXPECT_EQ(composition.picture().differences(client.screenshot({0, 0, 150, 300})), 0U);
 }
 
@@ -287,7 +287,7 @@ TEST_F(CompositorTest, AfterEachOfManyRandomChangesTheScreenIsReproduced) {
   Composition composition(server.display(), wholeScreen);
   Composition other(server.display(), wholeScreen);
   other.needNotTell();
-  WindowStorm storm(client, 4711);
+  scene::WindowStorm storm(client, 4711);
   for (int change = 0; change < 700; ++change) {
     storm.change();
     client.sync();
@@ -303,10 +303,10 @@ TEST_F(CompositorTest, PaintingTheDamageComesToTheSameAsPaintingEverything) {
   const support::CompositingManager manager(server.display());
   const auto overlay = client.createWindow({.frame = {50, 50, 200, 150}, .color = 0xff00ff});
   client.sync();
-  constexpr PixelRect part{20, 30, 300, 200};
+  constexpr xcb::PixelRect part{20, 30, 300, 200};
   Composition composition(server.display(), part, {overlay});
   composition.needNotTell();
-  WindowStorm storm(client, 815);
+  scene::WindowStorm storm(client, 815);
   for (int change = 0; change < 600; ++change) {
     storm.change();
     client.sync();
@@ -324,7 +324,7 @@ TEST_F(CompositorTest, ChangesInTheMiddleOfPaintingAreCaughtUpWith) {
     if (round % 2 == 0) composition.needNotTell();
     std::atomic<bool> isEnough = false;
     std::thread other([&] {
-      WindowStorm storm(client, 99 + round);
+      scene::WindowStorm storm(client, 99 + round);
       while (!isEnough) {
         storm.change();
         xcb_flush(client.connection());
@@ -384,7 +384,7 @@ TEST_F(CompositorTest, PaintsTheWallpaperOfACompositingManager) {
   client.setNumbers(client.root(), "_XROOTPMAP_ID", "PIXMAP", {wallpaper});
   const support::CompositingManager manager(server.display());
   fillTheScreen();
-  constexpr PixelRect part{31, 17, 350, 260};
+  constexpr xcb::PixelRect part{31, 17, 350, 260};
   Composition composition(server.display(), part);
   expectPictureBecomesTheScreen(composition, part);
   EXPECT_GT(composition.picture().count(0xccaa33), 0U);
@@ -403,4 +403,4 @@ TEST_F(CompositorTest, AWindowThatIsLeftOutShowsWhatIsBeneathUnderACompositingMa
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

@@ -9,20 +9,20 @@
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 namespace {
 
 class RootBackgroundTest : public ::testing::Test {
  protected:
   RootBackgroundTest() {
-    redirectSubwindows(*connection);
+    scene::redirectSubwindows(*connection);
     client.setBackground(client.root(), 0x204060);
     client.sync();
   }
 
   support::XServer server{{.width = 400, .height = 300, .depth = 24, .arguments = {}}};
   support::XClient client{server.display()};
-  std::unique_ptr<Connection> connection = connectTo(server.display());
+  std::unique_ptr<xcb::Connection> connection = connectTo(server.display());
 };
 
 TEST_F(RootBackgroundTest, AnotherBackgroundIsNoticedOnceEvenIfWindowsHideIt) {
@@ -65,4 +65,4 @@ TEST_F(RootBackgroundTest, AWallpaperThatIsAskedForAnewIsPainted) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

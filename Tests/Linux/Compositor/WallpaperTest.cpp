@@ -14,10 +14,10 @@
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 namespace {
 
-constexpr PixelRect wholeScreen{0, 0, 400, 300};
+constexpr xcb::PixelRect wholeScreen{0, 0, 400, 300};
 constexpr std::uint32_t rootColor = 0x204060;
 constexpr std::uint32_t grey = 0x808080;
 constexpr std::uint32_t black = 0x000000;
@@ -27,7 +27,7 @@ constexpr std::uint32_t edgeColor = 0x33ccaa;
 class WallpaperTest : public ::testing::Test {
  protected:
   WallpaperTest() {
-    redirectSubwindows(*keeper);
+    scene::redirectSubwindows(*keeper);
     EXPECT_TRUE(keeper->synchronize(10'000));
     client.setBackground(client.root(), rootColor);
     client.sync();
@@ -61,7 +61,7 @@ class WallpaperTest : public ::testing::Test {
   support::XServer server{{.width = 400, .height = 300, .depth = 24, .arguments = {}}};
   support::XClient client{server.display()};
   // As the process's main connection does for its whole life.
-  std::unique_ptr<Connection> keeper = connectTo(server.display());
+  std::unique_ptr<xcb::Connection> keeper = connectTo(server.display());
   std::optional<Composition> composition;
 };
 
@@ -127,4 +127,4 @@ TEST_F(WallpaperTest, WithoutOneTheScreenIsAsXfwm4PaintsIt) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

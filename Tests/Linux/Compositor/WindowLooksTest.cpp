@@ -12,17 +12,17 @@
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
 
-namespace platform::x11 {
+namespace platform::linux::compositor {
 namespace {
 
-constexpr PixelRect wholeScreen{0, 0, 400, 300};
+constexpr xcb::PixelRect wholeScreen{0, 0, 400, 300};
 constexpr std::uint32_t grey = 0x808080;  // of what lies beneath
 constexpr std::uint32_t half = 0x80000000;
 
 class WindowLooksTest : public ::testing::Test {
  protected:
   WindowLooksTest() {
-    redirectSubwindows(*keeper);
+    scene::redirectSubwindows(*keeper);
     EXPECT_TRUE(keeper->synchronize(10'000));
     client.createWindow({.frame = wholeScreen, .color = grey});
     client.sync();
@@ -64,7 +64,7 @@ class WindowLooksTest : public ::testing::Test {
   support::XClient client{server.display()};
   support::XClient manager{server.display()};
   // As the process's main connection does for its whole life.
-  std::unique_ptr<Connection> keeper = connectTo(server.display());
+  std::unique_ptr<xcb::Connection> keeper = connectTo(server.display());
   std::optional<Composition> composition;
   xcb_window_t frame = XCB_NONE;
   xcb_window_t inner = XCB_NONE;
@@ -201,4 +201,4 @@ TEST_F(WindowLooksTest, WindowsThatGoWhileTheyAreLookedAtDoNoHarm) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::compositor

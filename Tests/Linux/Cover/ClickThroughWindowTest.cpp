@@ -16,11 +16,11 @@
 #include "Tests/Support/Wait.h"
 #include "Tests/Support/XClient.h"
 
-namespace platform::x11 {
+namespace platform::linux::cover {
 namespace {
 
 constexpr Rect place{{200, 300}, {400, 300}};
-constexpr PixelRect pixels{200, 200, 400, 300};
+constexpr xcb::PixelRect pixels{200, 200, 400, 300};
 constexpr std::uint32_t beneath = 0x205030;
 
 // Posted jobs run when the test says so, delayed ones never.
@@ -47,7 +47,7 @@ class PostingRunLoop : public RunLoop {
 class ClickThroughWindowTest : public qt::Test {
  protected:
   ClickThroughWindowTest() {
-    redirectSubwindows(*keeper_);
+    scene::redirectSubwindows(*keeper_);
     drawn_ = client_.createWindow({.frame = {0, 0, 1280, 800}, .color = 0xff000000 | beneath});
     client_.sync();
     EXPECT_TRUE(keeper_->synchronize(10'000));
@@ -72,7 +72,7 @@ class ClickThroughWindowTest : public qt::Test {
   void settle() {
     runLoop_.runPosted();
     ASSERT_TRUE(connection_->synchronize(5000));
-    while (const Event event = connection_->nextEvent()) {
+    while (const xcb::Event event = connection_->nextEvent()) {
       scene_.handle(*event);
       windowList_.handle(*event);
       stage_.handle(*event);
@@ -87,32 +87,33 @@ class ClickThroughWindowTest : public qt::Test {
     return picture.count(0xa6a6a6, {0, 0, pixels.width, pixels.height}, 60);
   }
 
-  std::shared_ptr<CaptureStream> startStream() {
-    CaptureStreamSettings settings;
+  std::shared_ptr<stream::CaptureStream> startStream() {
+    stream::CaptureStreamSettings settings;
     settings.displayName = qt::display();
     settings.source = pixels;
     settings.ownClients = {connection_->resourceBase()};
     settings.unexpectedError = failOnError;
     settings.serial = 1;
-    auto stream = std::make_shared<CaptureStream>(settings, arrivals_);
-    EXPECT_TRUE(stream->addOutput(arrivals_, StreamOutputType::screen, std::make_shared<InlineQueue>()).has_value());
+    auto stream = std::make_shared<stream::CaptureStream>(settings, arrivals_);
+    EXPECT_TRUE(
+        stream->addOutput(arrivals_, StreamOutputType::screen, std::make_shared<stream::InlineQueue>()).has_value());
     stream->startCapture([](const std::expected<void, Error>& result) { EXPECT_TRUE(result.has_value()); });
     return stream;
   }
 
   support::XClient client_{qt::display()};
-  std::unique_ptr<Connection> keeper_ = connectTo(qt::display());
-  std::unique_ptr<Connection> connection_ = connectTo(qt::display());
-  Scene scene_{*connection_};
-  WindowList windowList_{*connection_, scene_, {connection_->resourceBase()}};
+  std::unique_ptr<xcb::Connection> keeper_ = connectTo(qt::display());
+  std::unique_ptr<xcb::Connection> connection_ = connectTo(qt::display());
+  scene::Scene scene_{*connection_};
+  scene::WindowList windowList_{*connection_, scene_, {connection_->resourceBase()}};
   PostingRunLoop runLoop_;
   OverlayStage stage_{*connection_, scene_, windowList_, runLoop_};
-  DesktopScreens screens_;
-  DesktopViews views_;
+  toolkit::DesktopScreens screens_;
+  views::DesktopViews views_;
   std::shared_ptr<View> view_ = views_.makeView({});
   std::shared_ptr<DisplayLayer> layer_ = views_.makeDisplayLayer();
   std::shared_ptr<Label> label_ = views_.makeLabel("Waiting for screen capture\u2026");
-  std::shared_ptr<FrameArrivals> arrivals_ = std::make_shared<FrameArrivals>();
+  std::shared_ptr<stream::FrameArrivals> arrivals_ = std::make_shared<stream::FrameArrivals>();
   xcb_window_t drawn_ = XCB_NONE;
   std::unique_ptr<ClickThroughWindow> window_;
 };
@@ -128,7 +129,7 @@ TEST_F(ClickThroughWindowTest, TheFirstFrameTakesTheTextAwayInOneStep) {
   window_->orderFrontRegardless();
   ASSERT_GT(letters(picture()), 200U);
   const auto stream = startStream();
-  std::shared_ptr<const Frame> frame;
+  std::shared_ptr<const stream::Frame> frame;
   ASSERT_TRUE(support::waitUntil([&] { return (frame = arrivals_->take()) != nullptr; }));
   layer_->sampleBufferRenderer().enqueue(frame);
   label_->setHidden(true);
@@ -191,4 +192,4 @@ TEST_F(ClickThroughWindowTest, GoneInTheSameTurnItNeverComesToTheScreen) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::cover

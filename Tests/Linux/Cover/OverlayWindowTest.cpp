@@ -19,13 +19,13 @@
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
 
-namespace platform::x11 {
+namespace platform::linux::cover {
 namespace {
 
 using support::waitUntil;
 
-constexpr PixelRect place{200, 100, 400, 300};
-constexpr PixelRect inside{0, 0, 400, 300};
+constexpr xcb::PixelRect place{200, 100, 400, 300};
+constexpr xcb::PixelRect inside{0, 0, 400, 300};
 constexpr Argb blue = 0xFF0000FF;
 constexpr std::uint32_t bluePixel = 0x0000FF;
 constexpr std::uint32_t green = 0xFF00FF00;
@@ -50,7 +50,7 @@ class Source {
   Source(const std::string& display, std::int32_t width, std::int32_t height, std::uint64_t serial)
       : connection_(connectTo(display)),
         picture_(connection_->newId()),
-        buffer_(FrameBuffer::make(connection_, width, height, serial, std::make_shared<Wakeup>())) {
+        buffer_(stream::FrameBuffer::make(connection_, width, height, serial, std::make_shared<posix::Wakeup>())) {
     const xcb_pixmap_t pixels = connection_->newId();
     xcb_create_pixmap(connection_->get(), connection_->rootDepth(), pixels, connection_->root(),
                       static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height));
@@ -59,13 +59,13 @@ class Source {
   }
 
   // Paints the rectangle and lends a frame in which just that has changed; a whole one before any was read.
-  std::shared_ptr<const Frame> paint(const PixelRect& rect, std::uint32_t color, bool isWhole = false) {
-    isWhole = buffer_->reclaim() == FrameBuffer::Reading::never || isWhole;
+  std::shared_ptr<const stream::Frame> paint(const xcb::PixelRect& rect, std::uint32_t color, bool isWhole = false) {
+    isWhole = buffer_->reclaim() == stream::FrameBuffer::Reading::never || isWhole;
     const auto wide = [](std::uint32_t value) { return static_cast<std::uint16_t>((value & 0xFFU) * 257); };
     const xcb_render_color_t renderColor{wide(color >> 16U), wide(color >> 8U), wide(color), 0xFFFF};
-    const xcb_rectangle_t rectangle = toRectangle(rect);
+    const xcb_rectangle_t rectangle = xcb::toRectangle(rect);
     xcb_render_fill_rectangles(connection_->get(), XCB_RENDER_PICT_OP_SRC, picture_, renderColor, 1, &rectangle);
-    const PixelRect everything{0, 0, buffer_->width(), buffer_->height()};
+    const xcb::PixelRect everything{0, 0, buffer_->width(), buffer_->height()};
     buffer_->changed().set(isWhole ? everything : rect);
     return buffer_->lend({{.source = picture_,
                            .clip = buffer_->changed().id(),
@@ -74,13 +74,13 @@ class Source {
                          isWhole);
   }
   // What a stream does with a change while its picture is shown: fills that part of the window, if there is one.
-  std::optional<LiveTarget> paintLive(const PixelRect& rect, std::uint32_t color) {
-    std::optional<LiveTarget> shownIn;
-    buffer_->paintLive([&](const LiveTarget& target) {
+  std::optional<stream::LiveTarget> paintLive(const xcb::PixelRect& rect, std::uint32_t color) {
+    std::optional<stream::LiveTarget> shownIn;
+    buffer_->paintLive([&](const stream::LiveTarget& target) {
       shownIn = target;
       const xcb_gcontext_t context = connection_->newId();
       xcb_create_gc(connection_->get(), context, target.window, XCB_GC_FOREGROUND, &color);
-      const xcb_rectangle_t rectangle = toRectangle(rect);
+      const xcb_rectangle_t rectangle = xcb::toRectangle(rect);
       xcb_poly_fill_rectangle(connection_->get(), target.window, context, 1, &rectangle);
       xcb_free_gc(connection_->get(), context);
     });
@@ -90,9 +90,9 @@ class Source {
   void end() { buffer_->endStream(); }
 
  private:
-  std::shared_ptr<Connection> connection_;
+  std::shared_ptr<xcb::Connection> connection_;
   xcb_render_picture_t picture_;
-  std::shared_ptr<FrameBuffer> buffer_;
+  std::shared_ptr<stream::FrameBuffer> buffer_;
 };
 
 class OverlayWindowOnX : public testing::Test {
@@ -109,7 +109,7 @@ class OverlayWindowOnX : public testing::Test {
   void settle() {
     for (int i = 0; i < 2; ++i) {
       ASSERT_TRUE(connection_->synchronize(5000));
-      while (const Event event = connection_->nextEvent()) window_->handle(*event);
+      while (const xcb::Event event = connection_->nextEvent()) window_->handle(*event);
     }
     ASSERT_TRUE(connection_->synchronize(5000));
   }
@@ -125,7 +125,7 @@ class OverlayWindowOnX : public testing::Test {
 
   support::XServer server_;
   support::XClient client_{server_.display()};
-  std::unique_ptr<Connection> connection_ = connectTo(server_.display());
+  std::unique_ptr<xcb::Connection> connection_ = connectTo(server_.display());
   std::unique_ptr<OverlayWindow> window_;
 };
 
@@ -262,7 +262,8 @@ TEST_F(OverlayWindowOnX, BorderAndLabelDoNotAddUpOverManyFrames) {
   const support::Picture first = picture();
   EXPECT_TRUE(isHalfWhiteOver(first.at(0, 0), greenPixel));
   // Frames that touch the border and the label in part.
-  for (const PixelRect& part : {PixelRect{0, 0, 50, 50}, {0, 0, 30, 300}, {190, 140, 30, 20}, {100, 100, 300, 200}}) {
+  for (const xcb::PixelRect& part :
+       {xcb::PixelRect{0, 0, 50, 50}, {0, 0, 30, 300}, {190, 140, 30, 20}, {100, 100, 300, 200}}) {
     EXPECT_TRUE(window_->presentFrame(source.paint(part, green)));
     EXPECT_EQ(picture(), first);
   }
@@ -500,28 +501,28 @@ TEST_F(OverlayWindowOnX, WhatTheStreamHasPaintedNeverShowsOverWhatCameLater) {
 }
 
 TEST(OverlayLook, FollowsTheContentInDevicePixels) {
-  OverlayContent content;
+  views::OverlayContent content;
   content.pictureLayer = Rect{{0, 0}, {200, 100}};
-  content.label = LabelContent{"Text", {{15, FontWeight::medium}, colors::white.withAlpha(0.65)}};
-  content.border = BorderContent{1, colors::black.withAlpha(0.16)};
+  content.label = views::LabelContent{"Text", {{15, FontWeight::medium}, colors::white.withAlpha(0.65)}};
+  content.border = views::BorderContent{1, colors::black.withAlpha(0.16)};
   const OverlayLook look = lookOf(content, colors::black, 150, 1.5);
   EXPECT_EQ(look.background, 0xFF000000U);
-  EXPECT_EQ(look.picture, (PixelRect{0, 0, 300, 150}));
+  EXPECT_EQ(look.picture, (xcb::PixelRect{0, 0, 300, 150}));
   EXPECT_DOUBLE_EQ(look.label->font.size, 22.5);
   EXPECT_EQ(look.label->color, 0xA6FFFFFFU);
   EXPECT_EQ(look.border, (BorderLook{2, 0x29000000}));
 }
 
 TEST(OverlayLook, APartOfTheWindowKeepsItsPlaceFromTheBottom) {
-  OverlayContent content;
+  views::OverlayContent content;
   content.background = colors::white;
   content.pictureLayer = Rect{{10, 20}, {30, 40}};
-  content.border = BorderContent{0.1, colors::black};
+  content.border = views::BorderContent{0.1, colors::black};
   const OverlayLook look = lookOf(content, colors::black, 100, 1);
   EXPECT_EQ(look.background, 0xFFFFFFFFU);
-  EXPECT_EQ(look.picture, (PixelRect{10, 40, 30, 40}));
+  EXPECT_EQ(look.picture, (xcb::PixelRect{10, 40, 30, 40}));
   EXPECT_EQ(look.border->width, 1);
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::cover

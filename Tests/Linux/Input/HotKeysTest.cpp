@@ -15,7 +15,7 @@
 #include "Tests/Support/Wait.h"
 #include "Tests/Support/XServer.h"
 
-namespace platform::x11 {
+namespace platform::linux::input {
 namespace {
 
 constexpr std::uint32_t controlOptionCommand = 6400;
@@ -106,8 +106,8 @@ class HotKeysOnX : public testing::Test {
 
   // Hands over what has arrived.
   void dispatchEvents() {
-    while (const Event event = connection_->nextEvent()) {
-      if (eventType(*event) == XCB_KEY_PRESS) ++keyPresses_;
+    while (const xcb::Event event = connection_->nextEvent()) {
+      if (xcb::eventType(*event) == XCB_KEY_PRESS) ++keyPresses_;
       hotKeys_->handle(*event);
     }
   }
@@ -131,7 +131,7 @@ class HotKeysOnX : public testing::Test {
   }
 
   support::XServer server_;
-  std::unique_ptr<Connection> connection_ = connectTo(server_.display());
+  std::unique_ptr<xcb::Connection> connection_ = connectTo(server_.display());
   std::unique_ptr<HotKeys> hotKeys_;
   std::optional<HotKeyHandlerReference> handler_;
   support::Input input_{server_.display()};
@@ -282,4 +282,4 @@ TEST_F(HotKeysOnX, AnUnknownKeyFails) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::input

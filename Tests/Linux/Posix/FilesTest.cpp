@@ -16,7 +16,7 @@ class FilesTest : public ::testing::Test {
  protected:
   support::TemporaryDirectory directory;
   std::string path = directory.path() / "file.log";
-  platform::x11::PosixFiles files;
+  platform::linux::posix::PosixFiles files;
 };
 
 }  // namespace

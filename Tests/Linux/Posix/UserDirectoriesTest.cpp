@@ -7,7 +7,7 @@
 #include "Tests/Support/TemporaryDirectory.h"
 #include "Tests/Support/Variable.h"
 
-namespace platform::x11 {
+namespace platform::linux::posix {
 namespace {
 
 using support::Variable;
@@ -60,4 +60,4 @@ TEST(UserDirectories, OnlyADirectoryThatIsThereCanTakeFiles) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::posix

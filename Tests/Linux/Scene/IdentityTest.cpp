@@ -6,11 +6,11 @@
 #include <functional>
 #include <ostream>
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 namespace {
 
-constexpr std::array monitors{PixelRect{0, 0, 1280, 800}, PixelRect{1280, 0, 1920, 1080}};
-constexpr PixelRect wholeMonitor{0, 0, 1280, 800};
+constexpr std::array monitors{xcb::PixelRect{0, 0, 1280, 800}, xcb::PixelRect{1280, 0, 1920, 1080}};
+constexpr xcb::PixelRect wholeMonitor{0, 0, 1280, 800};
 
 struct OwnerCase {
   std::string instanceName;
@@ -345,4 +345,4 @@ TEST(WindowLayer, OfAnOwnWindowIsAboveAllOthers) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

@@ -9,7 +9,7 @@
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 namespace {
 
 class RedirectionTest : public ::testing::Test {
@@ -23,13 +23,13 @@ class RedirectionTest : public ::testing::Test {
 
   void takeIn() {
     ASSERT_TRUE(connection->synchronize(10'000));
-    while (const Event event = connection->nextEvent()) redirection->handle(*event);
+    while (const xcb::Event event = connection->nextEvent()) redirection->handle(*event);
     ASSERT_TRUE(connection->synchronize(10'000));
   }
 
   bool isRedirected(xcb_window_t window) {
     xcb_connection_t* c = connection->get();
-    const Reply<xcb_generic_error_t> refused(
+    const xcb::Reply<xcb_generic_error_t> refused(
         xcb_request_check(c, xcb_composite_name_window_pixmap_checked(c, window, connection->newId())));
     return refused == nullptr;
   }
@@ -43,7 +43,7 @@ class RedirectionTest : public ::testing::Test {
   support::XServer server{{.width = 400, .height = 300, .depth = 24, .arguments = {}}};
   support::XClient client{server.display()};
   support::XClient own{server.display()};
-  std::unique_ptr<Connection> connection = connectTo(server.display());
+  std::unique_ptr<xcb::Connection> connection = connectTo(server.display());
   std::optional<Scene> scene;
   std::optional<Redirection> redirection;
 };
@@ -107,4 +107,4 @@ TEST_F(RedirectionTest, WindowsThatComeAndGoDoNoHarm) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 namespace {
 
 using ::testing::ElementsAre;
@@ -143,13 +143,13 @@ TEST_F(SceneModelTest, AChangeTellsBothStates) {
   model.configured(2, {{0, 0, 300, 200}, 0}, false);
   EXPECT_EQ(recorder.lastBefore.outer, place.outer);
   EXPECT_EQ(recorder.lastBefore.border, 2);
-  EXPECT_EQ(recorder.lastAfter.outer, (PixelRect{0, 0, 300, 200}));
+  EXPECT_EQ(recorder.lastAfter.outer, (xcb::PixelRect{0, 0, 300, 200}));
   EXPECT_EQ(recorder.lastAfter.border, 0);
 }
 
 TEST_F(SceneModelTest, AMovedWindowKeepsItsSize) {
   model.moved(2, -5, 7);
-  EXPECT_EQ(model.find(2)->outer, (PixelRect{-5, 7, 104, 54}));
+  EXPECT_EQ(model.find(2)->outer, (xcb::PixelRect{-5, 7, 104, 54}));
   EXPECT_THAT(recorder.changes, ElementsAre("changed 2"));
 }
 
@@ -202,7 +202,7 @@ TEST_F(SceneModelTest, AWindowIsDescribedWhenEveryAnswerIsIn) {
   EXPECT_TRUE(window.isShaped);
   EXPECT_TRUE(window.isViewable);
   EXPECT_TRUE(window.isOverrideRedirect);
-  EXPECT_EQ(window.outer, (PixelRect{1, 2, 3, 4}));
+  EXPECT_EQ(window.outer, (xcb::PixelRect{1, 2, 3, 4}));
   EXPECT_EQ(window.depth, 24);
   EXPECT_EQ(window.visual, 33U);
   EXPECT_FALSE(model.find(1)->isDescribed);
@@ -236,4 +236,4 @@ TEST_F(SceneModelTest, TheCompositingManagerIsToldOncePerChange) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

@@ -16,7 +16,7 @@
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 namespace {
 
 using support::XClient;
@@ -25,13 +25,13 @@ using support::XServer;
 // What the server says about its top-level windows, bottom to top; generations are the scene's own affair.
 std::vector<SceneWindow> askServer(xcb_connection_t* c, xcb_window_t root, std::uint32_t mask) {
   std::vector<SceneWindow> windows;
-  const auto tree = awaitReply(c, xcb_query_tree_reply, xcb_query_tree(c, root));
+  const auto tree = xcb::awaitReply(c, xcb_query_tree_reply, xcb_query_tree(c, root));
   for (int index = 0; index < xcb_query_tree_children_length(tree.get()); ++index) {
     const xcb_window_t id = xcb_query_tree_children(tree.get())[index];
     if ((id & ~mask) == 0) continue;
-    const auto attributes = awaitReply(c, xcb_get_window_attributes_reply, xcb_get_window_attributes(c, id));
-    const auto geometry = awaitReply(c, xcb_get_geometry_reply, xcb_get_geometry(c, id));
-    const auto extents = awaitReply(c, xcb_shape_query_extents_reply, xcb_shape_query_extents(c, id));
+    const auto attributes = xcb::awaitReply(c, xcb_get_window_attributes_reply, xcb_get_window_attributes(c, id));
+    const auto geometry = xcb::awaitReply(c, xcb_get_geometry_reply, xcb_get_geometry(c, id));
+    const auto extents = xcb::awaitReply(c, xcb_shape_query_extents_reply, xcb_shape_query_extents(c, id));
     const int border = geometry->border_width;
     SceneWindow window;
     window.id = id;
@@ -56,7 +56,7 @@ class SceneTest : public ::testing::Test {
     // Each round may send questions about new windows, whose answers the next one takes in.
     for (int round = 0; round < 3; ++round) {
       ASSERT_TRUE(connection->synchronize(10'000));
-      while (const Event event = connection->nextEvent()) scene->handle(*event);
+      while (const xcb::Event event = connection->nextEvent()) scene->handle(*event);
       scene->collectReplies();
     }
   }
@@ -78,7 +78,7 @@ class SceneTest : public ::testing::Test {
 
   XServer server{{.width = 400, .height = 300, .depth = 24, .arguments = {}}};
   XClient client{server.display()};
-  std::unique_ptr<Connection> connection = connectTo(server.display());
+  std::unique_ptr<xcb::Connection> connection = connectTo(server.display());
   std::optional<Scene> scene;
 };
 
@@ -93,7 +93,7 @@ TEST_F(SceneTest, WindowsThatExistedBeforeAreKnownWithoutFurtherEvents) {
   client.sync();
   scene.emplace(*connection);
   EXPECT_EQ(scene->windows().size(), 5U);
-  EXPECT_EQ(scene->windows().front().outer, (PixelRect{5, 6, 76, 86}));
+  EXPECT_EQ(scene->windows().front().outer, (xcb::PixelRect{5, 6, 76, 86}));
   EXPECT_TRUE(scene->find(shaped)->isShaped);
   expectSceneIsWhatTheServerSays();
 }
@@ -107,7 +107,7 @@ TEST_F(SceneTest, WhatHappenedBeforeItWasBuiltIsNotTakenInTwice) {
   client.raise(first);
   client.sync();
   scene.emplace(*connection);
-  while (const Event event = connection->nextEvent()) scene->handle(*event);
+  while (const xcb::Event event = connection->nextEvent()) scene->handle(*event);
   expectSceneIsWhatTheServerSays();
   EXPECT_EQ(scene->windows().back().id, first);
   EXPECT_LT(scene->find(second)->generation, 3U) << "its creation was taken in again";
@@ -118,14 +118,14 @@ TEST_F(SceneTest, AnAnswerDoesNotUndoWhatHappenedAfterIt) {
   const auto window = client.createWindow({.frame = {1, 2, 30, 40}, .mapped = false});
   client.sync();
   ASSERT_TRUE(connection->synchronize(10'000));
-  while (const Event event = connection->nextEvent()) scene->handle(*event);
+  while (const xcb::Event event = connection->nextEvent()) scene->handle(*event);
   // The answers to its questions are here, but not taken in, when the next changes arrive.
   ASSERT_TRUE(connection->synchronize(10'000));
   client.map(window);
   client.setFrame(window, {5, 6, 70, 80});
   client.sync();
   ASSERT_TRUE(connection->synchronize(10'000));
-  while (const Event event = connection->nextEvent()) scene->handle(*event);
+  while (const xcb::Event event = connection->nextEvent()) scene->handle(*event);
   scene->collectReplies();
   expectSceneIsWhatTheServerSays();
 }
@@ -154,7 +154,7 @@ TEST_F(SceneTest, WindowsInsideOthersAreNotTopLevel) {
   client.sync();
   catchUp();
   ASSERT_NE(scene->find(window), nullptr);
-  EXPECT_EQ(scene->find(window)->outer, (PixelRect{30, 40, 70, 80}));
+  EXPECT_EQ(scene->find(window)->outer, (xcb::PixelRect{30, 40, 70, 80}));
   expectSceneIsWhatTheServerSays();
 }
 
@@ -244,7 +244,7 @@ TEST_F(SceneTest, IsRightEvenWhenItIsBuiltInTheMiddleOfChanges) {
     scene.emplace(*connection);
     for (int batch = 0; batch < 5; ++batch) {
       ASSERT_TRUE(connection->synchronize(10'000));
-      while (const Event event = connection->nextEvent()) scene->handle(*event);
+      while (const xcb::Event event = connection->nextEvent()) scene->handle(*event);
       scene->collectReplies();
     }
     isEnough = true;
@@ -262,7 +262,7 @@ TEST_F(SceneTest, ALostServerLeavesTheSceneAsItIs) {
   scene.emplace(*connection);
   server.kill();
   ASSERT_TRUE(support::waitUntil([&] {
-    while (const Event event = connection->nextEvent()) scene->handle(*event);
+    while (const xcb::Event event = connection->nextEvent()) scene->handle(*event);
     scene->collectReplies();
     return connection->isBroken();
   }));
@@ -270,4 +270,4 @@ TEST_F(SceneTest, ALostServerLeavesTheSceneAsItIs) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

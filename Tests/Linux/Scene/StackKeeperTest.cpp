@@ -10,7 +10,7 @@
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 namespace {
 
 using namespace std::chrono_literals;
@@ -20,12 +20,12 @@ constexpr xcb_window_t ours = 1;
 constexpr xcb_window_t rival = 2;
 constexpr xcb_window_t other = 3;
 constexpr xcb_window_t locker = 4;
-constexpr PixelRect here{100, 100, 400, 300};
-constexpr PixelRect elsewhere{800, 100, 100, 100};
-constexpr PixelRect wholeScreen{0, 0, 1280, 800};
+constexpr xcb::PixelRect here{100, 100, 400, 300};
+constexpr xcb::PixelRect elsewhere{800, 100, 100, 100};
+constexpr xcb::PixelRect wholeScreen{0, 0, 1280, 800};
 
-StackedWindow own(xcb_window_t id = ours, const PixelRect& frame = here) { return {id, frame, true, false}; }
-StackedWindow foreign(xcb_window_t id = rival, const PixelRect& frame = here) { return {id, frame, false, false}; }
+StackedWindow own(xcb_window_t id = ours, const xcb::PixelRect& frame = here) { return {id, frame, true, false}; }
+StackedWindow foreign(xcb_window_t id = rival, const xcb::PixelRect& frame = here) { return {id, frame, false, false}; }
 StackedWindow lock() { return {locker, wholeScreen, false, true}; }
 
 class StackKeeperRules : public testing::Test {
@@ -146,7 +146,7 @@ class Keeper {
   }
 
   void run() {
-    while (const Event event = connection_->nextEvent()) {
+    while (const xcb::Event event = connection_->nextEvent()) {
       scene_.handle(*event);
       list_.handle(*event);
     }
@@ -163,7 +163,7 @@ class Keeper {
   [[nodiscard]] int moves() const { return moves_; }
 
  private:
-  std::unique_ptr<Connection> connection_;
+  std::unique_ptr<xcb::Connection> connection_;
   Scene scene_;
   WindowList list_{*connection_, scene_, {connection_->resourceBase()}};
   StackKeeper keeper_;
@@ -230,4 +230,4 @@ TEST(StackKeeperOnX, ALockerStaysOnTop) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

@@ -20,12 +20,12 @@
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 namespace {
 
 using support::WindowOptions;
 
-constexpr PixelRect wholeScreen{0, 0, 1280, 800};
+constexpr xcb::PixelRect wholeScreen{0, 0, 1280, 800};
 
 class WindowListOnX : public testing::Test {
  protected:
@@ -42,7 +42,7 @@ class WindowListOnX : public testing::Test {
   void pump() {
     if (!connection_) return;
     connection_->flush();
-    while (const Event event = connection_->nextEvent()) {
+    while (const xcb::Event event = connection_->nextEvent()) {
       scene_->handle(*event);
       list_->handle(*event);
     }
@@ -81,7 +81,7 @@ class WindowListOnX : public testing::Test {
     return testing::AssertionFailure() << owner << " is on layer " << last->windowLayer;
   }
 
-  xcb_window_t createManaged(const std::string& className, const PixelRect& frame, int depth = 0) {
+  xcb_window_t createManaged(const std::string& className, const xcb::PixelRect& frame, int depth = 0) {
     const xcb_window_t window =
         client_.createWindow({.frame = frame, .depth = depth, .overrideRedirect = false, .mapped = false});
     client_.setClass(window, className, className);
@@ -102,7 +102,7 @@ class WindowListOnX : public testing::Test {
 
   support::XServer server_;
   support::XClient client_{server_.display()};
-  std::unique_ptr<Connection> connection_;
+  std::unique_ptr<xcb::Connection> connection_;
   std::unique_ptr<Scene> scene_;
   std::unique_ptr<WindowList> list_;
 };
@@ -490,4 +490,4 @@ TEST_P(WindowListWithManager, GromitMpxIsAnOverlayWithAndWithoutACompositingMana
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdlib>
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 namespace {
 
@@ -148,4 +148,4 @@ void WindowStorm::keepWindows() {
   client_.sync();
 }
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

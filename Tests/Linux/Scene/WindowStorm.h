@@ -10,7 +10,7 @@
 
 #include "Tests/Support/XClient.h"
 
-namespace platform::x11 {
+namespace platform::linux::scene {
 
 class WindowStorm {
  public:
@@ -43,4 +43,4 @@ class WindowStorm {
   std::vector<xcb_window_t> inner_;
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::scene

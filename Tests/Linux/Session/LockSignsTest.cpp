@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace platform::x11 {
+namespace platform::linux::session {
 namespace {
 
 TEST(LockSigns, NothingShownMeansUnlocked) { EXPECT_FALSE(LockSigns{}.isLocked()); }
@@ -64,4 +64,4 @@ TEST(LockSigns, TakingARequestBackDoesNotUnlockWhatIsLockedByOthers) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::session

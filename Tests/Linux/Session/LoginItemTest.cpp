@@ -7,7 +7,8 @@
 #include "Tests/Support/ChildProcess.h"
 
 namespace fs = std::filesystem;
-using namespace platform::x11;
+using namespace platform::linux;
+using namespace platform::linux::session;
 using platform::LoginItemStatus;
 using support::readFile;
 using support::writeFile;
@@ -75,17 +76,18 @@ TEST_F(LoginItemTest, AFailureGivesTheSystemsReason) {
 }
 
 TEST(DesktopEntry, AProgramIsQuotedAsAnArgumentAndThenEscapedAsAValue) {
-  EXPECT_EQ(desktopExec("/usr/bin/quillfade"), R"("/usr/bin/quillfade")");
-  EXPECT_EQ(desktopExec("/a b/c"), R"("/a b/c")");
-  EXPECT_EQ(desktopExec("/100%/x"), R"("/100%%/x")");
-  EXPECT_EQ(desktopExec(R"(/a"b)"), R"("/a\\"b")");
-  EXPECT_EQ(desktopExec("/a$b`c"), R"("/a\\$b\\`c")");
-  EXPECT_EQ(desktopExec(R"(/a\b)"), R"("/a\\\\b")");
-  EXPECT_EQ(desktopExec("/a\nb"), R"("/a\nb")");
+  EXPECT_EQ(posix::desktopExec("/usr/bin/quillfade"), R"("/usr/bin/quillfade")");
+  EXPECT_EQ(posix::desktopExec("/a b/c"), R"("/a b/c")");
+  EXPECT_EQ(posix::desktopExec("/100%/x"), R"("/100%%/x")");
+  EXPECT_EQ(posix::desktopExec(R"(/a"b)"), R"("/a\\"b")");
+  EXPECT_EQ(posix::desktopExec("/a$b`c"), R"("/a\\$b\\`c")");
+  EXPECT_EQ(posix::desktopExec(R"(/a\b)"), R"("/a\\\\b")");
+  EXPECT_EQ(posix::desktopExec("/a\nb"), R"("/a\nb")");
 }
 
 TEST(DesktopEntry, OnlyTheKeysOfItsOwnGroupCount) {
-  const auto entry = parseDesktopEntry("# comment\n[Desktop Entry]\nName = Some\r\n\n[Desktop Action x]\nName=Other\n");
+  const auto entry =
+      posix::parseDesktopEntry("# comment\n[Desktop Entry]\nName = Some\r\n\n[Desktop Action x]\nName=Other\n");
   ASSERT_TRUE(entry);
   EXPECT_EQ(entry->size(), 1U);
   EXPECT_EQ(entry->at("Name"), "Some");

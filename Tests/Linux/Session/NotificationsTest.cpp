@@ -5,7 +5,7 @@
 
 #include "Tests/Support/TemporaryDirectory.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 namespace {
 
 TEST(DesktopNotifications, WhatWasShownOnceIsRememberedInTheStateDirectory) {
@@ -16,4 +16,4 @@ TEST(DesktopNotifications, WhatWasShownOnceIsRememberedInTheStateDirectory) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::session

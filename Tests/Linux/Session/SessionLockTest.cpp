@@ -10,7 +10,7 @@
 #include "Tests/Linux/Toolkit/QtEnvironment.h"
 #include "Tests/Support/XClient.h"
 
-namespace platform::x11 {
+namespace platform::linux::session {
 namespace {
 
 class SessionLockTest : public qt::Test {
@@ -44,21 +44,21 @@ class SessionLockTest : public qt::Test {
 
   qt::LockServices services_{qt::busAddress()};
   support::XClient client_{qt::display()};
-  std::unique_ptr<Connection> connection_ = connectTo(qt::display());
-  QtRunLoop runLoop_;
-  Scene scene_{*connection_};
-  WindowList windows_{*connection_, scene_, {}};
+  std::unique_ptr<xcb::Connection> connection_ = connectTo(qt::display());
+  toolkit::QtRunLoop runLoop_;
+  scene::Scene scene_{*connection_};
+  scene::WindowList windows_{*connection_, scene_, {}};
   DesktopSessionLock lock_{*connection_, scene_, windows_, runLoop_, patience};
-  EventPump events_{*connection_,
-                    [this](const xcb_generic_event_t& event) {
-                      scene_.handle(event);
-                      windows_.handle(event);
-                      lock_.handle(event);
-                    },
-                    [this] {
-                      scene_.collectReplies();
-                      lock_.settle();
-                    }};
+  toolkit::EventPump events_{*connection_,
+                             [this](const xcb_generic_event_t& event) {
+                               scene_.handle(event);
+                               windows_.handle(event);
+                               lock_.handle(event);
+                             },
+                             [this] {
+                               scene_.collectReplies();
+                               lock_.settle();
+                             }};
   std::vector<bool> heard_;
 };
 
@@ -124,11 +124,11 @@ TEST_F(SessionLockTest, AServerScreenSaverThatIsOnAlreadyIsSeen) {
   xcb_force_screen_saver(client_.connection(), XCB_SCREEN_SAVER_ACTIVE);
   client_.sync();
   const auto connection = connectTo(qt::display());
-  EXPECT_TRUE(ServerScreenSaver(*connection).isActive());
+  EXPECT_TRUE(xcb::ServerScreenSaver(*connection).isActive());
   xcb_force_screen_saver(client_.connection(), XCB_SCREEN_SAVER_RESET);
   client_.sync();
   const auto later = connectTo(qt::display());
-  EXPECT_FALSE(ServerScreenSaver(*later).isActive());
+  EXPECT_FALSE(xcb::ServerScreenSaver(*later).isActive());
 }
 
 TEST(ServerScreenSaverTest, AServerWithoutTheExtensionHasNone) {
@@ -137,8 +137,8 @@ TEST(ServerScreenSaverTest, AServerWithoutTheExtensionHasNone) {
   xcb_force_screen_saver(client.connection(), XCB_SCREEN_SAVER_ACTIVE);
   client.sync();
   const auto connection = connectTo(server.display());
-  EXPECT_FALSE(ServerScreenSaver(*connection).isActive());
+  EXPECT_FALSE(xcb::ServerScreenSaver(*connection).isActive());
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::session

@@ -5,7 +5,7 @@
 
 #include "Tests/Support/TemporaryDirectory.h"
 
-namespace platform::x11 {
+namespace platform::linux::settings {
 namespace {
 
 using testing::ElementsAre;
@@ -56,4 +56,4 @@ TEST_F(RulesJsonTest, AFileThatIsNoneIsAnError) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::settings

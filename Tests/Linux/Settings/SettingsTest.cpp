@@ -18,7 +18,7 @@
 
 namespace fs = std::filesystem;
 using platform::SettingValue;
-using platform::x11::SettingsFile;
+using platform::linux::settings::SettingsFile;
 using support::readFile;
 using support::writeFile;
 
@@ -135,12 +135,12 @@ TEST_F(SettingsTest, AFractionThatIsSetReadsBack) {
 }
 
 TEST_F(SettingsTest, TheSettingsOfAnotherProcessCanBeReadWithoutTouchingThem) {
-  EXPECT_TRUE(platform::x11::storedSettings(path, {"region"}).empty());
+  EXPECT_TRUE(platform::linux::settings::storedSettings(path, {"region"}).empty());
   writeFile(path, R"({"region": "{{0, 0}, {1e300, 600}}", "style": 1})");
   const std::map<std::string, SettingValue> expected{{"region", std::string("{{0, 0}, {1e300, 600}}")}};
-  EXPECT_EQ(platform::x11::storedSettings(path, {"region", "outline"}), expected);
+  EXPECT_EQ(platform::linux::settings::storedSettings(path, {"region", "outline"}), expected);
   writeFile(path, "{");
-  EXPECT_TRUE(platform::x11::storedSettings(path, {"region"}).empty());
+  EXPECT_TRUE(platform::linux::settings::storedSettings(path, {"region"}).empty());
   EXPECT_EQ(readFile(path), "{");
   EXPECT_EQ(filesInDirectory(), 1U);
 }
@@ -257,18 +257,18 @@ TEST_F(SettingsTest, ThePathFollowsTheEnvironmentWhenThatIsAbsolute) {
   const support::Variable home("HOME", "/home/someone/");
   {
     const support::Variable configuration("XDG_CONFIG_HOME", "/somewhere/else");
-    EXPECT_EQ(platform::x11::settingsPath(), "/somewhere/else/quillfade/settings.json");
+    EXPECT_EQ(platform::linux::settings::settingsPath(), "/somewhere/else/quillfade/settings.json");
   }
   {
     const support::Variable configuration("XDG_CONFIG_HOME", "relative");
-    EXPECT_EQ(platform::x11::settingsPath(), "/home/someone/.config/quillfade/settings.json");
+    EXPECT_EQ(platform::linux::settings::settingsPath(), "/home/someone/.config/quillfade/settings.json");
   }
   const support::Variable configuration("XDG_CONFIG_HOME", nullptr);
-  EXPECT_EQ(platform::x11::settingsPath(), "/home/someone/.config/quillfade/settings.json");
+  EXPECT_EQ(platform::linux::settings::settingsPath(), "/home/someone/.config/quillfade/settings.json");
 }
 
 TEST_F(SettingsTest, WithoutAnAbsoluteHomeTheUserDatabaseDecides) {
   const support::Variable home("HOME", "not/absolute");
-  const std::string found = platform::x11::homeDirectory();
+  const std::string found = platform::linux::posix::homeDirectory();
   EXPECT_TRUE(found.starts_with('/')) << found;
 }

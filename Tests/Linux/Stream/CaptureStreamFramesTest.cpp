@@ -14,7 +14,7 @@
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 namespace {
 
 using namespace std::chrono_literals;
@@ -37,7 +37,7 @@ class CaptureStreamFramesTest : public ::testing::Test {
   }
 
   // What this connection sends from now on is carried out after `release`.
-  void hold(Connection& connection) { xcb_sync_await_fence(connection.get(), 1, &fence); }
+  void hold(xcb::Connection& connection) { xcb_sync_await_fence(connection.get(), 1, &fence); }
   void release() {
     xcb_sync_trigger_fence(holder->get(), fence);
     EXPECT_TRUE(holder->synchronize(10'000));
@@ -49,7 +49,7 @@ class CaptureStreamFramesTest : public ::testing::Test {
     const xcb_render_color_t value{static_cast<std::uint16_t>((color >> 16U) * 0x101U),
                                    static_cast<std::uint16_t>(((color >> 8U) & 0xffU) * 0x101U), 0, 0xffff};
     xcb_render_fill_rectangles(stream->get(), XCB_RENDER_PICT_OP_SRC, picture, value, 1, &everything);
-    buffer->changed().set(PixelRect{0, 0, side, side});
+    buffer->changed().set(xcb::PixelRect{0, 0, side, side});
     return buffer->lend({{.source = picture, .clip = buffer->changed().id(), .width = side, .height = side}}, true);
   }
 
@@ -68,10 +68,10 @@ class CaptureStreamFramesTest : public ::testing::Test {
 
   support::XServer server{{.width = 100, .height = 100, .depth = 24, .arguments = {}}};
   support::XClient client{server.display()};
-  std::shared_ptr<Connection> stream = connectTo(server.display());
-  std::unique_ptr<Connection> reader = connectTo(server.display());
-  std::unique_ptr<Connection> holder = connectTo(server.display());
-  std::shared_ptr<Wakeup> wakeup = std::make_shared<Wakeup>();
+  std::shared_ptr<xcb::Connection> stream = connectTo(server.display());
+  std::unique_ptr<xcb::Connection> reader = connectTo(server.display());
+  std::unique_ptr<xcb::Connection> holder = connectTo(server.display());
+  std::shared_ptr<posix::Wakeup> wakeup = std::make_shared<posix::Wakeup>();
   std::shared_ptr<FrameBuffer> buffer;
   const xcb_sync_fence_t fence = holder->newId();
   const xcb_pixmap_t shown = reader->newId();
@@ -135,4 +135,4 @@ TEST_F(CaptureStreamFramesTest, TheEndOfALoanIsNotified) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

@@ -23,7 +23,7 @@
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 namespace {
 
 using namespace std::chrono_literals;
@@ -32,7 +32,7 @@ using support::waitUntil;
 using ::testing::HasSubstr;
 using Result = std::expected<void, Error>;
 
-constexpr PixelRect area{40, 30, 300, 220};
+constexpr xcb::PixelRect area{40, 30, 300, 220};
 
 class InlineQueue final : public SerialQueue {
  public:
@@ -114,11 +114,11 @@ class Reader {
     return isAlive;
   }
 
-  Connection& connection() { return *connection_; }
+  xcb::Connection& connection() { return *connection_; }
   [[nodiscard]] xcb_pixmap_t shown() const { return shown_; }
 
  private:
-  std::unique_ptr<Connection> connection_;
+  std::unique_ptr<xcb::Connection> connection_;
   xcb_pixmap_t shown_;
   xcb_render_picture_t picture_;
 };
@@ -126,7 +126,7 @@ class Reader {
 class CaptureStreamTest : public ::testing::Test {
  protected:
   CaptureStreamTest() {
-    redirectSubwindows(*keeper);
+    scene::redirectSubwindows(*keeper);
     client.setBackgroundChecks(client.root(), 7, 0x204060, 0x305070);
     client.sync();
     EXPECT_TRUE(keeper->synchronize(10'000));
@@ -172,7 +172,7 @@ class CaptureStreamTest : public ::testing::Test {
   }
 
   // Draws until there is a frame: what is drawn before the server has got to the last one is in that one already.
-  std::shared_ptr<const Frame> frameOfDrawing(xcb_window_t window, const PixelRect& part) {
+  std::shared_ptr<const Frame> frameOfDrawing(xcb_window_t window, const xcb::PixelRect& part) {
     std::shared_ptr<const Frame> frame;
     EXPECT_TRUE(waitUntil([&] {
       client.fill(window, part, ++lastColor);
@@ -191,7 +191,7 @@ class CaptureStreamTest : public ::testing::Test {
 
   support::XServer server{{.width = 400, .height = 300, .depth = 24, .arguments = {}}};
   support::XClient client{server.display()};
-  std::unique_ptr<Connection> keeper = connectTo(server.display());
+  std::unique_ptr<xcb::Connection> keeper = connectTo(server.display());
   Reader reader{server.display()};
   CaptureStreamSettings settings;
   std::uint32_t lastColor = 0x405060;
@@ -225,12 +225,12 @@ TEST_F(CaptureStreamTest, AChangeArrivesAndOnlyWhatChangedIsNamed) {
   const auto frame = receiver->take();
   ASSERT_NE(frame, nullptr);
   EXPECT_FALSE(frame->isWhole());
-  const auto region = awaitReply(keeper->get(), xcb_xfixes_fetch_region_reply,
-                                 xcb_xfixes_fetch_region(keeper->get(), frame->changedRegion()));
+  const auto region = xcb::awaitReply(keeper->get(), xcb_xfixes_fetch_region_reply,
+                                      xcb_xfixes_fetch_region(keeper->get(), frame->changedRegion()));
   ASSERT_EQ(xcb_xfixes_fetch_region_rectangles_length(region.get()), 1);
   const xcb_rectangle_t changed = *xcb_xfixes_fetch_region_rectangles(region.get());
-  EXPECT_EQ((PixelRect{changed.x, changed.y, changed.width, changed.height}),
-            (PixelRect{100 + 10 - area.x, 50 + 20 - area.y, 30, 5}));
+  EXPECT_EQ((xcb::PixelRect{changed.x, changed.y, changed.width, changed.height}),
+            (xcb::PixelRect{100 + 10 - area.x, 50 + 20 - area.y, 30, 5}));
   reader.read(*frame);
   EXPECT_EQ(shown().differences(screen()), 0U);
 }
@@ -450,7 +450,7 @@ TEST_F(CaptureStreamTest, FramesFollowAStormOfChanges) {
   const auto stream = startAndRead();
   std::atomic<bool> isEnough = false;
   std::thread other([&] {
-    WindowStorm storm(client, 31);
+    scene::WindowStorm storm(client, 31);
     for (int change = 0; !isEnough; ++change) {
       storm.change();
       if (change % 8 == 0) client.sync();
@@ -501,8 +501,8 @@ TEST_F(CaptureStreamTest, AFrameThatIsKeptAfterTheStopReceivesNothingMoreFromThe
   const auto window = client.createWindow({.frame = {100, 50, 120, 90}});
   client.sync();
   const auto eventsSelected = [&] {
-    const auto attributes = awaitReply(keeper->get(), xcb_get_window_attributes_reply,
-                                       xcb_get_window_attributes(keeper->get(), keeper->root()));
+    const auto attributes = xcb::awaitReply(keeper->get(), xcb_get_window_attributes_reply,
+                                            xcb_get_window_attributes(keeper->get(), keeper->root()));
     return attributes->all_event_masks;
   };
   auto stream = makeStream();
@@ -626,9 +626,9 @@ TEST(CaptureStreamSettings, TheSourceIsPlacedByScaleAndSizedByTheConfiguration) 
   configuration.width = 201;
   configuration.height = 101;
   configuration.minimumFrameInterval = {1, 30};
-  const ScreenGeometry display{.pixels = {-2880, 50, 2880, 1800}, .scale = 2, .points = {}};
+  const xcb::ScreenGeometry display{.pixels = {-2880, 50, 2880, 1800}, .scale = 2, .points = {}};
   const CaptureStreamSettings settings = captureStreamSettings(configuration, display);
-  EXPECT_EQ(settings.source, (PixelRect{-2680, 850, 201, 101}));
+  EXPECT_EQ(settings.source, (xcb::PixelRect{-2680, 850, 201, 101}));
   EXPECT_EQ(settings.minimumFrameInterval, 33'333'333ns);
 }
 
@@ -639,9 +639,9 @@ TEST(CaptureStreamSettings, NonsenseIsHeldWithinBounds) {
   configuration.height = std::int64_t{1} << 62;
   configuration.minimumFrameInterval = {1, 0};
   const CaptureStreamSettings settings = captureStreamSettings(configuration, {});
-  EXPECT_EQ(settings.source, (PixelRect{1 << 29, -(1 << 29), 0, 1 << 29}));
+  EXPECT_EQ(settings.source, (xcb::PixelRect{1 << 29, -(1 << 29), 0, 1 << 29}));
   EXPECT_EQ(settings.minimumFrameInterval, 0ns);
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

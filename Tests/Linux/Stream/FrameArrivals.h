@@ -12,7 +12,7 @@
 
 #include "Platform/Linux/Stream/Frame.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 
 class FrameArrivals final : public StreamOutput, public StreamDelegate {
  public:
@@ -48,4 +48,4 @@ class InlineQueue final : public SerialQueue {
   void perform(const Job& job) override { job(); }
 };
 
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

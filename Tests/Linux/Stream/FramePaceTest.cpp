@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 namespace {
 
 using namespace std::chrono_literals;
@@ -122,4 +122,4 @@ TEST_F(FramePaceTest, AFrameThatIsLateDoesNotLetTheOthersComeMoreOften) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

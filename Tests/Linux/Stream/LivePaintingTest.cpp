@@ -17,21 +17,21 @@
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
 
-namespace platform::x11 {
+namespace platform::linux::stream {
 namespace {
 
 using namespace std::chrono_literals;
 using support::waitUntil;
 
 // Below the window that shows the copy lies what is copied, and beside both a client draws.
-constexpr PixelRect area{40, 30, 300, 220};
-constexpr Argb halfWhite = 0x80FFFFFF;
+constexpr xcb::PixelRect area{40, 30, 300, 220};
+constexpr cover::Argb halfWhite = 0x80FFFFFF;
 
 class LivePainting : public testing::Test {
  protected:
   LivePainting() {
     (void)qt::application();
-    redirectSubwindows(*keeper_);
+    scene::redirectSubwindows(*keeper_);
     client_.setBackgroundChecks(client_.root(), 7, 0x204060, 0x305070);
     drawn_ = client_.createWindow({.frame = {60, 50, 200, 150}, .color = 0xff305030});
     client_.sync();
@@ -53,8 +53,8 @@ class LivePainting : public testing::Test {
     return stream;
   }
 
-  void show(OverlayLook look) {
-    window_ = std::make_unique<OverlayWindow>(*connection_, area, look);
+  void show(cover::OverlayLook look) {
+    window_ = std::make_unique<cover::OverlayWindow>(*connection_, area, look);
     window_->orderFront(std::nullopt);
     turn();
   }
@@ -63,7 +63,7 @@ class LivePainting : public testing::Test {
   void turn() {
     while (const auto frame = arrivals_->take()) window_->presentFrame(frame);
     connection_->flush();
-    while (const Event event = connection_->nextEvent()) window_->handle(*event);
+    while (const xcb::Event event = connection_->nextEvent()) window_->handle(*event);
     connection_->flush();
   }
 
@@ -74,7 +74,7 @@ class LivePainting : public testing::Test {
   }
 
   // Draws in a colour that was never there before.
-  std::uint32_t draw(xcb_window_t window, const PixelRect& part) {
+  std::uint32_t draw(xcb_window_t window, const xcb::PixelRect& part) {
     const std::uint32_t color = ++lastColor_;
     client_.fill(window, part, 0xff000000U | color);
     client_.sync();
@@ -99,18 +99,19 @@ class LivePainting : public testing::Test {
 
   support::XServer server_{{.width = 400, .height = 300, .depth = 24, .arguments = {}}};
   support::XClient client_{server_.display()};
-  std::unique_ptr<Connection> keeper_ = connectTo(server_.display());
-  std::unique_ptr<Connection> connection_ = connectTo(server_.display());
+  std::unique_ptr<xcb::Connection> keeper_ = connectTo(server_.display());
+  std::unique_ptr<xcb::Connection> connection_ = connectTo(server_.display());
   std::shared_ptr<FrameArrivals> arrivals_ = std::make_shared<FrameArrivals>();
-  std::unique_ptr<OverlayWindow> window_;
+  std::unique_ptr<cover::OverlayWindow> window_;
   xcb_window_t drawn_ = XCB_NONE;
   std::uint64_t serial_ = 0;
   int earlierFrames_ = 0;
   std::uint32_t lastColor_ = 0x405060;
 };
 
-OverlayLook mirrorLook() {
-  return {.background = 0xFF0000FF, .picture = PixelRect{0, 0, area.width, area.height}, .label = {}, .border = {}};
+cover::OverlayLook mirrorLook() {
+  return {
+      .background = 0xFF0000FF, .picture = xcb::PixelRect{0, 0, area.width, area.height}, .label = {}, .border = {}};
 }
 
 TEST_F(LivePainting, ChangesShowWithoutTheMainThread) {
@@ -245,13 +246,13 @@ TEST_F(LivePainting, ManyEventsThatArriveWhileItRestsDoNotPileUp) {
   client_.fill(moving, {0, 0, 40, 40}, 0xff112233);
   client_.move(moving, 280, 120);
   client_.sync();
-  const PixelRect place{280, 120, 40, 40};
+  const xcb::PixelRect place{280, 120, 40, 40};
   EXPECT_TRUE(waitUntil([&] { return client_.screenshot(place).count(0x112233) == std::size_t{40} * 40; }));
 }
 
 TEST_F(LivePainting, TheCopyStaysExactUnderABorderThatDoesNotAddUp) {
-  OverlayLook look = mirrorLook();
-  look.border = BorderLook{.width = 2, .color = halfWhite};
+  cover::OverlayLook look = mirrorLook();
+  look.border = cover::BorderLook{.width = 2, .color = halfWhite};
   const auto stream = start();
   show(look);
   presentFirst();
@@ -271,8 +272,9 @@ TEST_F(LivePainting, ALabelStopsItAndItsEndBringsItBack) {
   const auto stream = start();
   show(mirrorLook());
   presentFirst();
-  OverlayLook labelled = mirrorLook();
-  labelled.label = LabelLook{.text = "Waiting", .font = {.size = 12, .weight = FontWeight::medium}, .color = halfWhite};
+  cover::OverlayLook labelled = mirrorLook();
+  labelled.label =
+      cover::LabelLook{.text = "Waiting", .font = {.size = 12, .weight = FontWeight::medium}, .color = halfWhite};
   window_->setLook(labelled);
   turn();
   const int frames = arrivals_->count();
@@ -321,4 +323,4 @@ TEST_F(LivePainting, AWindowThatGoesWhileItIsPaintedDisturbsNobody) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::stream

@@ -32,7 +32,7 @@ struct Surroundings {
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", busAddress.c_str());
     qunsetenv("QT_QPA_PLATFORM");
     qunsetenv("WAYLAND_DISPLAY");
-    application = std::make_unique<platform::x11::DesktopApplication>(std::span<char* const>(arguments));
+    application = std::make_unique<platform::linux::toolkit::DesktopApplication>(std::span<char* const>(arguments));
   }
 
   support::PrivateHome home;
@@ -41,7 +41,7 @@ struct Surroundings {
   std::string busAddress = addressIn(bus.address());
   std::string name = "quillfade-tests";
   std::array<char*, 1> arguments{name.data()};
-  std::unique_ptr<platform::x11::DesktopApplication> application;
+  std::unique_ptr<platform::linux::toolkit::DesktopApplication> application;
 };
 
 // The test framework ends it while everything that Qt needs is still there.
@@ -67,7 +67,7 @@ Surroundings& surroundings() {
 
 }  // namespace
 
-platform::x11::DesktopApplication& application() { return *surroundings().application; }
+platform::linux::toolkit::DesktopApplication& application() { return *surroundings().application; }
 
 const std::string& display() { return surroundings().server.display(); }
 

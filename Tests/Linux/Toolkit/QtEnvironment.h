@@ -18,7 +18,7 @@
 namespace qt {
 
 // Starts everything on the first call.
-platform::x11::DesktopApplication& application();
+platform::linux::toolkit::DesktopApplication& application();
 [[nodiscard]] const std::string& display();
 [[nodiscard]] const std::string& busAddress();
 

@@ -12,13 +12,15 @@
 #include "Tests/Linux/Toolkit/QtEnvironment.h"
 
 using namespace platform;
-using platform::x11::QtRunLoop;
+using namespace platform::linux;
+using namespace platform::linux::toolkit;
+using platform::linux::toolkit::QtRunLoop;
 
 namespace {
 
 class RunLoopTest : public qt::Test {
  protected:
-  platform::x11::DesktopApplication& application = qt::application();
+  platform::linux::toolkit::DesktopApplication& application = qt::application();
   QtRunLoop runLoop;
 };
 
@@ -188,7 +190,7 @@ TEST_F(RunLoopTest, ASignalThatAsksTheProcessToEndEndsTheLoop) {
 }
 
 TEST(Process, KnowsItsIdentifierItsEnvironmentAndItsHome) {
-  const platform::x11::DesktopProcess process;
+  const platform::linux::toolkit::DesktopProcess process;
   EXPECT_EQ(process.bundleIdentifier(), "org.quillfade.Quillfade");
   EXPECT_EQ(process.environmentVariable("QUILLFADE_NO_SUCH_VARIABLE"), std::nullopt);
   EXPECT_TRUE(process.environmentVariable("PATH").has_value());

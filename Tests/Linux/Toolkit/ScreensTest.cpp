@@ -9,7 +9,8 @@
 #include "Tests/Support/Input.h"
 
 using namespace platform;
-using namespace platform::x11;
+using namespace platform::linux;
+using namespace platform::linux::toolkit;
 
 namespace {
 
@@ -50,7 +51,7 @@ TEST_F(ScreensTest, TheOneScreenOfTheServerIsThePrimaryOne) {
   EXPECT_EQ(all[0].backingScaleFactor, 1);
   EXPECT_NE(all[0].displayID.value_or(0), 0U);
   EXPECT_EQ(screens.main(), all[0]);
-  EXPECT_EQ(screens.geometries().at(0).pixels, (PixelRect{0, 0, 1280, 800}));
+  EXPECT_EQ(screens.geometries().at(0).pixels, (xcb::PixelRect{0, 0, 1280, 800}));
 }
 
 TEST_F(ScreensTest, ThePointerIsMeasuredFromTheBottomLeftCorner) {
@@ -68,13 +69,13 @@ TEST_P(EveryEdge, HoldsThePointerOnTheScreenWhoseEdgeItIs) {
   split(GetParam().first, GetParam().second);
   ASSERT_TRUE(qt::runUntil([&] { return screens.all().size() == 2; }));
   support::Input input(qt::display());
-  for (const ScreenGeometry& screen : screens.geometries()) {
-    const PixelRect& pixels = screen.pixels;
+  for (const xcb::ScreenGeometry& screen : screens.geometries()) {
+    const xcb::PixelRect& pixels = screen.pixels;
     for (const int x : {pixels.x, pixels.x + pixels.width / 2, pixels.right() - 1}) {
       for (const int y : {pixels.y, pixels.y + pixels.height / 2, pixels.bottom() - 1}) {
         input.moveTo(x, y);
         const Point pointer = screens.mouseLocation();
-        for (const ScreenGeometry& any : screens.geometries())
+        for (const xcb::ScreenGeometry& any : screens.geometries())
           EXPECT_EQ(any.points.contains(pointer), any == screen) << x << "," << y;
       }
     }
@@ -107,10 +108,11 @@ TEST_F(ScreensTest, TwoMonitorsLieSideBySideInPointsAsInPixels) {
   ASSERT_TRUE(qt::runUntil([&] { return screens.all().size() == 2; }));
   const auto geometries = screens.geometries();
   std::set<std::pair<int, int>> sizes;
-  for (const ScreenGeometry& screen : geometries) sizes.emplace(screen.pixels.width, screen.pixels.height);
+  for (const xcb::ScreenGeometry& screen : geometries) sizes.emplace(screen.pixels.width, screen.pixels.height);
   EXPECT_EQ(sizes, (std::set<std::pair<int, int>>{{480, 800}, {800, 600}}));
   EXPECT_EQ(geometries[0].points.origin, Point{});
-  for (const ScreenGeometry& screen : geometries) EXPECT_EQ(toPixels(screen.points, geometries), screen.pixels);
+  for (const xcb::ScreenGeometry& screen : geometries)
+    EXPECT_EQ(xcb::toPixels(screen.points, geometries), screen.pixels);
 }
 
 TEST(DisplayIdentifiers, EveryNameHasAStableNumberOtherThanZero) {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace platform::x11 {
+namespace platform::linux::toolkit {
 namespace {
 
 TEST(TextCatalogue, TheFirstLanguageThatThereIsATranslationIntoIsTaken) {
@@ -18,4 +18,4 @@ TEST(TextCatalogue, ATextWithoutATranslationStaysAsItIs) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::toolkit

@@ -7,8 +7,8 @@
 #include <vector>
 
 using namespace platform;
-using platform::x11::HostMenus;
-using platform::x11::MenuSession;
+using platform::linux::tray::HostMenus;
+using platform::linux::tray::MenuSession;
 
 namespace {
 

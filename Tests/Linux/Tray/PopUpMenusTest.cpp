@@ -7,7 +7,7 @@
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
 
-namespace platform::x11 {
+namespace platform::linux::tray {
 namespace {
 
 class PopUpMenusOnX : public testing::Test {
@@ -16,7 +16,7 @@ class PopUpMenusOnX : public testing::Test {
 
   void pump() {
     connection_->flush();
-    while (const Event event = connection_->nextEvent()) {
+    while (const xcb::Event event = connection_->nextEvent()) {
       scene_.handle(*event);
       list_.handle(*event);
     }
@@ -27,7 +27,7 @@ class PopUpMenusOnX : public testing::Test {
     client_.sync();
     return support::waitUntil([&] {
       pump();
-      const SceneWindow* found = scene_.find(window);
+      const scene::SceneWindow* found = scene_.find(window);
       return found != nullptr && found->isDescribed && found->isViewable == viewable;
     });
   }
@@ -45,9 +45,9 @@ class PopUpMenusOnX : public testing::Test {
 
   support::XServer server_;
   support::XClient client_{server_.display()};
-  std::unique_ptr<Connection> connection_ = connectTo(server_.display());
-  Scene scene_{*connection_};
-  WindowList list_{*connection_, scene_, {connection_->resourceBase()}};
+  std::unique_ptr<xcb::Connection> connection_ = connectTo(server_.display());
+  scene::Scene scene_{*connection_};
+  scene::WindowList list_{*connection_, scene_, {connection_->resourceBase()}};
   PopUpMenus menus_{scene_, list_};
   int closings_ = 0;
 };
@@ -92,4 +92,4 @@ TEST_F(PopUpMenusOnX, NobodyIsToldWhoNoLongerWaits) {
 }
 
 }  // namespace
-}  // namespace platform::x11
+}  // namespace platform::linux::tray

@@ -23,7 +23,9 @@
 #include "Tests/Support/Input.h"
 
 using namespace platform;
-using platform::x11::SymbolImage;
+using namespace platform::linux;
+using namespace platform::linux::tray;
+using platform::linux::tray::SymbolImage;
 
 namespace {
 
@@ -79,7 +81,7 @@ class Delegate : public MenuDelegate {
 };
 
 // A tray's host here shows nothing on screen.
-class NoHostMenus : public x11::HostMenus {
+class NoHostMenus : public HostMenus {
  public:
   void whenClosed(std::function<void()>) override {}
   [[nodiscard]] bool isSeen() const override { return false; }
@@ -109,10 +111,10 @@ class StatusBarTest : public qt::Test {
   }
   [[nodiscard]] const std::string& calls() const { return delegate->calls; }
 
-  x11::QtRunLoop runLoop;
+  toolkit::QtRunLoop runLoop;
   std::optional<qt::TrayHost> tray;
   NoHostMenus hostMenus;
-  x11::DesktopStatusBar bar{runLoop, hostMenus};
+  DesktopStatusBar bar{runLoop, hostMenus};
   std::shared_ptr<Delegate> delegate = std::make_shared<Delegate>();
   std::shared_ptr<StatusItem> item;
 };
@@ -232,7 +234,7 @@ TEST_F(StatusBarTest, TheItemShowsUpAgainWhenTheTrayIsStartedAnew) {
 
 TEST_F(StatusBarTest, TheIconFollowsTheDesktopsColours) {
   showItem();
-  const QSystemTrayIcon* icon = std::dynamic_pointer_cast<x11::DesktopStatusItem>(item)->trayIcon();
+  const QSystemTrayIcon* icon = std::dynamic_pointer_cast<DesktopStatusItem>(item)->trayIcon();
   const QPalette before = QApplication::palette();
   for (const QColor ink : {QColor(Qt::white), QColor(20, 20, 200)}) {
     QPalette palette = before;

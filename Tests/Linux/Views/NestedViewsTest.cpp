@@ -13,7 +13,8 @@
 #include "Tests/Support/XClient.h"
 
 using namespace platform;
-using namespace platform::x11;
+using namespace platform::linux;
+using namespace platform::linux::views;
 
 namespace {
 
@@ -45,7 +46,7 @@ class NestedViews : public qt::Test {
     attributes.contentRect = {{100, 200}, {400, 300}};  // x 100 to 500, y 300 to 600 in pixels
     attributes.isOpaque = true;
     attributes.backgroundColor = colors::black;
-    window_ = std::make_unique<WidgetWindow>(attributes, screens_, focus_, nullptr);
+    window_ = std::make_unique<widgets::WidgetWindow>(attributes, screens_, focus_, nullptr);
     window_->setContentView(outer_);
     window_->orderFrontRegardless();
     qt::runPending();
@@ -62,14 +63,14 @@ class NestedViews : public qt::Test {
 
   support::XClient client_{qt::display()};
   support::Input input_{qt::display()};
-  DesktopScreens screens_;
-  KeyboardFocus focus_;
+  toolkit::DesktopScreens screens_;
+  input::KeyboardFocus focus_;
   DesktopViews views_;
   std::shared_ptr<Pressed> outerResponder_ = std::make_shared<Pressed>();
   std::shared_ptr<Pressed> innerResponder_ = std::make_shared<Pressed>();
   std::shared_ptr<View> outer_;
   std::shared_ptr<View> inner_;
-  std::unique_ptr<WidgetWindow> window_;
+  std::unique_ptr<widgets::WidgetWindow> window_;
 };
 
 }  // namespace

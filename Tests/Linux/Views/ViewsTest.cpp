@@ -6,7 +6,8 @@
 #include "Platform/Linux/Views/OverlayDescription.h"
 
 using namespace platform;
-using namespace platform::x11;
+using namespace platform::linux;
+using namespace platform::linux::views;
 
 namespace {
 

@@ -21,7 +21,8 @@
 #include "Tests/Support/Variable.h"
 
 using namespace platform;
-using namespace platform::x11;
+using namespace platform::linux;
+using namespace platform::linux::widgets;
 
 namespace {
 
@@ -52,7 +53,7 @@ class DialogsTest : public qt::Test {
     return nullptr;
   }
 
-  QtRunLoop runLoop;
+  toolkit::QtRunLoop runLoop;
   DesktopDialogs dialogs;
 };
 
@@ -159,7 +160,7 @@ TEST_F(DialogsTest, TheAboutPanelIsOneAndClosesWithEscape) {
     if (label->text() == QStringLiteral("First.\n\nSecond.")) credits = label;
   ASSERT_NE(credits, nullptr);
   EXPECT_EQ(credits->font().pixelSize(), 11);
-  EXPECT_EQ(credits->palette().color(QPalette::WindowText), toQColor(colors::secondaryLabel));
+  EXPECT_EQ(credits->palette().color(QPalette::WindowText), toolkit::toQColor(colors::secondaryLabel));
   EXPECT_TRUE(credits->textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
 
   // The server has no window manager that gives windows the keyboard, so this key comes from Qt's side.
@@ -201,10 +202,11 @@ TEST_F(DialogsTest, NothingMoves) {
 }
 
 TEST(SettingsPrograms, ThoseOfTheRunningDesktopComeFirst) {
-  EXPECT_EQ(settingsPrograms("ubuntu:GNOME").front(), (std::vector<std::string>{"gnome-control-center", "privacy"}));
-  EXPECT_EQ(settingsPrograms("XFCE").front(), (std::vector<std::string>{"xfce4-settings-manager"}));
-  EXPECT_EQ(settingsPrograms("KDE").at(1), (std::vector<std::string>{"systemsettings5"}));
-  EXPECT_EQ(settingsPrograms("").size(), settingsPrograms("KDE").size());
+  EXPECT_EQ(session::settingsPrograms("ubuntu:GNOME").front(),
+            (std::vector<std::string>{"gnome-control-center", "privacy"}));
+  EXPECT_EQ(session::settingsPrograms("XFCE").front(), (std::vector<std::string>{"xfce4-settings-manager"}));
+  EXPECT_EQ(session::settingsPrograms("KDE").at(1), (std::vector<std::string>{"systemsettings5"}));
+  EXPECT_EQ(session::settingsPrograms("").size(), session::settingsPrograms("KDE").size());
 }
 
 TEST_F(DialogsTest, TheUserIsToldWhatTheDisplayLacksWithAndWithoutASettingsProgram) {
@@ -214,7 +216,7 @@ TEST_F(DialogsTest, TheUserIsToldWhatTheDisplayLacksWithAndWithoutASettingsProgr
   std::filesystem::permissions(program, std::filesystem::perms::owner_all);
   for (const auto& place : {std::filesystem::path("/nonexistent"), programs.path()}) {
     const support::Variable path("PATH", place.c_str());
-    DesktopWorkspace workspace({"Composite", "DAMAGE"});
+    session::DesktopWorkspace workspace({"Composite", "DAMAGE"});
     workspace.openURL("x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture");
     const auto* box = qobject_cast<QMessageBox*>(visibleDialog());
     ASSERT_NE(box, nullptr) << place;

@@ -16,13 +16,14 @@
 #include "Tests/Support/Reply.h"
 
 using namespace platform;
-using namespace platform::x11;
+using namespace platform::linux;
+using namespace platform::linux::widgets;
 
 namespace {
 
 constexpr Rect wholeScreen{{0, 0}, {1280, 800}};
 constexpr Rect hole{{200, 100}, {300, 150}};
-constexpr PixelRect holeInPixels{200, 550, 300, 150};
+constexpr xcb::PixelRect holeInPixels{200, 550, 300, 150};
 constexpr std::uint32_t desktopColor = 0x00c08040;
 
 // Dims everything but a hole and notes what comes in.
@@ -79,9 +80,10 @@ class WidgetWindowTest : public qt::Test {
     attributes.isOpaque = false;
     attributes.backgroundColor = colors::clear;
     attributes.canBecomeKey = true;
-    return std::make_unique<WidgetWindow>(attributes, screens, focus, [this](PixelRect part) { return grab(part); });
+    return std::make_unique<WidgetWindow>(attributes, screens, focus,
+                                          [this](xcb::PixelRect part) { return grab(part); });
   }
-  QImage grab(const PixelRect& part) {
+  QImage grab(const xcb::PixelRect& part) {
     const support::Picture picture = client.screenshot(part);
     QImage image(picture.width(), picture.height(), QImage::Format_RGB32);
     for (int y = 0; y < picture.height(); ++y)
@@ -104,9 +106,9 @@ class WidgetWindowTest : public qt::Test {
 
   support::XClient client{qt::display()};
   support::Input input{qt::display()};
-  DesktopScreens screens;
-  KeyboardFocus focus;
-  DesktopViews views;
+  toolkit::DesktopScreens screens;
+  input::KeyboardFocus focus;
+  views::DesktopViews views;
   std::shared_ptr<Responder> responder = std::make_shared<Responder>();
   std::unique_ptr<WidgetWindow> window;
 };
@@ -176,7 +178,7 @@ TEST_F(WidgetWindowTest, AWindowMayGoWhileItHandlesTheMouse) {
 TEST_F(WidgetWindowTest, AMonitorSeesKeysFirstAndMaySwallowThem) {
   show();
   ASSERT_TRUE(qt::runUntil([&] { return focused() == window->windowId(); }));
-  KeyMonitors monitors;
+  input::KeyMonitors monitors;
   std::vector<std::uint16_t> seen;
   const EventMonitor monitor = monitors.add([&](const KeyEvent& event) {
     seen.push_back(event.keyCode);
@@ -242,7 +244,7 @@ TEST_F(WidgetWindowTest, TheWindowCoversItsFrameAndNoWindowManagerTouchesIt) {
   const support::WindowManager manager(qt::display());
   show();
   EXPECT_TRUE(qt::runUntil(
-      [&] { return client.frame(static_cast<xcb_window_t>(window->windowId())) == PixelRect{0, 0, 1280, 800}; }));
+      [&] { return client.frame(static_cast<xcb_window_t>(window->windowId())) == xcb::PixelRect{0, 0, 1280, 800}; }));
   ASSERT_TRUE(qt::runUntil([&] { return focused() == window->windowId(); }));
   input.press(XK_Escape);
   EXPECT_TRUE(qt::runUntil([&] { return responder->cancels == 1; }));
@@ -280,7 +282,7 @@ TEST_F(WidgetWindowTest, TextIsDrawnInsideTheBoxThatWasMeasured) {
 }
 
 TEST_F(WidgetWindowTest, MonospacedDigitsAreEquallyWide) {
-  const QFontMetricsF metrics(toQFont({12, FontWeight::semibold, FontDesign::monospacedDigits}));
+  const QFontMetricsF metrics(toolkit::toQFont({12, FontWeight::semibold, FontDesign::monospacedDigits}));
   for (char digit = '1'; digit <= '9'; ++digit)
     EXPECT_DOUBLE_EQ(metrics.horizontalAdvance(QLatin1Char(digit)), metrics.horizontalAdvance(QLatin1Char('0')));
 }

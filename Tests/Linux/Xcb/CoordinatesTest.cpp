@@ -9,7 +9,8 @@
 
 using platform::Point;
 using platform::Rect;
-using namespace platform::x11;
+using namespace platform::linux;
+using namespace platform::linux::xcb;
 
 namespace {
 
@@ -128,11 +129,11 @@ TEST(Coordinates, TheCommonPartOfRectanglesThatOnlyTouchIsEmpty) {
 
 TEST(ToolkitCoordinates, AScreenLiesWhereTheToolkitHasIt) {
   const auto screens = placed({{{1280, 0, 3840, 2160}, 2, {}}, {{0, 100, 1280, 1024}, 1, {}}});
-  EXPECT_EQ(toToolkit(screens[0].points, screens), QRect(1280, 0, 1920, 1080));
-  EXPECT_EQ(toToolkit(screens[1].points, screens), QRect(0, 100, 1280, 1024));
+  EXPECT_EQ(toolkit::toToolkit(screens[0].points, screens), QRect(1280, 0, 1920, 1080));
+  EXPECT_EQ(toolkit::toToolkit(screens[1].points, screens), QRect(0, 100, 1280, 1024));
 }
 
 TEST(ToolkitCoordinates, AWindowIsNeverSmallerThanItsScreen) {
   const auto screens = placed({{{0, 0, 1366, 768}, 1.75, {}}});
-  EXPECT_EQ(toToolkit(screens[0].points, screens), QRect(0, 0, 781, 439));
+  EXPECT_EQ(toolkit::toToolkit(screens[0].points, screens), QRect(0, 0, 781, 439));
 }

@@ -23,7 +23,7 @@
 #include "Platform/Linux/Lens/ScreenNames.h"
 #include "Platform/Linux/Lens/Wire.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 class RequestStream {
  public:
@@ -109,4 +109,4 @@ class RequestStream {
   std::unordered_set<std::uint32_t> screenDamages_;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 namespace {
 
@@ -78,4 +78,4 @@ void ReplyStream::renumber(Bytes message) {
   wire_.put16(&message[2], static_cast<std::uint16_t>(wire_.get16(&message[2]) - ownRequests_));
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

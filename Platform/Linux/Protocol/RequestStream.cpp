@@ -6,7 +6,7 @@
 #include <span>
 #include <utility>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 namespace {
 
@@ -244,4 +244,4 @@ bool RequestStream::usePictures(const Request& request) {
   return true;
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -15,7 +15,7 @@
 #include "Platform/Error.h"
 #include "Platform/Linux/Lens/Wire.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 // What allows a client to connect.
 struct Credential {
@@ -44,4 +44,4 @@ struct SetupRequest {
 // Takes the same time wherever the two differ.
 [[nodiscard]] bool isSameSecret(std::string_view one, std::string_view other);
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

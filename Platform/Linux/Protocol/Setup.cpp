@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 namespace {
 
@@ -81,4 +81,4 @@ bool isSameSecret(std::string_view one, std::string_view other) {
   return difference == 0;
 }
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -9,7 +9,7 @@
 #include <cstring>
 #include <span>
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 using Bytes = std::span<std::byte>;
 
@@ -42,4 +42,4 @@ class Wire {
   bool isForeign_;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens

@@ -16,7 +16,7 @@
 #include "Platform/Linux/Lens/ScreenNames.h"
 #include "Platform/Linux/Lens/Wire.h"
 
-namespace platform::x11::lens {
+namespace platform::linux::lens {
 
 class ReplyStream {
  public:
@@ -59,4 +59,4 @@ class ReplyStream {
   std::uint16_t ownRequests_ = 0;
 };
 
-}  // namespace platform::x11::lens
+}  // namespace platform::linux::lens
