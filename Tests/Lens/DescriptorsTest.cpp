@@ -7,8 +7,8 @@
 
 #include "Platform/Linux/Lens/LocalSocket.h"
 #include "Platform/Linux/Lens/ServerAddress.h"
-#include "Platform/Linux/Lens/Setup.h"
 #include "Platform/Linux/Posix/FileDescriptor.h"
+#include "Platform/Linux/Protocol/Setup.h"
 #include "Tests/Lens/OpenLens.h"
 #include "Tests/Lens/ProtocolBytes.h"
 #include "Tests/Support/Reply.h"
@@ -17,21 +17,22 @@
 namespace lens {
 namespace {
 
-namespace wire = platform::linux::lens;
+namespace lens = platform::linux::lens;
+namespace protocol = platform::linux::protocol;
 using platform::linux::posix::FileDescriptor;
 
 // Reads the stream as it comes: client libraries may themselves lose a descriptor that comes early.
 class RawClient {
  public:
   explicit RawClient(const OpenLens& open) : socket_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    const auto address = wire::localAddress(wire::socketPath(open.number()), false);
+    const auto address = lens::localAddress(lens::socketPath(open.number()), false);
     if (::connect(socket_.get(), address.get(), address.length) != 0) throw std::runtime_error("No lens.");
     ::setenv("XAUTHORITY", open.authority().c_str(), 1);
-    const auto credential = wire::ServerAddress::parse(open.display())->credential();
+    const auto credential = lens::ServerAddress::parse(open.display())->credential();
     ::unsetenv("XAUTHORITY");
-    send(wire::setupRequest({}, credential));
+    send(protocol::setupRequest({}, credential));
     const auto header = receive(8);
-    setup_ = receive(std::size_t{4} * wire::Wire(wire::ByteOrder::little).get16(&header[6]));
+    setup_ = receive(std::size_t{4} * protocol::Wire(protocol::ByteOrder::little).get16(&header[6]));
   }
 
   void send(const std::vector<std::byte>& bytes) {
@@ -66,7 +67,7 @@ class RawClient {
 
   [[nodiscard]] std::size_t descriptors() const { return descriptors_.size(); }
   // The first of the ids that are this client's to give.
-  [[nodiscard]] std::uint32_t firstId() const { return wire::Wire(wire::ByteOrder::little).get32(&setup_[4]); }
+  [[nodiscard]] std::uint32_t firstId() const { return protocol::Wire(protocol::ByteOrder::little).get32(&setup_[4]); }
 
  private:
   FileDescriptor socket_;
@@ -85,12 +86,12 @@ TEST(Descriptors, ComeThoughALongReplyIsUnderWay) {
   RawClient client(open);
   constexpr std::size_t image = std::size_t{1280} * 800 * 4;
   for (std::uint32_t round = 0; round < 10; ++round) {
-    wire::ProtocolBytes asked(wire::ByteOrder::little);
+    lens::ProtocolBytes asked(protocol::ByteOrder::little);
     asked.request(73, 2, {outside.root(), 0, 1280U | 800U << 16U, ~0U});              // GetImage
     asked.request(extension->major_opcode, 7, {client.firstId() + round, 65536, 0});  // CreateSegment
     client.send(asked.bytes());
     const auto reply = client.receive(32 + image);
-    EXPECT_EQ(wire::Wire(wire::ByteOrder::little).get32(&reply[4]), image / 4);
+    EXPECT_EQ(protocol::Wire(protocol::ByteOrder::little).get32(&reply[4]), image / 4);
     EXPECT_EQ(client.receive(32)[0], std::byte{1});
     EXPECT_EQ(client.descriptors(), round + 1);
   }

@@ -14,7 +14,7 @@
 #include "Platform/Linux/Lens/PrivateAuthority.h"
 #include "Platform/Linux/Lens/PrivateDisplay.h"
 #include "Platform/Linux/Lens/ServerAddress.h"
-#include "Platform/Linux/Lens/Setup.h"
+#include "Platform/Linux/Protocol/Setup.h"
 #include "Tests/Lens/OpenLens.h"
 #include "Tests/Support/ProcessState.h"
 #include "Tests/Support/Reply.h"
@@ -24,13 +24,13 @@ namespace lens {
 namespace {
 
 namespace fs = std::filesystem;
-using platform::linux::lens::Credential;
 using platform::linux::lens::localAddress;
 using platform::linux::lens::PrivateAuthority;
 using platform::linux::lens::PrivateDisplay;
 using platform::linux::lens::ServerAddress;
 using platform::linux::lens::socketPath;
 using platform::linux::posix::FileDescriptor;
+using platform::linux::protocol::Credential;
 using support::ChildProcess;
 
 std::string lockPath(int number) { return "/tmp/.X" + std::to_string(number) + "-lock"; }

@@ -4,13 +4,13 @@
 #include <initializer_list>
 #include <vector>
 
-#include "Platform/Linux/Lens/Wire.h"
+#include "Platform/Linux/Protocol/Wire.h"
 
 namespace platform::linux::lens {
 
 class ProtocolBytes {
  public:
-  explicit ProtocolBytes(ByteOrder order) : wire_(order) {}
+  explicit ProtocolBytes(protocol::ByteOrder order) : wire_(order) {}
 
   // Four bytes of header, then these words.
   void request(std::uint8_t major, std::uint8_t minor, std::initializer_list<std::uint32_t> words) {
@@ -39,7 +39,7 @@ class ProtocolBytes {
   }
 
   [[nodiscard]] const std::vector<std::byte>& bytes() const { return bytes_; }
-  [[nodiscard]] Bytes span() { return bytes_; }
+  [[nodiscard]] protocol::Bytes span() { return bytes_; }
   [[nodiscard]] std::uint32_t word(std::size_t offset) const { return wire_.get32(&bytes_[offset]); }
   [[nodiscard]] std::uint16_t half(std::size_t offset) const { return wire_.get16(&bytes_[offset]); }
 
@@ -55,7 +55,7 @@ class ProtocolBytes {
     }
   }
 
-  Wire wire_;
+  protocol::Wire wire_;
   std::vector<std::byte> bytes_;
 };
 

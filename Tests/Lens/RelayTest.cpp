@@ -46,18 +46,18 @@ class RelayTest : public testing::Test {
   }
 
   static std::vector<std::byte> request() {
-    ProtocolBytes bytes(ByteOrder::little);
+    ProtocolBytes bytes(protocol::ByteOrder::little);
     bytes.request(127, 0, {0});
     return bytes.bytes();
   }
   static std::vector<std::byte> longRequest() {
     std::vector<std::byte> image(4 * wordsOfLongMessage);
     image[0] = std::byte{72};
-    Wire(ByteOrder::little).put16(&image[2], wordsOfLongMessage);
+    protocol::Wire(protocol::ByteOrder::little).put16(&image[2], wordsOfLongMessage);
     return image;
   }
   static std::vector<std::byte> reply(std::uint32_t more = 0) {
-    ProtocolBytes bytes(ByteOrder::little);
+    ProtocolBytes bytes(protocol::ByteOrder::little);
     bytes.message(1, 1, 0, more);
     return bytes.bytes();
   }
@@ -81,7 +81,7 @@ class RelayTest : public testing::Test {
 
   SocketPair client_{SOCK_NONBLOCK};
   SocketPair server_{SOCK_NONBLOCK};
-  ScreenNames names_{.root = 0x50a};
+  protocol::ScreenNames names_{.root = 0x50a};
   NoPictures pictures_;
   Relay relay_{std::move(client_.near), std::move(server_.near), {}, {}, names_, pictures_};
 };

@@ -1,4 +1,4 @@
-#include "Platform/Linux/Lens/ReplyStream.h"
+#include "Platform/Linux/Protocol/ReplyStream.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::uint32_t rootVisual = 0x21;
 
-class ReplyStreams : public testing::TestWithParam<ByteOrder> {
+class ReplyStreams : public testing::TestWithParam<protocol::ByteOrder> {
  protected:
   // What comes out of everything that was written, in pieces of this size.
   ProtocolBytes passOn(std::size_t piece = 1'000'000) {
@@ -17,12 +17,12 @@ class ReplyStreams : public testing::TestWithParam<ByteOrder> {
     std::size_t done = 0;
     std::size_t end = std::min(piece, bytes.size());
     while (done < bytes.size()) {
-      const auto step = stream_.advance(Bytes(bytes).subspan(done, end - done));
+      const auto step = stream_.advance(protocol::Bytes(bytes).subspan(done, end - done));
       done += step.length;
       if (step.isBarrierNext) {
         bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(done),
-                    bytes.begin() + static_cast<std::ptrdiff_t>(done + ReplyStream::messageSize));
-        end -= ReplyStream::messageSize;
+                    bytes.begin() + static_cast<std::ptrdiff_t>(done + protocol::ReplyStream::messageSize));
+        end -= protocol::ReplyStream::messageSize;
       } else if (step.length == 0 && end == bytes.size()) {
         ADD_FAILURE() << "The end does not come out.";
         break;
@@ -36,9 +36,9 @@ class ReplyStreams : public testing::TestWithParam<ByteOrder> {
     return result;
   }
 
-  ScreenNames names_{.root = 1, .rootVisual = rootVisual};
-  PendingReplies replies_;
-  ReplyStream stream_{GetParam(), names_, replies_};
+  protocol::ScreenNames names_{.root = 1, .rootVisual = rootVisual};
+  protocol::PendingReplies replies_;
+  protocol::ReplyStream stream_{GetParam(), names_, replies_};
   ProtocolBytes sent_{GetParam()};
 };
 
@@ -53,7 +53,7 @@ TEST_P(ReplyStreams, WhatNobodyAsksForPassesAsItIs) {
 }
 
 TEST_P(ReplyStreams, AnImageOfTheScreenSaysTheScreensVisual) {
-  replies_ = {{1, ReplyTo::screenImage}, {3, ReplyTo::screenImage}};
+  replies_ = {{1, protocol::ReplyTo::screenImage}, {3, protocol::ReplyTo::screenImage}};
   sent_.message(1, 1, 0, 2);
   sent_.message(1, 2, 0, 0);
   sent_.message(22, 2);
@@ -70,7 +70,7 @@ TEST_P(ReplyStreams, DamageOfABoardIsTheScreens) {
   sent_.message(91, 1);
   sent_.message(0x80 | 91, 1);
   sent_.message(91, 1);
-  const Wire wire(GetParam());
+  const protocol::Wire wire(GetParam());
   for (const std::size_t offset : {0U, 32U}) wire.put32(&sent_.span()[offset + 4], 0x400020);
   wire.put32(&sent_.span()[64 + 4], 77);
   const ProtocolBytes out = passOn();
@@ -84,7 +84,10 @@ TEST_P(ReplyStreams, DamageOfABoardIsTheScreens) {
 }
 
 TEST_P(ReplyStreams, OwnRequestsWithoutReplyAreNotCounted) {
-  replies_ = {{2, ReplyTo::nothing}, {4, ReplyTo::screenImage}, {5, ReplyTo::nothing}, {8, ReplyTo::nothing}};
+  replies_ = {{2, protocol::ReplyTo::nothing},
+              {4, protocol::ReplyTo::screenImage},
+              {5, protocol::ReplyTo::nothing},
+              {8, protocol::ReplyTo::nothing}};
   sent_.message(22, 1);
   sent_.message(22, 2);
   sent_.message(22, 3);
@@ -104,7 +107,7 @@ TEST_P(ReplyStreams, OwnRequestsWithoutReplyAreNotCounted) {
 }
 
 TEST_P(ReplyStreams, AnErrorInsteadOfAnImageIsLeftAlone) {
-  replies_ = {{1, ReplyTo::screenImage}, {2, ReplyTo::screenImage}};
+  replies_ = {{1, protocol::ReplyTo::screenImage}, {2, protocol::ReplyTo::screenImage}};
   sent_.message(0, 1, 77);
   sent_.message(1, 2, 0);
   const ProtocolBytes out = passOn();
@@ -113,7 +116,7 @@ TEST_P(ReplyStreams, AnErrorInsteadOfAnImageIsLeftAlone) {
 }
 
 TEST_P(ReplyStreams, TheAnswerToAQuestionOfTheLensIsLeftOutAndLaterNumbersAreTheClients) {
-  replies_ = {{2, ReplyTo::barrier}, {3, ReplyTo::screenImage}, {4, ReplyTo::barrier}};
+  replies_ = {{2, protocol::ReplyTo::barrier}, {3, protocol::ReplyTo::screenImage}, {4, protocol::ReplyTo::barrier}};
   sent_.message(22, 1);
   sent_.message(1, 2);
   sent_.message(1, 3, 0, 4);
@@ -131,7 +134,7 @@ TEST_P(ReplyStreams, TheAnswerToAQuestionOfTheLensIsLeftOutAndLaterNumbersAreThe
 }
 
 TEST_P(ReplyStreams, NumbersGoRound) {
-  replies_ = {{70'000, ReplyTo::screenImage}};
+  replies_ = {{70'000, protocol::ReplyTo::screenImage}};
   sent_.message(22, 60'000);
   sent_.message(1, static_cast<std::uint16_t>(70'000));
   const ProtocolBytes out = passOn();
@@ -140,14 +143,15 @@ TEST_P(ReplyStreams, NumbersGoRound) {
 }
 
 TEST_P(ReplyStreams, TheOverlayWindowBecomesKnown) {
-  replies_ = {{1, ReplyTo::overlayWindow}};
+  replies_ = {{1, protocol::ReplyTo::overlayWindow}};
   sent_.message(1, 1, 0x99);
   EXPECT_EQ(passOn().bytes(), sent_.bytes());
   EXPECT_TRUE(names_.isScreen(0x99));
 }
 
 TEST_P(ReplyStreams, PiecesMakeNoDifference) {
-  const PendingReplies replies{{1, ReplyTo::screenImage}, {2, ReplyTo::barrier}, {3, ReplyTo::screenImage}};
+  const protocol::PendingReplies replies{
+      {1, protocol::ReplyTo::screenImage}, {2, protocol::ReplyTo::barrier}, {3, protocol::ReplyTo::screenImage}};
   replies_ = replies;
   sent_.message(1, 1, 0, 7);
   sent_.message(1, 2);
@@ -156,14 +160,16 @@ TEST_P(ReplyStreams, PiecesMakeNoDifference) {
   const auto whole = passOn().bytes();
   for (std::size_t piece = 1; piece <= 70; ++piece) {
     replies_ = replies;
-    stream_.~ReplyStream();
-    new (&stream_) ReplyStream(GetParam(), names_, replies_);
+    stream_.~protocol::ReplyStream();
+    new (&stream_) protocol::ReplyStream(GetParam(), names_, replies_);
     EXPECT_EQ(passOn(piece).bytes(), whole) << piece;
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(BothByteOrders, ReplyStreams, testing::Values(ByteOrder::little, ByteOrder::big),
-                         [](const auto& order) { return order.param == ByteOrder::little ? "Little" : "Big"; });
+INSTANTIATE_TEST_SUITE_P(BothByteOrders, ReplyStreams,
+                         testing::Values(protocol::ByteOrder::little, protocol::ByteOrder::big), [](const auto& order) {
+                           return order.param == protocol::ByteOrder::little ? "Little" : "Big";
+                         });
 
 }  // namespace
 }  // namespace platform::linux::lens

@@ -1,4 +1,4 @@
-#include "Platform/Linux/Lens/RequestStream.h"
+#include "Platform/Linux/Protocol/RequestStream.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 namespace platform::linux::lens {
 namespace {
 
-using Stop = RequestStream::Stop;
+using Stop = protocol::RequestStream::Stop;
 
 constexpr std::uint32_t root = 0x50a;
 constexpr std::uint32_t overlay = 0x60b;
@@ -20,7 +20,7 @@ constexpr std::uint8_t render = 138;
 constexpr std::uint8_t directRendering = 149;
 constexpr std::uint8_t damage = 143;
 
-class RequestStreams : public testing::TestWithParam<ByteOrder> {
+class RequestStreams : public testing::TestWithParam<protocol::ByteOrder> {
  protected:
   // Everything that was written, in one piece; stops are answered with the shared picture. How many there were.
   int passOn() {
@@ -37,14 +37,14 @@ class RequestStreams : public testing::TestWithParam<ByteOrder> {
     return stops;
   }
 
-  ScreenNames names_{.extensions = {bigRequests, composite, render, sharedMemory, directRendering, damage},
-                     .root = root,
-                     .rootVisual = 0x21,
-                     .overlay = overlay,
-                     .rootPicture = 0x400010,
-                     .rootPictureOverWindows = 0x400011};
-  PendingReplies replies_;
-  RequestStream stream_{GetParam(), names_, replies_};
+  protocol::ScreenNames names_{.extensions = {bigRequests, composite, render, sharedMemory, directRendering, damage},
+                               .root = root,
+                               .rootVisual = 0x21,
+                               .overlay = overlay,
+                               .rootPicture = 0x400010,
+                               .rootPictureOverWindows = 0x400011};
+  protocol::PendingReplies replies_;
+  protocol::RequestStream stream_{GetParam(), names_, replies_};
   ProtocolBytes sent_{GetParam()};
 };
 
@@ -131,7 +131,7 @@ TEST_P(RequestStreams, ALongRequestShorterThanItsHeaderIsMalformedForGood) {
   ProtocolBytes bad(GetParam());
   bad.longRequest(127, 0, {});
   std::vector<std::byte> bytes = bad.bytes();
-  Wire(GetParam()).put32(&bytes[4], 1);
+  protocol::Wire(GetParam()).put32(&bytes[4], 1);
   EXPECT_EQ(passOn(), 0);
   EXPECT_EQ(stream_.advance(bytes).stop, Stop::malformed);
   EXPECT_EQ(stream_.advance(sent_.span()).stop, Stop::malformed);
@@ -180,14 +180,14 @@ TEST_P(RequestStreams, TheOverlayWindowIsLookedForInTheReply) {
   sent_.request(composite, 7, {other});
   EXPECT_EQ(passOn(), 0);
   ASSERT_EQ(replies_.size(), 1U);
-  EXPECT_EQ(replies_[0].kind, ReplyTo::overlayWindow);
+  EXPECT_EQ(replies_[0].kind, protocol::ReplyTo::overlayWindow);
   EXPECT_EQ(replies_[0].request, 1U);
 }
 
 TEST_P(RequestStreams, RequestsWhoseReplyBringsDescriptorsAreNoticed) {
   for (const auto& [major, minor] : {std::pair{directRendering, 1}, {sharedMemory, 7}}) {
-    PendingReplies replies;
-    RequestStream stream(GetParam(), names_, replies);
+    protocol::PendingReplies replies;
+    protocol::RequestStream stream(GetParam(), names_, replies);
     ProtocolBytes sent(GetParam());
     sent.request(sharedMemory, 0, {});
     sent.request(sharedMemory, 4, {other, 0, 0, 0, 0, 0, 0});
@@ -224,12 +224,12 @@ TEST_P(RequestStreams, PiecesMakeNoDifference) {
   const auto original = sent_.bytes();
   passOn();
   for (std::size_t piece = 1; piece <= 40; ++piece) {
-    PendingReplies replies;
-    RequestStream stream(GetParam(), names_, replies);
+    protocol::PendingReplies replies;
+    protocol::RequestStream stream(GetParam(), names_, replies);
     std::vector<std::byte> bytes = original;
     std::size_t done = 0;
     for (std::size_t end = piece; done < bytes.size(); end = std::min(end + piece, bytes.size())) {
-      const auto step = stream.advance(Bytes(bytes).subspan(done, end - done));
+      const auto step = stream.advance(protocol::Bytes(bytes).subspan(done, end - done));
       done += step.length;
       if (step.stop == Stop::screenRead) stream.provide(shared);
     }
@@ -238,8 +238,10 @@ TEST_P(RequestStreams, PiecesMakeNoDifference) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(BothByteOrders, RequestStreams, testing::Values(ByteOrder::little, ByteOrder::big),
-                         [](const auto& order) { return order.param == ByteOrder::little ? "Little" : "Big"; });
+INSTANTIATE_TEST_SUITE_P(BothByteOrders, RequestStreams,
+                         testing::Values(protocol::ByteOrder::little, protocol::ByteOrder::big), [](const auto& order) {
+                           return order.param == protocol::ByteOrder::little ? "Little" : "Big";
+                         });
 
 }  // namespace
 }  // namespace platform::linux::lens

@@ -1,4 +1,4 @@
-#include "Platform/Linux/Lens/Setup.h"
+#include "Platform/Linux/Protocol/Setup.h"
 
 #include <gtest/gtest.h>
 
@@ -7,12 +7,12 @@
 namespace platform::linux::lens {
 namespace {
 
-const Credential cookie{"MIT-MAGIC-COOKIE-1", "0123456789abcdef"};
+const protocol::Credential cookie{"MIT-MAGIC-COOKIE-1", "0123456789abcdef"};
 
 TEST(Setup, ARequestIsReadAsItWasWritten) {
-  for (const ByteOrder order : {ByteOrder::little, ByteOrder::big}) {
-    const auto bytes = setupRequest({.order = order, .minorVersion = 3}, cookie);
-    const auto request = parseSetupRequest(bytes);
+  for (const protocol::ByteOrder order : {protocol::ByteOrder::little, protocol::ByteOrder::big}) {
+    const auto bytes = protocol::setupRequest({.order = order, .minorVersion = 3}, cookie);
+    const auto request = protocol::parseSetupRequest(bytes);
     ASSERT_TRUE(request && *request);
     EXPECT_EQ((*request)->order, order);
     EXPECT_EQ((*request)->majorVersion, 11);
@@ -24,9 +24,9 @@ TEST(Setup, ARequestIsReadAsItWasWritten) {
 }
 
 TEST(Setup, APartOfARequestSaysNothingYet) {
-  const auto bytes = setupRequest({}, cookie);
+  const auto bytes = protocol::setupRequest({}, cookie);
   for (std::size_t length = 0; length < bytes.size(); ++length) {
-    const auto request = parseSetupRequest(std::span(bytes).first(length));
+    const auto request = protocol::parseSetupRequest(std::span(bytes).first(length));
     ASSERT_TRUE(request) << length;
     EXPECT_FALSE(*request) << length;
   }
@@ -34,27 +34,27 @@ TEST(Setup, APartOfARequestSaysNothingYet) {
 
 TEST(Setup, AnythingElseIsRefusedAtItsFirstByte) {
   const std::vector<std::byte> bytes{std::byte{'G'}};
-  EXPECT_EQ(parseSetupRequest(bytes).error().localizedDescription, "What it sends is not the X protocol.");
+  EXPECT_EQ(protocol::parseSetupRequest(bytes).error().localizedDescription, "What it sends is not the X protocol.");
 }
 
 TEST(Setup, ARefusalIsOneAServerCouldHaveGiven) {
-  const auto bytes = setupRefusal(ByteOrder::big, "Go away.");
-  EXPECT_EQ(setupReplyLength(ByteOrder::big, bytes).value(), bytes.size());
+  const auto bytes = protocol::setupRefusal(protocol::ByteOrder::big, "Go away.");
+  EXPECT_EQ(protocol::setupReplyLength(protocol::ByteOrder::big, bytes).value(), bytes.size());
   EXPECT_EQ(std::to_integer<int>(bytes[0]), 0);
   EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes.data()) + 8, std::to_integer<std::size_t>(bytes[1])),
             "Go away.");
 }
 
 TEST(Setup, AnAnswerThatIsNoneIsToldFromOne) {
-  EXPECT_FALSE(setupReplyLength(ByteOrder::little, std::vector{std::byte{9}}));
-  EXPECT_FALSE(setupReplyLength(ByteOrder::little, std::vector{std::byte{1}}).value().has_value());
+  EXPECT_FALSE(protocol::setupReplyLength(protocol::ByteOrder::little, std::vector{std::byte{9}}));
+  EXPECT_FALSE(protocol::setupReplyLength(protocol::ByteOrder::little, std::vector{std::byte{1}}).value().has_value());
 }
 
 TEST(Setup, SecretsAreTheSameOnlyWhenEveryByteIs) {
-  EXPECT_TRUE(isSameSecret("abc", "abc"));
-  EXPECT_FALSE(isSameSecret("abc", "abd"));
-  EXPECT_FALSE(isSameSecret("abc", "ab"));
-  EXPECT_FALSE(isSameSecret("", "a"));
+  EXPECT_TRUE(protocol::isSameSecret("abc", "abc"));
+  EXPECT_FALSE(protocol::isSameSecret("abc", "abd"));
+  EXPECT_FALSE(protocol::isSameSecret("abc", "ab"));
+  EXPECT_FALSE(protocol::isSameSecret("", "a"));
 }
 
 }  // namespace

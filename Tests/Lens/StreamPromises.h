@@ -10,15 +10,16 @@
 #include <span>
 #include <vector>
 
-#include "Platform/Linux/Lens/ReplyStream.h"
-#include "Platform/Linux/Lens/RequestStream.h"
-#include "Platform/Linux/Lens/Setup.h"
+#include "Platform/Linux/Protocol/ReplyStream.h"
+#include "Platform/Linux/Protocol/RequestStream.h"
+#include "Platform/Linux/Protocol/Setup.h"
 
 namespace lens {
 
-namespace wire = platform::linux::lens;
+namespace lens = platform::linux::lens;
+namespace protocol = platform::linux::protocol;
 
-inline wire::ScreenNames anyNames() {
+inline protocol::ScreenNames anyNames() {
   return {.extensions = {133, 140, 138, 130, 149, 143, 91},
           .root = 0x50a,
           .rootVisual = 0x21,
@@ -35,34 +36,35 @@ struct Outcome {
   friend bool operator==(const Outcome&, const Outcome&) = default;
 };
 
-inline Outcome passRequests(std::vector<std::byte> bytes, wire::ByteOrder order, std::size_t piece) {
-  const wire::ScreenNames names = anyNames();
-  wire::PendingReplies replies;
-  wire::RequestStream stream(order, names, replies);
+inline Outcome passRequests(std::vector<std::byte> bytes, protocol::ByteOrder order, std::size_t piece) {
+  const protocol::ScreenNames names = anyNames();
+  protocol::PendingReplies replies;
+  protocol::RequestStream stream(order, names, replies);
   std::size_t done = 0;
   bool isMalformed = false;
   std::size_t end = 0;
   while (end < bytes.size() && !isMalformed) {
     end = std::min(end + piece, bytes.size());
     for (;;) {
-      const auto step = stream.advance(wire::Bytes(bytes).subspan(done, end - done));
+      const auto step = stream.advance(protocol::Bytes(bytes).subspan(done, end - done));
       done += step.length;
-      isMalformed = step.stop == wire::RequestStream::Stop::malformed;
-      if (step.stop == wire::RequestStream::Stop::needsMore || isMalformed) break;
-      if (step.stop == wire::RequestStream::Stop::screenRead) stream.provide(0x400002);
+      isMalformed = step.stop == protocol::RequestStream::Stop::malformed;
+      if (step.stop == protocol::RequestStream::Stop::needsMore || isMalformed) break;
+      if (step.stop == protocol::RequestStream::Stop::screenRead) stream.provide(0x400002);
     }
   }
   bytes.resize(done);
   return {std::move(bytes), stream.requestCount(), isMalformed};
 }
 
-inline Outcome passReplies(std::vector<std::byte> bytes, wire::ByteOrder order, std::size_t piece, unsigned awaited) {
-  wire::ScreenNames names = anyNames();
-  wire::PendingReplies replies;
+inline Outcome passReplies(std::vector<std::byte> bytes, protocol::ByteOrder order, std::size_t piece,
+                           unsigned awaited) {
+  protocol::ScreenNames names = anyNames();
+  protocol::PendingReplies replies;
   for (std::uint64_t request = 1; request <= 8; ++request) {
-    if ((awaited >> (request - 1) & 1U) != 0) replies.push_back({request, static_cast<wire::ReplyTo>(request % 4)});
+    if ((awaited >> (request - 1) & 1U) != 0) replies.push_back({request, static_cast<protocol::ReplyTo>(request % 4)});
   }
-  wire::ReplyStream stream(order, names, replies);
+  protocol::ReplyStream stream(order, names, replies);
   std::vector<std::byte> result;
   std::vector<std::byte> pending;
   for (std::size_t begin = 0; begin < bytes.size(); begin += piece) {
@@ -74,8 +76,8 @@ inline Outcome passReplies(std::vector<std::byte> bytes, wire::ByteOrder order, 
       isBarrierNext = step.isBarrierNext;
       const auto length = static_cast<std::ptrdiff_t>(step.length);
       result.insert(result.end(), pending.begin(), pending.begin() + length);
-      pending.erase(pending.begin(),
-                    pending.begin() + length + (isBarrierNext ? std::ptrdiff_t{wire::ReplyStream::messageSize} : 0));
+      pending.erase(pending.begin(), pending.begin() + length +
+                                         (isBarrierNext ? std::ptrdiff_t{protocol::ReplyStream::messageSize} : 0));
     }
   }
   return {std::move(result), stream.lastRequest(), false};
@@ -83,11 +85,11 @@ inline Outcome passReplies(std::vector<std::byte> bytes, wire::ByteOrder order, 
 
 // Whether all of it holds.
 inline bool keepsPromises(std::span<const std::byte> input) {
-  (void)wire::parseSetupRequest(input);
-  (void)wire::setupReplyLength(wire::ByteOrder::big, input);
+  (void)protocol::parseSetupRequest(input);
+  (void)protocol::setupReplyLength(protocol::ByteOrder::big, input);
   if (input.size() < 2) return true;
   const auto choice = std::to_integer<unsigned>(input[0]);
-  const auto order = (choice & 1U) != 0 ? wire::ByteOrder::big : wire::ByteOrder::little;
+  const auto order = (choice & 1U) != 0 ? protocol::ByteOrder::big : protocol::ByteOrder::little;
   const std::size_t piece = 1 + choice / 2;
   const auto awaited = std::to_integer<unsigned>(input[1]);
   const std::vector<std::byte> bytes(input.begin() + 2, input.end());

@@ -1,10 +1,16 @@
-// Imports run one way: the application and the adapters both look at the ports, and never at each other.
+// Includes run one way: the application and the adapters both look at the ports, and never at each other; inside both,
+// each folder looks only at the ones that its line in a table names.
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <regex>
+#include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -96,6 +102,100 @@ TEST(SourceTree, NoAdapterIncludesTheApplicationOrAnotherAdapter) {
     }
   }
   EXPECT_GE(adapters, 2);
+}
+
+// A folder of sources, and the folders beside it that its files may include: only ones that stand above it, so there
+// are no circles.
+struct Room {
+  std::string name;
+  std::set<std::string> includes;
+};
+
+const std::vector<Room> applicationRooms = {
+    {"Basics", {}},
+    {"Keys", {"Basics"}},
+    {"Settings", {"Basics", "Keys"}},
+    {"Cover", {"Basics", "Settings"}},
+    {"Selection", {"Basics"}},
+    {"Application", {"Basics", "Keys", "Settings", "Cover", "Selection"}},
+    {"CommandLine", {"Basics", "Keys", "Settings", "Cover", "Application"}},
+};
+
+const std::vector<Room> linuxRooms = {
+    {"Posix", {}},
+    {"Xcb", {}},
+    {"Scene", {"Posix", "Xcb"}},
+    {"Compositor", {"Xcb", "Scene"}},
+    {"Stream", {"Posix", "Xcb", "Scene", "Compositor"}},
+    {"Toolkit", {"Posix", "Xcb"}},
+    {"Views", {"Toolkit"}},
+    {"Cover", {"Xcb", "Scene", "Stream", "Toolkit", "Views"}},
+    {"Input", {"Xcb", "Toolkit"}},
+    {"Widgets", {"Toolkit", "Views", "Input"}},
+    {"Session", {"Posix", "Xcb", "Scene", "Toolkit"}},
+    {"Tray", {"Xcb", "Scene", "Toolkit", "Session"}},
+    {"Settings", {"Posix"}},
+    {"Protocol", {}},
+    {"Lens", {"Posix", "Xcb", "Scene", "Compositor", "Protocol"}},
+};
+
+// The files that lie in the folder itself may include any room.
+void expectRooms(const fs::path& folder, const std::vector<Room>& rooms) {
+  std::set<std::string> above;
+  for (const Room& room : rooms) {
+    for (const std::string& name : room.includes) EXPECT_TRUE(above.contains(name)) << room.name << " names " << name;
+    const std::regex other("\"" + folder.string() + "/([^/]+)/.*");
+    for (const fs::path& path : sourcesBelow(folder / room.name)) {
+      for (const std::string& name : includesOf(path)) {
+        std::smatch match;
+        const bool allowed =
+            !name.starts_with('"' + folder.string() + '/') ||
+            (std::regex_match(name, match, other) && (match[1] == room.name || room.includes.contains(match[1])));
+        EXPECT_TRUE(allowed) << path << " includes " << name;
+      }
+    }
+    above.insert(room.name);
+  }
+  for (const auto& entry : fs::directory_iterator(root / folder)) {
+    const std::string name = entry.path().filename().string();
+    EXPECT_TRUE(!entry.is_directory() || above.contains(name)) << name << " is in no table";
+  }
+}
+
+std::string lowered(std::string text) {
+  std::ranges::transform(text, text.begin(),
+                         [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+  return text;
+}
+
+// A line of CMake says what each target is linked to: room(linux Scene linux-posix linux-xcb).
+void expectTargets(const fs::path& folder, const std::string& prefix, const std::vector<Room>& rooms) {
+  std::map<std::string, std::set<std::string>> expected;
+  for (const Room& room : rooms) {
+    std::set<std::string>& targets = expected[room.name];
+    for (const std::string& name : room.includes) targets.insert(prefix + "-" + lowered(name));
+  }
+  const std::regex command("room\\(" + prefix + " (\\w+)(.*)\\)");
+  std::map<std::string, std::set<std::string>> found;
+  for (const std::string& text : linesOf(root / folder / "CMakeLists.txt")) {
+    std::smatch match;
+    if (!std::regex_match(text, match, command)) continue;
+    std::set<std::string>& targets = found[match[1]];
+    std::istringstream words(match[2].str());
+    for (std::string word; words >> word;) {
+      if (word.starts_with(prefix + "-")) targets.insert(word);
+    }
+  }
+  EXPECT_EQ(found, expected);
+}
+
+TEST(SourceTree, ARoomOfTheApplicationIncludesOnlyTheRoomsOfItsLine) { expectRooms("Quillfade", applicationRooms); }
+
+TEST(SourceTree, ARoomOfTheLinuxAdapterIncludesOnlyTheRoomsOfItsLine) { expectRooms("Platform/Linux", linuxRooms); }
+
+TEST(SourceTree, ATargetIsLinkedToTheRoomsThatItMayInclude) {
+  expectTargets("Quillfade", "quillfade", applicationRooms);
+  expectTargets("Platform/Linux", "linux", linuxRooms);
 }
 
 TEST(SourceTree, NothingIsCompiledUnderConditions) {

@@ -15,7 +15,7 @@ constexpr std::string_view refusal = "Authorization required, but no valid cooki
 
 Admission::Verdict Admission::advance() {
   for (;;) {
-    const auto request = parseSetupRequest(received_);
+    const auto request = protocol::parseSetupRequest(received_);
     if (!request) {
       complaint_ = request.error().localizedDescription;
       return Verdict::refused;
@@ -23,7 +23,7 @@ Admission::Verdict Admission::advance() {
     if (*request) {
       request_ = **request;
       if (authority_.admits(request_.credential)) return Verdict::admitted;
-      const auto answer = setupRefusal(request_.order, refusal);
+      const auto answer = protocol::setupRefusal(request_.order, refusal);
       (void)::send(socket_.get(), answer.data(), answer.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
       return Verdict::refused;
     }

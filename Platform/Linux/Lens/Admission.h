@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "Platform/Linux/Lens/PrivateAuthority.h"
-#include "Platform/Linux/Lens/Setup.h"
 #include "Platform/Linux/Posix/FileDescriptor.h"
+#include "Platform/Linux/Protocol/Setup.h"
 
 namespace platform::linux::lens {
 
@@ -31,7 +31,7 @@ class Admission {
 
   // Once it is admitted.
   [[nodiscard]] posix::FileDescriptor takeSocket() { return std::move(socket_); }
-  [[nodiscard]] const SetupRequest& request() const { return request_; }
+  [[nodiscard]] const protocol::SetupRequest& request() const { return request_; }
   // Why it was refused, for a person; empty when that is nothing unusual.
   [[nodiscard]] const std::string& complaint() const { return complaint_; }
 
@@ -39,7 +39,7 @@ class Admission {
   posix::FileDescriptor socket_;
   const PrivateAuthority& authority_;
   std::vector<std::byte> received_;
-  SetupRequest request_;
+  protocol::SetupRequest request_;
   std::string complaint_;
 };
 

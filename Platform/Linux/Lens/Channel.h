@@ -16,8 +16,8 @@
 #include <limits>
 #include <vector>
 
-#include "Platform/Linux/Lens/Wire.h"
 #include "Platform/Linux/Posix/FileDescriptor.h"
+#include "Platform/Linux/Protocol/Wire.h"
 
 namespace platform::linux::lens {
 
@@ -41,7 +41,7 @@ class Channel {
   // descriptors. Only when nothing is pending and nothing is left to be sent. `moved` says how many were taken in.
   [[nodiscard]] Outcome move(std::uint64_t count, std::uint64_t& moved);
 
-  [[nodiscard]] Bytes pending() { return Bytes(buffer_).subspan(released_, end_ - released_); }
+  [[nodiscard]] protocol::Bytes pending() { return protocol::Bytes(buffer_).subspan(released_, end_ - released_); }
   void release(std::size_t count) { released_ += count; }
   // Takes the first pending bytes out of the stream.
   void drop(std::size_t count);

@@ -33,7 +33,7 @@ class Composing {
 
   // Whether changes are to be reported as they come, and the picture kept up to date for that, also while nobody asks.
   void follow(bool isFollowed);
-  [[nodiscard]] ScreenNames& names() { return screen_->names(); }
+  [[nodiscard]] protocol::ScreenNames& names() { return screen_->names(); }
 
   // What to wait for now: the events of a descriptor, as for epoll, and a time.
   [[nodiscard]] int descriptor() const { return screen_->fileDescriptor(); }

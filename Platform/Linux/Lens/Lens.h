@@ -58,7 +58,7 @@ class Lens final : public PictureSource {
   void end(Relay* relay);
 
   ServerAddress server_;
-  Credential credential_;
+  protocol::Credential credential_;
   PrivateDisplay display_;
   PrivateAuthority authority_;
   Composing composing_;

@@ -28,7 +28,7 @@ std::string runtimeDirectory() {
 }
 
 // For this machine's name, which is what libraries look for first, and for whatever its name becomes.
-bool writeEntries(FILE* file, int displayNumber, Credential& credential) {
+bool writeEntries(FILE* file, int displayNumber, protocol::Credential& credential) {
   std::array<char, HOST_NAME_MAX + 1> machine{};
   ::gethostname(machine.data(), machine.size() - 1);
   std::string name = machine.data();
@@ -86,8 +86,8 @@ PrivateAuthority::~PrivateAuthority() {
   ::rmdir(directory_.c_str());
 }
 
-bool PrivateAuthority::admits(const Credential& credential) const {
-  return credential.name == credential_.name && isSameSecret(credential.data, credential_.data);
+bool PrivateAuthority::admits(const protocol::Credential& credential) const {
+  return credential.name == credential_.name && protocol::isSameSecret(credential.data, credential_.data);
 }
 
 }  // namespace platform::linux::lens

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "Platform/Error.h"
-#include "Platform/Linux/Lens/Setup.h"
+#include "Platform/Linux/Protocol/Setup.h"
 
 namespace platform::linux::lens {
 
@@ -21,14 +21,14 @@ class PrivateAuthority {
   PrivateAuthority& operator=(PrivateAuthority&&) = delete;
 
   [[nodiscard]] const std::string& path() const { return path_; }
-  [[nodiscard]] bool admits(const Credential& credential) const;
+  [[nodiscard]] bool admits(const protocol::Credential& credential) const;
 
  private:
   PrivateAuthority() = default;
 
   std::string directory_;
   std::string path_;
-  Credential credential_;
+  protocol::Credential credential_;
 };
 
 }  // namespace platform::linux::lens

@@ -42,8 +42,8 @@ Channel::Outcome takeIn(Channel& channel, Stream& stream, bool mayMove, bool& ma
 
 }  // namespace
 
-Relay::Relay(posix::FileDescriptor client, posix::FileDescriptor server, const SetupRequest& setup,
-             const Credential& credential, ScreenNames& names, PictureSource& pictures)
+Relay::Relay(posix::FileDescriptor client, posix::FileDescriptor server, const protocol::SetupRequest& setup,
+             const protocol::Credential& credential, protocol::ScreenNames& names, PictureSource& pictures)
     : client_(std::move(client)),
       server_(std::move(server)),
       names_(names),
@@ -53,7 +53,7 @@ Relay::Relay(posix::FileDescriptor client, posix::FileDescriptor server, const S
       toClient_(server_.get(), client_.get()),
       requestStream_(setup.order, names, replies_),
       replyStream_(setup.order, names, replies_) {
-  toServer_.insert(setupRequest(setup, credential));
+  toServer_.insert(protocol::setupRequest(setup, credential));
 }
 
 bool Relay::clientReady(std::uint32_t events) {
@@ -125,11 +125,12 @@ bool Relay::pumpReplies() {
 
 bool Relay::takeRequests() {
   while (toServer_.hasPending() && waiting_ == Waiting::no) {
-    const RequestStream::Step step = requestStream_.advance(toServer_.pending());
+    const protocol::RequestStream::Step step = requestStream_.advance(toServer_.pending());
     toServer_.release(step.length);
-    if (step.stop == RequestStream::Stop::malformed) return complain("What a program sends is not the X protocol.");
-    if (step.stop == RequestStream::Stop::needsMore) return true;
-    if (step.stop == RequestStream::Stop::damageMade) {
+    if (step.stop == protocol::RequestStream::Stop::malformed)
+      return complain("What a program sends is not the X protocol.");
+    if (step.stop == protocol::RequestStream::Stop::needsMore) return true;
+    if (step.stop == protocol::RequestStream::Stop::damageMade) {
       reportWholeScreen();
     } else {
       beginRead();
@@ -141,10 +142,10 @@ bool Relay::takeRequests() {
 void Relay::beginRead() {
   if (replyStream_.lastRequest() == requestStream_.requestCount()) return askForPicture();
   std::array<std::byte, 4> question{std::byte{getInputFocus}};
-  Wire(order_).put16(&question[2], 1);
+  protocol::Wire(order_).put16(&question[2], 1);
   toServer_.insert(question);
   question_ = requestStream_.countOwnRequest();
-  replies_.push_back({question_, ReplyTo::barrier});
+  replies_.push_back({question_, protocol::ReplyTo::barrier});
   waiting_ = Waiting::forServer;
 }
 
@@ -156,21 +157,21 @@ void Relay::askForPicture() {
 // As the server does for whoever begins to follow a window's damage.
 void Relay::reportWholeScreen() {
   std::array<std::byte, 12> report{std::byte{names_.extensions.damage}, std::byte{damageAdd}};
-  const Wire wire(order_);
+  const protocol::Wire wire(order_);
   wire.put16(&report[2], 3);
   wire.put32(&report[4], names_.boards.pixmaps.back());
   wire.put32(&report[8], names_.boards.whole);
   toServer_.insert(report);
-  replies_.push_back({requestStream_.countOwnRequest(), ReplyTo::nothing});
+  replies_.push_back({requestStream_.countOwnRequest(), protocol::ReplyTo::nothing});
 }
 
 bool Relay::takeReplies() {
   if (!takeSetupReply()) return false;
   while (toClient_.hasPending() && setupLeft_ == 0) {
-    const ReplyStream::Step step = replyStream_.advance(toClient_.pending());
+    const protocol::ReplyStream::Step step = replyStream_.advance(toClient_.pending());
     toClient_.release(step.length);
     if (!step.isBarrierNext) return true;
-    toClient_.drop(ReplyStream::messageSize);
+    toClient_.drop(protocol::ReplyStream::messageSize);
     if (waiting_ == Waiting::forServer && replyStream_.lastRequest() == question_) askForPicture();
   }
   return true;
@@ -178,7 +179,7 @@ bool Relay::takeReplies() {
 
 bool Relay::takeSetupReply() {
   if (!setupLeft_) {
-    const auto length = setupReplyLength(order_, toClient_.pending());
+    const auto length = protocol::setupReplyLength(order_, toClient_.pending());
     if (!length) return complain(length.error().localizedDescription);
     if (!*length) return true;
     setupLeft_ = *length;

@@ -14,12 +14,12 @@
 
 #include "Platform/Linux/Lens/BusyPolling.h"
 #include "Platform/Linux/Lens/Channel.h"
-#include "Platform/Linux/Lens/PendingReplies.h"
-#include "Platform/Linux/Lens/ReplyStream.h"
-#include "Platform/Linux/Lens/RequestStream.h"
-#include "Platform/Linux/Lens/ScreenNames.h"
-#include "Platform/Linux/Lens/Setup.h"
 #include "Platform/Linux/Posix/FileDescriptor.h"
+#include "Platform/Linux/Protocol/PendingReplies.h"
+#include "Platform/Linux/Protocol/ReplyStream.h"
+#include "Platform/Linux/Protocol/RequestStream.h"
+#include "Platform/Linux/Protocol/ScreenNames.h"
+#include "Platform/Linux/Protocol/Setup.h"
 
 namespace platform::linux::lens {
 
@@ -34,8 +34,8 @@ class PictureSource {
 class Relay {
  public:
   // The client's setup goes to the server with the server's credential.
-  Relay(posix::FileDescriptor client, posix::FileDescriptor server, const SetupRequest& setup,
-        const Credential& credential, ScreenNames& names, PictureSource& pictures);
+  Relay(posix::FileDescriptor client, posix::FileDescriptor server, const protocol::SetupRequest& setup,
+        const protocol::Credential& credential, protocol::ScreenNames& names, PictureSource& pictures);
 
   [[nodiscard]] int client() const { return client_.get(); }
   [[nodiscard]] int server() const { return server_.get(); }
@@ -72,14 +72,14 @@ class Relay {
 
   posix::FileDescriptor client_;
   posix::FileDescriptor server_;
-  const ScreenNames& names_;
+  const protocol::ScreenNames& names_;
   PictureSource& pictures_;
-  ByteOrder order_;
-  PendingReplies replies_;
+  protocol::ByteOrder order_;
+  protocol::PendingReplies replies_;
   Channel toServer_;
   Channel toClient_;
-  RequestStream requestStream_;
-  ReplyStream replyStream_;
+  protocol::RequestStream requestStream_;
+  protocol::ReplyStream replyStream_;
   std::optional<std::uint64_t> setupLeft_;  // of the server's answer to the setup; absent until its length is known
   Waiting waiting_ = Waiting::no;
   std::uint64_t question_ = 0;  // the number of the lens's own that the server was asked last

@@ -79,7 +79,7 @@ posix::FileDescriptor ServerAddress::connectOverNetwork() const {
 
 // The names under which a display is in the file are a local one for this machine, whichever way one connects to it,
 // and addresses for others. Forwarded displays of other machines are local ones, too.
-Credential ServerAddress::credential() const {
+protocol::Credential ServerAddress::credential() const {
   std::array<char, HOST_NAME_MAX + 1> machine{};
   ::gethostname(machine.data(), machine.size() - 1);
   const std::string name = machine.data();

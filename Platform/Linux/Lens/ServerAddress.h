@@ -8,8 +8,8 @@
 #include <string>
 
 #include "Platform/Error.h"
-#include "Platform/Linux/Lens/Setup.h"
 #include "Platform/Linux/Posix/FileDescriptor.h"
+#include "Platform/Linux/Protocol/Setup.h"
 
 namespace platform::linux::lens {
 
@@ -21,7 +21,7 @@ class ServerAddress {
   // A connected socket that does not block.
   [[nodiscard]] std::expected<posix::FileDescriptor, Error> connect() const;
   // What the user's authority file holds for it; empty without one, for servers that let everybody in.
-  [[nodiscard]] Credential credential() const;
+  [[nodiscard]] protocol::Credential credential() const;
   [[nodiscard]] int screen() const { return screen_; }
 
  private:

@@ -37,7 +37,7 @@ std::uint8_t extensionNumber(xcb::Connection& connection, const char* name) {
   return extensionCodes(connection, name).major;
 }
 
-ScreenNames namesOn(xcb::Connection& connection) {
+protocol::ScreenNames namesOn(xcb::Connection& connection) {
   const ExtensionCodes damage = extensionCodes(connection, "DAMAGE");
   return {.extensions = {.bigRequests = extensionNumber(connection, "BIG-REQUESTS"),
                          .composite = extensionNumber(connection, "Composite"),

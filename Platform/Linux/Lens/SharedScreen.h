@@ -24,7 +24,7 @@
 
 #include "Platform/Lens.h"
 #include "Platform/Linux/Compositor/Compositor.h"
-#include "Platform/Linux/Lens/ScreenNames.h"
+#include "Platform/Linux/Protocol/ScreenNames.h"
 #include "Platform/Linux/Scene/Scene.h"
 #include "Platform/Linux/Scene/WindowList.h"
 #include "Platform/Linux/Xcb/Connection.h"
@@ -41,7 +41,7 @@ class SharedScreen {
   SharedScreen& operator=(const SharedScreen&) = delete;
   ~SharedScreen();
 
-  [[nodiscard]] ScreenNames& names() { return names_; }
+  [[nodiscard]] protocol::ScreenNames& names() { return names_; }
   [[nodiscard]] int fileDescriptor() const { return connection_->fileDescriptor(); }
   [[nodiscard]] bool isLost() const { return connection_->isBroken(); }
 
@@ -87,7 +87,7 @@ class SharedScreen {
 
   std::unique_ptr<xcb::Connection> connection_;
   LensRule rule_;
-  ScreenNames names_;
+  protocol::ScreenNames names_;
   scene::Scene scene_;
   scene::WindowList windowList_;
   xcb::ServerScreenSaver screenSaver_;

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <deque>
 
-namespace platform::linux::lens {
+namespace platform::linux::protocol {
 
 enum class ReplyTo : std::uint8_t {
   screenImage,    // names the visual of what it was read from
@@ -23,4 +23,4 @@ struct PendingReply {
 
 using PendingReplies = std::deque<PendingReply>;
 
-}  // namespace platform::linux::lens
+}  // namespace platform::linux::protocol

@@ -1,8 +1,8 @@
-#include "Platform/Linux/Lens/ReplyStream.h"
+#include "Platform/Linux/Protocol/ReplyStream.h"
 
 #include <algorithm>
 
-namespace platform::linux::lens {
+namespace platform::linux::protocol {
 
 namespace {
 
@@ -78,4 +78,4 @@ void ReplyStream::renumber(Bytes message) {
   wire_.put16(&message[2], static_cast<std::uint16_t>(wire_.get16(&message[2]) - ownRequests_));
 }
 
-}  // namespace platform::linux::lens
+}  // namespace platform::linux::protocol

@@ -12,11 +12,11 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "Platform/Linux/Lens/PendingReplies.h"
-#include "Platform/Linux/Lens/ScreenNames.h"
-#include "Platform/Linux/Lens/Wire.h"
+#include "Platform/Linux/Protocol/PendingReplies.h"
+#include "Platform/Linux/Protocol/ScreenNames.h"
+#include "Platform/Linux/Protocol/Wire.h"
 
-namespace platform::linux::lens {
+namespace platform::linux::protocol {
 
 class ReplyStream {
  public:
@@ -59,4 +59,4 @@ class ReplyStream {
   std::uint16_t ownRequests_ = 0;
 };
 
-}  // namespace platform::linux::lens
+}  // namespace platform::linux::protocol

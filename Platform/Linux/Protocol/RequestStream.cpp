@@ -1,4 +1,4 @@
-#include "Platform/Linux/Lens/RequestStream.h"
+#include "Platform/Linux/Protocol/RequestStream.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <span>
 #include <utility>
 
-namespace platform::linux::lens {
+namespace platform::linux::protocol {
 
 namespace {
 
@@ -244,4 +244,4 @@ bool RequestStream::usePictures(const Request& request) {
   return true;
 }
 
-}  // namespace platform::linux::lens
+}  // namespace platform::linux::protocol

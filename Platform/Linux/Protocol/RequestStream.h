@@ -19,11 +19,11 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "Platform/Linux/Lens/PendingReplies.h"
-#include "Platform/Linux/Lens/ScreenNames.h"
-#include "Platform/Linux/Lens/Wire.h"
+#include "Platform/Linux/Protocol/PendingReplies.h"
+#include "Platform/Linux/Protocol/ScreenNames.h"
+#include "Platform/Linux/Protocol/Wire.h"
 
-namespace platform::linux::lens {
+namespace platform::linux::protocol {
 
 class RequestStream {
  public:
@@ -109,4 +109,4 @@ class RequestStream {
   std::unordered_set<std::uint32_t> screenDamages_;
 };
 
-}  // namespace platform::linux::lens
+}  // namespace platform::linux::protocol

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace platform::linux::lens {
+namespace platform::linux::protocol {
 
 // The major numbers that the server gave its extensions; 0 for one that it lacks.
 struct ExtensionNumbers {
@@ -49,4 +49,4 @@ struct ScreenNames {
   }
 };
 
-}  // namespace platform::linux::lens
+}  // namespace platform::linux::protocol

@@ -1,8 +1,8 @@
-#include "Platform/Linux/Lens/Setup.h"
+#include "Platform/Linux/Protocol/Setup.h"
 
 #include <algorithm>
 
-namespace platform::linux::lens {
+namespace platform::linux::protocol {
 
 namespace {
 
@@ -81,4 +81,4 @@ bool isSameSecret(std::string_view one, std::string_view other) {
   return difference == 0;
 }
 
-}  // namespace platform::linux::lens
+}  // namespace platform::linux::protocol

@@ -13,9 +13,9 @@
 #include <vector>
 
 #include "Platform/Error.h"
-#include "Platform/Linux/Lens/Wire.h"
+#include "Platform/Linux/Protocol/Wire.h"
 
-namespace platform::linux::lens {
+namespace platform::linux::protocol {
 
 // What allows a client to connect.
 struct Credential {
@@ -44,4 +44,4 @@ struct SetupRequest {
 // Takes the same time wherever the two differ.
 [[nodiscard]] bool isSameSecret(std::string_view one, std::string_view other);
 
-}  // namespace platform::linux::lens
+}  // namespace platform::linux::protocol

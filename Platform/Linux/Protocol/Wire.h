@@ -9,7 +9,7 @@
 #include <cstring>
 #include <span>
 
-namespace platform::linux::lens {
+namespace platform::linux::protocol {
 
 using Bytes = std::span<std::byte>;
 
@@ -42,4 +42,4 @@ class Wire {
   bool isForeign_;
 };
 
-}  // namespace platform::linux::lens
+}  // namespace platform::linux::protocol
