@@ -63,10 +63,10 @@ struct ShareableContentOptions {
 };
 
 // Windows that come while a stream runs, as far as they cover this area or more, in square points: nobody is to see one
-// before it was judged. Those that were judged before the stream was made are named.
+// before it was judged. Those that were admitted before the stream was made are named.
 struct HeldBackWindows {
   double fromArea = 0;
-  std::vector<std::uint32_t> except;
+  std::vector<std::uint32_t> admitted;
   friend bool operator==(const HeldBackWindows&, const HeldBackWindows&) = default;
 };
 

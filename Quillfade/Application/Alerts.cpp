@@ -8,7 +8,7 @@
 namespace quillfade {
 namespace {
 
-platform::Alert translated(platform::Alert alert, const platform::Texts& texts) {
+platform::Alert inUsersLanguage(platform::Alert alert, const platform::Texts& texts) {
   for (auto* text : {&alert.messageText, &alert.informativeText}) *text = texts.translated(*text);
   for (auto& button : alert.buttons) button = texts.translated(button);
   return alert;
@@ -45,7 +45,7 @@ int Alerts::show(const platform::Alert& alert) {
   isShowing_ = true;
   platform_.remoteControl().announceQuestion();
   bringForward(platform_);
-  const int answer = platform_.dialogs().runModal(translated(alert, platform_.texts()));
+  const int answer = platform_.dialogs().runModal(inUsersLanguage(alert, platform_.texts()));
   isShowing_ = false;
   return answer;
 }

@@ -45,7 +45,7 @@ class AppDelegate final : public platform::ApplicationDelegate,
   Outcome selectArea();
   void chooseStyle(const platform::MenuItem& item);
   // From the command line only. Unlike the menu, it leads back from the solid cover to the live one, with permission.
-  Outcome setStyle(CoverStyle style);
+  Outcome requestStyle(CoverStyle style);
   void toggleOutline();
   void toggleLaunchAtLogin();
   void showAbout();

@@ -117,12 +117,12 @@ void AppDelegate::chooseStyle(const platform::MenuItem& item) {
   const auto chosen = coverStyle(item.tag);
   if (!chosen) return;
   // Live is never switched on from solid here: the gate asks for the style in force, and so passes at once for the
-  // solid one without a look at the permission. What was not asked about is not switched on; `setStyle` asks first.
+  // solid one without a look at the permission. What was not asked about is not switched on; `requestStyle` asks first.
   if (*chosen == CoverStyle::live && (!ensureLivePermission() || overlay_->style() != CoverStyle::live)) return;
   overlay_->setStyle(*chosen);
 }
 
-Outcome AppDelegate::setStyle(CoverStyle style) {
+Outcome AppDelegate::requestStyle(CoverStyle style) {
   const auto permission = style == CoverStyle::live ? askForPermission() : Permission::granted;
   if (!permission) return std::unexpected(permission.error());
   overlay_->setStyle(*permission == Permission::granted ? style : CoverStyle::solid);

@@ -36,7 +36,7 @@ class Execution {
     delegate_.overlay().peek(peek.seconds);
     return done;
   }
-  platform::RemoteReply operator()(command::Style choice) { return replyTo(delegate_.setStyle(choice.style)); }
+  platform::RemoteReply operator()(command::Style choice) { return replyTo(delegate_.requestStyle(choice.style)); }
   platform::RemoteReply operator()(command::Outline outline) {
     if (outline.shows != delegate_.overlay().showsOutline()) delegate_.toggleOutline();
     return done;

@@ -85,9 +85,9 @@ void DiagnosticLog::logCandidates(const platform::ShareableContent& content,
     if (isCandidate(window, ownIdentifier)) candidates.push_back(candidateEntry(window));
   }
   log("high-layer candidates: " + listText(candidates));
-  std::vector<std::string> left;
-  for (const auto& window : excluded) left.push_back(ownerAndLayer(window));
-  log("excluded: " + listText(left));
+  std::vector<std::string> leftOut;
+  for (const auto& window : excluded) leftOut.push_back(ownerAndLayer(window));
+  log("excluded: " + listText(leftOut));
 }
 
 }  // namespace quillfade

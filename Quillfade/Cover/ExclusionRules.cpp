@@ -148,21 +148,21 @@ std::vector<platform::CaptureWindow> excludedWindows(const platform::ShareableCo
   return excluded;
 }
 
-std::vector<std::uint32_t> keptWindows(const platform::ShareableContent& content,
-                                       std::span<const platform::CaptureWindow> excluded) {
-  std::vector<std::uint32_t> kept;
+std::vector<std::uint32_t> admittedWindows(const platform::ShareableContent& content,
+                                           std::span<const platform::CaptureWindow> excluded) {
+  std::vector<std::uint32_t> admitted;
   for (const auto& window : content.windows) {
     if (std::ranges::find(excluded, window.windowID, &platform::CaptureWindow::windowID) == excluded.end())
-      kept.push_back(window.windowID);
+      admitted.push_back(window.windowID);
   }
-  return kept;
+  return admitted;
 }
 
-platform::HeldBackWindows holdingBack(const platform::Screen& screen, const std::vector<std::uint32_t>& judged,
+platform::HeldBackWindows holdingBack(const platform::Screen& screen, const std::vector<std::uint32_t>& admitted,
                                       const std::vector<WindowRule>& userRules) {
   const bool sizeMatters = std::ranges::none_of(userRules, &WindowRule::excludes);
   const double fromArea = sizeMatters ? coverageThreshold * screen.frame.width() * screen.frame.height() : 0;
-  return {.fromArea = fromArea, .except = judged};
+  return {.fromArea = fromArea, .admitted = admitted};
 }
 
 std::string key(std::span<const platform::CaptureWindow> windows) {

@@ -59,13 +59,13 @@ enum class Judgement {
                                                                    const std::vector<WindowRule>& userRules = {});
 
 // The numbers of all other windows of `content`.
-[[nodiscard]] std::vector<std::uint32_t> keptWindows(const platform::ShareableContent& content,
-                                                     std::span<const platform::CaptureWindow> excluded);
+[[nodiscard]] std::vector<std::uint32_t> admittedWindows(const platform::ShareableContent& content,
+                                                         std::span<const platform::CaptureWindow> excluded);
 
 // Every window that could come to be left out is held back until it was judged, but for these. A rule of the user's may
 // leave out windows of any size.
 [[nodiscard]] platform::HeldBackWindows holdingBack(const platform::Screen& screen,
-                                                    const std::vector<std::uint32_t>& judged,
+                                                    const std::vector<std::uint32_t>& admitted,
                                                     const std::vector<WindowRule>& userRules = {});
 
 // The window numbers in ascending order, joined by ",". Equal sets have equal keys, whatever their order.

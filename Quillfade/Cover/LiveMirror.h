@@ -57,18 +57,18 @@ class LiveMirror final : public platform::StreamOutput,
   [[nodiscard]] platform::StreamConfiguration configuration(const ScreenInfo& info) const;
 
   void start();
-  class Look;
+  class ContentCheck;
 
   static Task runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t startGeneration, platform::RunLoop& runLoop,
-                       std::shared_ptr<const Look> look);
+                       std::shared_ptr<const ContentCheck> check);
   void startFailed(const platform::Error& error);
 
   void startRefreshTimer();
   void refreshExclusions();
   static Task runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunLoop& runLoop,
-                         std::shared_ptr<const Look> look);
+                         std::shared_ptr<const ContentCheck> check);
   void observeContent();
-  // Looks at the content at once, or as soon as the look or the start that is under way has come to its end.
+  // Checks the content at once, or as soon as the check or the start that is under way has ended.
   void contentChanged();
   void pauseRestarts();
 
@@ -84,10 +84,10 @@ class LiveMirror final : public platform::StreamOutput,
   std::string currentExclusionKey_;
   std::shared_ptr<platform::Timer> refreshTimer_;
   std::shared_ptr<void> contentObservation_;
-  // Those that the rules keep in the picture, as they were judged last.
-  std::vector<std::uint32_t> keptWindows_;
-  int looksUnderWay_ = 0;
-  bool isLookWanted_ = false;
+  // Those that the rules last let into the picture.
+  std::vector<std::uint32_t> admittedWindows_;
+  int checksUnderWay_ = 0;
+  bool isCheckWanted_ = false;
   // Runs while it is too early for another restart that can wait.
   std::shared_ptr<platform::DelayedTask> restartPause_;
   bool isRestartWanted_ = false;

@@ -35,18 +35,18 @@ bool isComplete(const platform::SampleBuffer& sample) {
 
 }  // namespace
 
-// A look at the content by which every change that was announced before it is taken into account. Changes announced
-// while it lives are looked at when it ends.
-class LiveMirror::Look {
+// A check of the content, which takes in every change that was announced before it began. Changes that are announced
+// while it lives are checked when it ends.
+class LiveMirror::ContentCheck {
  public:
-  explicit Look(LiveMirror& mirror) : mirror_(mirror.weak_from_this()) { ++mirror.looksUnderWay_; }
-  ~Look() {
+  explicit ContentCheck(LiveMirror& mirror) : mirror_(mirror.weak_from_this()) { ++mirror.checksUnderWay_; }
+  ~ContentCheck() {
     const auto mirror = mirror_.lock();
-    if (!mirror || --mirror->looksUnderWay_ > 0) return;
-    if (std::exchange(mirror->isLookWanted_, false)) mirror->contentChanged();
+    if (!mirror || --mirror->checksUnderWay_ > 0) return;
+    if (std::exchange(mirror->isCheckWanted_, false)) mirror->contentChanged();
   }
-  Look(const Look&) = delete;
-  Look& operator=(const Look&) = delete;
+  ContentCheck(const ContentCheck&) = delete;
+  ContentCheck& operator=(const ContentCheck&) = delete;
 
  private:
   std::weak_ptr<LiveMirror> mirror_;
@@ -54,11 +54,11 @@ class LiveMirror::Look {
 
 void LiveMirror::start() {
   countUp(generation_);
-  runStart(weak_from_this(), generation_, platform_.runLoop(), std::make_shared<const Look>(*this));
+  runStart(weak_from_this(), generation_, platform_.runLoop(), std::make_shared<const ContentCheck>(*this));
 }
 
 Task LiveMirror::runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t startGeneration,
-                          platform::RunLoop& runLoop, std::shared_ptr<const Look> look) {
+                          platform::RunLoop& runLoop, std::shared_ptr<const ContentCheck> check) {
   co_await nextTurn(runLoop);
   const auto mirror = weakMirror.lock();
   if (!mirror) co_return;
@@ -77,10 +77,10 @@ Task LiveMirror::runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t sta
   const auto excluded = mirror->excluded(*content, info->screen);
   mirror->currentExclusionKey_ = key(excluded);
   mirror->log_.logCandidates(*content, excluded);
-  mirror->keptWindows_ = keptWindows(*content, excluded);
+  mirror->admittedWindows_ = admittedWindows(*content, excluded);
   const platform::ContentFilter filter{
       *display, excluded,
-      holdingBack(info->screen, mirror->keptWindows_, userRules(mirror->platform_.rulesFile()).windows)};
+      holdingBack(info->screen, mirror->admittedWindows_, userRules(mirror->platform_.rulesFile()).windows)};
   const auto newStream = mirror->platform_.capture().makeStream(filter, mirror->configuration(*info), mirror);
   const auto added = newStream->addOutput(mirror, platform::StreamOutputType::screen, mirror->sampleQueue_);
   if (!added) {
@@ -98,7 +98,7 @@ Task LiveMirror::runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t sta
   }
   // The new stream runs before the old one stops, so the picture never has a gap.
   const auto oldStream = std::exchange(mirror->stream_, newStream);
-  look.reset();
+  check.reset();
   if (oldStream) (void)co_await stopCapture(runLoop, oldStream);
   mirror->log_.log("stream started, excluding " + std::to_string(excluded.size()) + " window(s)");
 }
@@ -170,11 +170,11 @@ void LiveMirror::observeContent() {
 
 void LiveMirror::contentChanged() {
   if (!isShowing_) return;
-  if (looksUnderWay_ > 0) {
-    isLookWanted_ = true;
+  if (checksUnderWay_ > 0) {
+    isCheckWanted_ = true;
     return;
   }
-  runRefresh(weak_from_this(), platform_.runLoop(), std::make_shared<const Look>(*this));
+  runRefresh(weak_from_this(), platform_.runLoop(), std::make_shared<const ContentCheck>(*this));
 }
 
 void LiveMirror::pauseRestarts() {
@@ -193,7 +193,7 @@ void LiveMirror::refreshExclusions() {
 }
 
 Task LiveMirror::runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunLoop& runLoop,
-                            std::shared_ptr<const Look> look) {
+                            std::shared_ptr<const ContentCheck> check) {
   co_await nextTurn(runLoop);
   const auto mirror = weakMirror.lock();
   if (!mirror || !mirror->isShowing_) co_return;
@@ -206,14 +206,14 @@ Task LiveMirror::runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunL
     co_return;
   }
   const auto excluded = mirror->excluded(*content, info->screen);
-  const bool isOverlaySeen = isAnyOf(excluded, mirror->keptWindows_);
-  mirror->keptWindows_ = keptWindows(*content, excluded);
-  if (mirror->stream_) mirror->stream_->admit(mirror->keptWindows_);
+  const bool isOverlaySeen = isAnyOf(excluded, mirror->admittedWindows_);
+  mirror->admittedWindows_ = admittedWindows(*content, excluded);
+  if (mirror->stream_) mirror->stream_->admit(mirror->admittedWindows_);
   const std::string newKey = key(excluded);
   if (newKey == mirror->currentExclusionKey_) co_return;
   // An overlay that went can stay on the list for a while, and one that came is held back. One that is seen cannot
   // wait.
-  const bool isAnnounced = look != nullptr;
+  const bool isAnnounced = check != nullptr;
   if (isAnnounced && mirror->restartPause_ && !isOverlaySeen) {
     mirror->isRestartWanted_ = true;
     co_return;

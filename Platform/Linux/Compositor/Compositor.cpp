@@ -23,7 +23,7 @@ Compositor::Compositor(xcb::Connection& connection, scene::Scene& scene, const x
       source_(source),
       filter_(std::move(filter)),
       wallpaper_(connection, source),
-      looks_(connection),
+      effects_(connection),
       pending_(connection),
       parts_(connection),
       remaining_(connection),
@@ -50,13 +50,13 @@ bool Compositor::isTranslucent(const scene::SceneWindow& window) const {
   if (!scene_.hasCompositingManager()) return false;
   const WindowContent* content = contentOf(window.id);
   return connection_.visualHasAlpha(window.visual) ||
-         (content != nullptr && content->look().opacity != WindowLook::opaque);
+         (content != nullptr && content->effect().opacity != WindowEffect::opaque);
 }
 
 // Whether it is seen in the whole of its rectangle.
 bool Compositor::isRectangle(const scene::SceneWindow& window) const {
   const WindowContent* content = contentOf(window.id);
-  return !window.isShaped && (content == nullptr || !content->look().visiblePart);
+  return !window.isShaped && (content == nullptr || !content->effect().visiblePart);
 }
 
 std::span<const scene::SceneWindow> Compositor::windowsAbove(const scene::SceneWindow& window) const {
@@ -84,14 +84,14 @@ void Compositor::watch(const scene::SceneWindow& window) {
   } else if (auto& content = contents_[window.id]; content == nullptr) {
     content = std::make_unique<WindowContent>(connection_, window);
     noteTaking(*content);
-    if (scene_.hasCompositingManager()) looks_.follow(window.id);
+    if (scene_.hasCompositingManager()) effects_.follow(window.id);
   }
 }
 
 void Compositor::abandon(xcb_window_t window) {
   std::erase(damaged_, window);
   contents_.erase(window);
-  looks_.forget(window);
+  effects_.forget(window);
 }
 
 void Compositor::windowAdded(const scene::SceneWindow& window) {
@@ -135,20 +135,20 @@ void Compositor::compositingManagerChanged(bool isRunning) {
   wallpaper_.forget();
   for (const auto& [id, content] : contents_) {
     content->forgetPicture();
-    content->setLook({});
-    looks_.forget(id);
-    if (isRunning) looks_.follow(id);
+    content->setEffect({});
+    effects_.forget(id);
+    if (isRunning) effects_.follow(id);
   }
   invalidate();
 }
 
 void Compositor::readLooks() {
-  for (const auto& [topLevel, look] : looks_.read()) {
+  for (const auto& [topLevel, effect] : effects_.read()) {
     WindowContent* content = contentOf(topLevel);
     const scene::SceneWindow* window = scene_.find(topLevel);
-    if (content == nullptr || window == nullptr || content->look() == look) continue;
+    if (content == nullptr || window == nullptr || content->effect() == effect) continue;
     soil(*window);
-    content->setLook(look);
+    content->setEffect(effect);
   }
 }
 
@@ -198,7 +198,7 @@ void Compositor::handle(const xcb_generic_event_t& event) {
     noteDamage(xcb::eventAs<xcb_damage_notify_event_t>(event));
   } else if (wallpaper_.isChangedBy(event)) {
     forgetWallpaper();
-  } else if (const auto changed = looks_.changedBy(event)) {
+  } else if (const auto changed = effects_.changedBy(event)) {
     if (const scene::SceneWindow* window = scene_.find(*changed)) soil(*window);
   }
 }

@@ -8,8 +8,8 @@
 // Ownership: it keeps references to the connection and the scene, which must outlive it, and listens to the scene.
 // Preconditions: all extensions are there; somebody keeps the screen's windows redirected.
 // Failure: windows may vanish at any time; what is painted then is corrected when the event arrives. Painting never
-// waits for the server, except under a compositing manager: for its wallpaper and for the looks of windows, when one of
-// them has changed.
+// waits for the server, except under a compositing manager: for its wallpaper and for the effects on windows, when one
+// of them has changed.
 #pragma once
 
 #include <xcb/render.h>
@@ -25,7 +25,7 @@
 #include "Platform/Linux/Compositor/PaintStep.h"
 #include "Platform/Linux/Compositor/Wallpaper.h"
 #include "Platform/Linux/Compositor/WindowContent.h"
-#include "Platform/Linux/Compositor/WindowLooks.h"
+#include "Platform/Linux/Compositor/WindowEffects.h"
 #include "Platform/Linux/Scene/Scene.h"
 #include "Platform/Linux/Scene/WindowFilter.h"
 #include "Platform/Linux/Xcb/Connection.h"
@@ -136,7 +136,7 @@ class Compositor final : private scene::SceneListener {
   const xcb::PixelRect source_;
   scene::WindowFilter filter_;
   Wallpaper wallpaper_;
-  WindowLooks looks_;
+  WindowEffects effects_;
   std::map<xcb_window_t, std::unique_ptr<WindowContent>> contents_;
   std::deque<Taking> takings_;
   // Whose damage is not taken yet: there may be a thousand windows, and few that change.

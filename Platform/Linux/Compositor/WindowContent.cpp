@@ -24,7 +24,7 @@ WindowContent::WindowContent(xcb::Connection& connection, const scene::SceneWind
 
 WindowContent::~WindowContent() {
   forgetPicture();
-  setLook({});
+  setEffect({});
   if (isRedirected_)
     connection_.ignoreErrors(
         xcb_composite_unredirect_window(connection_.get(), window_, XCB_COMPOSITE_REDIRECT_AUTOMATIC));
@@ -47,22 +47,22 @@ xcb_render_picture_t WindowContent::picture() {
 }
 
 xcb_render_picture_t WindowContent::mask() {
-  if (look_.opacity == WindowLook::opaque) return XCB_NONE;
+  if (effect_.opacity == WindowEffect::opaque) return XCB_NONE;
   if (!mask_) {
     mask_ = connection_.newId();
     // As compositing managers do: of 255 levels the one below.
-    const std::uint64_t level = std::uint64_t{look_.opacity} * 0xff / WindowLook::opaque;
+    const std::uint64_t level = std::uint64_t{effect_.opacity} * 0xff / WindowEffect::opaque;
     const auto alpha = static_cast<std::uint16_t>(level * 0x101);
     xcb_render_create_solid_fill(connection_.get(), *mask_, {0, 0, 0, alpha});
   }
   return *mask_;
 }
 
-void WindowContent::setLook(const WindowLook& look) {
+void WindowContent::setEffect(const WindowEffect& effect) {
   if (mask_) xcb_render_free_picture(connection_.get(), *mask_);
   mask_.reset();
   forgetOutline();
-  look_ = look;
+  effect_ = effect;
 }
 
 void WindowContent::forgetPicture() {
@@ -77,8 +77,8 @@ const xcb::Region& WindowContent::outline(const scene::SceneWindow& window, cons
   const xcb::PixelRect outer{window.outer.x - source.x, window.outer.y - source.y, window.outer.width,
                              window.outer.height};
   xcb::PixelRect seen = outer;
-  if (look_.visiblePart) {
-    const xcb::PixelRect& part = *look_.visiblePart;
+  if (effect_.visiblePart) {
+    const xcb::PixelRect& part = *effect_.visiblePart;
     seen = intersection(outer, {outer.x + part.x, outer.y + part.y, part.width, part.height});
   }
   outline_.set(intersection(seen, {0, 0, source.width, source.height}));

@@ -15,7 +15,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "Platform/Linux/Compositor/WindowLooks.h"
+#include "Platform/Linux/Compositor/WindowEffects.h"
 #include "Platform/Linux/Scene/SceneModel.h"
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/Region.h"
@@ -39,8 +39,8 @@ class WindowContent {
   void forgetPicture();
   void forgetOutline() { hasOutline_ = false; }
 
-  [[nodiscard]] const WindowLook& look() const { return look_; }
-  void setLook(const WindowLook& look);
+  [[nodiscard]] const WindowEffect& effect() const { return effect_; }
+  void setEffect(const WindowEffect& effect);
 
   [[nodiscard]] xcb_damage_damage_t damage() const { return damage_; }
   // Moves the damage into `parts`, in pixels from the inner corner of the window's border. If the window is gone,
@@ -57,7 +57,7 @@ class WindowContent {
   std::uint32_t lastTaking_ = 0;
   bool isRedirected_ = false;
   std::optional<xcb_render_picture_t> picture_;
-  WindowLook look_;
+  WindowEffect effect_;
   std::optional<xcb_render_picture_t> mask_;
   xcb::Region outline_;
   bool hasOutline_ = false;

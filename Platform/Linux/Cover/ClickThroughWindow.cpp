@@ -12,7 +12,7 @@ ClickThroughWindow::ClickThroughWindow(const Surroundings& surroundings, const W
       backgroundColor_(attributes.backgroundColor),
       frame_(attributes.contentRect),
       window_(surroundings.connection, xcb::toCapturedPixels(frame_, surroundings.screens.geometries()),
-              lookOf({}, attributes.backgroundColor, 1, 1)),
+              appearanceOf({}, attributes.backgroundColor, 1, 1)),
       palette_([this] { viewsChanged(); }) {
   surroundings_.stage.add(window_);
 }
@@ -31,14 +31,14 @@ void ClickThroughWindow::setContentView(std::shared_ptr<View> view) {
   content_ = views::nodeOf(*view);
   content_->enterWindow(*this, frame_.size);
   forgetSamples();
-  window_.setLook(look());
+  window_.setAppearance(appearance());
 }
 
 void ClickThroughWindow::setFrame(const Rect& frame, bool display) {
   frame_ = frame;
   window_.setFrame(xcb::toCapturedPixels(frame, surroundings_.screens.geometries()));
   if (content_) content_->setFrame({{0, 0}, frame.size});
-  if (display) window_.setLook(look());
+  if (display) window_.setAppearance(appearance());
 }
 
 void ClickThroughWindow::orderFrontRegardless() {
@@ -64,7 +64,7 @@ void ClickThroughWindow::updateLater() {
 }
 
 void ClickThroughWindow::update() {
-  window_.setLook(look());
+  window_.setAppearance(appearance());
   if (std::exchange(isOrderedFront_, false)) surroundings_.stage.orderFront(window_);
   // A late frame of an older stream is dropped, which is no failure.
   for (auto& frame : std::exchange(waitingFrames_, {})) window_.presentFrame(std::move(frame));
@@ -74,7 +74,7 @@ bool ClickThroughWindow::presentSample(std::shared_ptr<const SampleBuffer> sampl
   auto frame = std::dynamic_pointer_cast<const stream::Frame>(std::move(sample));
   if (!frame) return false;
   waitingFrames_.push_back(std::move(frame));
-  if (*updateIsPosted_ || look().label)
+  if (*updateIsPosted_ || appearance().label)
     updateLater();
   else
     update();
@@ -86,10 +86,10 @@ void ClickThroughWindow::forgetSamples() {
   window_.forgetFrames();
 }
 
-OverlayLook ClickThroughWindow::look() const {
+OverlayAppearance ClickThroughWindow::appearance() const {
   const views::OverlayContent content = content_ ? describe(*content_) : views::OverlayContent{};
   const double scale = xcb::scaleAt(frame_, surroundings_.screens.geometries());
-  return lookOf(content, backgroundColor_, window_.frame().height, scale);
+  return appearanceOf(content, backgroundColor_, window_.frame().height, scale);
 }
 
 }  // namespace platform::linux::cover

@@ -49,7 +49,7 @@ class ClickThroughWindow final : public Window, private views::ViewHost {
   void forgetSamples() override;
   [[nodiscard]] Rect windowFrame() const override { return frame_; }
 
-  [[nodiscard]] OverlayLook look() const;
+  [[nodiscard]] OverlayAppearance appearance() const;
   void leaveContent();
   void updateLater();
   void update();
@@ -64,7 +64,7 @@ class ClickThroughWindow final : public Window, private views::ViewHost {
   bool isOrderedFront_ = false;
   // Those that came while a text was shown, or about to go: they change places in one step.
   std::vector<std::shared_ptr<const stream::Frame>> waitingFrames_;
-  // Roles among the colours follow the desktop's light or dark look.
+  // Roles among the colours follow the desktop's light or dark appearance.
   toolkit::PaletteWatch palette_;
 };
 

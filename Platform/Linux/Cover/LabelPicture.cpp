@@ -16,9 +16,9 @@ namespace platform::linux::cover {
 
 namespace {
 
-QImage render(const LabelLook& look) {
-  const QString text = QString::fromStdString(look.text);
-  const QFont font = toolkit::toQFont(look.font);
+QImage render(const LabelAppearance& appearance) {
+  const QString text = QString::fromStdString(appearance.text);
+  const QFont font = toolkit::toQFont(appearance.font);
   const QFontMetricsF metrics(font);
   const QSize size(static_cast<int>(std::ceil(metrics.horizontalAdvance(text))),
                    static_cast<int>(std::ceil(metrics.height())));
@@ -27,7 +27,7 @@ QImage render(const LabelLook& look) {
   image.fill(Qt::transparent);
   QPainter painter(&image);
   painter.setFont(font);
-  painter.setPen(QColor::fromRgba(look.color));
+  painter.setPen(QColor::fromRgba(appearance.color));
   painter.drawText(QPointF(0, metrics.ascent()), text);
   return image;
 }
@@ -61,8 +61,8 @@ void upload(xcb::Connection& connection, const QImage& image, xcb_pixmap_t pixma
 
 }  // namespace
 
-LabelPicture::LabelPicture(xcb::Connection& connection, const LabelLook& look) : connection_(connection) {
-  QImage image = render(look);
+LabelPicture::LabelPicture(xcb::Connection& connection, const LabelAppearance& appearance) : connection_(connection) {
+  QImage image = render(appearance);
   if (image.isNull()) return;
   matchByteOrder(image, connection);
   width_ = image.width();

@@ -10,14 +10,14 @@
 
 #include <cstdint>
 
-#include "Platform/Linux/Cover/OverlayLook.h"
+#include "Platform/Linux/Cover/OverlayAppearance.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
 namespace platform::linux::cover {
 
 class LabelPicture {
  public:
-  LabelPicture(xcb::Connection& connection, const LabelLook& look);
+  LabelPicture(xcb::Connection& connection, const LabelAppearance& appearance);
   ~LabelPicture();
   LabelPicture(const LabelPicture&) = delete;
   LabelPicture& operator=(const LabelPicture&) = delete;

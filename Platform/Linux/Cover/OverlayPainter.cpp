@@ -14,7 +14,7 @@ namespace platform::linux::cover {
 
 namespace {
 
-std::uint8_t channel(Argb color, unsigned shift) { return static_cast<std::uint8_t>(color >> shift); }
+std::uint8_t channel(stream::Argb color, unsigned shift) { return static_cast<std::uint8_t>(color >> shift); }
 
 const xcb_visualtype_t* findVisual(const xcb::Connection& connection) {
   auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
@@ -31,7 +31,7 @@ const xcb_visualtype_t* findVisual(const xcb::Connection& connection) {
 }
 
 // The colour as a pixel of the root window's visual.
-std::uint32_t pixelOf(Argb color, const xcb::Connection& connection) {
+std::uint32_t pixelOf(stream::Argb color, const xcb::Connection& connection) {
   const xcb_visualtype_t* visual = findVisual(connection);
   if (visual == nullptr) return color & 0xFFFFFFU;
   const auto placed = [](std::uint8_t value, std::uint32_t mask) {
@@ -69,20 +69,20 @@ OverlayPainter::~OverlayPainter() {
   xcb_free_gc(connection_.get(), context_);
 }
 
-void OverlayPainter::setLook(const OverlayLook& look) {
-  if (look.label != look_.label) {
+void OverlayPainter::setAppearance(const OverlayAppearance& appearance) {
+  if (appearance.label != appearance_.label) {
     label_.reset();
-    if (look.label && canBlend_) label_.emplace(connection_, *look.label);
+    if (appearance.label && canBlend_) label_.emplace(connection_, *appearance.label);
   }
-  look_ = look;
-  const std::uint32_t pixel = pixelOf(look.background, connection_);
+  appearance_ = appearance;
+  const std::uint32_t pixel = pixelOf(appearance.background, connection_);
   xcb_change_gc(connection_.get(), context_, XCB_GC_FOREGROUND, &pixel);
   if (!showsPicture_) restoreBackground();
 }
 
 void OverlayPainter::restoreBackground() {
   showsPicture_ = false;
-  const std::uint32_t pixel = pixelOf(look_.background, connection_);
+  const std::uint32_t pixel = pixelOf(appearance_.background, connection_);
   xcb_change_window_attributes(connection_.get(), window_, XCB_CW_BACK_PIXEL, &pixel);
 }
 
@@ -118,10 +118,11 @@ void OverlayPainter::blendLabel() {
 }
 
 bool OverlayPainter::paintFrame(const stream::Frame& frame) {
-  if (!canBlend_ || !look_.picture || look_.picture->isEmpty() || frame.width() <= 0 || frame.height() <= 0) {
+  if (!canBlend_ || !appearance_.picture || appearance_.picture->isEmpty() || frame.width() <= 0 ||
+      frame.height() <= 0) {
     return false;
   }
-  const xcb::PixelRect target = *look_.picture;
+  const xcb::PixelRect target = *appearance_.picture;
   const bool fitsExactly = frame.width() == target.width && frame.height() == target.height;
   if (!fitsExactly && !frame.isWhole()) {
     frame.requestWhole();
@@ -144,7 +145,8 @@ bool OverlayPainter::paintFrame(const stream::Frame& frame) {
 // With a label over it, the picture comes here frame by frame.
 std::optional<stream::LiveTarget> OverlayPainter::liveTarget() const {
   if (label_) return std::nullopt;
-  return stream::LiveTarget{window_, look_.picture->x, look_.picture->y, width_, height_, look_.border};
+  return stream::LiveTarget{window_, appearance_.picture->x, appearance_.picture->y, width_,
+                            height_, appearance_.border};
 }
 
 // A frame of another size, as in the moments between a change of the window and the first frame made for it: a whole
@@ -203,7 +205,7 @@ void OverlayPainter::blendLabelInClip() {
 }
 
 void OverlayPainter::blendBorderInClip() {
-  if (look_.border) stream::blendBorder(connection_, picture_, width_, height_, *look_.border);
+  if (appearance_.border) stream::blendBorder(connection_, picture_, width_, height_, *appearance_.border);
 }
 
 }  // namespace platform::linux::cover

@@ -15,7 +15,7 @@
 #include <optional>
 
 #include "Platform/Linux/Cover/LabelPicture.h"
-#include "Platform/Linux/Cover/OverlayLook.h"
+#include "Platform/Linux/Cover/OverlayAppearance.h"
 #include "Platform/Linux/Stream/Frame.h"
 #include "Platform/Linux/Stream/LiveTarget.h"
 #include "Platform/Linux/Xcb/Connection.h"
@@ -30,10 +30,10 @@ class OverlayPainter {
   OverlayPainter(const OverlayPainter&) = delete;
   OverlayPainter& operator=(const OverlayPainter&) = delete;
 
-  [[nodiscard]] const OverlayLook& look() const { return look_; }
+  [[nodiscard]] const OverlayAppearance& appearance() const { return appearance_; }
   // Neither of the two paints anything yet. From then on the server fills with the background what is newly seen of the
   // window, but not once a frame was painted: it leaves there what was seen before, until the next frame comes.
-  void setLook(const OverlayLook& look);
+  void setAppearance(const OverlayAppearance& appearance);
   void setSize(std::int32_t width, std::int32_t height);
 
   // No frame is seen any more.
@@ -67,7 +67,7 @@ class OverlayPainter {
   bool canBlend_;
   xcb_gcontext_t context_;
   xcb_render_picture_t picture_ = XCB_NONE;
-  OverlayLook look_;
+  OverlayAppearance appearance_;
   bool showsPicture_ = false;
   std::optional<LabelPicture> label_;
 };

@@ -27,7 +27,8 @@ std::string hostName() {
 
 }  // namespace
 
-OverlayWindow::OverlayWindow(xcb::Connection& connection, const xcb::PixelRect& frame, const OverlayLook& look)
+OverlayWindow::OverlayWindow(xcb::Connection& connection, const xcb::PixelRect& frame,
+                             const OverlayAppearance& appearance)
     : connection_(connection), window_(connection.newId()), frame_(atLeastOnePixel(frame)) {
   xcb_create_window_value_list_t values{};
   values.override_redirect = 1;
@@ -43,7 +44,7 @@ OverlayWindow::OverlayWindow(xcb::Connection& connection, const xcb::PixelRect& 
   }
   setProperties();
   painter_.emplace(connection_, window_, frame_.width, frame_.height);
-  painter_->setLook(look);
+  painter_->setAppearance(appearance);
 }
 
 OverlayWindow::~OverlayWindow() {
@@ -96,19 +97,19 @@ void OverlayWindow::setFrame(const xcb::PixelRect& frame) {
   if (isResized) restore();
 }
 
-void OverlayWindow::setLook(const OverlayLook& look) {
-  const OverlayLook before = painter_->look();
-  if (look == before) return;
+void OverlayWindow::setAppearance(const OverlayAppearance& appearance) {
+  const OverlayAppearance before = painter_->appearance();
+  if (appearance == before) return;
   const xcb::PixelRect oldLabel = painter_->labelRect();
   endLive();
-  painter_->setLook(look);
+  painter_->setAppearance(appearance);
 
-  OverlayLook withOldLabel = look;
+  OverlayAppearance withOldLabel = appearance;
   withOldLabel.label = before.label;
   const bool onlyLabelDiffers = withOldLabel == before;
   if (onlyLabelDiffers && !before.label) return painter_->blendLabel();
   // A new text must be readable even if no frame ever comes again.
-  if (onlyLabelDiffers && look.label) {
+  if (onlyLabelDiffers && appearance.label) {
     painter_->paint(oldLabel);
     painter_->paint(painter_->labelRect());
   }

@@ -14,7 +14,7 @@
 #include <optional>
 #include <vector>
 
-#include "Platform/Linux/Cover/OverlayLook.h"
+#include "Platform/Linux/Cover/OverlayAppearance.h"
 #include "Platform/Linux/Cover/OverlayPainter.h"
 #include "Platform/Linux/Stream/Frame.h"
 #include "Platform/Linux/Xcb/Connection.h"
@@ -24,7 +24,7 @@ namespace platform::linux::cover {
 class OverlayWindow {
  public:
   // Not on the screen yet. Whatever is empty of the frame is taken as one pixel.
-  OverlayWindow(xcb::Connection& connection, const xcb::PixelRect& frame, const OverlayLook& look);
+  OverlayWindow(xcb::Connection& connection, const xcb::PixelRect& frame, const OverlayAppearance& appearance);
   ~OverlayWindow();
   OverlayWindow(const OverlayWindow&) = delete;
   OverlayWindow& operator=(const OverlayWindow&) = delete;
@@ -34,7 +34,7 @@ class OverlayWindow {
   [[nodiscard]] bool isShown() const { return isShown_; }
 
   void setFrame(const xcb::PixelRect& frame);
-  void setLook(const OverlayLook& look);
+  void setAppearance(const OverlayAppearance& appearance);
 
   // On top of everything, or directly below the given window (a screen locker) when it is still there.
   void orderFront(std::optional<xcb_window_t> below);

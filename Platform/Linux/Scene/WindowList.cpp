@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "Platform/Linux/Posix/TrimmedText.h"
-#include "Platform/Linux/Scene/FrameClients.h"
 #include "Platform/Linux/Scene/Identity.h"
+#include "Platform/Linux/Scene/ManagedClients.h"
 
 namespace platform::linux::scene {
 
@@ -122,7 +122,7 @@ void WindowList::readTopLevels(const std::vector<xcb_window_t>& stale) {
     watch(window);
     requests.emplace_back(connection_, atoms_, window);
   }
-  const auto inside = windowsInside(connection_, stale);
+  const auto inside = managedClients(connection_, stale);
   for (std::size_t i = 0; i < stale.size(); ++i) {
     Record& record = records_[stale[i]];
     record.own = requests[i].collect();

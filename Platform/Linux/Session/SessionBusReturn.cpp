@@ -14,30 +14,30 @@ constexpr std::chrono::seconds pause{1};
 SessionBusReturn::SessionBusReturn(std::function<void(const QDBusConnection&)> returned)
     : returned_(std::move(returned)),
       name_(QStringLiteral("session-bus-%1").arg(reinterpret_cast<std::uintptr_t>(this))) {
-  looking_.emplace();
-  looking_->setInterval(pause);
-  QObject::connect(&*looking_, &QTimer::timeout, &*looking_, [this] { look(); });
+  query_.emplace();
+  query_->setInterval(pause);
+  QObject::connect(&*query_, &QTimer::timeout, &*query_, [this] { query(); });
   watch(QDBusConnection::sessionBus());
 }
 
 SessionBusReturn::~SessionBusReturn() {
   // Before the connection: the library still reaches for what it calls while it closes one, on a thread of its own.
-  looking_.reset();
+  query_.reset();
   QDBusConnection::disconnectFromBus(name_);
 }
 
 void SessionBusReturn::watch(QDBusConnection bus) {
   // No bus sends this: the library does, to its own process.
   bus.connect(QString{}, QStringLiteral("/org/freedesktop/DBus/Local"), QStringLiteral("org.freedesktop.DBus.Local"),
-              QStringLiteral("Disconnected"), &*looking_, SLOT(start()));
+              QStringLiteral("Disconnected"), &*query_, SLOT(start()));
 }
 
-void SessionBusReturn::look() {
+void SessionBusReturn::query() {
   // What is left of the last connection; the library would hand it out again.
   QDBusConnection::disconnectFromBus(name_);
   const QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name_);
   if (!bus.isConnected()) return;
-  looking_->stop();
+  query_->stop();
   watch(bus);
   returned_(bus);
 }

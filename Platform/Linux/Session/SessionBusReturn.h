@@ -24,12 +24,12 @@ class SessionBusReturn {
 
  private:
   void watch(QDBusConnection bus);
-  void look();
+  void query();
 
   std::function<void(const QDBusConnection&)> returned_;
   QString name_;
   // Started by the bus library when the bus is gone.
-  std::optional<QTimer> looking_;
+  std::optional<QTimer> query_;
 };
 
 }  // namespace platform::linux::session

@@ -9,10 +9,10 @@ namespace platform::linux::stream {
 
 namespace {
 
-std::uint8_t channel(cover::Argb color, unsigned shift) { return static_cast<std::uint8_t>(color >> shift); }
+std::uint8_t channel(Argb color, unsigned shift) { return static_cast<std::uint8_t>(color >> shift); }
 
 // Premultiplied, with 16 bits for each component.
-xcb_render_color_t renderColor(cover::Argb color) {
+xcb_render_color_t renderColor(Argb color) {
   const std::uint32_t alpha = channel(color, 24);
   const auto scaled = [&](unsigned shift) {
     return static_cast<std::uint16_t>((channel(color, shift) * alpha * 257 + 127) / 255);
@@ -23,7 +23,7 @@ xcb_render_color_t renderColor(cover::Argb color) {
 }  // namespace
 
 void blendBorder(xcb::Connection& connection, xcb_render_picture_t target, std::int32_t width, std::int32_t height,
-                 const cover::BorderLook& border) {
+                 const BorderAppearance& border) {
   const std::int32_t line = std::min(border.width, (std::min(width, height) + 1) / 2);
   const std::int32_t inner = height - 2 * line;
   // Four sides that do not overlap at the corners.

@@ -8,13 +8,13 @@
 
 #include <cstdint>
 
-#include "Platform/Linux/Cover/OverlayLook.h"
+#include "Platform/Linux/Stream/BorderAppearance.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
 namespace platform::linux::stream {
 
 // Within the clip of `target`, a picture of a window of this size.
 void blendBorder(xcb::Connection& connection, xcb_render_picture_t target, std::int32_t width, std::int32_t height,
-                 const cover::BorderLook& border);
+                 const BorderAppearance& border);
 
 }  // namespace platform::linux::stream

@@ -32,7 +32,7 @@ scene::WindowFilter filterOf(const CaptureStreamSettings& settings, const xcb::C
   scene::WindowFilter filter(settings.excludedWindows, settings.ownClients, connection.resourceMask());
   if (!settings.holdBack) return filter;
   filter.holdBackFrom(settings.holdBack->fromArea);
-  for (const xcb_window_t judged : settings.holdBack->except) filter.admit(judged);
+  for (const xcb_window_t window : settings.holdBack->admitted) filter.admit(window);
   return filter;
 }
 
@@ -50,18 +50,17 @@ std::expected<std::unique_ptr<CaptureSession>, Error> CaptureSession::open(const
   if (settings.unexpectedError) connection->setUnexpectedErrorHandler(settings.unexpectedError);
   if (const auto missing = connection->missingExtensions(); !missing.empty())
     return std::unexpected(Error{xcb::missingExtensionsSentence(missing)});
-  auto buffer = FrameBuffer::make(connection, source.width, source.height, settings.serial, wakeup);
-  std::unique_ptr<CaptureSession> session(
-      new CaptureSession(settings, connection, std::move(buffer), std::move(wakeup)));
+  auto loan = FrameLoan::make(connection, source.width, source.height, settings.serial, wakeup);
+  std::unique_ptr<CaptureSession> session(new CaptureSession(settings, connection, std::move(loan), std::move(wakeup)));
   if (session->isLost()) return std::unexpected(Error{xcb::connectionLostSentence});
   return session;
 }
 
 CaptureSession::CaptureSession(const CaptureStreamSettings& settings, std::shared_ptr<xcb::Connection> connection,
-                               std::shared_ptr<FrameBuffer> buffer, std::shared_ptr<posix::Wakeup> wakeup)
+                               std::shared_ptr<FrameLoan> loan, std::shared_ptr<posix::Wakeup> wakeup)
     : connection_(std::move(connection)),
       wakeup_(std::move(wakeup)),
-      buffer_(std::move(buffer)),
+      loan_(std::move(loan)),
       scene_(*connection_),
       compositor_(*connection_, scene_, settings.source, filterOf(settings, *connection_)),
       livePainter_(*connection_),
@@ -98,11 +97,11 @@ void CaptureSession::admit(std::span<const xcb_window_t> windows) {
 
 std::shared_ptr<const Frame> CaptureSession::nextFrame() {
   isMoreToTakeIn_ = !takeInMost();
-  isWholeWanted_ = buffer_->takeWholeRequest() || isWholeWanted_;
+  isWholeWanted_ = loan_->takeWholeRequest() || isWholeWanted_;
   const compositor::Compositor::Changes changes = compositor_.changes();
   if (!isWholeWanted_ && changes == compositor::Compositor::Changes::none) return nullptr;
   const Clock::time_point now = Clock::now();
-  if (buffer_->isLent() || now < pace_.due()) return nullptr;
+  if (loan_->isLent() || now < pace_.due()) return nullptr;
   // Painting nothing where nothing has changed is cheaper than asking first.
   if (paintLive()) {
     pace_.madeFrame(now);
@@ -117,19 +116,19 @@ std::shared_ptr<const Frame> CaptureSession::nextFrame() {
 }
 
 bool CaptureSession::paintLive() {
-  return buffer_->paintLive([&](const LiveTarget& target) {
+  return loan_->paintLive([&](const LiveTarget& target) {
     if (std::exchange(isWholeWanted_, false)) compositor_.invalidate();
-    livePainter_.paint(compositor_, target, buffer_->changed());
+    livePainter_.paint(compositor_, target, loan_->changed());
   });
 }
 
 std::shared_ptr<const Frame> CaptureSession::compose() {
-  const FrameBuffer::Reading reading = buffer_->reclaim();
-  const bool isWhole = std::exchange(isWholeWanted_, false) || reading == FrameBuffer::Reading::never;
+  const FrameLoan::Reading reading = loan_->reclaim();
+  const bool isWhole = std::exchange(isWholeWanted_, false) || reading == FrameLoan::Reading::never;
   if (isWhole) compositor_.invalidate();
-  if (reading == FrameBuffer::Reading::missed) compositor_.repaint(buffer_->changed());
-  auto steps = compositor_.plan(buffer_->changed());
-  return buffer_->lend(std::move(steps), isWhole);
+  if (reading == FrameLoan::Reading::missed) compositor_.repaint(loan_->changed());
+  auto steps = compositor_.plan(loan_->changed());
+  return loan_->lend(std::move(steps), isWhole);
 }
 
 std::optional<CaptureSession::Clock::time_point> CaptureSession::nextDeadline(Clock::time_point now) const {
@@ -138,7 +137,7 @@ std::optional<CaptureSession::Clock::time_point> CaptureSession::nextDeadline(Cl
   const compositor::Compositor::Changes changes = compositor_.changes();
   if (!isWholeWanted_ && changes == compositor::Compositor::Changes::none) return std::nullopt;
   // Giving a frame back notifies.
-  if (buffer_->isLent()) return std::nullopt;
+  if (loan_->isLent()) return std::nullopt;
   if (isWholeWanted_ || changes == compositor::Compositor::Changes::certain) return pace_.due();
   return std::max(pace_.due(), nextExaminationDue_);
 }

@@ -17,7 +17,7 @@
 #include "Platform/Linux/Scene/Scene.h"
 #include "Platform/Linux/Stream/CaptureStreamSettings.h"
 #include "Platform/Linux/Stream/Frame.h"
-#include "Platform/Linux/Stream/FrameBuffer.h"
+#include "Platform/Linux/Stream/FrameLoan.h"
 #include "Platform/Linux/Stream/FramePace.h"
 #include "Platform/Linux/Stream/LivePainter.h"
 #include "Platform/Linux/Xcb/Connection.h"
@@ -28,7 +28,7 @@ class CaptureSession {
  public:
   static std::expected<std::unique_ptr<CaptureSession>, Error> open(const CaptureStreamSettings& settings,
                                                                     std::shared_ptr<posix::Wakeup> wakeup);
-  ~CaptureSession() { buffer_->endStream(); }
+  ~CaptureSession() { loan_->endStream(); }
   CaptureSession(const CaptureSession&) = delete;
   CaptureSession& operator=(const CaptureSession&) = delete;
 
@@ -48,7 +48,7 @@ class CaptureSession {
   using Clock = FramePace::Clock;
 
   CaptureSession(const CaptureStreamSettings& settings, std::shared_ptr<xcb::Connection> connection,
-                 std::shared_ptr<FrameBuffer> buffer, std::shared_ptr<posix::Wakeup> wakeup);
+                 std::shared_ptr<FrameLoan> loan, std::shared_ptr<posix::Wakeup> wakeup);
   void takeIn(const xcb_generic_event_t& event);
   // As much as one read of the connection brings: what it leaves behind keeps the descriptor readable. How many events
   // that were.
@@ -63,7 +63,7 @@ class CaptureSession {
 
   std::shared_ptr<xcb::Connection> connection_;
   std::shared_ptr<posix::Wakeup> wakeup_;
-  std::shared_ptr<FrameBuffer> buffer_;
+  std::shared_ptr<FrameLoan> loan_;
   scene::Scene scene_;
   compositor::Compositor compositor_;
   LivePainter livePainter_;

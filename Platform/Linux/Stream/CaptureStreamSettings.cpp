@@ -22,7 +22,7 @@ CaptureStreamSettings captureStreamSettings(const StreamConfiguration& configura
 }
 
 CaptureStreamSettings::HoldBack holdBack(const HeldBackWindows& windows, const xcb::ScreenGeometry& display) {
-  return {.fromArea = windows.fromArea * display.scale * display.scale, .except = windows.except};
+  return {.fromArea = windows.fromArea * display.scale * display.scale, .admitted = windows.admitted};
 }
 
 }  // namespace platform::linux::stream

@@ -26,7 +26,7 @@ struct CaptureStreamSettings {
   // New windows of this area and more, in square pixels, are left out until they are admitted.
   struct HoldBack {
     double fromArea = 0;
-    std::vector<xcb_window_t> except;
+    std::vector<xcb_window_t> admitted;
   };
   std::optional<HoldBack> holdBack;
   std::uint64_t serial = 0;                       // larger than that of every earlier stream of this process

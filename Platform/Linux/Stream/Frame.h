@@ -28,11 +28,11 @@
 
 namespace platform::linux::stream {
 
-class FrameBuffer;
+class FrameLoan;
 
 class Frame final : public SampleBuffer {
  public:
-  Frame(std::shared_ptr<FrameBuffer> buffer, bool isWhole);
+  Frame(std::shared_ptr<FrameLoan> loan, bool isWhole);
   ~Frame() override;
   Frame(const Frame&) = delete;
   Frame& operator=(const Frame&) = delete;
@@ -72,7 +72,7 @@ class Frame final : public SampleBuffer {
  private:
   enum class State : std::uint8_t { untouched, reading, read };
 
-  std::shared_ptr<FrameBuffer> buffer_;
+  std::shared_ptr<FrameLoan> loan_;
   bool isWhole_;
   mutable State state_ = State::untouched;
 };

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "Platform/Linux/Cover/OverlayLook.h"
+#include "Platform/Linux/Stream/BorderAppearance.h"
 
 namespace platform::linux::stream {
 
@@ -18,7 +18,7 @@ struct LiveTarget {
   std::int32_t y = 0;
   std::int32_t windowWidth = 0;
   std::int32_t windowHeight = 0;
-  std::optional<cover::BorderLook> border;  // goes over the picture
+  std::optional<BorderAppearance> border;  // goes over the picture
 };
 
 }  // namespace platform::linux::stream

@@ -34,16 +34,16 @@ TrayHosts::TrayHosts() : bus_(QDBusConnection::sessionBus()) {
     timer->setSingleShot(true);
     timer->setInterval(0);
   }
-  QObject::connect(&hostCame_, &QTimer::timeout, &context_, [this] { look(); });
+  QObject::connect(&hostCame_, &QTimer::timeout, &context_, [this] { query(); });
   QObject::connect(&hostWent_, &QTimer::timeout, &context_, [this] { notifyVanished(); });
   QCoreApplication::instance()->installNativeEventFilter(this);
   QObject::connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, &context_,
                    [this](const QString&, const QString& oldOwner, const QString& newOwner) {
                      if (!oldOwner.isEmpty()) notifyVanished();
-                     if (!newOwner.isEmpty()) look();
+                     if (!newOwner.isEmpty()) query();
                    });
   listenToBus();
-  look();
+  query();
 }
 
 TrayHosts::~TrayHosts() = default;
@@ -56,7 +56,7 @@ void TrayHosts::whenAvailable(std::function<void()> callback) {
 bool TrayHosts::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) {
   if (!isAvailable_ && eventType == "xcb_generic_event_t" &&
       announcesTray(*static_cast<const xcb_generic_event_t*>(message)))
-    look();
+    query();
   return false;
 }
 
@@ -78,13 +78,13 @@ void TrayHosts::busReturned(const QDBusConnection& bus) {
   waiting_.insert(waiting_.end(), told_.begin(), told_.end());
   told_.clear();
   listenToBus();
-  look();
+  query();
 }
 
-void TrayHosts::look() {
+void TrayHosts::query() {
   if (isAvailable_) return;
   if (!bus_.isConnected()) {
-    lookForX11Tray();
+    queryX11Tray();
     return;
   }
   QDBusMessage question = QDBusMessage::createMethodCall(
@@ -98,11 +98,11 @@ void TrayHosts::look() {
     if (reply.isValid() && reply.value().variant().toBool())
       found();
     else
-      lookForX11Tray();
+      queryX11Tray();
   });
 }
 
-void TrayHosts::lookForX11Tray() {
+void TrayHosts::queryX11Tray() {
   xcb_connection_t* connection = toolkit::qtConnection();
   if (connection && toolkit::selectionOwner(connection, traySelection) != XCB_NONE) found();
 }

@@ -30,8 +30,8 @@ class TrayHosts : private QAbstractNativeEventFilter {
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
   void listenToBus();
   void busReturned(const QDBusConnection& bus);
-  void look();
-  void lookForX11Tray();
+  void query();
+  void queryX11Tray();
   void found();
   void notifyVanished();
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "Platform/Linux/Posix/Wakeup.h"
-#include "Platform/Linux/Stream/FrameBuffer.h"
+#include "Platform/Linux/Stream/FrameLoan.h"
 #include "Platform/Linux/Xcb/Region.h"
 #include "Tests/Linux/EngineSupport.h"
 #include "Tests/Linux/Toolkit/QtEnvironment.h"
@@ -26,13 +26,13 @@ using support::waitUntil;
 
 constexpr xcb::PixelRect place{200, 100, 400, 300};
 constexpr xcb::PixelRect inside{0, 0, 400, 300};
-constexpr Argb blue = 0xFF0000FF;
+constexpr stream::Argb blue = 0xFF0000FF;
 constexpr std::uint32_t bluePixel = 0x0000FF;
 constexpr std::uint32_t green = 0xFF00FF00;
 constexpr std::uint32_t greenPixel = 0x00FF00;
-constexpr Argb halfWhite = 0x80FFFFFF;
+constexpr stream::Argb halfWhite = 0x80FFFFFF;
 
-OverlayLook mirrorLook() { return {.background = blue, .picture = inside, .label = {}, .border = {}}; }
+OverlayAppearance mirrorLook() { return {.background = blue, .picture = inside, .label = {}, .border = {}}; }
 
 // Half white over this, as RENDER rounds; off by one at most.
 bool isHalfWhiteOver(std::uint32_t pixel, std::uint32_t below) {
@@ -50,7 +50,7 @@ class Source {
   Source(const std::string& display, std::int32_t width, std::int32_t height, std::uint64_t serial)
       : connection_(connectTo(display)),
         picture_(connection_->newId()),
-        buffer_(stream::FrameBuffer::make(connection_, width, height, serial, std::make_shared<posix::Wakeup>())) {
+        buffer_(stream::FrameLoan::make(connection_, width, height, serial, std::make_shared<posix::Wakeup>())) {
     const xcb_pixmap_t pixels = connection_->newId();
     xcb_create_pixmap(connection_->get(), connection_->rootDepth(), pixels, connection_->root(),
                       static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height));
@@ -60,7 +60,7 @@ class Source {
 
   // Paints the rectangle and lends a frame in which just that has changed; a whole one before any was read.
   std::shared_ptr<const stream::Frame> paint(const xcb::PixelRect& rect, std::uint32_t color, bool isWhole = false) {
-    isWhole = buffer_->reclaim() == stream::FrameBuffer::Reading::never || isWhole;
+    isWhole = buffer_->reclaim() == stream::FrameLoan::Reading::never || isWhole;
     const auto wide = [](std::uint32_t value) { return static_cast<std::uint16_t>((value & 0xFFU) * 257); };
     const xcb_render_color_t renderColor{wide(color >> 16U), wide(color >> 8U), wide(color), 0xFFFF};
     const xcb_rectangle_t rectangle = xcb::toRectangle(rect);
@@ -92,15 +92,15 @@ class Source {
  private:
   std::shared_ptr<xcb::Connection> connection_;
   xcb_render_picture_t picture_;
-  std::shared_ptr<stream::FrameBuffer> buffer_;
+  std::shared_ptr<stream::FrameLoan> buffer_;
 };
 
 class OverlayWindowOnX : public testing::Test {
  protected:
   void SetUp() override { (void)qt::application(); }
 
-  void show(const OverlayLook& look) {
-    window_ = std::make_unique<OverlayWindow>(*connection_, place, look);
+  void show(const OverlayAppearance& appearance) {
+    window_ = std::make_unique<OverlayWindow>(*connection_, place, appearance);
     window_->orderFront(std::nullopt);
     settle();
   }
@@ -119,7 +119,7 @@ class OverlayWindowOnX : public testing::Test {
     return client_.screenshot(window_->frame());
   }
 
-  static LabelLook label(std::string text) {
+  static LabelAppearance label(std::string text) {
     return {.text = std::move(text), .font = {.size = 30, .weight = FontWeight::medium}, .color = halfWhite};
   }
 
@@ -190,9 +190,9 @@ TEST_F(OverlayWindowOnX, GoesDirectlyBelowALockerWhenItComesToTheFront) {
 }
 
 TEST_F(OverlayWindowOnX, ABorderIsBlendedInsideTheEdgesOnce) {
-  OverlayLook look = mirrorLook();
-  look.border = {.width = 2, .color = halfWhite};
-  show(look);
+  OverlayAppearance appearance = mirrorLook();
+  appearance.border = {.width = 2, .color = halfWhite};
+  show(appearance);
   const support::Picture shown = picture();
   for (const auto& [x, y] : {std::pair{0, 0}, {1, 1}, {399, 299}, {200, 1}, {398, 150}, {0, 299}}) {
     EXPECT_TRUE(isHalfWhiteOver(shown.at(x, y), bluePixel)) << x << "," << y << " " << std::hex << shown.at(x, y);
@@ -201,9 +201,9 @@ TEST_F(OverlayWindowOnX, ABorderIsBlendedInsideTheEdgesOnce) {
 }
 
 TEST_F(OverlayWindowOnX, ALabelIsBlendedInTheMiddle) {
-  OverlayLook look = mirrorLook();
-  look.label = label("Waiting for screen capture\u2026");
-  show(look);
+  OverlayAppearance appearance = mirrorLook();
+  appearance.label = label("Waiting for screen capture\u2026");
+  show(appearance);
   const support::Picture shown = picture();
   int left = 400, right = 0, top = 300, bottom = 0;
   for (int y = 0; y < 300; ++y) {
@@ -223,17 +223,17 @@ TEST_F(OverlayWindowOnX, ALabelIsBlendedInTheMiddle) {
 }
 
 TEST_F(OverlayWindowOnX, AnotherTextReplacesTheFirstAndNoTextUncoversTheBackground) {
-  OverlayLook look = mirrorLook();
-  look.label = label("Waiting");
-  show(look);
-  look.label = label("Failed");
-  window_->setLook(look);
+  OverlayAppearance appearance = mirrorLook();
+  appearance.label = label("Waiting");
+  show(appearance);
+  appearance.label = label("Failed");
+  window_->setAppearance(appearance);
   const support::Picture replaced = picture();
-  look.label.reset();
-  window_->setLook(look);
+  appearance.label.reset();
+  window_->setAppearance(appearance);
   EXPECT_EQ(picture().count(bluePixel), std::size_t{400} * 300);
-  look.label = label("Failed");
-  window_->setLook(look);
+  appearance.label = label("Failed");
+  window_->setAppearance(appearance);
   EXPECT_EQ(picture(), replaced);
 }
 
@@ -253,10 +253,10 @@ TEST_F(OverlayWindowOnX, AFrameIsShownExactlyAndLaterOnesWhereTheyChange) {
 }
 
 TEST_F(OverlayWindowOnX, BorderAndLabelDoNotAddUpOverManyFrames) {
-  OverlayLook look = mirrorLook();
-  look.border = {.width = 1, .color = halfWhite};
-  look.label = label("Waiting");
-  show(look);
+  OverlayAppearance appearance = mirrorLook();
+  appearance.border = {.width = 1, .color = halfWhite};
+  appearance.label = label("Waiting");
+  show(appearance);
   Source source(server_.display(), 400, 300, 1);
   EXPECT_TRUE(window_->presentFrame(source.paint(inside, green)));
   const support::Picture first = picture();
@@ -270,14 +270,14 @@ TEST_F(OverlayWindowOnX, BorderAndLabelDoNotAddUpOverManyFrames) {
 }
 
 TEST_F(OverlayWindowOnX, HidingTheLabelAsksForAWholeFrame) {
-  OverlayLook look = mirrorLook();
-  look.label = label("Waiting");
-  show(look);
+  OverlayAppearance appearance = mirrorLook();
+  appearance.label = label("Waiting");
+  show(appearance);
   Source source(server_.display(), 400, 300, 1);
   EXPECT_TRUE(window_->presentFrame(source.paint(inside, green)));
   EXPECT_FALSE(source.takeWholeRequest());
-  look.label.reset();
-  window_->setLook(look);
+  appearance.label.reset();
+  window_->setAppearance(appearance);
   EXPECT_TRUE(source.takeWholeRequest());
   EXPECT_TRUE(window_->presentFrame(source.paint({0, 0, 1, 1}, green, true)));
   EXPECT_EQ(picture().count(greenPixel), std::size_t{400} * 300);
@@ -421,9 +421,9 @@ TEST_F(OverlayWindowOnX, PresentingWaitsForNothing) {
 }
 
 TEST_F(OverlayWindowOnX, OnceAFrameIsShownTheStreamPaintsByItself) {
-  OverlayLook look = mirrorLook();
-  look.border = {.width = 3, .color = halfWhite};
-  show(look);
+  OverlayAppearance appearance = mirrorLook();
+  appearance.border = {.width = 3, .color = halfWhite};
+  show(appearance);
   Source source(server_.display(), 400, 300, 1);
   EXPECT_FALSE(source.paintLive(inside, green)) << "nobody has shown a frame yet";
   EXPECT_TRUE(window_->presentFrame(source.paint(inside, green)));
@@ -434,14 +434,14 @@ TEST_F(OverlayWindowOnX, OnceAFrameIsShownTheStreamPaintsByItself) {
   EXPECT_EQ(target->y, 0);
   EXPECT_EQ(target->windowWidth, 400);
   EXPECT_EQ(target->windowHeight, 300);
-  EXPECT_EQ(target->border, look.border);
+  EXPECT_EQ(target->border, appearance.border);
   EXPECT_TRUE(waitUntil([&] { return picture().count(0xFFFFFF, {50, 60, 20, 30}) == std::size_t{20} * 30; }));
 }
 
 TEST_F(OverlayWindowOnX, UnderALabelThePictureComesFrameByFrame) {
-  OverlayLook look = mirrorLook();
-  look.label = label("Waiting");
-  show(look);
+  OverlayAppearance appearance = mirrorLook();
+  appearance.label = label("Waiting");
+  show(appearance);
   Source source(server_.display(), 400, 300, 1);
   EXPECT_TRUE(window_->presentFrame(source.paint(inside, green)));
   EXPECT_FALSE(source.paintLive(inside, green));
@@ -458,9 +458,9 @@ TEST_F(OverlayWindowOnX, AnotherLookOrSizeEndsThePaintingOfTheStream) {
   show(mirrorLook());
   Source source(server_.display(), 400, 300, 1);
   EXPECT_TRUE(window_->presentFrame(source.paint(inside, green)));
-  OverlayLook look = mirrorLook();
-  look.border = {.width = 1, .color = halfWhite};
-  window_->setLook(look);
+  OverlayAppearance appearance = mirrorLook();
+  appearance.border = {.width = 1, .color = halfWhite};
+  window_->setAppearance(appearance);
   EXPECT_FALSE(source.paintLive(inside, green));
   EXPECT_TRUE(source.takeWholeRequest());
   EXPECT_TRUE(window_->presentFrame(source.paint(inside, green, true)));
@@ -500,28 +500,28 @@ TEST_F(OverlayWindowOnX, WhatTheStreamHasPaintedNeverShowsOverWhatCameLater) {
   }
 }
 
-TEST(OverlayLook, FollowsTheContentInDevicePixels) {
+TEST(OverlayAppearance, FollowsTheContentInDevicePixels) {
   views::OverlayContent content;
   content.pictureLayer = Rect{{0, 0}, {200, 100}};
   content.label = views::LabelContent{"Text", {{15, FontWeight::medium}, colors::white.withAlpha(0.65)}};
   content.border = views::BorderContent{1, colors::black.withAlpha(0.16)};
-  const OverlayLook look = lookOf(content, colors::black, 150, 1.5);
-  EXPECT_EQ(look.background, 0xFF000000U);
-  EXPECT_EQ(look.picture, (xcb::PixelRect{0, 0, 300, 150}));
-  EXPECT_DOUBLE_EQ(look.label->font.size, 22.5);
-  EXPECT_EQ(look.label->color, 0xA6FFFFFFU);
-  EXPECT_EQ(look.border, (BorderLook{2, 0x29000000}));
+  const OverlayAppearance appearance = appearanceOf(content, colors::black, 150, 1.5);
+  EXPECT_EQ(appearance.background, 0xFF000000U);
+  EXPECT_EQ(appearance.picture, (xcb::PixelRect{0, 0, 300, 150}));
+  EXPECT_DOUBLE_EQ(appearance.label->font.size, 22.5);
+  EXPECT_EQ(appearance.label->color, 0xA6FFFFFFU);
+  EXPECT_EQ(appearance.border, (stream::BorderAppearance{2, 0x29000000}));
 }
 
-TEST(OverlayLook, APartOfTheWindowKeepsItsPlaceFromTheBottom) {
+TEST(OverlayAppearance, APartOfTheWindowKeepsItsPlaceFromTheBottom) {
   views::OverlayContent content;
   content.background = colors::white;
   content.pictureLayer = Rect{{10, 20}, {30, 40}};
   content.border = views::BorderContent{0.1, colors::black};
-  const OverlayLook look = lookOf(content, colors::black, 100, 1);
-  EXPECT_EQ(look.background, 0xFFFFFFFFU);
-  EXPECT_EQ(look.picture, (xcb::PixelRect{10, 40, 30, 40}));
-  EXPECT_EQ(look.border->width, 1);
+  const OverlayAppearance appearance = appearanceOf(content, colors::black, 100, 1);
+  EXPECT_EQ(appearance.background, 0xFFFFFFFFU);
+  EXPECT_EQ(appearance.picture, (xcb::PixelRect{10, 40, 30, 40}));
+  EXPECT_EQ(appearance.border->width, 1);
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 #include <memory>
 
 #include "Platform/Linux/Stream/Frame.h"
-#include "Platform/Linux/Stream/FrameBuffer.h"
+#include "Platform/Linux/Stream/FrameLoan.h"
 #include "Tests/Linux/EngineSupport.h"
 #include "Tests/Support/Wait.h"
 #include "Tests/Support/XClient.h"
@@ -33,7 +33,7 @@ class CaptureStreamFramesTest : public ::testing::Test {
     xcb_create_pixmap(stream->get(), 24, pixels, stream->root(), side, side);
     xcb_render_create_picture(stream->get(), picture, pixels, stream->formatOfVisual(stream->rootVisual()), 0, nullptr);
     xcb_render_create_picture(reader->get(), target, shown, reader->formatOfVisual(reader->rootVisual()), 0, nullptr);
-    buffer = FrameBuffer::make(stream, side, side, 1, wakeup);
+    loan = FrameLoan::make(stream, side, side, 1, wakeup);
   }
 
   // What this connection sends from now on is carried out after `release`.
@@ -44,13 +44,13 @@ class CaptureStreamFramesTest : public ::testing::Test {
   }
 
   std::shared_ptr<const Frame> paint(std::uint32_t color) {
-    buffer->reclaim();
+    loan->reclaim();
     const xcb_rectangle_t everything{0, 0, side, side};
     const xcb_render_color_t value{static_cast<std::uint16_t>((color >> 16U) * 0x101U),
                                    static_cast<std::uint16_t>(((color >> 8U) & 0xffU) * 0x101U), 0, 0xffff};
     xcb_render_fill_rectangles(stream->get(), XCB_RENDER_PICT_OP_SRC, picture, value, 1, &everything);
-    buffer->changed().set(xcb::PixelRect{0, 0, side, side});
-    return buffer->lend({{.source = picture, .clip = buffer->changed().id(), .width = side, .height = side}}, true);
+    loan->changed().set(xcb::PixelRect{0, 0, side, side});
+    return loan->lend({{.source = picture, .clip = loan->changed().id(), .width = side, .height = side}}, true);
   }
 
   void read(const Frame& frame) {
@@ -72,7 +72,7 @@ class CaptureStreamFramesTest : public ::testing::Test {
   std::unique_ptr<xcb::Connection> reader = connectTo(server.display());
   std::unique_ptr<xcb::Connection> holder = connectTo(server.display());
   std::shared_ptr<posix::Wakeup> wakeup = std::make_shared<posix::Wakeup>();
-  std::shared_ptr<FrameBuffer> buffer;
+  std::shared_ptr<FrameLoan> loan;
   const xcb_sync_fence_t fence = holder->newId();
   const xcb_pixmap_t shown = reader->newId();
   const xcb_render_picture_t target = reader->newId();
@@ -106,7 +106,7 @@ TEST_F(CaptureStreamFramesTest, ThePictureStaysUntilALateReaderHasReadIt) {
   hold(*reader);
   read(*paint(red));
   stream.reset();
-  auto closing = std::async(std::launch::async, [held = std::move(buffer)]() mutable { held.reset(); });
+  auto closing = std::async(std::launch::async, [held = std::move(loan)]() mutable { held.reset(); });
   EXPECT_EQ(closing.wait_for(50ms), std::future_status::timeout);
   release();
   closing.get();
@@ -118,7 +118,7 @@ TEST_F(CaptureStreamFramesTest, AReaderThatNeverComesToReadDelaysTheEndBySeconds
   read(*paint(red));
   stream.reset();
   const auto begin = std::chrono::steady_clock::now();
-  buffer.reset();
+  loan.reset();
   EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s);
   // The picture is gone when it does, which paints nothing.
   release();
@@ -127,10 +127,10 @@ TEST_F(CaptureStreamFramesTest, AReaderThatNeverComesToReadDelaysTheEndBySeconds
 
 TEST_F(CaptureStreamFramesTest, TheEndOfALoanIsNotified) {
   auto frame = paint(red);
-  EXPECT_TRUE(buffer->isLent());
+  EXPECT_TRUE(loan->isLent());
   EXPECT_FALSE(support::waitReadable(wakeup->descriptor(), 0ms));
   frame.reset();
-  EXPECT_FALSE(buffer->isLent());
+  EXPECT_FALSE(loan->isLent());
   EXPECT_TRUE(support::waitReadable(wakeup->descriptor(), 0ms));
 }
 

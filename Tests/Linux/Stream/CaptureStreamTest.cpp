@@ -404,7 +404,7 @@ TEST_F(CaptureStreamTest, WindowsThatAreLeftOutAreNotInTheFrames) {
 }
 
 TEST_F(CaptureStreamTest, ALargeNewWindowIsInNoFrameBeforeItIsAdmitted) {
-  settings.holdBack = {.fromArea = 10'000, .except = {}};
+  settings.holdBack = {.fromArea = 10'000, .admitted = {}};
   const auto stream = startAndRead();
   const auto small = client.createWindow({.frame = {60, 50, 20, 20}, .color = 0x00ff00});
   const auto large = client.createWindow({.frame = {100, 50, 150, 150}, .color = 0xff00ff});
@@ -429,7 +429,7 @@ TEST_F(CaptureStreamTest, ALargeNewWindowIsInNoFrameBeforeItIsAdmitted) {
 TEST_F(CaptureStreamTest, AWindowThatWasJudgedBeforeIsNotHeldBack) {
   const auto large = client.createWindow({.frame = {100, 50, 150, 150}, .color = 0xff00ff});
   client.sync();
-  settings.holdBack = {.fromArea = 10'000, .except = {large}};
+  settings.holdBack = {.fromArea = 10'000, .admitted = {large}};
   startAndRead();
   EXPECT_EQ(shown().differences(screen()), 0U);
   EXPECT_GT(shown().count(0xff00ff), 0U);

@@ -25,7 +25,7 @@ using support::waitUntil;
 
 // Below the window that shows the copy lies what is copied, and beside both a client draws.
 constexpr xcb::PixelRect area{40, 30, 300, 220};
-constexpr cover::Argb halfWhite = 0x80FFFFFF;
+constexpr Argb halfWhite = 0x80FFFFFF;
 
 class LivePainting : public testing::Test {
  protected:
@@ -53,8 +53,8 @@ class LivePainting : public testing::Test {
     return stream;
   }
 
-  void show(cover::OverlayLook look) {
-    window_ = std::make_unique<cover::OverlayWindow>(*connection_, area, look);
+  void show(cover::OverlayAppearance appearance) {
+    window_ = std::make_unique<cover::OverlayWindow>(*connection_, area, appearance);
     window_->orderFront(std::nullopt);
     turn();
   }
@@ -109,7 +109,7 @@ class LivePainting : public testing::Test {
   std::uint32_t lastColor_ = 0x405060;
 };
 
-cover::OverlayLook mirrorLook() {
+cover::OverlayAppearance mirrorLook() {
   return {
       .background = 0xFF0000FF, .picture = xcb::PixelRect{0, 0, area.width, area.height}, .label = {}, .border = {}};
 }
@@ -251,10 +251,10 @@ TEST_F(LivePainting, ManyEventsThatArriveWhileItRestsDoNotPileUp) {
 }
 
 TEST_F(LivePainting, TheCopyStaysExactUnderABorderThatDoesNotAddUp) {
-  cover::OverlayLook look = mirrorLook();
-  look.border = cover::BorderLook{.width = 2, .color = halfWhite};
+  cover::OverlayAppearance appearance = mirrorLook();
+  appearance.border = BorderAppearance{.width = 2, .color = halfWhite};
   const auto stream = start();
-  show(look);
+  show(appearance);
   presentFirst();
   ASSERT_TRUE(isShownOnceDrawn(false));
   const auto before = client_.screenshot(area);
@@ -272,15 +272,15 @@ TEST_F(LivePainting, ALabelStopsItAndItsEndBringsItBack) {
   const auto stream = start();
   show(mirrorLook());
   presentFirst();
-  cover::OverlayLook labelled = mirrorLook();
+  cover::OverlayAppearance labelled = mirrorLook();
   labelled.label =
-      cover::LabelLook{.text = "Waiting", .font = {.size = 12, .weight = FontWeight::medium}, .color = halfWhite};
-  window_->setLook(labelled);
+      cover::LabelAppearance{.text = "Waiting", .font = {.size = 12, .weight = FontWeight::medium}, .color = halfWhite};
+  window_->setAppearance(labelled);
   turn();
   const int frames = arrivals_->count();
   ASSERT_TRUE(isShownOnceDrawn(true));
   EXPECT_GT(arrivals_->count(), frames) << "under a label, frames come";
-  window_->setLook(mirrorLook());
+  window_->setAppearance(mirrorLook());
   turn();
   ASSERT_TRUE(isShownOnceDrawn(true));
   const int later = arrivals_->count();

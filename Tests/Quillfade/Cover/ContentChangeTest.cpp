@@ -111,7 +111,7 @@ TEST_F(BlinkingOverlay, RestartsTheCaptureTwiceASecondAtMostBesidesTheTimer) {
 TEST_F(BlinkingOverlay, IsNeverAdmittedToThePicture) {
   blink(100);
   for (const auto& stream : streams()) {
-    EXPECT_THAT(stream->filter().holdingBack->except, testing::Not(testing::Contains(7U)));
+    EXPECT_THAT(stream->filter().holdingBack->admitted, testing::Not(testing::Contains(7U)));
     for (const auto& admitted : stream->admissions()) EXPECT_THAT(admitted, testing::Not(testing::Contains(7U)));
   }
 }
@@ -233,7 +233,7 @@ TEST_F(ContentChange, AStreamHoldsBackWhatTheRulesCouldExcludeAndWasNotJudged) {
   ASSERT_TRUE(holdingBack.has_value());
   const platform::Rect screen = desktop.screens().all().front().frame;
   EXPECT_DOUBLE_EQ(holdingBack->fromArea, 0.3 * screen.width() * screen.height());
-  EXPECT_THAT(holdingBack->except, UnorderedElementsAre(3U, 4U));
+  EXPECT_THAT(holdingBack->admitted, UnorderedElementsAre(3U, 4U));
 }
 
 TEST_F(ContentChange, WindowsOfAnySizeAreHeldBackWhereTheUserLeavesOutSome) {

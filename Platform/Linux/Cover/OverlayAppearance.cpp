@@ -1,4 +1,4 @@
-#include "Platform/Linux/Cover/OverlayLook.h"
+#include "Platform/Linux/Cover/OverlayAppearance.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,7 +9,7 @@ namespace platform::linux::cover {
 
 namespace {
 
-Argb argbOf(const Color& color) { return toolkit::toQColor(color).rgba(); }
+stream::Argb argbOf(const Color& color) { return toolkit::toQColor(color).rgba(); }
 
 std::int32_t rounded(double value) { return static_cast<std::int32_t>(std::lround(value)); }
 
@@ -24,20 +24,20 @@ xcb::PixelRect pixelsOf(const Rect& rect, std::int32_t windowHeight, double scal
 
 }  // namespace
 
-OverlayLook lookOf(const views::OverlayContent& content, const Color& windowBackground, std::int32_t windowHeight,
-                   double scale) {
-  OverlayLook look;
-  look.background = argbOf(content.background.alpha > 0 ? content.background : windowBackground);
-  if (content.pictureLayer) look.picture = pixelsOf(*content.pictureLayer, windowHeight, scale);
+OverlayAppearance appearanceOf(const views::OverlayContent& content, const Color& windowBackground,
+                               std::int32_t windowHeight, double scale) {
+  OverlayAppearance appearance;
+  appearance.background = argbOf(content.background.alpha > 0 ? content.background : windowBackground);
+  if (content.pictureLayer) appearance.picture = pixelsOf(*content.pictureLayer, windowHeight, scale);
   if (content.label) {
-    look.label = {content.label->text, content.label->style.font, argbOf(content.label->style.color)};
-    look.label->font.size *= scale;
+    appearance.label = {content.label->text, content.label->style.font, argbOf(content.label->style.color)};
+    appearance.label->font.size *= scale;
   }
   if (content.border && content.border->width > 0) {
-    look.border = {.width = std::max(1, rounded(content.border->width * scale)),
-                   .color = argbOf(content.border->color)};
+    appearance.border = {.width = std::max(1, rounded(content.border->width * scale)),
+                         .color = argbOf(content.border->color)};
   }
-  return look;
+  return appearance;
 }
 
 }  // namespace platform::linux::cover

@@ -15,7 +15,7 @@
 namespace platform::linux::scene {
 
 // For each top-level the window of another client inside it, or none. Two round trips at most, however many there are.
-[[nodiscard]] std::vector<xcb_window_t> windowsInside(xcb::Connection& connection,
-                                                      std::span<const xcb_window_t> topLevels);
+[[nodiscard]] std::vector<xcb_window_t> managedClients(xcb::Connection& connection,
+                                                       std::span<const xcb_window_t> topLevels);
 
 }  // namespace platform::linux::scene

@@ -29,15 +29,15 @@ namespace platform::linux::stream {
 
 class Frame;
 
-class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
+class FrameLoan : public std::enable_shared_from_this<FrameLoan> {
  public:
   // `wakeup` is notified when a loan ends that somebody has asked about, and when a whole frame is asked for.
-  static std::shared_ptr<FrameBuffer> make(std::shared_ptr<xcb::Connection> connection, std::int32_t width,
-                                           std::int32_t height, std::uint64_t streamSerial,
-                                           std::shared_ptr<posix::Wakeup> wakeup);
-  ~FrameBuffer();
-  FrameBuffer(const FrameBuffer&) = delete;
-  FrameBuffer& operator=(const FrameBuffer&) = delete;
+  static std::shared_ptr<FrameLoan> make(std::shared_ptr<xcb::Connection> connection, std::int32_t width,
+                                         std::int32_t height, std::uint64_t streamSerial,
+                                         std::shared_ptr<posix::Wakeup> wakeup);
+  ~FrameLoan();
+  FrameLoan(const FrameLoan&) = delete;
+  FrameLoan& operator=(const FrameLoan&) = delete;
 
   [[nodiscard]] std::uint64_t streamSerial() const { return streamSerial_; }
   [[nodiscard]] std::int32_t width() const { return width_; }
@@ -76,20 +76,20 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
   void requestWhole();
   [[nodiscard]] bool hasEnded();
   // Where a frame of the other stream, an older one, was shown, one of this stream is shown now.
-  void tookOverFrom(const std::shared_ptr<FrameBuffer>& older);
+  void tookOverFrom(const std::shared_ptr<FrameLoan>& older);
   // The side of any frame: no target any more. What the reader sends next comes after what was painted there.
   void endLive(xcb_connection_t* reader);
 
  private:
-  enum class Loan : std::uint8_t { none, lent, read, dropped };
+  enum class State : std::uint8_t { none, lent, read, dropped };
 
-  FrameBuffer(std::shared_ptr<xcb::Connection> connection, std::int32_t width, std::int32_t height,
-              std::uint64_t streamSerial, std::shared_ptr<posix::Wakeup> wakeup);
+  FrameLoan(std::shared_ptr<xcb::Connection> connection, std::int32_t width, std::int32_t height,
+            std::uint64_t streamSerial, std::shared_ptr<posix::Wakeup> wakeup);
   void createFences();
   void destroyFences();
   void awaitRead();
   void triggerConsumed(xcb_connection_t* reader) const;
-  void endLoan(Loan outcome, const std::optional<LiveTarget>& target = std::nullopt);
+  void endLoan(State outcome, const std::optional<LiveTarget>& target = std::nullopt);
 
   std::shared_ptr<xcb::Connection> connection_;
   const std::int32_t width_;
@@ -103,11 +103,11 @@ class FrameBuffer : public std::enable_shared_from_this<FrameBuffer> {
   bool wasEverRead_ = false;
 
   std::mutex mutex_;
-  Loan loan_ = Loan::none;
+  State state_ = State::none;
   bool isEndAwaited_ = false;
   bool isWholeRequested_ = false;
   bool hasEnded_ = false;
-  std::weak_ptr<FrameBuffer> older_;
+  std::weak_ptr<FrameLoan> older_;
   std::optional<LiveTarget> target_;
 };
 

@@ -1,4 +1,4 @@
-#include "Platform/Linux/Scene/FrameClients.h"
+#include "Platform/Linux/Scene/ManagedClients.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -43,7 +43,7 @@ xcb_window_t foreignOne(xcb::Connection& connection, xcb_window_t topLevel, cons
 
 }  // namespace
 
-std::vector<xcb_window_t> windowsInside(xcb::Connection& connection, std::span<const xcb_window_t> topLevels) {
+std::vector<xcb_window_t> managedClients(xcb::Connection& connection, std::span<const xcb_window_t> topLevels) {
   std::vector<Children> frames;
   for (const xcb_window_t topLevel : topLevels) frames.emplace_back(connection, topLevel);
 

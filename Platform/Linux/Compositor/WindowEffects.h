@@ -22,30 +22,30 @@
 
 namespace platform::linux::compositor {
 
-struct WindowLook {
+struct WindowEffect {
   static constexpr std::uint32_t opaque = 0xffffffff;
 
   std::uint32_t opacity = opaque;
   std::optional<xcb::PixelRect> visiblePart;  // absent: all of it
-  friend bool operator==(const WindowLook&, const WindowLook&) = default;
+  friend bool operator==(const WindowEffect&, const WindowEffect&) = default;
 };
 
-class WindowLooks {
+class WindowEffects {
  public:
-  explicit WindowLooks(xcb::Connection& connection);
-  ~WindowLooks();
-  WindowLooks(const WindowLooks&) = delete;
-  WindowLooks& operator=(const WindowLooks&) = delete;
+  explicit WindowEffects(xcb::Connection& connection);
+  ~WindowEffects();
+  WindowEffects(const WindowEffects&) = delete;
+  WindowEffects& operator=(const WindowEffects&) = delete;
 
   void follow(xcb_window_t topLevel);
   void forget(xcb_window_t topLevel);
 
-  // The followed top-level that the event gives another look, perhaps; the next `read` tells.
+  // The followed top-level whose effect the event may have changed; the next `read` tells.
   [[nodiscard]] std::optional<xcb_window_t> changedBy(const xcb_generic_event_t& event);
 
   struct Known {
     xcb_window_t topLevel;
-    WindowLook look;
+    WindowEffect effect;
   };
   // Those that may have changed since the last call. Waits for the server, a few times however many there are, and not
   // at all when there are none.

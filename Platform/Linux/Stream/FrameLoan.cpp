@@ -1,4 +1,4 @@
-#include "Platform/Linux/Stream/FrameBuffer.h"
+#include "Platform/Linux/Stream/FrameLoan.h"
 
 #include <utility>
 
@@ -12,17 +12,16 @@ constexpr int longestWaitForServer = 1000;  // milliseconds
 
 }  // namespace
 
-std::shared_ptr<FrameBuffer> FrameBuffer::make(std::shared_ptr<xcb::Connection> connection, std::int32_t width,
-                                               std::int32_t height, std::uint64_t streamSerial,
-                                               std::shared_ptr<posix::Wakeup> wakeup) {
-  std::shared_ptr<FrameBuffer> buffer(
-      new FrameBuffer(std::move(connection), width, height, streamSerial, std::move(wakeup)));
-  buffer->createFences();
-  return buffer;
+std::shared_ptr<FrameLoan> FrameLoan::make(std::shared_ptr<xcb::Connection> connection, std::int32_t width,
+                                           std::int32_t height, std::uint64_t streamSerial,
+                                           std::shared_ptr<posix::Wakeup> wakeup) {
+  std::shared_ptr<FrameLoan> loan(new FrameLoan(std::move(connection), width, height, streamSerial, std::move(wakeup)));
+  loan->createFences();
+  return loan;
 }
 
-FrameBuffer::FrameBuffer(std::shared_ptr<xcb::Connection> connection, std::int32_t width, std::int32_t height,
-                         std::uint64_t streamSerial, std::shared_ptr<posix::Wakeup> wakeup)
+FrameLoan::FrameLoan(std::shared_ptr<xcb::Connection> connection, std::int32_t width, std::int32_t height,
+                     std::uint64_t streamSerial, std::shared_ptr<posix::Wakeup> wakeup)
     : connection_(std::move(connection)),
       width_(width),
       height_(height),
@@ -30,14 +29,14 @@ FrameBuffer::FrameBuffer(std::shared_ptr<xcb::Connection> connection, std::int32
       wakeup_(std::move(wakeup)),
       changed_(*connection_) {}
 
-FrameBuffer::~FrameBuffer() {
+FrameLoan::~FrameLoan() {
   // What the last reader sent names pictures that go with the connection.
-  if (loan_ != Loan::read || connection_->isBroken()) return;
+  if (state_ != State::read || connection_->isBroken()) return;
   awaitRead();
   connection_->synchronize(longestWaitForServer);
 }
 
-void FrameBuffer::createFences() {
+void FrameLoan::createFences() {
   composed_ = connection_->newId();
   consumed_ = connection_->newId();
   xcb_sync_create_fence(connection_->get(), connection_->root(), composed_, 0);
@@ -46,32 +45,32 @@ void FrameBuffer::createFences() {
   connection_->synchronize(longestWaitForServer);
 }
 
-void FrameBuffer::destroyFences() {
+void FrameLoan::destroyFences() {
   xcb_sync_destroy_fence(connection_->get(), composed_);
   xcb_sync_destroy_fence(connection_->get(), consumed_);
 }
 
-void FrameBuffer::awaitRead() {
+void FrameLoan::awaitRead() {
   xcb_sync_await_fence(connection_->get(), 1, &consumed_);
   xcb_sync_reset_fence(connection_->get(), consumed_);
 }
 
-bool FrameBuffer::isLent() {
+bool FrameLoan::isLent() {
   const std::lock_guard lock(mutex_);
-  isEndAwaited_ = loan_ == Loan::lent;
+  isEndAwaited_ = state_ == State::lent;
   return isEndAwaited_;
 }
 
-bool FrameBuffer::takeWholeRequest() {
+bool FrameLoan::takeWholeRequest() {
   const std::lock_guard lock(mutex_);
   return std::exchange(isWholeRequested_, false);
 }
 
 // The lock is held while the requests are sent: whoever ends this must find them on their way.
-bool FrameBuffer::paintLive(const std::function<void(const LiveTarget&)>& paint) {
+bool FrameLoan::paintLive(const std::function<void(const LiveTarget&)>& paint) {
   const std::lock_guard lock(mutex_);
   if (!target_) return false;
-  if (std::exchange(loan_, Loan::none) == Loan::read) {
+  if (std::exchange(state_, State::none) == State::read) {
     awaitRead();
     wasEverRead_ = true;
   }
@@ -80,84 +79,84 @@ bool FrameBuffer::paintLive(const std::function<void(const LiveTarget&)>& paint)
   return true;
 }
 
-FrameBuffer::Reading FrameBuffer::reclaim() {
-  Loan outcome = Loan::none;
+FrameLoan::Reading FrameLoan::reclaim() {
+  State outcome = State::none;
   {
     const std::lock_guard lock(mutex_);
-    outcome = std::exchange(loan_, Loan::none);
+    outcome = std::exchange(state_, State::none);
   }
-  if (outcome == Loan::read) {
+  if (outcome == State::read) {
     awaitRead();
     wasEverRead_ = true;
     return Reading::done;
   }
-  if (outcome == Loan::dropped) {
+  if (outcome == State::dropped) {
     // Whether the reader waits for a fence is not known. A fence that goes lets go of all who wait for it.
     destroyFences();
     createFences();
   }
   if (!wasEverRead_) return Reading::never;
-  return outcome == Loan::dropped ? Reading::missed : Reading::done;
+  return outcome == State::dropped ? Reading::missed : Reading::done;
 }
 
-std::shared_ptr<const Frame> FrameBuffer::lend(std::vector<compositor::PaintStep> steps, bool isWhole) {
+std::shared_ptr<const Frame> FrameLoan::lend(std::vector<compositor::PaintStep> steps, bool isWhole) {
   steps_ = std::move(steps);
   xcb_sync_trigger_fence(connection_->get(), composed_);
   connection_->flush();
   {
     const std::lock_guard lock(mutex_);
-    loan_ = Loan::lent;
+    state_ = State::lent;
   }
   return std::make_shared<const Frame>(shared_from_this(), isWhole);
 }
 
 // The stream may have gone, and its fences with it, only if the server has: errors mean nothing to the reader.
-void FrameBuffer::awaitComposed(xcb_connection_t* reader) const {
+void FrameLoan::awaitComposed(xcb_connection_t* reader) const {
   xcb_discard_reply(reader, xcb_sync_await_fence_checked(reader, 1, &composed_).sequence);
   // Each side resets the fence that it waits for. Were it reset by the other side, whose requests the server may get to
   // later, a reader could find the fence as the frame before left it, and copy that one again.
   xcb_discard_reply(reader, xcb_sync_reset_fence_checked(reader, composed_).sequence);
 }
 
-void FrameBuffer::finishReading(xcb_connection_t* reader, const std::optional<LiveTarget>& target) {
+void FrameLoan::finishReading(xcb_connection_t* reader, const std::optional<LiveTarget>& target) {
   triggerConsumed(reader);
-  endLoan(Loan::read, target);
+  endLoan(State::read, target);
 }
 
 // The stream's connection is about to wait for this request, so it must be on its way.
-void FrameBuffer::triggerConsumed(xcb_connection_t* reader) const {
+void FrameLoan::triggerConsumed(xcb_connection_t* reader) const {
   xcb_discard_reply(reader, xcb_sync_trigger_fence_checked(reader, consumed_).sequence);
   xcb_flush(reader);
 }
 
 // As if one more frame had been lent and read, in which nothing has changed.
-void FrameBuffer::endLive(xcb_connection_t* reader) {
+void FrameLoan::endLive(xcb_connection_t* reader) {
   const std::lock_guard lock(mutex_);
-  if (!std::exchange(target_, std::nullopt) || loan_ != Loan::none) return;
+  if (!std::exchange(target_, std::nullopt) || state_ != State::none) return;
   xcb_sync_trigger_fence(connection_->get(), composed_);
   connection_->flush();
   awaitComposed(reader);
   triggerConsumed(reader);
-  loan_ = Loan::read;
+  state_ = State::read;
   // Sending may have read what the stream waits for: that does not make its descriptor readable again.
   wakeup_->notify();
 }
 
-void FrameBuffer::drop() { endLoan(Loan::dropped); }
+void FrameLoan::drop() { endLoan(State::dropped); }
 
-void FrameBuffer::endLoan(Loan outcome, const std::optional<LiveTarget>& target) {
+void FrameLoan::endLoan(State outcome, const std::optional<LiveTarget>& target) {
   bool isAwaited = false;
   {
     const std::lock_guard lock(mutex_);
-    loan_ = outcome;
+    state_ = outcome;
     target_ = target;
     isAwaited = std::exchange(isEndAwaited_, false);
   }
   if (isAwaited) wakeup_->notify();
 }
 
-void FrameBuffer::requestWhole() {
-  std::shared_ptr<FrameBuffer> older;
+void FrameLoan::requestWhole() {
+  std::shared_ptr<FrameLoan> older;
   {
     const std::lock_guard lock(mutex_);
     isWholeRequested_ = true;
@@ -167,7 +166,7 @@ void FrameBuffer::requestWhole() {
   if (older) older->requestWhole();
 }
 
-void FrameBuffer::endStream() {
+void FrameLoan::endStream() {
   {
     const std::lock_guard lock(mutex_);
     hasEnded_ = true;
@@ -175,12 +174,12 @@ void FrameBuffer::endStream() {
   requestWhole();
 }
 
-bool FrameBuffer::hasEnded() {
+bool FrameLoan::hasEnded() {
   const std::lock_guard lock(mutex_);
   return hasEnded_;
 }
 
-void FrameBuffer::tookOverFrom(const std::shared_ptr<FrameBuffer>& older) {
+void FrameLoan::tookOverFrom(const std::shared_ptr<FrameLoan>& older) {
   {
     const std::lock_guard lock(mutex_);
     older_ = older;

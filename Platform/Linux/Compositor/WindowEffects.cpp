@@ -1,10 +1,10 @@
-#include "Platform/Linux/Compositor/WindowLooks.h"
+#include "Platform/Linux/Compositor/WindowEffects.h"
 
 #include <array>
 #include <cstring>
 #include <utility>
 
-#include "Platform/Linux/Scene/FrameClients.h"
+#include "Platform/Linux/Scene/ManagedClients.h"
 
 namespace platform::linux::compositor {
 
@@ -40,17 +40,17 @@ class Question {
   }
 
   // Once only.
-  [[nodiscard]] WindowLooks::Known answer() {
-    WindowLook look;
+  [[nodiscard]] WindowEffects::Known answer() {
+    WindowEffect effect;
     auto opacity = numbersOf<1>(xcb::awaitReply(connection_, xcb_get_property_reply, opacity_).get());
     const auto outer = xcb::awaitReply(connection_, xcb_get_geometry_reply, outer_);
     if (hasInner_) {
       const auto innerOpacity = numbersOf<1>(xcb::awaitReply(connection_, xcb_get_property_reply, innerOpacity_).get());
       if (!opacity) opacity = innerOpacity;
-      look.visiblePart = visiblePart(outer.get());
+      effect.visiblePart = visiblePart(outer.get());
     }
-    if (opacity) look.opacity = opacity->front();
-    return {topLevel_, look};
+    if (opacity) effect.opacity = opacity->front();
+    return {topLevel_, effect};
   }
 
  private:
@@ -91,22 +91,22 @@ class Question {
 
 }  // namespace
 
-WindowLooks::WindowLooks(xcb::Connection& connection) : connection_(connection) {
+WindowEffects::WindowEffects(xcb::Connection& connection) : connection_(connection) {
   connection_.internAtoms({"_NET_WM_WINDOW_OPACITY", "_NET_FRAME_EXTENTS"});
   opacity_ = connection_.atom("_NET_WM_WINDOW_OPACITY");
   frameExtents_ = connection_.atom("_NET_FRAME_EXTENTS");
 }
 
 // The connection may live on unread; then no event must come that fills it.
-WindowLooks::~WindowLooks() {
+WindowEffects::~WindowEffects() {
   while (!followed_.empty()) forget(followed_.begin()->first);
 }
 
-void WindowLooks::follow(xcb_window_t topLevel) {
+void WindowEffects::follow(xcb_window_t topLevel) {
   if (followed_.try_emplace(topLevel).second) select(topLevel, XCB_EVENT_MASK_PROPERTY_CHANGE);
 }
 
-void WindowLooks::forget(xcb_window_t topLevel) {
+void WindowEffects::forget(xcb_window_t topLevel) {
   const auto found = followed_.find(topLevel);
   if (found == followed_.end()) return;
   select(topLevel, 0);
@@ -116,18 +116,18 @@ void WindowLooks::forget(xcb_window_t topLevel) {
 }
 
 // The window may be gone.
-void WindowLooks::select(xcb_window_t window, std::uint32_t events) {
+void WindowEffects::select(xcb_window_t window, std::uint32_t events) {
   connection_.ignoreErrors(xcb_change_window_attributes(connection_.get(), window, XCB_CW_EVENT_MASK, &events));
 }
 
-std::optional<xcb_window_t> WindowLooks::followedWith(xcb_window_t window) const {
+std::optional<xcb_window_t> WindowEffects::followedWith(xcb_window_t window) const {
   if (followed_.contains(window)) return window;
   const auto found = topLevelOf_.find(window);
   if (found == topLevelOf_.end()) return std::nullopt;
   return found->second;
 }
 
-std::optional<xcb_window_t> WindowLooks::changedBy(const xcb_generic_event_t& event) {
+std::optional<xcb_window_t> WindowEffects::changedBy(const xcb_generic_event_t& event) {
   std::optional<xcb_window_t> topLevel;
   switch (xcb::eventType(event)) {
     case XCB_PROPERTY_NOTIFY: {
@@ -152,7 +152,7 @@ std::optional<xcb_window_t> WindowLooks::changedBy(const xcb_generic_event_t& ev
   return topLevel;
 }
 
-std::vector<WindowLooks::Known> WindowLooks::read() {
+std::vector<WindowEffects::Known> WindowEffects::read() {
   std::vector<xcb_window_t> stale;
   for (auto& [topLevel, followed] : followed_)
     if (std::exchange(followed.isStale, false)) stale.push_back(topLevel);
@@ -167,8 +167,8 @@ std::vector<WindowLooks::Known> WindowLooks::read() {
 }
 
 // Selected before anything is read of them, so that no change falls in between.
-void WindowLooks::findInnerWindows(std::span<const xcb_window_t> topLevels) {
-  const auto inside = scene::windowsInside(connection_, topLevels);
+void WindowEffects::findInnerWindows(std::span<const xcb_window_t> topLevels) {
+  const auto inside = scene::managedClients(connection_, topLevels);
   for (std::size_t index = 0; index < topLevels.size(); ++index) {
     xcb_window_t& inner = followed_[topLevels[index]].inner;
     if (inner == inside[index]) continue;

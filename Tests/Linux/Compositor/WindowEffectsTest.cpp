@@ -1,5 +1,5 @@
 // Windows that a compositing manager shows otherwise than their pixels say: pixels read back from a real X server.
-#include "Platform/Linux/Compositor/WindowLooks.h"
+#include "Platform/Linux/Compositor/WindowEffects.h"
 
 #include <gtest/gtest.h>
 
@@ -19,9 +19,9 @@ constexpr xcb::PixelRect wholeScreen{0, 0, 400, 300};
 constexpr std::uint32_t grey = 0x808080;  // of what lies beneath
 constexpr std::uint32_t half = 0x80000000;
 
-class WindowLooksTest : public ::testing::Test {
+class WindowEffectsTest : public ::testing::Test {
  protected:
-  WindowLooksTest() {
+  WindowEffectsTest() {
     scene::redirectSubwindows(*keeper);
     EXPECT_TRUE(keeper->synchronize(10'000));
     client.createWindow({.frame = wholeScreen, .color = grey});
@@ -70,7 +70,7 @@ class WindowLooksTest : public ::testing::Test {
   xcb_window_t inner = XCB_NONE;
 };
 
-TEST_F(WindowLooksTest, TheEdgesOfAFrameThatNobodySeesAreNotPainted) {
+TEST_F(WindowEffectsTest, TheEdgesOfAFrameThatNobodySeesAreNotPainted) {
   claimToComposite();
   makeFrame();
   composition.emplace(server.display(), wholeScreen);
@@ -83,7 +83,7 @@ TEST_F(WindowLooksTest, TheEdgesOfAFrameThatNobodySeesAreNotPainted) {
   EXPECT_EQ(composition->picture().count(0x00aa00), std::size_t{100} * 80);
 }
 
-TEST_F(WindowLooksTest, WhatIsDrawnToEdgesThatNobodySeesIsNotPainted) {
+TEST_F(WindowEffectsTest, WhatIsDrawnToEdgesThatNobodySeesIsNotPainted) {
   claimToComposite();
   makeFrame(24);
   composition.emplace(server.display(), wholeScreen);
@@ -95,7 +95,7 @@ TEST_F(WindowLooksTest, WhatIsDrawnToEdgesThatNobodySeesIsNotPainted) {
   EXPECT_EQ(pixel(55, 45), grey);
 }
 
-TEST_F(WindowLooksTest, TheSeenPartFollowsTheExtentsAndTheWindowInside) {
+TEST_F(WindowEffectsTest, TheSeenPartFollowsTheExtentsAndTheWindowInside) {
   claimToComposite();
   makeFrame();
   composition.emplace(server.display(), wholeScreen);
@@ -112,7 +112,7 @@ TEST_F(WindowLooksTest, TheSeenPartFollowsTheExtentsAndTheWindowInside) {
   EXPECT_EQ(pixel(50 + 10 + 60, 40 + 10 + 49), grey);
 }
 
-TEST_F(WindowLooksTest, WithoutACompositingManagerFramesArePaintedAsTheyAre) {
+TEST_F(WindowEffectsTest, WithoutACompositingManagerFramesArePaintedAsTheyAre) {
   makeFrame();
   composition.emplace(server.display(), wholeScreen);
   EXPECT_EQ(pixel(55, 45), 0x000000U);
@@ -123,7 +123,7 @@ TEST_F(WindowLooksTest, WithoutACompositingManagerFramesArePaintedAsTheyAre) {
   EXPECT_EQ(pixel(55, 45), 0x000000U) << "it went";
 }
 
-TEST_F(WindowLooksTest, OpacityIsHonouredOnTheTopLevelOrOnTheWindowInside) {
+TEST_F(WindowEffectsTest, OpacityIsHonouredOnTheTopLevelOrOnTheWindowInside) {
   claimToComposite();
   const auto plain = client.createWindow({.frame = {200, 40, 50, 50}, .color = 0xffffff});
   makeFrame();
@@ -142,7 +142,7 @@ TEST_F(WindowLooksTest, OpacityIsHonouredOnTheTopLevelOrOnTheWindowInside) {
   EXPECT_EQ(pixel(210, 50), 0xffffffU);
 }
 
-TEST_F(WindowLooksTest, OpacityOutlivesTheCompositingManagerThatHonouredItFirst) {
+TEST_F(WindowEffectsTest, OpacityOutlivesTheCompositingManagerThatHonouredItFirst) {
   claimToComposite();
   const auto plain = client.createWindow({.frame = {200, 40, 50, 50}, .color = 0xffffff});
   client.setNumbers(plain, "_NET_WM_WINDOW_OPACITY", "CARDINAL", {half});
@@ -154,7 +154,7 @@ TEST_F(WindowLooksTest, OpacityOutlivesTheCompositingManagerThatHonouredItFirst)
   EXPECT_EQ(pixel(210, 50), blended) << "another one took over";
 }
 
-TEST_F(WindowLooksTest, WhatLiesBeneathATranslucentWindowIsStillFollowed) {
+TEST_F(WindowEffectsTest, WhatLiesBeneathATranslucentWindowIsStillFollowed) {
   claimToComposite();
   const auto beneath = client.createWindow({.frame = {0, 0, 400, 300}, .color = 0x000000});
   const auto pane = client.createWindow({.frame = {0, 0, 400, 300}, .color = 0xffffff});
@@ -167,7 +167,7 @@ TEST_F(WindowLooksTest, WhatLiesBeneathATranslucentWindowIsStillFollowed) {
   EXPECT_TRUE(isNear(pixel(50, 50), 0xff8080)) << std::hex << pixel(50, 50);
 }
 
-TEST_F(WindowLooksTest, OpacityLooksAsUnderARealCompositingManager) {
+TEST_F(WindowEffectsTest, OpacityLooksAsUnderARealCompositingManager) {
   const support::CompositingManager picom(server.display());
   constexpr std::uint32_t color = 0xff60f0;
   const auto window = client.createWindow({.frame = {100, 50, 100, 100}, .color = color});
@@ -185,7 +185,7 @@ TEST_F(WindowLooksTest, OpacityLooksAsUnderARealCompositingManager) {
   }
 }
 
-TEST_F(WindowLooksTest, WindowsThatGoWhileTheyAreLookedAtDoNoHarm) {
+TEST_F(WindowEffectsTest, WindowsThatGoWhileTheyAreLookedAtDoNoHarm) {
   claimToComposite();
   composition.emplace(server.display(), wholeScreen);
   for (int round = 0; round < 50; ++round) {
