@@ -2,9 +2,8 @@
 
 #include <string>
 
+#include "Quillfade/Application/SharedApplication.h"
 #include "Quillfade/Basics/Demonstration.h"
-#include "Quillfade/Basics/Fatal.h"
-#include "Quillfade/Basics/Identity.h"
 #include "Quillfade/Cover/ExclusionRules.h"
 #include "Quillfade/Settings/UserRules.h"
 
@@ -14,17 +13,12 @@ AppDelegate::AppDelegate(platform::Platform& platform)
     : platform_(platform),
       overlay_(std::make_shared<OverlayController>(platform)),
       selector_(std::make_shared<RegionSelector>(platform)),
-      alerts_(platform) {}
-
-platform::Application& AppDelegate::application() const {
-  auto* application = platform_.sharedApplication();
-  if (application == nullptr) fatalError("there is no shared application object");
-  return *application;
-}
+      commands_(std::make_shared<Commands>(platform, overlay_, selector_)),
+      statusMenu_(platform, *overlay_, commands_) {}
 
 // Each step relies on the ones before it.
 void AppDelegate::applicationDidFinishLaunching() {
-  application().setActivationPolicy(platform::ActivationPolicy::accessory);
+  sharedApplication(platform_).setActivationPolicy(platform::ActivationPolicy::accessory);
   overlay_->setOnStateChange([weakDelegate = weak_from_this()] {
     if (const auto delegate = weakDelegate.lock()) delegate->updateStatusButton();
   });
@@ -33,7 +27,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     return isExcluded(judge(window, platform.screens().main().value_or(platform::Screen{}),
                             platform.process().bundleIdentifier(), userRules(platform.rulesFile()).windows));
   });
-  createStatusItem();
+  statusMenu_.create(weak_from_this());
   bindHotKeys();
   platform_.screens().observeChanges([weakDelegate = weak_from_this()] {
     if (const auto delegate = weakDelegate.lock()) delegate->screensChanged();
@@ -47,42 +41,16 @@ void AppDelegate::applicationDidFinishLaunching() {
   welcome();
 }
 
-void AppDelegate::createStatusItem() {
-  auto& bar = platform_.statusBar();
-  statusItem_ = bar.makeStatusItem(platform::StatusBar::squareLength);
-  if (auto* button = statusItem_ ? statusItem_->button() : nullptr) {
-    button->setImage(bar.systemSymbol("pencil", std::string{applicationName}));
-    if (const auto image = button->image()) image->setTemplate(true);
-    button->setToolTip(std::string{applicationName});
-  }
-  const auto menu = bar.makeMenu();
-  menu->setDelegate(weak_from_this());
-  if (!statusItem_) fatalError("the status bar gave no status item");
-  statusItem_->setMenu(menu);
-}
-
-AppDelegate::Command AppDelegate::commandOf(HotKeyCommand name) {
-  switch (name) {
-    case HotKeyCommand::toggle:
-      return &AppDelegate::toggleCover;
-    case HotKeyCommand::peek:
-      return &AppDelegate::peek;
-    case HotKeyCommand::selectArea:
-      return &AppDelegate::selectArea;
-    case HotKeyCommand::wholeScreen:
-      return &AppDelegate::wholeScreen;
-  }
-  fatalError("there is no such hot key");
-}
-
 void AppDelegate::bindHotKeys() {
   const auto manager = std::make_shared<HotKeyManager>(platform_.hotKeys());
   hotKeyTable_ = userRules(platform_.rulesFile()).hotKeys;
+  statusMenu_.setHotKeys(hotKeyTable_);
   for (const HotKey& key : hotKeyTable_) {
     const auto& [keyCode, modifiers] = key.combination;
-    const auto reference = manager->bind(keyCode, modifiers, [weakDelegate = weak_from_this(), name = key.command] {
-      if (const auto delegate = weakDelegate.lock()) commandOf(name)(*delegate);
-    });
+    const auto reference =
+        manager->bind(keyCode, modifiers, [weakCommands = std::weak_ptr(commands_), command = key.command] {
+          if (const auto commands = weakCommands.lock()) commands->perform(command);
+        });
     hotKeyReferences_.push_back(reference);
   }
   hotKeys_ = manager;
@@ -105,14 +73,20 @@ void AppDelegate::startDemonstration() {
 
 // Tells whoever starts the application for the first time where to find it.
 void AppDelegate::welcome() {
-  std::string text = translated("Look for the pencil: its menu offers everything.");
+  const platform::Texts& texts = platform_.texts();
+  std::string text = texts.translated("Look for the pencil: its menu offers everything.");
   const HotKeyState toggle = hotKeyStates().front();
   if (toggle.isBound)
-    text += '\n' + translated("This key hides annotations, or shows them again: ") + toggle.combination;
-  platform_.notifications().showOnce("welcomed", {translated("Quillfade is in the tray"), text});
+    text += '\n' + texts.translated("This key hides annotations, or shows them again: ") + toggle.combination;
+  platform_.notifications().showOnce("welcomed", {texts.translated("Quillfade is in the tray"), text});
 }
 
-std::string AppDelegate::translated(std::string_view english) const { return platform_.texts().translated(english); }
+void AppDelegate::menuWillOpen(platform::Menu& /*menu*/) {
+  overlay_->setMenuOpen(true);
+  rebuildMenu();
+}
+
+void AppDelegate::menuDidClose(platform::Menu& /*menu*/) { overlay_->setMenuOpen(false); }
 
 void AppDelegate::screensChanged() { overlay_->screensChanged(); }
 

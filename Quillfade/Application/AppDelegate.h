@@ -1,19 +1,16 @@
-// The application's shell: the launch, the status item and its menu, and the commands that menu and hot keys share.
+// The application's shell: the launch, and the wires between the status menu, the commands, the hot keys and the cover.
 //
 // Threads: main thread only.
 // Lifetime: always held by a shared pointer; everything that is handed to others holds the delegate weakly.
 #pragma once
 
-#include <expected>
-#include <functional>
 #include <memory>
 #include <optional>
-#include <string>
-#include <string_view>
 #include <vector>
 
 #include "Platform/Platform.h"
-#include "Quillfade/Application/Alerts.h"
+#include "Quillfade/Application/Commands.h"
+#include "Quillfade/Application/StatusMenu.h"
 #include "Quillfade/Basics/Outcome.h"
 #include "Quillfade/Cover/OverlayController.h"
 #include "Quillfade/Keys/HotKeyManager.h"
@@ -33,25 +30,28 @@ class AppDelegate final : public platform::ApplicationDelegate,
   void screensChanged();
   void sessionLockChanged();
 
-  void menuWillBeListed(platform::Menu& menu) override;
+  void menuWillBeListed(platform::Menu& menu) override { statusMenu_.list(menu); }
   void menuWillOpen(platform::Menu& menu) override;
   void menuDidClose(platform::Menu& menu) override;
 
-  // The commands. Those that can show the live cover pass the permission gate first.
-  Outcome toggleCover();
-  void peek();
-  Outcome wholeScreen();
-  // Carried out once the selection is on the screen.
-  Outcome selectArea();
-  void chooseStyle(const platform::MenuItem& item);
-  // From the command line only. Unlike the menu, it leads back from the solid cover to the live one, with permission.
-  Outcome requestStyle(CoverStyle style);
-  void toggleOutline();
-  void toggleLaunchAtLogin();
-  void showAbout();
-  void quit();
+  // See StatusMenu.
+  void updateStatusButton() { statusMenu_.updateStatusButton(); }
+  void rebuildMenu() { statusMenu_.rebuildMenu(); }
+  [[nodiscard]] const std::shared_ptr<platform::StatusItem>& statusItem() const { return statusMenu_.statusItem(); }
 
-  [[nodiscard]] const std::shared_ptr<platform::StatusItem>& statusItem() const { return statusItem_; }
+  // See Commands.
+  [[nodiscard]] Outcome ensureLivePermission() { return commands_->gate().ensureLivePermission(); }
+  Outcome toggleCover() { return commands_->toggleCover(); }
+  void peek() { commands_->peek(); }
+  Outcome wholeScreen() { return commands_->wholeScreen(); }
+  Outcome selectArea() { return commands_->selectArea(); }
+  void chooseStyle(const platform::MenuItem& item) { commands_->chooseStyle(item); }
+  Outcome requestStyle(CoverStyle style) { return commands_->requestStyle(style); }
+  void toggleOutline() { commands_->toggleOutline(); }
+  void toggleLaunchAtLogin() { commands_->toggleLaunchAtLogin(); }
+  void showAbout() { commands_->showAbout(); }
+  void quit() { commands_->quit(); }
+
   [[nodiscard]] OverlayController& overlay() const { return *overlay_; }
   [[nodiscard]] RegionSelector& selector() const { return *selector_; }
   [[nodiscard]] const std::shared_ptr<HotKeyManager>& hotKeys() const { return hotKeys_; }
@@ -59,38 +59,15 @@ class AppDelegate final : public platform::ApplicationDelegate,
   [[nodiscard]] std::vector<HotKeyState> hotKeyStates() const;
 
  private:
-  using Command = std::function<void(AppDelegate&)>;
-
-  [[nodiscard]] platform::Application& application() const;
-
-  void createStatusItem();
-  [[nodiscard]] static Command commandOf(HotKeyCommand name);
   void bindHotKeys();
   void startDemonstration();
   void welcome();
 
-  [[nodiscard]] std::string translated(std::string_view english) const;
-  void updateStatusButton();
-  void rebuildMenu();
-  void fillMenu(platform::Menu& menu, const std::string& areaLabel);
-  [[nodiscard]] platform::MenuItem commandItem(std::string_view title, Command command);
-  // With the key that the command has now.
-  [[nodiscard]] platform::MenuItem hotKeyItem(std::string_view title, HotKeyCommand command);
-  [[nodiscard]] platform::MenuItem styleMenuItem();
-
-  enum class Permission { granted, solidPreferred };
-
-  // A failure abandons the command.
-  [[nodiscard]] Outcome ensureLivePermission();
-  // Asks the desktop, and then the user.
-  [[nodiscard]] std::expected<Permission, std::string> askForPermission();
-  [[nodiscard]] Outcome switchCover(bool on);
-
   platform::Platform& platform_;
-  std::shared_ptr<platform::StatusItem> statusItem_;
   std::shared_ptr<OverlayController> overlay_;
   std::shared_ptr<RegionSelector> selector_;
-  Alerts alerts_;
+  std::shared_ptr<Commands> commands_;
+  StatusMenu statusMenu_;
   std::shared_ptr<HotKeyManager> hotKeys_;
   HotKeyTable hotKeyTable_ = builtInHotKeys;
   std::vector<std::optional<platform::HotKeyReference>> hotKeyReferences_;  // one for each that was bound

@@ -1,8 +1,11 @@
-// The delegate's commands and the permission gate in front of them.
+#include "Quillfade/Application/Commands.h"
 
 #include <string>
+#include <utility>
 
-#include "Quillfade/Application/AppDelegate.h"
+#include "Quillfade/Application/LockedSession.h"
+#include "Quillfade/Application/SharedApplication.h"
+#include "Quillfade/Basics/Fatal.h"
 #include "Quillfade/Basics/Identity.h"
 
 namespace quillfade {
@@ -10,30 +13,7 @@ namespace {
 
 constexpr double aboutFontSize = 11;
 
-constexpr const char* sessionIsLocked = "The session is locked.";
-constexpr const char* questionWaits = "A question of Quillfade's waits on the screen: answer it first.";
-constexpr const char* settingsWereOpened = "The live style lacks permission; the system settings were opened.";
 constexpr const char* solidWasChosen = "The live style lacks permission; the solid cover was chosen.";
-
-platform::Alert permissionAlert() {
-  return {
-      .messageText = "Screen Recording permission needed",
-      .informativeText =
-          "Quillfade shows a live view of your screen with annotation layers filtered out. That needs Screen Recording "
-          "permission.\n\n"
-          "Allow Quillfade in System Settings → Privacy & Security → Screen Recording, then relaunch it. Your screen "
-          "share itself is unaffected.\n\n"
-          "Or use the solid cover, which needs no permission.",
-      .buttons = {"Open System Settings", "Use Solid Cover"},
-  };
-}
-
-std::string privacySettingsLink() {
-  const std::string scheme = "x-apple.systempreferences";
-  const std::string pane = "com.apple.preference.security";
-  const std::string anchor = "Privacy_ScreenCapture";
-  return scheme + ':' + pane + '?' + anchor;
-}
 
 platform::AboutPanel aboutPanel() {
   return {
@@ -53,43 +33,46 @@ platform::AboutPanel aboutPanel() {
 
 }  // namespace
 
-Outcome AppDelegate::ensureLivePermission() {
-  if (overlay_->style() != CoverStyle::live) return {};
-  const auto permission = askForPermission();
-  if (!permission) return std::unexpected(permission.error());
-  if (*permission == Permission::solidPreferred) overlay_->setStyle(CoverStyle::solid);
-  return {};
+Commands::Commands(platform::Platform& platform, std::shared_ptr<OverlayController> overlay,
+                   std::shared_ptr<RegionSelector> selector)
+    : platform_(platform),
+      overlay_(std::move(overlay)),
+      selector_(std::move(selector)),
+      alerts_(platform),
+      gate_(platform, *overlay_, alerts_) {}
+
+void Commands::perform(HotKeyCommand command) {
+  switch (command) {
+    case HotKeyCommand::toggle:
+      toggleCover();
+      return;
+    case HotKeyCommand::peek:
+      return peek();
+    case HotKeyCommand::selectArea:
+      selectArea();
+      return;
+    case HotKeyCommand::wholeScreen:
+      wholeScreen();
+      return;
+  }
+  fatalError("there is no such hot key");
 }
 
-std::expected<AppDelegate::Permission, std::string> AppDelegate::askForPermission() {
-  auto& access = platform_.screenCaptureAccess();
-  if (access.preflight()) return Permission::granted;
-  // Nobody is there to answer, and nothing of ours belongs on a screen that is locked.
-  if (platform_.sessionLock().isLocked()) return std::unexpected(sessionIsLocked);
-  (void)access.request();
-  if (access.preflight()) return Permission::granted;
-  const auto answer = alerts_.ask(permissionAlert());
-  if (!answer) return std::unexpected(questionWaits);
-  if (*answer != platform::alertFirstButtonReturn) return Permission::solidPreferred;
-  platform_.workspace().openURL(privacySettingsLink());
-  return std::unexpected(settingsWereOpened);
-}
-
-Outcome AppDelegate::toggleCover() {
-  if (const auto passed = ensureLivePermission(); !passed) return passed;
+Outcome Commands::toggleCover() {
+  if (const auto passed = gate_.ensureLivePermission(); !passed) return passed;
   return overlay_->region() ? switchCover(!overlay_->isEnabled()) : wholeScreen();
 }
 
-Outcome AppDelegate::switchCover(bool on) {
+Outcome Commands::switchCover(bool on) {
   overlay_->setEnabled(on);
   if (on && !overlay_->isEnabled()) return std::unexpected("No screen shows enough of the area.");
   return {};
 }
 
-void AppDelegate::peek() { overlay_->peek(OverlayController::defaultPeekLength); }
+void Commands::peek() { overlay_->peek(OverlayController::defaultPeekLength); }
 
-Outcome AppDelegate::wholeScreen() {
-  if (const auto passed = ensureLivePermission(); !passed) return passed;
+Outcome Commands::wholeScreen() {
+  if (const auto passed = gate_.ensureLivePermission(); !passed) return passed;
   const auto screens = platform_.screens().all();
   if (screens.empty()) return std::unexpected("There is no screen.");
   platform::Rect whole = screens.front().frame;
@@ -98,46 +81,46 @@ Outcome AppDelegate::wholeScreen() {
   return switchCover(true);
 }
 
-Outcome AppDelegate::selectArea() {
-  if (const auto passed = ensureLivePermission(); !passed) return passed;
+Outcome Commands::selectArea() {
+  if (const auto passed = gate_.ensureLivePermission(); !passed) return passed;
   // Before the cover is touched: without a selection, nothing would switch it on again.
   if (platform_.sessionLock().isLocked()) return std::unexpected(sessionIsLocked);
   const bool wasOn = overlay_->isEnabled();
   if (wasOn) overlay_->setEnabled(false);
-  selector_->begin([weakDelegate = weak_from_this(), wasOn](std::optional<platform::Rect> rect) {
-    const auto delegate = weakDelegate.lock();
-    if (!delegate) return;
-    if (rect) delegate->overlay_->setRegion(*rect);
-    if (rect || wasOn) delegate->overlay_->setEnabled(true);
+  selector_->begin([weakOverlay = std::weak_ptr(overlay_), wasOn](std::optional<platform::Rect> rect) {
+    const auto overlay = weakOverlay.lock();
+    if (!overlay) return;
+    if (rect) overlay->setRegion(*rect);
+    if (rect || wasOn) overlay->setEnabled(true);
   });
   return {};
 }
 
-void AppDelegate::chooseStyle(const platform::MenuItem& item) {
+void Commands::chooseStyle(const platform::MenuItem& item) {
   const auto chosen = coverStyle(item.tag);
   if (!chosen) return;
   // Live is never switched on from solid here: the gate asks for the style in force, and so passes at once for the
   // solid one without a look at the permission. What was not asked about is not switched on; `requestStyle` asks first.
-  if (*chosen == CoverStyle::live && (!ensureLivePermission() || overlay_->style() != CoverStyle::live)) return;
+  if (*chosen == CoverStyle::live && (!gate_.ensureLivePermission() || overlay_->style() != CoverStyle::live)) return;
   overlay_->setStyle(*chosen);
 }
 
-Outcome AppDelegate::requestStyle(CoverStyle style) {
-  const auto permission = style == CoverStyle::live ? askForPermission() : Permission::granted;
+Outcome Commands::requestStyle(CoverStyle style) {
+  const auto permission = style == CoverStyle::live ? gate_.ask() : PermissionGate::Permission::granted;
   if (!permission) return std::unexpected(permission.error());
-  overlay_->setStyle(*permission == Permission::granted ? style : CoverStyle::solid);
-  if (*permission == Permission::solidPreferred) return std::unexpected(solidWasChosen);
+  overlay_->setStyle(*permission == PermissionGate::Permission::granted ? style : CoverStyle::solid);
+  if (*permission == PermissionGate::Permission::solidPreferred) return std::unexpected(solidWasChosen);
   return {};
 }
 
-void AppDelegate::toggleOutline() {
+void Commands::toggleOutline() {
   overlay_->setShowsOutline(!overlay_->showsOutline());
   if (!overlay_->isEnabled()) return;
   overlay_->setEnabled(false);
   overlay_->setEnabled(true);
 }
 
-void AppDelegate::toggleLaunchAtLogin() {
+void Commands::toggleLaunchAtLogin() {
   auto& item = platform_.loginItem();
   const auto changed =
       item.status() == platform::LoginItemStatus::enabled ? item.unregisterItem() : item.registerItem();
@@ -147,13 +130,13 @@ void AppDelegate::toggleLaunchAtLogin() {
                 .buttons = {"OK"}});
 }
 
-void AppDelegate::showAbout() {
-  application().activateIgnoringOtherApps();
+void Commands::showAbout() {
+  sharedApplication(platform_).activateIgnoringOtherApps();
   auto panel = aboutPanel();
-  panel.credits = translated(panel.credits);
+  panel.credits = platform_.texts().translated(panel.credits);
   platform_.dialogs().orderFrontAboutPanel(panel);
 }
 
-void AppDelegate::quit() { application().terminate(); }
+void Commands::quit() { sharedApplication(platform_).terminate(); }
 
 }  // namespace quillfade

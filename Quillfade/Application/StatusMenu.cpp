@@ -1,11 +1,11 @@
-// The face of the delegate: the icon that shows the state and the menu that offers every command.
+#include "Quillfade/Application/StatusMenu.h"
 
 #include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
 
-#include "Quillfade/Application/AppDelegate.h"
+#include "Platform/AsciiCase.h"
 #include "Quillfade/Basics/Fatal.h"
 #include "Quillfade/Basics/Identity.h"
 
@@ -36,7 +36,7 @@ MenuItem withHotKey(MenuItem item, const KeyCombination& combination) {
       {{keys::control, flags::control}, {keys::option, flags::option}, {keys::command, flags::command}}};
   std::string name = keyName(combination);
   if (name.size() != 1) return item;
-  if (name[0] >= 'A' && name[0] <= 'Z') name[0] = static_cast<char>(name[0] - 'A' + 'a');
+  name[0] = platform::asciiLowerCase(name[0]);
   std::uint32_t mask = 0;
   for (const auto& [modifier, flag] : masks) mask |= (combination.modifiers & modifier) != 0 ? flag : 0;
   return withKey(std::move(item), name.c_str(), mask);
@@ -55,11 +55,25 @@ std::string areaLabel(const std::optional<platform::Rect>& region, const platfor
 
 }  // namespace
 
-void AppDelegate::updateStatusButton() {
+void StatusMenu::create(const std::weak_ptr<platform::MenuDelegate>& delegate) {
+  auto& bar = platform_.statusBar();
+  statusItem_ = bar.makeStatusItem(platform::StatusBar::squareLength);
+  if (auto* button = statusItem_ ? statusItem_->button() : nullptr) {
+    button->setImage(bar.systemSymbol("pencil", std::string{applicationName}));
+    if (const auto image = button->image()) image->setTemplate(true);
+    button->setToolTip(std::string{applicationName});
+  }
+  const auto menu = bar.makeMenu();
+  menu->setDelegate(delegate);
+  if (!statusItem_) fatalError("the status bar gave no status item");
+  statusItem_->setMenu(menu);
+}
+
+void StatusMenu::updateStatusButton() {
   if (!statusItem_) fatalError("there is no status item to update");
   auto* button = statusItem_->button();
   if (button == nullptr) return;
-  const bool hidden = overlay_->isEnabled();
+  const bool hidden = overlay_.isEnabled();
   if (const auto image =
           platform_.statusBar().systemSymbol(hidden ? "pencil.slash" : "pencil", std::string{applicationName})) {
     image->setTemplate(true);
@@ -69,50 +83,40 @@ void AppDelegate::updateStatusButton() {
 }
 
 // Without the area's size: one that cannot be shown ends the process, but not before somebody opens the menu.
-void AppDelegate::menuWillBeListed(platform::Menu& menu) { fillMenu(menu, translated("Area: ") + "…"); }
+void StatusMenu::list(platform::Menu& menu) { fillMenu(menu, translated("Area: ") + "…"); }
 
-void AppDelegate::menuWillOpen(platform::Menu& /*menu*/) {
-  overlay_->setMenuOpen(true);
-  rebuildMenu();
-}
-
-void AppDelegate::menuDidClose(platform::Menu& /*menu*/) { overlay_->setMenuOpen(false); }
-
-MenuItem AppDelegate::commandItem(std::string_view title, Command command) {
-  // The menu outlives nothing here, but its items are handed out: they hold the delegate weakly like all else.
-  const auto weakDelegate = weak_from_this();
-  return {.title = translated(title), .action = [weakDelegate, command = std::move(command)](const MenuItem&) {
-            if (const auto delegate = weakDelegate.lock()) command(*delegate);
+MenuItem StatusMenu::commandItem(std::string_view title, Command command) {
+  return {.title = translated(title), .action = [commands = commands_, command = std::move(command)](const MenuItem&) {
+            if (const auto held = commands.lock()) command(*held);
           }};
 }
 
-MenuItem AppDelegate::hotKeyItem(std::string_view title, HotKeyCommand command) {
-  const auto key = std::ranges::find(hotKeyTable_, command, &HotKey::command);
-  return withHotKey(commandItem(title, commandOf(command)), key->combination);
+MenuItem StatusMenu::hotKeyItem(std::string_view title, HotKeyCommand command) {
+  const auto key = std::ranges::find(hotKeys_, command, &HotKey::command);
+  return withHotKey(commandItem(title, [command](Commands& commands) { commands.perform(command); }), key->combination);
 }
 
-MenuItem AppDelegate::styleMenuItem() {
+MenuItem StatusMenu::styleMenuItem() {
   MenuItem mode{.title = translated("Mode")};
-  const auto weakDelegate = weak_from_this();
   for (const CoverStyle style : allCoverStyles) {
-    MenuItem item{.title = translated(title(style)), .action = [weakDelegate](const MenuItem& chosen) {
-                    if (const auto delegate = weakDelegate.lock()) delegate->chooseStyle(chosen);
+    MenuItem item{.title = translated(title(style)), .action = [commands = commands_](const MenuItem& chosen) {
+                    if (const auto held = commands.lock()) held->chooseStyle(chosen);
                   }};
     item.tag = rawValue(style);
-    mode.submenu.push_back(withState(std::move(item), style == overlay_->style()));
+    mode.submenu.push_back(withState(std::move(item), style == overlay_.style()));
   }
   return mode;
 }
 
-void AppDelegate::rebuildMenu() {
+void StatusMenu::rebuildMenu() {
   if (!statusItem_) fatalError("there is no status item whose menu could be built");
-  if (const auto menu = statusItem_->menu()) fillMenu(*menu, areaLabel(overlay_->region(), platform_.texts()));
+  if (const auto menu = statusItem_->menu()) fillMenu(*menu, areaLabel(overlay_.region(), platform_.texts()));
 }
 
-void AppDelegate::fillMenu(platform::Menu& menu, const std::string& areaLabel) {
+void StatusMenu::fillMenu(platform::Menu& menu, const std::string& areaLabel) {
   namespace flags = platform::modifierflags;
 
-  const bool on = overlay_->isEnabled();
+  const bool on = overlay_.isEnabled();
   const bool atLogin = platform_.loginItem().status() == platform::LoginItemStatus::enabled;
 
   auto hide = hotKeyItem("Hide Annotations", HotKeyCommand::toggle);
@@ -130,12 +134,14 @@ void AppDelegate::fillMenu(platform::Menu& menu, const std::string& areaLabel) {
   menu.addItem(information(areaLabel));
   menu.addItem(separator());
   menu.addItem(styleMenuItem());
-  menu.addItem(withState(commandItem("Show Outline", &AppDelegate::toggleOutline), overlay_->showsOutline()));
+  menu.addItem(withState(commandItem("Show Outline", &Commands::toggleOutline), overlay_.showsOutline()));
   menu.addItem(separator());
-  menu.addItem(withState(commandItem("Launch at Login", &AppDelegate::toggleLaunchAtLogin), atLogin));
-  menu.addItem(commandItem("About Quillfade", &AppDelegate::showAbout));
+  menu.addItem(withState(commandItem("Launch at Login", &Commands::toggleLaunchAtLogin), atLogin));
+  menu.addItem(commandItem("About Quillfade", &Commands::showAbout));
   menu.addItem(separator());
-  menu.addItem(withKey(commandItem("Quit Quillfade", &AppDelegate::quit), "q", flags::command));
+  menu.addItem(withKey(commandItem("Quit Quillfade", &Commands::quit), "q", flags::command));
 }
+
+std::string StatusMenu::translated(std::string_view english) const { return platform_.texts().translated(english); }
 
 }  // namespace quillfade
