@@ -10,6 +10,7 @@
 #include "Benchmarks/Subjects.h"
 #include "Benchmarks/Workloads.h"
 #include "Platform/Linux/Stream/CaptureStream.h"
+#include "Tests/Support/InlineQueue.h"
 #include "Tests/Support/ProcessState.h"
 
 namespace bench {
@@ -23,11 +24,6 @@ constexpr PixelRect area{0, 0, 1920, 1080};
 const Place place{area, area, area};
 
 void letItSettle() { std::this_thread::sleep_for(std::chrono::seconds(2)); }
-
-class InlineQueue final : public platform::SerialQueue {
- public:
-  void perform(const platform::Job& job) override { job(); }
-};
 
 class Output final : public platform::StreamOutput, public platform::StreamDelegate {
  public:
@@ -51,7 +47,7 @@ void restart(const std::string& display, std::uint64_t serial) {
   settings.minimumFrameInterval = std::chrono::milliseconds(33);
   settings.serial = serial;
   CaptureStream stream(settings, output);
-  if (!stream.addOutput(output, platform::StreamOutputType::screen, std::make_shared<InlineQueue>()))
+  if (!stream.addOutput(output, platform::StreamOutputType::screen, std::make_shared<support::InlineQueue>()))
     throw std::runtime_error("A stream takes no output.");
   await([&](CaptureStream::Completion done) { stream.startCapture(std::move(done)); });
   await([&](CaptureStream::Completion done) { stream.stopCapture(std::move(done)); });

@@ -1,87 +1,75 @@
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include "Benchmarks/Report.h"
 
 namespace bench {
 
 namespace {
 
-std::string quoted(const std::string& text) {
-  std::string result = "\"";
-  for (const char character : text) {
-    if (character == '"' || character == '\\') result += '\\';
-    if (static_cast<unsigned char>(character) >= ' ') result += character;
-  }
-  return result + '"';
+QString text(const std::string& utf8) { return QString::fromStdString(utf8); }
+
+template <typename Items, typename Convert>
+QJsonArray list(const Items& items, Convert convert) {
+  QJsonArray array;
+  for (const auto& item : items) array.append(convert(item));
+  return array;
 }
 
-template <typename Items, typename Write>
-void writeList(std::ostream& out, const Items& items, Write write) {
-  out << "[";
-  const char* separator = "";
-  for (const auto& item : items) {
-    out << separator;
-    write(item);
-    separator = ", ";
-  }
-  out << "]";
+QJsonArray numbers(const std::vector<double>& values) {
+  return list(values, [](double value) { return QJsonValue(value); });
 }
 
-void writeNumbers(std::ostream& out, const std::vector<double>& numbers) {
-  writeList(out, numbers, [&](double number) { out << number; });
-}
+// Counts and sizes; JSON has no integers.
+QJsonValue number(auto value) { return static_cast<double>(value); }
 
-void writeCost(std::ostream& out, const CostMeasurement& measurement) {
+QJsonObject cost(const CostMeasurement& measurement) {
   const CostScene& scene = measurement.scene;
-  out << "\n    {\"workload\": " << quoted(scene.workload) << ", \"area\": " << quoted(scene.areaName)
-      << ", \"screen\": [" << scene.screenWidth << ", " << scene.screenHeight << "], \"without\": ";
-  writeNumbers(out, measurement.without);
-  out << ", \"results\": ";
-  writeList(out, measurement.results, [&](const CostResult& result) {
-    out << "\n      {\"subject\": " << quoted(result.subject) << ", \"extra\": ";
-    writeNumbers(out, result.extra);
-    out << ", \"ofProgram\": ";
-    writeNumbers(out, result.ofProgram);
-    out << ", \"wakeUpsASecond\": ";
-    writeNumbers(out, result.wakeUps);
-    out << "}";
-  });
-  out << "}";
+  return {{"workload", text(scene.workload)},
+          {"area", text(scene.areaName)},
+          {"screen", QJsonArray{scene.screenWidth, scene.screenHeight}},
+          {"without", numbers(measurement.without)},
+          {"results", list(measurement.results, [](const CostResult& result) {
+             return QJsonObject{{"subject", text(result.subject)},
+                                {"extra", numbers(result.extra)},
+                                {"ofProgram", numbers(result.ofProgram)},
+                                {"wakeUpsASecond", numbers(result.wakeUps)}};
+           })}};
 }
 
-void writeMemory(std::ostream& out, const MemoryMeasurement& memory) {
-  out << "{\"program\": " << memory.program << ", \"emptyTrayProgram\": " << memory.emptyTrayProgram
-      << ", \"server\": " << memory.server << ", \"restarts\": " << memory.restarts
-      << ", \"programAtHalf\": " << memory.programAtHalf << ", \"programAtEnd\": " << memory.programAtEnd
-      << ", \"serverAtHalf\": " << memory.serverAtHalf << ", \"serverAtEnd\": " << memory.serverAtEnd << "}";
+QJsonObject memoryOf(const MemoryMeasurement& memory) {
+  return {{"program", number(memory.program)},
+          {"emptyTrayProgram", number(memory.emptyTrayProgram)},
+          {"server", number(memory.server)},
+          {"restarts", number(memory.restarts)},
+          {"programAtHalf", number(memory.programAtHalf)},
+          {"programAtEnd", number(memory.programAtEnd)},
+          {"serverAtHalf", number(memory.serverAtHalf)},
+          {"serverAtEnd", number(memory.serverAtEnd)}};
 }
 
 }  // namespace
 
 void writeJson(const Report& report, std::ostream& out) {
-  out << "{\n  \"machine\": " << quoted(report.machine) << ",\n  \"secondsOfARun\": " << report.options.seconds
-      << ",\n  \"peers\": ";
-  writeList(out, report.peers, [&](const PeerDescription& peer) {
-    out << "\n    {\"name\": " << quoted(peer.name) << ", \"version\": " << quoted(peer.version)
-        << ", \"commandLine\": " << quoted(peer.commandLine) << "}";
-  });
-  out << ",\n  \"costs\": ";
-  writeList(out, report.costs, [&](const CostMeasurement& measurement) { writeCost(out, measurement); });
-  out << ",\n  \"floors\": ";
-  writeList(out, report.floors, [&](const Floor& floor) {
-    out << "\n    {\"name\": " << quoted(floor.name) << ", \"cost\": ";
-    writeNumbers(out, floor.cost);
-    out << "}";
-  });
-  out << ",\n  \"latencies\": ";
-  writeList(out, report.latencies, [&](const LatencyMeasurement& latency) {
-    out << "\n    {\"name\": " << quoted(latency.name) << ", \"milliseconds\": ";
-    writeNumbers(out, latency.milliseconds);
-    out << "}";
-  });
-  if (report.memory) {
-    out << ",\n  \"memory\": ";
-    writeMemory(out, *report.memory);
-  }
-  out << "\n}\n";
+  QJsonObject object{
+      {"machine", text(report.machine)},
+      {"secondsOfARun", number(report.options.seconds)},
+      {"peers", list(report.peers,
+                     [](const PeerDescription& peer) {
+                       return QJsonObject{{"name", text(peer.name)},
+                                          {"version", text(peer.version)},
+                                          {"commandLine", text(peer.commandLine)}};
+                     })},
+      {"costs", list(report.costs, cost)},
+      {"floors",
+       list(report.floors,
+            [](const Floor& floor) { return QJsonObject{{"name", text(floor.name)}, {"cost", numbers(floor.cost)}}; })},
+      {"latencies", list(report.latencies, [](const LatencyMeasurement& latency) {
+         return QJsonObject{{"name", text(latency.name)}, {"milliseconds", numbers(latency.milliseconds)}};
+       })}};
+  if (report.memory) object["memory"] = memoryOf(*report.memory);
+  out << QJsonDocument(object).toJson().toStdString();
 }
 
 }  // namespace bench

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "Platform/AsciiCase.h"
+
 namespace quillfade {
 namespace {
 
@@ -30,8 +32,7 @@ std::string lowercased(std::string_view text) {
       result += "i\xCC\x87";
       text.remove_prefix(capitalIWithDot.size());
     } else {
-      const char character = text.front();
-      result += character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+      result += platform::asciiLowerCase(text.front());
       text.remove_prefix(1);
     }
   }

@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 
+#include "Platform/AsciiCase.h"
 #include "Platform/HotKeys.h"
 
 namespace quillfade {
@@ -41,13 +42,10 @@ constexpr std::array keyNames{
     Name{"Escape", 0x35}, Name{"Insert", 0x72},
 };
 
-char lowercase(char character) {
-  return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
-
 std::optional<std::uint32_t> valueOf(std::string_view text, const auto& names) {
-  const auto found = std::ranges::find_if(
-      names, [&](const Name& name) { return std::ranges::equal(name.text, text, {}, lowercase, lowercase); });
+  const auto found = std::ranges::find_if(names, [&](const Name& name) {
+    return std::ranges::equal(name.text, text, {}, platform::asciiLowerCase, platform::asciiLowerCase);
+  });
   return found == names.end() ? std::nullopt : std::optional(found->value);
 }
 

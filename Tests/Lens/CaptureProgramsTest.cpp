@@ -70,8 +70,8 @@ class Captures : public endtoend::CoveredDesktop {
 struct Program {
   std::string name;
   std::string suffix;
-  std::vector<std::string> words;     // the file comes last
-  PixelRect part = wholeScreen;  // that it reads from the screen
+  std::vector<std::string> words;  // the file comes last
+  PixelRect part = wholeScreen;    // that it reads from the screen
 
   friend void PrintTo(const Program& program, std::ostream* out) { *out << program.name; }
 };

@@ -160,7 +160,7 @@ TEST_P(ReplyStreams, PiecesMakeNoDifference) {
   const auto whole = passOn().bytes();
   for (std::size_t piece = 1; piece <= 70; ++piece) {
     replies_ = replies;
-    stream_.~protocol::ReplyStream();
+    stream_.~ReplyStream();
     new (&stream_) protocol::ReplyStream(GetParam(), names_, replies_);
     EXPECT_EQ(passOn(piece).bytes(), whole) << piece;
   }

@@ -16,7 +16,6 @@
 
 namespace lens {
 
-namespace lens = platform::linux::lens;
 namespace protocol = platform::linux::protocol;
 
 inline protocol::ScreenNames anyNames() {

@@ -129,7 +129,7 @@ const std::vector<Room> linuxRooms = {
     {"Stream", {"Posix", "Xcb", "Scene", "Compositor"}},
     {"Toolkit", {"Posix", "Xcb"}},
     {"Views", {"Toolkit"}},
-    {"Cover", {"Xcb", "Scene", "Stream", "Toolkit", "Views"}},
+    {"Cover", {"Posix", "Xcb", "Scene", "Stream", "Toolkit", "Views"}},
     {"Input", {"Xcb", "Toolkit"}},
     {"Widgets", {"Toolkit", "Views", "Input"}},
     {"Session", {"Posix", "Xcb", "Scene", "Toolkit"}},

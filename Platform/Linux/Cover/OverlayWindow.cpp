@@ -1,14 +1,13 @@
 #include "Platform/Linux/Cover/OverlayWindow.h"
 
-#include <unistd.h>
 #include <xcb/shape.h>
 
 #include <algorithm>
-#include <array>
-#include <climits>
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include "Platform/Linux/Posix/HostName.h"
 
 namespace platform::linux::cover {
 
@@ -18,11 +17,6 @@ xcb::PixelRect atLeastOnePixel(xcb::PixelRect frame) {
   frame.width = std::max(1, frame.width);
   frame.height = std::max(1, frame.height);
   return frame;
-}
-
-std::string hostName() {
-  std::array<char, HOST_NAME_MAX + 1> name{};
-  return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
 }
 
 }  // namespace
@@ -62,7 +56,7 @@ void OverlayWindow::setProperties() {
   setText("WM_CLASS", "STRING", "quillfade\0Quillfade\0"sv);
   setText("WM_NAME", "STRING", "Quillfade");
   setText("_NET_WM_NAME", "UTF8_STRING", "Quillfade");
-  setText("WM_CLIENT_MACHINE", "STRING", hostName());
+  setText("WM_CLIENT_MACHINE", "STRING", posix::hostName());
   setNumber("_NET_WM_PID", XCB_ATOM_CARDINAL, static_cast<std::uint32_t>(getpid()));
   // Compositing managers keep their decorations (shadows, round corners, dimming, blur) off docks as a rule.
   setNumber("_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, connection_.atom("_NET_WM_WINDOW_TYPE_DOCK"));

@@ -7,12 +7,12 @@
 
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <utility>
 
+#include "Platform/Linux/Posix/HostName.h"
 #include "Platform/Linux/Posix/SystemError.h"
 #include "Platform/Linux/Posix/UserDirectories.h"
 
@@ -29,9 +29,7 @@ std::string runtimeDirectory() {
 
 // For this machine's name, which is what libraries look for first, and for whatever its name becomes.
 bool writeEntries(FILE* file, int displayNumber, protocol::Credential& credential) {
-  std::array<char, HOST_NAME_MAX + 1> machine{};
-  ::gethostname(machine.data(), machine.size() - 1);
-  std::string name = machine.data();
+  std::string name = posix::hostName();
   std::string number = std::to_string(displayNumber);
   Xauth entry{};
   entry.number = number.data();

@@ -10,11 +10,11 @@
 #include <xcb/xcb.h>
 
 #include <array>
-#include <climits>
 #include <cstdlib>
 #include <memory>
 
 #include "Platform/Linux/Lens/LocalSocket.h"
+#include "Platform/Linux/Posix/HostName.h"
 
 namespace platform::linux::lens {
 
@@ -80,9 +80,7 @@ posix::FileDescriptor ServerAddress::connectOverNetwork() const {
 // The names under which a display is in the file are a local one for this machine, whichever way one connects to it,
 // and addresses for others. Forwarded displays of other machines are local ones, too.
 protocol::Credential ServerAddress::credential() const {
-  std::array<char, HOST_NAME_MAX + 1> machine{};
-  ::gethostname(machine.data(), machine.size() - 1);
-  const std::string name = machine.data();
+  const std::string name = posix::hostName();
   const std::string number = std::to_string(number_);
   std::array<char*, 1> methods{const_cast<char*>(cookieMethod)};
   const int methodLength = static_cast<int>(std::string_view(cookieMethod).size());

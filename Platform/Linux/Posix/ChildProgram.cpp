@@ -1,13 +1,12 @@
 #include "Platform/Linux/Posix/ChildProgram.h"
 
-#include <fcntl.h>
+#include <spawn.h>
 #include <sys/signalfd.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <ranges>
 #include <string_view>
 
@@ -48,6 +47,28 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
   return result;
 }
 
+// What the program is started with: signals as they were before the watch.
+class SpawnAttributes {
+ public:
+  explicit SpawnAttributes(const SignalWatch& signals) {
+    sigset_t defaults;
+    sigemptyset(&defaults);
+    if (!signals.wasPipeIgnored()) sigaddset(&defaults, SIGPIPE);
+    ::posix_spawnattr_init(&attributes_);
+    ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    ::posix_spawnattr_setsigmask(&attributes_, &signals.maskBefore());
+    ::posix_spawnattr_setsigdefault(&attributes_, &defaults);
+  }
+  ~SpawnAttributes() { ::posix_spawnattr_destroy(&attributes_); }
+  SpawnAttributes(const SpawnAttributes&) = delete;
+  SpawnAttributes& operator=(const SpawnAttributes&) = delete;
+
+  [[nodiscard]] const posix_spawnattr_t* get() const { return &attributes_; }
+
+ private:
+  posix_spawnattr_t attributes_{};
+};
+
 }  // namespace
 
 SignalWatch::SignalWatch() {
@@ -60,9 +81,7 @@ SignalWatch::SignalWatch() {
   ::sigaction(SIGPIPE, &ignore, &pipeBefore_);
 }
 
-SignalWatch::~SignalWatch() { restore(); }
-
-void SignalWatch::restore() const {
+SignalWatch::~SignalWatch() {
   ::sigaction(SIGPIPE, &pipeBefore_, nullptr);
   ::sigprocmask(SIG_SETMASK, &before_, nullptr);
 }
@@ -79,26 +98,11 @@ std::expected<ChildProgram, Error> ChildProgram::start(const std::vector<std::st
   auto environment = environmentWith(variables);
   const auto argumentPointers = pointers(arguments);
   const auto environmentPointers = pointers(environment);
-  std::array<int, 2> ends{};
-  if (::pipe2(ends.data(), O_CLOEXEC) != 0) return std::unexpected(systemError("Cannot start", words.front(), errno));
-  const FileDescriptor reading(ends[0]);
-  FileDescriptor writing(ends[1]);
-  const pid_t id = ::fork();
-  if (id == 0) {
-    signals.restore();
-    ::execvpe(argumentPointers[0], argumentPointers.data(), environmentPointers.data());
-    const int reason = errno;
-    (void)!::write(writing.get(), &reason, sizeof reason);
-    ::_exit(127);
-  }
-  (void)writing.close();
-  if (id < 0) return std::unexpected(systemError("Cannot start", words.front(), errno));
-  int reason = 0;
-  // Nothing comes, and the pipe closes, when the process has become the program.
-  if (::read(reading.get(), &reason, sizeof reason) == sizeof reason) {
-    ::waitpid(id, nullptr, 0);
-    return std::unexpected(systemError("Cannot start", words.front(), reason));
-  }
+  const SpawnAttributes attributes(signals);
+  pid_t id = 0;
+  const int failure = ::posix_spawnp(&id, argumentPointers[0], nullptr, attributes.get(), argumentPointers.data(),
+                                     environmentPointers.data());
+  if (failure != 0) return std::unexpected(systemError("Cannot start", words.front(), failure));
   return ChildProgram(id);
 }
 

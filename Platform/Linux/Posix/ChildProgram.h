@@ -34,8 +34,9 @@ class SignalWatch {
     bool isFromTerminal = false;
   };
   [[nodiscard]] std::optional<Signal> next() const;
-  // For a new process, before it becomes another program. Safe after a fork.
-  void restore() const;
+  // As they were before the watch, and as a new program is to have them.
+  [[nodiscard]] const sigset_t& maskBefore() const { return before_; }
+  [[nodiscard]] bool wasPipeIgnored() const { return pipeBefore_.sa_handler == SIG_IGN; }
 
  private:
   sigset_t before_{};

@@ -1,6 +1,11 @@
 #include "Platform/Linux/Protocol/ReplyStream.h"
 
+#include <xcb/composite.h>
+#include <xcb/damage.h>
+#include <xcb/xproto.h>
+
 #include <algorithm>
+#include <cstddef>
 
 namespace platform::linux::protocol {
 
@@ -8,8 +13,6 @@ namespace {
 
 constexpr std::uint8_t error = 0;
 constexpr std::uint8_t reply = 1;
-constexpr std::uint8_t keymapNotify = 11;
-constexpr std::uint8_t genericEvent = 35;
 constexpr std::uint8_t sentEvent = 0x80;
 
 }  // namespace
@@ -25,9 +28,9 @@ ReplyStream::Step ReplyStream::advance(Bytes bytes) {
     const auto type = std::to_integer<std::uint8_t>(message[0]);
     const auto kind = static_cast<std::uint8_t>(type & ~sentEvent);
     std::uint64_t length = messageSize;
-    if (type == reply || kind == genericEvent) length += std::uint64_t{wire_.get32(&message[4])} * 4;
+    if (type == reply || kind == XCB_GE_GENERIC) length += std::uint64_t{wire_.get32(&message[4])} * 4;
     // The one message without a number.
-    if (kind != keymapNotify) {
+    if (kind != XCB_KEYMAP_NOTIFY) {
       lastRequest_ += static_cast<std::uint16_t>(wire_.get16(&message[2]) - static_cast<std::uint16_t>(lastRequest_));
       if (passOwnRequests(type == error)) return {done, true};
       if ((type == reply || type == error) && takeReply(message)) return {done, true};
@@ -60,17 +63,20 @@ bool ReplyStream::takeReply(Bytes message) {
     return true;
   }
   if (std::to_integer<std::uint8_t>(message[0]) == error) return false;
-  if (kind == ReplyTo::screenImage) wire_.put32(&message[8], names_.rootVisual);
-  if (kind == ReplyTo::overlayWindow) names_.overlay = wire_.get32(&message[8]);
+  if (kind == ReplyTo::screenImage) wire_.put32(&message[offsetof(xcb_get_image_reply_t, visual)], names_.rootVisual);
+  if (kind == ReplyTo::overlayWindow)
+    names_.overlay = wire_.get32(&message[offsetof(xcb_composite_get_overlay_window_reply_t, overlay_win)]);
   return false;
 }
 
 void ReplyStream::rewriteDamage(Bytes message) {
   const DamageBoards& boards = names_.boards;
-  if (!boards.holds(wire_.get32(&message[4]))) return;
-  wire_.put32(&message[4], names_.root);
-  wire_.put16(&message[28], boards.width);
-  wire_.put16(&message[30], boards.height);
+  using Notify = xcb_damage_notify_event_t;
+  constexpr std::size_t geometry = offsetof(Notify, geometry);
+  if (!boards.holds(wire_.get32(&message[offsetof(Notify, drawable)]))) return;
+  wire_.put32(&message[offsetof(Notify, drawable)], names_.root);
+  wire_.put16(&message[geometry + offsetof(xcb_rectangle_t, width)], boards.width);
+  wire_.put16(&message[geometry + offsetof(xcb_rectangle_t, height)], boards.height);
 }
 
 void ReplyStream::renumber(Bytes message) {

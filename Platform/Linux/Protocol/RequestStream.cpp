@@ -1,8 +1,16 @@
 #include "Platform/Linux/Protocol/RequestStream.h"
 
+#include <xcb/bigreq.h>
+#include <xcb/composite.h>
+#include <xcb/damage.h>
+#include <xcb/render.h>
+#include <xcb/shm.h>
+#include <xcb/xproto.h>
+
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <span>
 #include <utility>
 
@@ -10,26 +18,9 @@ namespace platform::linux::protocol {
 
 namespace {
 
-// Major numbers of the core protocol, and minor ones of extensions.
-constexpr std::uint8_t grabServer = 36;
-constexpr std::uint8_t ungrabServer = 37;
-constexpr std::uint8_t copyArea = 62;
-constexpr std::uint8_t copyPlane = 63;
-constexpr std::uint8_t getImage = 73;
-constexpr std::uint8_t noOperation = 127;
-constexpr std::uint8_t enableBigRequests = 0;
-constexpr std::uint8_t getOverlayWindow = 7;
-constexpr std::uint8_t sharedMemoryGetImage = 4;
-constexpr std::uint8_t sharedMemoryCreateSegment = 7;
-constexpr std::uint8_t renderCreatePicture = 4;
-constexpr std::uint8_t renderChangePicture = 5;
-constexpr std::uint8_t renderFreePicture = 7;
-constexpr std::uint8_t damageCreate = 1;
-constexpr std::uint8_t damageDestroy = 2;
+constexpr std::uint32_t subwindowModeBit = XCB_RENDER_CP_SUBWINDOW_MODE;
 
-constexpr std::size_t lengthOfDamageCreate = 16;
-
-constexpr std::uint32_t subwindowModeBit = 1U << 8U;
+constexpr std::size_t overlayOf = offsetof(xcb_composite_get_overlay_window_request_t, window);
 
 constexpr std::size_t shortHeader = 4;
 constexpr std::size_t longHeader = 8;
@@ -42,18 +33,27 @@ struct PictureUse {
   std::array<std::size_t, 2> sources;
   std::size_t destination;
 };
+
+// All requests that draw from one picture to another start alike.
+template <class Request>
+constexpr PictureUse drawing(std::uint8_t minor) {
+  return {minor, {offsetof(Request, src), 0}, offsetof(Request, dst)};
+}
+
 constexpr std::array pictureUses{
-    PictureUse{8, {8, 12}, 16},  // Composite
-    PictureUse{10, {8, 0}, 12},  // Trapezoids
-    PictureUse{11, {8, 0}, 12},  // Triangles
-    PictureUse{12, {8, 0}, 12},  // TriStrip
-    PictureUse{13, {8, 0}, 12},  // TriFan
-    PictureUse{23, {8, 0}, 12},  // CompositeGlyphs8
-    PictureUse{24, {8, 0}, 12},  // CompositeGlyphs16
-    PictureUse{25, {8, 0}, 12},  // CompositeGlyphs32
-    PictureUse{26, {0, 0}, 8},   // FillRectangles
-    PictureUse{27, {8, 0}, 0},   // CreateCursor
-    PictureUse{32, {0, 0}, 4},   // AddTraps
+    PictureUse{XCB_RENDER_COMPOSITE,
+               {offsetof(xcb_render_composite_request_t, src), offsetof(xcb_render_composite_request_t, mask)},
+               offsetof(xcb_render_composite_request_t, dst)},
+    drawing<xcb_render_trapezoids_request_t>(XCB_RENDER_TRAPEZOIDS),
+    drawing<xcb_render_triangles_request_t>(XCB_RENDER_TRIANGLES),
+    drawing<xcb_render_tri_strip_request_t>(XCB_RENDER_TRI_STRIP),
+    drawing<xcb_render_tri_fan_request_t>(XCB_RENDER_TRI_FAN),
+    drawing<xcb_render_composite_glyphs_8_request_t>(XCB_RENDER_COMPOSITE_GLYPHS_8),
+    drawing<xcb_render_composite_glyphs_16_request_t>(XCB_RENDER_COMPOSITE_GLYPHS_16),
+    drawing<xcb_render_composite_glyphs_32_request_t>(XCB_RENDER_COMPOSITE_GLYPHS_32),
+    PictureUse{XCB_RENDER_FILL_RECTANGLES, {}, offsetof(xcb_render_fill_rectangles_request_t, dst)},
+    PictureUse{XCB_RENDER_CREATE_CURSOR, {offsetof(xcb_render_create_cursor_request_t, source), 0}, 0},
+    PictureUse{XCB_RENDER_ADD_TRAPS, {}, offsetof(xcb_render_add_traps_request_t, picture)},
 };
 
 }  // namespace
@@ -62,7 +62,8 @@ RequestStream::RequestStream(ByteOrder order, const ScreenNames& names, PendingR
     : wire_(order), names_(names), replies_(replies) {
   const ExtensionNumbers& numbers = names_.extensions;
   for (const std::uint8_t major :
-       {getImage, copyArea, copyPlane, grabServer, ungrabServer, numbers.render, numbers.sharedMemory,
+       {std::uint8_t{XCB_GET_IMAGE}, std::uint8_t{XCB_COPY_AREA}, std::uint8_t{XCB_COPY_PLANE},
+        std::uint8_t{XCB_GRAB_SERVER}, std::uint8_t{XCB_UNGRAB_SERVER}, numbers.render, numbers.sharedMemory,
         numbers.composite, numbers.bigRequests, numbers.directRendering, numbers.damage}) {
     isOfConcern_[major] = major != 0;
   }
@@ -131,27 +132,30 @@ std::optional<RequestStream::Request> RequestStream::readHeader(Bytes bytes) con
 bool RequestStream::rewrite(const Request& request) {
   const ExtensionNumbers& numbers = names_.extensions;
   switch (request.major) {
-    case grabServer:
-    case ungrabServer:
-      request.bytes[0] = std::byte{noOperation};
+    case XCB_GRAB_SERVER:
+    case XCB_UNGRAB_SERVER:
+      request.bytes[0] = std::byte{XCB_NO_OPERATION};
       return true;
-    case copyArea:
-    case copyPlane:
-      return rewriteDrawable(request, 4);
-    case getImage:
+    case XCB_COPY_AREA:
+    case XCB_COPY_PLANE:
+      static_assert(offsetof(xcb_copy_area_request_t, src_drawable) ==
+                    offsetof(xcb_copy_plane_request_t, src_drawable));
+      return rewriteDrawable(request, offsetof(xcb_copy_area_request_t, src_drawable));
+    case XCB_GET_IMAGE:
       return rewriteImage(request);
     default:
       break;
   }
   if (request.major == numbers.render) return rewriteRender(request);
   if (request.major == numbers.damage) return rewriteDamage(request);
-  if (request.major == numbers.sharedMemory && request.minor == sharedMemoryGetImage) return rewriteImage(request);
+  if (request.major == numbers.sharedMemory && request.minor == XCB_SHM_GET_IMAGE) return rewriteImage(request);
   if (request.major == numbers.sharedMemory || request.major == numbers.directRendering) {
     asksForDescriptors_ =
-        asksForDescriptors_ || request.major == numbers.directRendering || request.minor == sharedMemoryCreateSegment;
+        asksForDescriptors_ || request.major == numbers.directRendering || request.minor == XCB_SHM_CREATE_SEGMENT;
   } else if (request.major == numbers.bigRequests) {
-    hasBigRequests_ = hasBigRequests_ || request.minor == enableBigRequests;
-  } else if (request.minor == getOverlayWindow && holds(request, 4) && wire_.get32(at(request, 4)) == names_.root) {
+    hasBigRequests_ = hasBigRequests_ || request.minor == XCB_BIG_REQUESTS_ENABLE;
+  } else if (request.minor == XCB_COMPOSITE_GET_OVERLAY_WINDOW && holds(request, overlayOf) &&
+             wire_.get32(at(request, overlayOf)) == names_.root) {
     replies_.push_back({count_ + 1, ReplyTo::overlayWindow});
   }
   return true;
@@ -166,19 +170,22 @@ bool RequestStream::rewriteDrawable(const Request& request, std::size_t offset) 
 }
 
 bool RequestStream::rewriteImage(const Request& request) {
-  if (!holds(request, 4) || !names_.isScreen(wire_.get32(at(request, 4)))) return true;
-  if (!rewriteDrawable(request, 4)) return false;
+  constexpr std::size_t drawable = offsetof(xcb_get_image_request_t, drawable);
+  static_assert(drawable == offsetof(xcb_shm_get_image_request_t, drawable));
+  if (!holds(request, drawable) || !names_.isScreen(wire_.get32(at(request, drawable)))) return true;
+  if (!rewriteDrawable(request, drawable)) return false;
   replies_.push_back({count_ + 1, ReplyTo::screenImage});
   return true;
 }
 
 bool RequestStream::rewriteRender(const Request& request) {
-  if (request.minor == renderCreatePicture) return createPicture(request);
+  if (request.minor == XCB_RENDER_CREATE_PICTURE) return createPicture(request);
   if (screenPictures_.empty()) return true;
-  if (request.minor == renderChangePicture) {
+  if (request.minor == XCB_RENDER_CHANGE_PICTURE) {
     changePicture(request);
-  } else if (request.minor == renderFreePicture) {
-    if (holds(request, 4)) screenPictures_.erase(wire_.get32(at(request, 4)));
+  } else if (request.minor == XCB_RENDER_FREE_PICTURE) {
+    constexpr std::size_t picture = offsetof(xcb_render_free_picture_request_t, picture);
+    if (holds(request, picture)) screenPictures_.erase(wire_.get32(at(request, picture)));
   } else {
     return usePictures(request);
   }
@@ -186,20 +193,22 @@ bool RequestStream::rewriteRender(const Request& request) {
 }
 
 bool RequestStream::createPicture(const Request& request) {
-  if (!holds(request, 16)) return true;
-  const std::uint32_t picture = wire_.get32(at(request, 4));
-  const bool isOfScreen = names_.isScreen(wire_.get32(at(request, 8)));
-  if (!rewriteDrawable(request, 8)) return false;
+  using Create = xcb_render_create_picture_request_t;
+  if (!holds(request, offsetof(Create, value_mask))) return true;
+  const std::uint32_t picture = wire_.get32(at(request, offsetof(Create, pid)));
+  const bool isOfScreen = names_.isScreen(wire_.get32(at(request, offsetof(Create, drawable))));
+  if (!rewriteDrawable(request, offsetof(Create, drawable))) return false;
   if (!isOfScreen) return true;
   screenPictures_[picture] = false;
-  noteSubwindowMode(request, picture, 16);
+  noteSubwindowMode(request, picture, offsetof(Create, value_mask));
   return true;
 }
 
 void RequestStream::changePicture(const Request& request) {
-  if (!holds(request, 8)) return;
-  const std::uint32_t picture = wire_.get32(at(request, 4));
-  if (screenPictures_.contains(picture)) noteSubwindowMode(request, picture, 8);
+  using Change = xcb_render_change_picture_request_t;
+  if (!holds(request, offsetof(Change, value_mask))) return;
+  const std::uint32_t picture = wire_.get32(at(request, offsetof(Change, picture)));
+  if (screenPictures_.contains(picture)) noteSubwindowMode(request, picture, offsetof(Change, value_mask));
 }
 
 // Values follow the mask in the order of its bits.
@@ -213,16 +222,19 @@ void RequestStream::noteSubwindowMode(const Request& request, std::uint32_t pict
 
 // One of another length is refused by the server.
 bool RequestStream::rewriteDamage(const Request& request) {
-  if (request.minor == damageDestroy && holds(request, 4)) screenDamages_.erase(wire_.get32(at(request, 4)));
-  if (request.minor != damageCreate || request.length != request.header - shortHeader + lengthOfDamageCreate)
+  using Create = xcb_damage_create_request_t;
+  constexpr std::size_t destroyed = offsetof(xcb_damage_destroy_request_t, damage);
+  if (request.minor == XCB_DAMAGE_DESTROY && holds(request, destroyed))
+    screenDamages_.erase(wire_.get32(at(request, destroyed)));
+  if (request.minor != XCB_DAMAGE_CREATE || request.length != request.header - shortHeader + sizeof(Create))
     return true;
-  if (!names_.isScreen(wire_.get32(at(request, 8)))) return true;
+  if (!names_.isScreen(wire_.get32(at(request, offsetof(Create, drawable))))) return true;
   // There is a board once there is a picture.
   if (!picture_) return false;
   picture_.reset();
   if (names_.boards.pixmaps.empty()) return true;
-  wire_.put32(at(request, 8), names_.boards.pixmaps.back());
-  screenDamages_.insert(wire_.get32(at(request, 4)));
+  wire_.put32(at(request, offsetof(Create, drawable)), names_.boards.pixmaps.back());
+  screenDamages_.insert(wire_.get32(at(request, offsetof(Create, damage))));
   isDamageMade_ = true;
   return true;
 }

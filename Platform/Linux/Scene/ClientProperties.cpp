@@ -1,9 +1,14 @@
 #include "Platform/Linux/Scene/ClientProperties.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <iterator>
+#include <ranges>
 #include <span>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "Platform/Linux/Scene/ProductMark.h"
 
@@ -94,36 +99,39 @@ bool isEmptyInput(const xcb_shape_get_rectangles_reply_t& reply) {
   return area <= 1;
 }
 
+// In the order of `Property`.
+constexpr std::array<const char*, PropertyAtoms::count> propertyNames{
+    "WM_CLASS",        "_NET_WM_WINDOW_TYPE", "_NET_WM_STATE",
+    "WM_STATE",        "_NET_FRAME_EXTENTS",  "_MOTIF_WM_HINTS",
+    "WM_NORMAL_HINTS", "_NET_WM_PID",         productClientsProperty};
+
+constexpr std::array typeNames{std::pair{"_NET_WM_WINDOW_TYPE_DESKTOP", WindowType::desktop},
+                               std::pair{"_NET_WM_WINDOW_TYPE_DOCK", WindowType::dock},
+                               std::pair{"_NET_WM_WINDOW_TYPE_TOOLBAR", WindowType::toolbar},
+                               std::pair{"_NET_WM_WINDOW_TYPE_MENU", WindowType::menu},
+                               std::pair{"_NET_WM_WINDOW_TYPE_DROPDOWN_MENU", WindowType::dropdownMenu},
+                               std::pair{"_NET_WM_WINDOW_TYPE_POPUP_MENU", WindowType::popupMenu},
+                               std::pair{"_NET_WM_WINDOW_TYPE_COMBO", WindowType::combo},
+                               std::pair{"_NET_WM_WINDOW_TYPE_TOOLTIP", WindowType::tooltip},
+                               std::pair{"_NET_WM_WINDOW_TYPE_DND", WindowType::dragAndDrop},
+                               std::pair{"_NET_WM_WINDOW_TYPE_NOTIFICATION", WindowType::notification},
+                               std::pair{"_NET_WM_WINDOW_TYPE_SPLASH", WindowType::splash},
+                               std::pair{"_NET_WM_WINDOW_TYPE_UTILITY", WindowType::utility},
+                               std::pair{"_NET_WM_WINDOW_TYPE_DIALOG", WindowType::dialog},
+                               std::pair{"_NET_WM_WINDOW_TYPE_NORMAL", WindowType::normal}};
+
+constexpr std::array stateNames{std::pair{"_NET_WM_STATE_ABOVE", &PropertyAtoms::above},
+                                std::pair{"_NET_WM_STATE_BELOW", &PropertyAtoms::below},
+                                std::pair{"_NET_WM_STATE_FULLSCREEN", &PropertyAtoms::fullScreen},
+                                std::pair{"_NET_WM_STATE_MAXIMIZED_VERT", &PropertyAtoms::maximizedVertically},
+                                std::pair{"_NET_WM_STATE_MAXIMIZED_HORZ", &PropertyAtoms::maximizedHorizontally}};
+
 // All names in one round trip.
 xcb::Connection& withNames(xcb::Connection& connection) {
-  connection.internAtoms({"WM_CLASS",
-                          "_NET_WM_WINDOW_TYPE",
-                          "_NET_WM_STATE",
-                          "WM_STATE",
-                          "_NET_FRAME_EXTENTS",
-                          "_MOTIF_WM_HINTS",
-                          "WM_NORMAL_HINTS",
-                          "_NET_WM_PID",
-                          productClientsProperty,
-                          "_NET_WM_WINDOW_TYPE_DESKTOP",
-                          "_NET_WM_WINDOW_TYPE_DOCK",
-                          "_NET_WM_WINDOW_TYPE_TOOLBAR",
-                          "_NET_WM_WINDOW_TYPE_MENU",
-                          "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU",
-                          "_NET_WM_WINDOW_TYPE_POPUP_MENU",
-                          "_NET_WM_WINDOW_TYPE_COMBO",
-                          "_NET_WM_WINDOW_TYPE_TOOLTIP",
-                          "_NET_WM_WINDOW_TYPE_DND",
-                          "_NET_WM_WINDOW_TYPE_NOTIFICATION",
-                          "_NET_WM_WINDOW_TYPE_SPLASH",
-                          "_NET_WM_WINDOW_TYPE_UTILITY",
-                          "_NET_WM_WINDOW_TYPE_DIALOG",
-                          "_NET_WM_WINDOW_TYPE_NORMAL",
-                          "_NET_WM_STATE_ABOVE",
-                          "_NET_WM_STATE_BELOW",
-                          "_NET_WM_STATE_FULLSCREEN",
-                          "_NET_WM_STATE_MAXIMIZED_VERT",
-                          "_NET_WM_STATE_MAXIMIZED_HORZ"});
+  std::vector<std::string_view> names(propertyNames.begin(), propertyNames.end());
+  std::ranges::copy(typeNames | std::views::keys, std::back_inserter(names));
+  std::ranges::copy(stateNames | std::views::keys, std::back_inserter(names));
+  connection.internAtoms(names);
   return connection;
 }
 
@@ -133,34 +141,9 @@ PropertyAtoms::PropertyAtoms(xcb::Connection& connection)
     : PropertyAtoms([&known = withNames(connection)](std::string_view name) { return known.atom(name); }) {}
 
 PropertyAtoms::PropertyAtoms(const std::function<xcb_atom_t(std::string_view)>& atom) {
-  properties[classNames] = atom("WM_CLASS");
-  properties[windowType] = atom("_NET_WM_WINDOW_TYPE");
-  properties[desktopState] = atom("_NET_WM_STATE");
-  properties[managerState] = atom("WM_STATE");
-  properties[frameExtents] = atom("_NET_FRAME_EXTENTS");
-  properties[decorationHints] = atom("_MOTIF_WM_HINTS");
-  properties[sizeHints] = atom("WM_NORMAL_HINTS");
-  properties[processId] = atom("_NET_WM_PID");
-  properties[productClients] = atom(productClientsProperty);
-  types = {{atom("_NET_WM_WINDOW_TYPE_DESKTOP"), WindowType::desktop},
-           {atom("_NET_WM_WINDOW_TYPE_DOCK"), WindowType::dock},
-           {atom("_NET_WM_WINDOW_TYPE_TOOLBAR"), WindowType::toolbar},
-           {atom("_NET_WM_WINDOW_TYPE_MENU"), WindowType::menu},
-           {atom("_NET_WM_WINDOW_TYPE_DROPDOWN_MENU"), WindowType::dropdownMenu},
-           {atom("_NET_WM_WINDOW_TYPE_POPUP_MENU"), WindowType::popupMenu},
-           {atom("_NET_WM_WINDOW_TYPE_COMBO"), WindowType::combo},
-           {atom("_NET_WM_WINDOW_TYPE_TOOLTIP"), WindowType::tooltip},
-           {atom("_NET_WM_WINDOW_TYPE_DND"), WindowType::dragAndDrop},
-           {atom("_NET_WM_WINDOW_TYPE_NOTIFICATION"), WindowType::notification},
-           {atom("_NET_WM_WINDOW_TYPE_SPLASH"), WindowType::splash},
-           {atom("_NET_WM_WINDOW_TYPE_UTILITY"), WindowType::utility},
-           {atom("_NET_WM_WINDOW_TYPE_DIALOG"), WindowType::dialog},
-           {atom("_NET_WM_WINDOW_TYPE_NORMAL"), WindowType::normal}};
-  above = atom("_NET_WM_STATE_ABOVE");
-  below = atom("_NET_WM_STATE_BELOW");
-  fullScreen = atom("_NET_WM_STATE_FULLSCREEN");
-  maximizedVertically = atom("_NET_WM_STATE_MAXIMIZED_VERT");
-  maximizedHorizontally = atom("_NET_WM_STATE_MAXIMIZED_HORZ");
+  std::ranges::transform(propertyNames, properties.begin(), atom);
+  for (const auto& [name, type] : typeNames) types.emplace_back(atom(name), type);
+  for (const auto& [name, member] : stateNames) this->*member = atom(name);
 }
 
 bool PropertyAtoms::watches(xcb_atom_t property) const {

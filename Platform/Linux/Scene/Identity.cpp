@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 
+#include "Platform/AsciiCase.h"
 #include "Platform/Linux/Posix/ApplicationIdentifier.h"
 #include "Platform/Linux/Posix/TrimmedText.h"
 #include "Platform/Utf8.h"
@@ -73,8 +74,6 @@ constexpr std::array<std::string_view, 15> lockers{
     "cinnamon-screensaver",
     "kscreenlocker_greet",
 };
-
-constexpr auto asciiLowerCase = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
 
 bool equalIgnoringAsciiCase(std::string_view text, std::string_view lowerCase) {
   return std::ranges::equal(text, lowerCase, {}, asciiLowerCase);

@@ -243,7 +243,7 @@ xcb_atom_t Connection::atom(std::string_view name) {
   return found == atoms_.end() ? xcb_atom_t{XCB_ATOM_NONE} : found->second;
 }
 
-void Connection::internAtoms(std::initializer_list<std::string_view> names) {
+void Connection::internAtoms(std::span<const std::string_view> names) {
   std::vector<std::pair<std::string, xcb_intern_atom_cookie_t>> asked;
   for (const std::string_view name : names) {
     if (atoms_.contains(std::string(name))) continue;

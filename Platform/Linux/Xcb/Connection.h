@@ -17,6 +17,7 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -92,7 +93,10 @@ class Connection {
 
   // Looked up once, then remembered. `internAtoms` looks up several in one round trip.
   [[nodiscard]] xcb_atom_t atom(std::string_view name);
-  void internAtoms(std::initializer_list<std::string_view> names);
+  void internAtoms(std::span<const std::string_view> names);
+  void internAtoms(std::initializer_list<std::string_view> names) {
+    internAtoms(std::span(names.begin(), names.size()));
+  }
 
   // Several users of one connection share the one event mask of the root window.
   void addRootEvents(std::uint32_t mask);

@@ -13,6 +13,7 @@
 #include "Tests/Linux/EngineSupport.h"
 #include "Tests/Linux/Stream/FrameArrivals.h"
 #include "Tests/Linux/Toolkit/QtEnvironment.h"
+#include "Tests/Support/InlineQueue.h"
 #include "Tests/Support/Wait.h"
 #include "Tests/Support/XClient.h"
 
@@ -96,7 +97,7 @@ class ClickThroughWindowTest : public qt::Test {
     settings.serial = 1;
     auto stream = std::make_shared<stream::CaptureStream>(settings, arrivals_);
     EXPECT_TRUE(
-        stream->addOutput(arrivals_, StreamOutputType::screen, std::make_shared<stream::InlineQueue>()).has_value());
+        stream->addOutput(arrivals_, StreamOutputType::screen, std::make_shared<support::InlineQueue>()).has_value());
     stream->startCapture([](const std::expected<void, Error>& result) { EXPECT_TRUE(result.has_value()); });
     return stream;
   }

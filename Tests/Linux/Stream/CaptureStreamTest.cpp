@@ -19,6 +19,7 @@
 #include "Platform/Linux/Stream/Frame.h"
 #include "Tests/Linux/EngineSupport.h"
 #include "Tests/Linux/Scene/WindowStorm.h"
+#include "Tests/Support/InlineQueue.h"
 #include "Tests/Support/Wait.h"
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
@@ -33,17 +34,6 @@ using ::testing::HasSubstr;
 using Result = std::expected<void, Error>;
 
 constexpr xcb::PixelRect area{40, 30, 300, 220};
-
-class InlineQueue final : public SerialQueue {
- public:
-  void perform(const Job& job) override {
-    const std::lock_guard lock(mutex_);
-    job();
-  }
-
- private:
-  std::mutex mutex_;
-};
 
 // Keeps the frames that arrive until the test takes them.
 class Receiver final : public StreamOutput, public StreamDelegate {
@@ -196,7 +186,7 @@ class CaptureStreamTest : public ::testing::Test {
   CaptureStreamSettings settings;
   std::uint32_t lastColor = 0x405060;
   std::shared_ptr<Receiver> receiver = std::make_shared<Receiver>();
-  std::shared_ptr<InlineQueue> queue = std::make_shared<InlineQueue>();
+  std::shared_ptr<support::InlineQueue> queue = std::make_shared<support::InlineQueue>();
 };
 
 TEST_F(CaptureStreamTest, TheFirstFrameIsTheWholePicture) {

@@ -42,10 +42,4 @@ class FrameArrivals final : public StreamOutput, public StreamDelegate {
   int count_ = 0;
 };
 
-// On whatever thread the job is handed over.
-class InlineQueue final : public SerialQueue {
- public:
-  void perform(const Job& job) override { job(); }
-};
-
 }  // namespace platform::linux::stream

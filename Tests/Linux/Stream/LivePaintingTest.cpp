@@ -12,6 +12,7 @@
 #include "Tests/Linux/EngineSupport.h"
 #include "Tests/Linux/Stream/FrameArrivals.h"
 #include "Tests/Linux/Toolkit/QtEnvironment.h"
+#include "Tests/Support/InlineQueue.h"
 #include "Tests/Support/ProcessState.h"
 #include "Tests/Support/Wait.h"
 #include "Tests/Support/XClient.h"
@@ -48,7 +49,8 @@ class LivePainting : public testing::Test {
     settings.serial = ++serial_;
     earlierFrames_ = arrivals_->count();
     auto stream = std::make_shared<CaptureStream>(settings, arrivals_);
-    EXPECT_TRUE(stream->addOutput(arrivals_, StreamOutputType::screen, std::make_shared<InlineQueue>()).has_value());
+    EXPECT_TRUE(
+        stream->addOutput(arrivals_, StreamOutputType::screen, std::make_shared<support::InlineQueue>()).has_value());
     stream->startCapture([](const std::expected<void, Error>& result) { EXPECT_TRUE(result.has_value()); });
     return stream;
   }

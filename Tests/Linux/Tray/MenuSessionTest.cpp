@@ -4,41 +4,16 @@
 
 #include <string>
 #include <utility>
-#include <vector>
+
+#include "Platform/Simulated/RunLoop.h"
 
 using namespace platform;
+using namespace platform::linux;
+using namespace platform::linux::tray;
 using platform::linux::tray::HostMenus;
 using platform::linux::tray::MenuSession;
 
 namespace {
-
-class Delayed : public DelayedTask {
- public:
-  Delayed(double delay, Job task) : seconds(delay), job(std::move(task)) {}
-  void cancel() override { job = nullptr; }
-  double seconds;
-  Job job;
-};
-
-// Its delayed work runs when the test says so.
-class ManualRunLoop : public RunLoop {
- public:
-  void post(Job job) override { job(); }
-  std::shared_ptr<DelayedTask> after(double seconds, Job job) override {
-    delayed.push_back(std::make_shared<Delayed>(seconds, std::move(job)));
-    return delayed.back();
-  }
-  std::shared_ptr<Timer> every(double, Job) override { return nullptr; }
-  void addToCommonModes(Timer&) override {}
-  std::shared_ptr<SerialQueue> makeSerialQueue(const std::string&, QualityOfService) override { return nullptr; }
-
-  void runDelayed() {
-    for (const auto& task : std::exchange(delayed, {}))
-      if (const Job job = std::exchange(task->job, nullptr)) job();
-  }
-
-  std::vector<std::shared_ptr<Delayed>> delayed;
-};
 
 // A screen whose menus close when the test says so.
 class ManualHostMenus : public HostMenus {
@@ -52,7 +27,12 @@ class ManualHostMenus : public HostMenus {
 class MenuSessionTest : public ::testing::Test {
  protected:
   using Closing = MenuSession::Closing;
-  ManualRunLoop runLoop;
+  // To the end of an opening that nobody reports the end of.
+  void passLimit() { runLoop.advance(MenuSession::longestUnreportedOpening); }
+  void passMoment() { runLoop.advance(MenuSession::longestWaitForChoice); }
+
+  simulated::Record record;
+  simulated::RunLoop runLoop{record};
   ManualHostMenus hostMenus;
   std::string calls;
   bool isShownHere = false;
@@ -89,9 +69,9 @@ TEST_F(MenuSessionTest, AnOpeningOnTopOfAnotherEndsThatFirst) {
 
 TEST_F(MenuSessionTest, AnOpeningWhoseEndIsNeverReportedEndsAfterTheLimit) {
   session->open(Closing::perhapsUnreported);
-  ASSERT_EQ(runLoop.delayed.size(), 1U);
-  EXPECT_EQ(runLoop.delayed.front()->seconds, MenuSession::longestUnreportedOpening);
-  runLoop.runDelayed();
+  runLoop.advance(MenuSession::longestUnreportedOpening - 0.001);
+  EXPECT_EQ(calls, "open ");
+  runLoop.advance(0.001);
   EXPECT_EQ(calls, "open close ");
   session->close();
   EXPECT_EQ(calls, "open close ");
@@ -100,30 +80,30 @@ TEST_F(MenuSessionTest, AnOpeningWhoseEndIsNeverReportedEndsAfterTheLimit) {
 TEST_F(MenuSessionTest, AHostsMenuThatIsStillSeenStaysOpenBeyondTheLimitUntilItLeavesTheScreen) {
   session->open(Closing::perhapsUnreported);
   hostMenus.seen = true;
-  runLoop.runDelayed();
+  passLimit();
   EXPECT_EQ(calls, "open ");
   ASSERT_TRUE(hostMenus.closed);
   std::exchange(hostMenus.closed, nullptr)();
-  runLoop.runDelayed();
+  passMoment();
   EXPECT_EQ(calls, "open close ");
 }
 
 TEST_F(MenuSessionTest, AMenuThatAnOlderTrayOpensHereStaysOpenBeyondTheLimitUntilItHides) {
   session->open(Closing::perhapsUnreported);
   isShownHere = true;
-  runLoop.runDelayed();
+  passLimit();
   EXPECT_EQ(calls, "open ");
   session->closeUnlessChosen();
-  runLoop.runDelayed();
+  passMoment();
   EXPECT_EQ(calls, "open close ");
 }
 
 TEST_F(MenuSessionTest, TheLimitOfOneOpeningDoesNotEndTheNext) {
   session->open(Closing::perhapsUnreported);
+  runLoop.advance(1);
   session->close();
   session->open(Closing::perhapsUnreported);
-  runLoop.delayed.pop_back();
-  runLoop.runDelayed();
+  runLoop.advance(MenuSession::longestUnreportedOpening - 1);
   EXPECT_EQ(calls, "open close open ");
   EXPECT_TRUE(session->isOpen());
 }
@@ -132,7 +112,7 @@ TEST_F(MenuSessionTest, AnOpeningEndsWhenTheHostsMenuLeavesTheScreen) {
   session->open(Closing::perhapsUnreported);
   ASSERT_TRUE(hostMenus.closed);
   std::exchange(hostMenus.closed, nullptr)();
-  runLoop.runDelayed();
+  passMoment();
   EXPECT_EQ(calls, "open close ");
 }
 
@@ -140,29 +120,28 @@ TEST_F(MenuSessionTest, AMenuThatLeavesTheScreenWaitsAMomentForTheChoiceAndEndsW
   session->open(Closing::reported);
   session->closeUnlessChosen();
   session->closeUnlessChosen();
+  runLoop.advance(MenuSession::longestWaitForChoice - 0.001);
   EXPECT_EQ(calls, "open ");
-  ASSERT_EQ(runLoop.delayed.size(), 1U);
-  EXPECT_EQ(runLoop.delayed.front()->seconds, MenuSession::longestWaitForChoice);
   session->close();
   EXPECT_EQ(calls, "open close ");
-  runLoop.runDelayed();
+  passMoment();
   EXPECT_EQ(calls, "open close ");
 }
 
 TEST_F(MenuSessionTest, AMenuThatLeavesTheScreenWithoutAChoiceEndsAfterAMoment) {
   session->open(Closing::reported);
   session->closeUnlessChosen();
-  runLoop.runDelayed();
+  passMoment();
   EXPECT_EQ(calls, "open close ");
   session->closeUnlessChosen();
-  EXPECT_TRUE(runLoop.delayed.empty());
+  EXPECT_TRUE(runLoop.liveDelayedTasks().empty());
 }
 
 TEST_F(MenuSessionTest, AnOpeningDuringThatMomentIsANewOne) {
   session->open(Closing::reported);
   session->closeUnlessChosen();
   session->open(Closing::reported);
-  runLoop.runDelayed();
+  passMoment();
   EXPECT_EQ(calls, "open close open ");
 }
 
@@ -174,7 +153,7 @@ TEST_F(MenuSessionTest, AfterItsEndAnOpeningNoLongerWatchesTheScreen) {
 
 TEST_F(MenuSessionTest, AMenuOfOurOwnMayStayOpenForAsLongAsTheUserLikes) {
   session->open(Closing::reported);
-  EXPECT_TRUE(runLoop.delayed.empty());
+  EXPECT_TRUE(runLoop.liveDelayedTasks().empty());
   EXPECT_FALSE(hostMenus.closed);
   session->close();
   EXPECT_EQ(calls, "open close ");
@@ -184,6 +163,6 @@ TEST_F(MenuSessionTest, AnOpeningEndsWithTheMenuItself) {
   session->open(Closing::perhapsUnreported);
   session.reset();
   EXPECT_EQ(calls, "open close ");
-  runLoop.runDelayed();
+  passLimit();
   EXPECT_EQ(calls, "open close ");
 }
