@@ -10,7 +10,7 @@ namespace platform {
 
 enum class ActivationPolicy : int {
   regular = 0,
-  accessory = 1,  // no entry among the running applications, no menu bar; may still show windows
+  accessory = 1,  // not listed among the running applications, no menu bar; may still show windows
   prohibited = 2,
 };
 
@@ -26,9 +26,9 @@ class Application {
   virtual ~Application() = default;
   virtual void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) = 0;
   virtual void setActivationPolicy(ActivationPolicy policy) = 0;
-  // Returns when the application was terminated.
+  // Returns once the application has been terminated.
   virtual void run() = 0;
-  // Brings the application in front of all others, so that its next window or alert has the keyboard.
+  // Brings the application in front of all others, so that its next window or alert gets the keyboard.
   virtual void activateIgnoringOtherApps() = 0;
   virtual void terminate() = 0;
 };

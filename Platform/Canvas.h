@@ -31,13 +31,13 @@ struct TextStyle {
 class Canvas {
  public:
   virtual ~Canvas() = default;
-  // One path of all these rectangles, filled by the even-odd rule: where two overlap there is a hole.
+  // Fills all these rectangles as one path, by the even-odd rule: where two overlap there is a hole.
   virtual void fillEvenOdd(std::span<const Rect> rects, const Color& color) = 0;
   virtual void fillRoundedRect(const Rect& rect, double radius, const Color& color) = 0;
   // The line is centred on the rectangle's edges.
   virtual void strokeRect(const Rect& rect, double lineWidth, const Color& color) = 0;
   [[nodiscard]] virtual Size measureText(const std::string& text, const TextStyle& style) = 0;
-  // `origin` is the bottom-left corner of the box that `measureText` gives.
+  // `origin` is the bottom-left corner of the text's box, whose size `measureText` returns.
   virtual void drawText(const std::string& text, Point origin, const TextStyle& style) = 0;
 };
 

@@ -1,10 +1,11 @@
-// The capture service: which displays and windows there are, and live pictures of a part of one display with a set of
-// windows left out.
+// The capture service: which displays and windows there are, and live pictures of part of a display, with some windows
+// left out.
 //
-// Threads: every call is made on the main thread. Completions come on any thread, exactly once, and never inside the
-// call that was given them; one that cannot come any more (the desktop is gone) is destroyed. A `StreamOutput` is
-// called on the serial queue it was added with, a `StreamDelegate` on any thread. Ownership: a stream holds its output
-// and its delegate weakly. Destroying a stream stops it. Failure: values; descriptions are sentences.
+// Threads: call on the main thread. A completion runs on any thread, exactly once, and never inside the call it was
+// given to; one that can no longer run (the desktop is gone) is destroyed. A `StreamOutput` is called on the serial
+// queue it was added with, a `StreamDelegate` on any thread.
+// Ownership: a stream holds its output and its delegate weakly. Destroying a stream stops it.
+// Failure: errors are values, and their descriptions are sentences.
 #pragma once
 
 #include <cstdint>
@@ -26,22 +27,22 @@ struct RunningApplication {
   friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
 };
 
-// What more is known of a window that lies over a whole screen and takes the pointer.
+// What else is known about a window that covers a whole screen and takes the pointer.
 enum class ScreenSheet : std::uint8_t {
   none,
-  takesPointer,   // one sees through it, and it would lie on an overlay layer if clicks went through it, too
-  perhapsLocker,  // the same, and a lock screen can be such a window
+  takesPointer,   // see-through; would be on an overlay layer if it let clicks through
+  perhapsLocker,  // the same, but it may be a lock screen
   locker,         // hides the screen from everybody, as lock screens do
 };
 
 // One window as the service describes it.
 struct CaptureWindow {
   std::uint32_t windowID = 0;
-  std::int64_t windowLayer = 0;  // 0: ordinary windows; larger is further in front
+  std::int64_t windowLayer = 0;  // 0: ordinary windows; higher is further in front
   Rect frame;                    // points, global space
   bool isOnScreen = false;
   std::optional<RunningApplication> owningApplication;
-  std::vector<std::string> names{};  // what it is called besides, the most fitting first; none where windows have none
+  std::vector<std::string> names{};  // other names it goes by, the most fitting first
   ScreenSheet sheet = ScreenSheet::none;
   friend bool operator==(const CaptureWindow&, const CaptureWindow&) = default;
 };
@@ -62,15 +63,15 @@ struct ShareableContentOptions {
   friend bool operator==(const ShareableContentOptions&, const ShareableContentOptions&) = default;
 };
 
-// Windows that come while a stream runs, as far as they cover this area or more, in square points: nobody is to see one
-// before it was judged. Those that were admitted before the stream was made are named.
+// Holds back windows that appear while a stream runs and cover at least this area (square points), so that nobody sees
+// one before it has been judged. `admitted` names the windows admitted before the stream was made.
 struct HeldBackWindows {
   double fromArea = 0;
   std::vector<std::uint32_t> admitted;
   friend bool operator==(const HeldBackWindows&, const HeldBackWindows&) = default;
 };
 
-// The whole picture of one display without these windows. A service that cannot hold back windows shows them at once.
+// The whole picture of one display without these windows. A service that cannot hold windows back shows them at once.
 struct ContentFilter {
   CaptureDisplay display;
   std::vector<CaptureWindow> excludingWindows;
@@ -87,25 +88,25 @@ struct MediaTime {
 };
 
 struct StreamConfiguration {
-  DisplayRect sourceRect;  // the part of the display, in points from its top-left corner
+  DisplayRect sourceRect;  // the part of the display to capture, in points from its top-left corner
   std::int64_t width = 0;  // size of the frames in pixels
   std::int64_t height = 0;
   MediaTime minimumFrameInterval;
   PixelFormat pixelFormat = PixelFormat::bgra32;
   bool showsCursor = false;
-  int queueDepth = 0;  // frames that may be under way at once
+  int queueDepth = 0;  // how many frames may be in flight at once
   friend bool operator==(const StreamConfiguration&, const StreamConfiguration&) = default;
 };
 
 enum class FrameStatus : std::int64_t { complete = 0, idle = 1, blank = 2, suspended = 3, started = 4, stopped = 5 };
 
-// What a frame says of itself. The status is a plain integer since a service may send ones that are not named here; it
-// is absent when the frame carries none or one that is not an integer.
+// What a frame says about itself. The status is a plain integer because a service may send values that are not named
+// here. It is absent when the frame carries none, or one that is not an integer.
 struct FrameInfo {
   std::optional<std::int64_t> status;
 };
 
-// One frame. Immutable, shared; the picture lives wherever the adapter keeps pictures.
+// One frame. Immutable and shared; the adapter chooses where to keep the picture.
 class SampleBuffer {
  public:
   virtual ~SampleBuffer() = default;
@@ -137,11 +138,11 @@ class CaptureStream {
   virtual ~CaptureStream() = default;
   virtual std::expected<void, Error> addOutput(std::weak_ptr<StreamOutput> output, StreamOutputType type,
                                                std::shared_ptr<SerialQueue> queue) = 0;
-  // Called once, after the output was added. On success the first frame is on its way.
+  // Call once, after adding the output. On success the first frame is on its way.
   virtual void startCapture(Completion completion) = 0;
   // No frame is delivered after the completion.
   virtual void stopCapture(Completion completion) = 0;
-  // Shows these windows if they are held back; until they leave the screen they will not be held back again.
+  // Shows these windows if they are held back. They are not held back again until they have left the screen.
   virtual void admit(const std::vector<std::uint32_t>& windowIDs) = 0;
 };
 
@@ -151,9 +152,9 @@ class CaptureService {
 
   virtual ~CaptureService() = default;
   virtual void shareableContent(ShareableContentOptions options, ContentCompletion completion) = 0;
-  // Called on the main thread when content that was handed out is no longer true, once until it is asked for again. A
-  // desktop that does not announce its changes never calls: look at the content from time to time, too. The observation
-  // ends when its handle goes.
+  // Calls `changed` on the main thread when content that was handed out is out of date: once, until the content is
+  // asked for again. A desktop that does not announce its changes never calls, so also ask for the content from time to
+  // time. The observation ends when its handle is dropped.
   [[nodiscard]] virtual std::shared_ptr<void> observeContent(std::function<void()> changed) = 0;
   virtual std::shared_ptr<CaptureStream> makeStream(const ContentFilter& filter,
                                                     const StreamConfiguration& configuration,

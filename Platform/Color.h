@@ -1,4 +1,5 @@
-// Colours as the application names them: fixed components, or a role that follows the desktop's light or dark look.
+// Colours as the application names them: fixed components, or a role that follows the desktop's light or dark
+// appearance.
 //
 // Threads: plain values. A role is resolved by the adapter at the moment of drawing.
 #pragma once
@@ -17,7 +18,7 @@ struct Color {
   double red = 0;
   double green = 0;
   double blue = 0;
-  double alpha = 1;  // 0 clear, 1 opaque; less than 1 takes the place of a role's own alpha
+  double alpha = 1;  // 0 clear, 1 opaque; below 1 it replaces a role's own alpha
 
   [[nodiscard]] constexpr Color withAlpha(double value) const { return {role, red, green, blue, value}; }
 

@@ -1,7 +1,8 @@
 // Alerts and the About panel.
 //
-// Threads: main thread only. An alert is modal: the call returns when the user answered it; posted work and timers go
-// on meanwhile. Texts are UTF-8; paragraphs are separated by an empty line.
+// Threads: main thread only. An alert is modal: the call returns once the user has answered. Posted work and timers go
+// on meanwhile.
+// Texts: UTF-8, with an empty line between paragraphs.
 #pragma once
 
 #include <string>
@@ -17,8 +18,8 @@ struct Alert {
   std::vector<std::string> buttons;  // the first is the default
 };
 
-// What `runModal` answers for the first button; the second gives one more, and so on. A closed alert answers as its
-// last button does.
+// `runModal` returns this for the first button, one more for the second, and so on. A closed alert returns what its
+// last button would.
 inline constexpr int alertFirstButtonReturn = 1000;
 
 struct AboutPanel {

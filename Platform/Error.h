@@ -5,7 +5,7 @@
 
 namespace platform {
 
-// Why an operation failed, in one sentence for a person (UTF-8, the user's language where the desktop has one).
+// Why an operation failed, in one sentence for a person (UTF-8, in the user's language where the desktop has one).
 struct Error {
   std::string localizedDescription;
   friend bool operator==(const Error&, const Error&) = default;

@@ -1,7 +1,9 @@
-// A look at the desktop from outside the application: what there is of what it needs, whether or not it runs.
+// Examines the desktop from outside the application: which of the things the application needs are there, whether or
+// not it runs.
 //
-// Threads: main thread of a process that has no `Platform`. Blocks for as long as the answers take, a second or two at
-// most. Nothing is changed, and what is tried out is given back. Failure: what cannot be looked at is itself a finding.
+// Threads: main thread of a process that has no `Platform`. Blocks until the answers are in, a second or two at most.
+// Effects: changes nothing, and gives back whatever it tries out.
+// Failure: what cannot be examined is itself a finding.
 #pragma once
 
 #include <cstdint>
@@ -15,15 +17,15 @@ namespace platform {
 
 enum class Health {
   works,
-  limited,  // something is missing that one can do without: a tray, the log
-  fails,    // something does not work that a live cover, the commands or the hot keys need, or that the user wrote
+  limited,  // something optional is missing: a tray, the log
+  fails,    // something fails that a live cover, the commands or the hot keys need, or that the user wrote
 };
 
 struct Finding {
   std::string subject;  // a few words
   Health health = Health::works;
   std::string detail;  // a sentence or less
-  std::string fix{};   // sentences; empty when nothing is to be done
+  std::string fix{};   // sentences; empty when there is nothing to do
   friend bool operator==(const Finding&, const Finding&) = default;
 };
 
@@ -34,18 +36,18 @@ struct HotKeyTrial {
 };
 
 struct ExaminationRequest {
-  std::vector<HotKeyTrial> hotKeys;   // to be tried out
+  std::vector<HotKeyTrial> hotKeys;   // to try out
   std::string logFile;                // below the home directory
-  std::vector<std::string> settings;  // keys of settings to be read
+  std::vector<std::string> settings;  // the keys of the settings to read
 };
 
 enum class HotKeyAnswer { granted, refused, unknown };
 
 struct Examination {
-  std::vector<Finding> findings;                   // in the order of a chain: each builds on those before it
-  std::vector<HotKeyAnswer> hotKeys;               // one for each trial
-  std::map<std::string, SettingValue> settings{};  // of the asked keys, those that are stored
-  std::string settingsFile{};                      // where they are stored, for people
+  std::vector<Finding> findings;                   // in order: each builds on those before it
+  std::vector<HotKeyAnswer> hotKeys;               // one per trial
+  std::map<std::string, SettingValue> settings{};  // those of the requested keys that are stored
+  std::string settingsFile{};                      // where they are stored, for a person to read
 };
 
 // Defined by the adapter that is linked in.

@@ -1,4 +1,4 @@
-// Plain files, as much of them as a log needs.
+// Plain files, with only the operations that a log needs.
 //
 // Threads: any. Paths are absolute. Every failure is a value that the caller may ignore.
 #pragma once
@@ -27,7 +27,7 @@ class Files {
   [[nodiscard]] virtual bool fileExists(const std::string& path) const = 0;
   // Never creates and never truncates.
   virtual std::expected<std::unique_ptr<FileHandle>, Error> openForWriting(const std::string& path) = 0;
-  // Makes these bytes the whole content of the file, creating it when needed; never creates a directory.
+  // Makes these bytes the whole content of the file and creates the file if needed; never creates a directory.
   virtual std::expected<void, Error> write(const std::string& path, std::string_view bytes) = 0;
 };
 

@@ -1,7 +1,7 @@
 // Plane geometry shared by the application and every adapter.
 //
 // Units and axes: points, origin at the bottom-left corner of the primary screen, y up, unless a name says otherwise
-// (`DisplayRect`). Rectangles are half-open: they hold their minimum edges and not their maximum edges.
+// (`DisplayRect`). Rectangles are half-open: they contain their minimum edges but not their maximum edges.
 // Threads: plain values, free to use on any thread. Nothing here allocates or fails.
 #pragma once
 
@@ -46,7 +46,7 @@ struct Rect {
   friend bool operator==(const Rect&, const Rect&) = default;
 };
 
-// The common part of two rectangles; absent when they do not meet (a shared edge is a common part without area).
+// The common part of two rectangles; absent when they do not meet. A shared edge is a common part without area.
 [[nodiscard]] inline std::optional<Rect> intersection(const Rect& a, const Rect& b) {
   const double left = std::max(a.minX(), b.minX());
   const double right = std::min(a.maxX(), b.maxX());
@@ -64,7 +64,7 @@ struct Rect {
   return {{left, bottom}, {std::max(a.maxX(), b.maxX()) - left, std::max(a.maxY(), b.maxY()) - bottom}};
 }
 
-// A rectangle in points relative to the top-left corner of one display, y down: what a capture service expects.
+// A rectangle in points relative to the top-left corner of one display, y down, as a capture service expects it.
 struct DisplayRect {
   double x = 0;
   double y = 0;

@@ -1,9 +1,9 @@
 // System-wide hot keys.
 //
 // Threads: main thread only; presses are delivered there, synchronously, from the event loop.
-// Ownership: references are opaque and stay valid until they are given back. The user data is not owned; the handler
-// must be removed before it goes. Failure: a combination that cannot be had gives no reference; nothing is shown or
-// logged.
+// Ownership: references are opaque and stay valid until they are given back. The user data is not owned: remove the
+// handler before it goes.
+// Failure: a combination that is not available gives no reference; nothing is shown or logged.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ struct HotKeyID {
   friend bool operator==(const HotKeyID&, const HotKeyID&) = default;
 };
 
-// Modifier masks as the bindings state them.
+// Modifier masks, as bindings use them.
 namespace hotkeymodifiers {
 inline constexpr std::uint32_t command = 0x100;
 inline constexpr std::uint32_t option = 0x800;
@@ -46,7 +46,7 @@ class HotKeys {
   virtual std::optional<HotKeyReference> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                         HotKeyID id) = 0;
   virtual void unregisterHotKey(HotKeyReference reference) = 0;
-  // Whether presses still come: a desktop may lose a combination that it granted, and find it again.
+  // Whether presses still arrive: a desktop may lose a combination that it granted, and get it back.
   [[nodiscard]] virtual bool isHeld(HotKeyReference reference) const = 0;
 };
 

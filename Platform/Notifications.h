@@ -1,7 +1,7 @@
-// Short messages that the desktop shows for a moment and then takes away by itself.
+// Short messages that the desktop shows for a moment and then removes.
 //
 // Threads: main thread only. Returns at once.
-// Failure: a desktop that shows no such messages shows none.
+// Failure: a desktop that cannot show such messages shows none.
 #pragma once
 
 #include <string>
@@ -17,8 +17,8 @@ struct Notification {
 class Notifications {
  public:
   virtual ~Notifications() = default;
-  // Shows it to this user once, and never again under this name, whatever comes of it; not at all when that cannot be
-  // remembered. `name` is a plain word.
+  // Shows it to this user once, and never again under this name, even if showing it failed. Shows nothing when that
+  // cannot be remembered. `name` is a plain word.
   virtual void showOnce(const std::string& name, const Notification& notification) = 0;
 };
 

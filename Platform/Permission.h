@@ -10,7 +10,7 @@ class ScreenCaptureAccess {
   virtual ~ScreenCaptureAccess() = default;
   // Whether capturing is allowed now. Never asks.
   [[nodiscard]] virtual bool preflight() = 0;
-  // Asks for it, in whatever way the desktop has; true when it is allowed now.
+  // Asks for permission, in whatever way the desktop offers; true when capturing is now allowed.
   virtual bool request() = 0;
 };
 

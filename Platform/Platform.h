@@ -1,7 +1,7 @@
 // The desktop: all ports behind one reference.
 //
 // Threads: main thread only, except where a port says otherwise.
-// Lifetime: every port lives as long as the platform, and the platform outlives everything that was built on it.
+// Lifetime: every port lives as long as the platform, and the platform outlives everything built on it.
 #pragma once
 
 #include <memory>
@@ -59,8 +59,8 @@ class Platform {
   virtual Texts& texts() = 0;
 };
 
-// Defined once by the adapter that is linked in. Never null: an adapter that cannot reach its desktop says so to the
-// user and ends the process.
+// Defined once, by the adapter that is linked in. Never null: an adapter that cannot reach its desktop tells the user
+// and ends the process.
 std::unique_ptr<Platform> makePlatform(std::span<char* const> arguments);
 
 }  // namespace platform

@@ -1,4 +1,4 @@
-// What a process knows of itself and its surroundings.
+// What a process knows about itself and its surroundings.
 //
 // Threads: any. Strings are UTF-8 where the system's are.
 #pragma once

@@ -1,9 +1,10 @@
 // The main queue, delayed and repeating work, and serial queues.
 //
-// Threads: `post` may be called on any thread; everything else belongs to the main thread. Jobs given to a `RunLoop`
-// run on the main thread, one at a time, never inside the call that hands them over. Lifetime: a job that never comes
-// to run (the loop ended) is destroyed unrun. Handles may be dropped at any time; dropping one neither cancels nor
-// fires it. Units: seconds.
+// Threads: `post` may be called on any thread, everything else only on the main thread. A `RunLoop` runs its jobs on
+// the main thread, one at a time, never inside the call that hands them over.
+// Lifetime: a job that never gets to run (the loop ended) is destroyed. Handles may be dropped at any time; dropping
+// one neither cancels nor fires it.
+// Units: seconds.
 #pragma once
 
 #include <functional>
@@ -17,21 +18,21 @@ using Job = std::function<void()>;
 class DelayedTask {
  public:
   virtual ~DelayedTask() = default;
-  // A cancelled task never runs. Harmless after it ran, and when repeated.
+  // A cancelled task never runs. Harmless after it has run, and when repeated.
   virtual void cancel() = 0;
 };
 
 class Timer {
  public:
   virtual ~Timer() = default;
-  // Ends the repetition at once. Harmless when repeated.
+  // Stops the timer at once. Harmless when repeated.
   virtual void invalidate() = 0;
 };
 
 enum class QualityOfService { userInteractive };
 
-// Runs jobs one at a time, in the order in which they were handed over, on a thread of its own choosing that is never
-// the main thread. The application only creates one and hands it on.
+// Runs jobs one at a time, in the order they were handed over, on a thread of its own choosing that is never the main
+// thread. The application only creates a queue and passes it on.
 class SerialQueue {
  public:
   virtual ~SerialQueue() = default;
@@ -43,7 +44,7 @@ class RunLoop {
   virtual ~RunLoop() = default;
   virtual void post(Job job) = 0;
   virtual std::shared_ptr<DelayedTask> after(double seconds, Job job) = 0;
-  // The first firing comes one interval from now. Late firings are not made up for.
+  // Fires for the first time one interval from now. Late firings are not made up for.
   virtual std::shared_ptr<Timer> every(double seconds, Job job) = 0;
   // Keeps the timer firing while a menu or a modal alert runs its own loop.
   virtual void addToCommonModes(Timer& timer) = 0;

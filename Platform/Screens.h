@@ -26,12 +26,12 @@ class Screens {
   virtual ~Screens() = default;
   // All screens in the desktop's order; empty when there is none.
   [[nodiscard]] virtual std::vector<Screen> all() const = 0;
-  // The screen that has the keyboard focus, or the nearest notion that the desktop knows.
+  // The screen with the keyboard focus, or the nearest thing the desktop has.
   [[nodiscard]] virtual std::optional<Screen> main() const = 0;
   // The pointer's position in the global space.
   [[nodiscard]] virtual Point mouseLocation() const = 0;
-  // Called after a screen was added, removed, moved, resized or rescaled; once per change of the configuration, for
-  // the life of the process.
+  // Called after a screen was added, removed, moved, resized or rescaled, once per change of the configuration, for the
+  // life of the process.
   virtual void observeChanges(std::function<void()> observer) = 0;
 };
 

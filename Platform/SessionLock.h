@@ -1,4 +1,4 @@
-// Whether the session is withheld from whoever sits at the screen: locked, behind a screen saver, or blanked.
+// Whether the session is hidden from whoever sits at the screen: locked, behind a screen saver, or blanked.
 //
 // Threads: main thread only; observers are called there, from the event loop.
 // Failure: a desktop that cannot tell counts as never locked.
@@ -11,7 +11,7 @@ namespace platform {
 class SessionLock {
  public:
   virtual ~SessionLock() = default;
-  // Costs nothing: what was last heard.
+  // The last known state; costs nothing.
   [[nodiscard]] virtual bool isLocked() const = 0;
   // Called after every change, for the life of the process.
   virtual void observeChanges(std::function<void()> observer) = 0;

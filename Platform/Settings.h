@@ -1,8 +1,8 @@
 // A persistent store of small typed values under string keys.
 //
 // Threads: main thread only.
-// Failure: reading what is absent, unreadable or of another type gives nothing; writing never fails visibly. A value
-// that was set reads back in this process even when it could not be saved.
+// Failure: reading a value that is absent, unreadable or of another type gives nothing; writing never fails visibly. A
+// value that was set reads back in this process even if it could not be saved.
 #pragma once
 
 #include <cstdint>

@@ -33,7 +33,7 @@ class StatusButton {
 
 enum class ControlState : int { off = 0, on = 1 };
 
-// Modifier flags of key equivalents.
+// Modifier flags for key equivalents.
 namespace modifierflags {
 inline constexpr std::uint32_t control = 0x40000;
 inline constexpr std::uint32_t option = 0x80000;
@@ -48,7 +48,7 @@ struct MenuItem {
   Action action;                                           // empty: shown disabled
   std::string keyEquivalent;                               // one lower-case letter, or none
   std::optional<std::uint32_t> keyEquivalentModifierMask;  // absent: the desktop's default
-  std::optional<bool> isEnabled;                           // a wish; with an action the item is enabled all the same
+  std::optional<bool> isEnabled;                           // a wish: an item with an action is enabled anyway
   std::optional<ControlState> state;                       // absent: it never has a check mark
   std::int64_t tag = 0;
   std::vector<MenuItem> submenu;
@@ -59,8 +59,8 @@ class Menu;
 class MenuDelegate {
  public:
   virtual ~MenuDelegate() = default;
-  // A desktop that shows menus in another process hands over the lines before anybody opens the menu, since a host may
-  // refuse an empty one. Nothing opens; what changes later is shown from the first opening on.
+  // A desktop that shows menus in another process needs the lines before anybody opens the menu, since a host may
+  // refuse an empty one. Nothing opens; later changes show from the first opening on.
   virtual void menuWillBeListed(Menu& menu) = 0;
   virtual void menuWillOpen(Menu& menu) = 0;
   // Follows every `menuWillOpen` exactly once.

@@ -11,7 +11,7 @@ namespace platform {
 class Texts {
  public:
   virtual ~Texts() = default;
-  // The same text in the user's language; itself when there is no translation of it.
+  // The text in the user's language, or the text itself when there is no translation.
   [[nodiscard]] virtual std::string translated(std::string_view english) const = 0;
 };
 

@@ -2,8 +2,8 @@
 //
 // Threads: main thread only; responders are called there.
 // Units and axes: points; a view's frame is in its superview's space, its bounds start at (0, 0); y up.
-// Ownership: a view shares its subviews and layers and holds its responder weakly. Later subviews lie above earlier
-// ones, and all subviews above the layers.
+// Ownership: a view shares its subviews and layers and holds its responder weakly.
+// Order: later subviews lie above earlier ones, and all subviews above the layers.
 #pragma once
 
 #include <cstdint>
@@ -25,13 +25,13 @@ enum class VideoGravity {
 
 enum class RendererStatus : int { unknown = 0, rendering = 1, failed = 2 };
 
-// Shows frames in the order in which they are enqueued, each until the next. A service may keep a frame that is shown
-// up to date by itself, and deliver the next one only when it cannot.
+// Shows frames in the order they are enqueued, each until the next. A service may keep the frame on show up to date by
+// itself, and deliver the next one only when it cannot.
 class SampleBufferRenderer {
  public:
   virtual ~SampleBufferRenderer() = default;
   [[nodiscard]] virtual RendererStatus status() const = 0;
-  // Forgets what was enqueued and leaves the failed state.
+  // Drops what was enqueued and leaves the failed state.
   virtual void flush() = 0;
   virtual void enqueue(std::shared_ptr<const SampleBuffer> sample) = 0;
 };
@@ -44,7 +44,7 @@ class DisplayLayer {
   [[nodiscard]] virtual SampleBufferRenderer& sampleBufferRenderer() = 0;
 };
 
-// Edges that follow the superview when it is resized.
+// Dimensions that follow the superview when it is resized.
 namespace resizemask {
 inline constexpr unsigned widthSizable = 2;
 inline constexpr unsigned heightSizable = 16;
@@ -81,14 +81,14 @@ class Label : public View {
 
 enum class Cursor { arrow, crosshair };
 
-// Receives the key position 53 for Escape, whatever the keyboard layout.
+// The key code of Escape, whatever the keyboard layout.
 inline constexpr std::uint16_t escapeKeyCode = 53;
 
 struct KeyEvent {
   std::uint16_t keyCode = 0;  // a virtual key code of the ANSI layout
 };
 
-// What the application makes of a view. Each call is a no-op unless overridden, as it is for a plain view.
+// The application's side of a view. Each call does nothing unless overridden, as in a plain view.
 class ViewResponder {
  public:
   virtual ~ViewResponder() = default;

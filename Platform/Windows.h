@@ -76,10 +76,10 @@ class Windows {
   virtual std::unique_ptr<Window> makeWindow(const WindowAttributes& attributes) = 0;
   // A level above all ordinary windows, menus and full-screen applications.
   [[nodiscard]] virtual WindowLevel shieldingLevel() const = 0;
-  // Windows of that level stay beneath whatever could be a lock screen, but for those of which this says that they may
-  // be overlapped: none until it is set. Asked often.
+  // Windows at that level stay below anything that could be a lock screen, unless `mayOverlap` says that it may be
+  // covered. Until this is set, nothing may be. Called often.
   virtual void setMayOverlap(std::function<bool(const CaptureWindow&)> mayOverlap) = 0;
-  // Sees every key press that is delivered to the application before its windows do; true swallows it.
+  // Sees every key press that is delivered to the application, before its windows do; returning true swallows it.
   virtual EventMonitor addLocalKeyDownMonitor(std::function<bool(const KeyEvent&)> handler) = 0;
   virtual void removeMonitor(EventMonitor monitor) = 0;
 };

@@ -1,6 +1,6 @@
-// Opening links with whatever the desktop opens them with.
+// Opens links with whatever the desktop uses for them.
 //
-// Threads: main thread only. Returns at once; a link that nothing opens is the adapter's to explain to the user.
+// Threads: main thread only. Returns at once. When nothing opens a link, the adapter tells the user.
 #pragma once
 
 #include <string>
