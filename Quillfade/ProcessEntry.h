@@ -13,12 +13,12 @@ namespace quillfade {
 extern platform::Application* app;
 extern std::shared_ptr<AppDelegate> delegate;
 
-// Runs the application on this desktop until it is terminated; the result is the process's exit status. The globals are
-// released on the way out, since what they hold must not outlive the desktop.
+// Runs the application on this desktop until it is terminated; returns the process's exit status. Releases the globals
+// on the way out, since what they hold must not outlive the desktop.
 int runApplication(platform::Platform& platform);
 
-// The same, unless the application is running on this desktop already: then it says so and does nothing, which is a
-// failure where a demonstration was asked for. Commands from outside reach the delegate from now on.
+// The same, unless the application already runs on this desktop: then it says so and does nothing, which is a failure
+// if a demonstration was asked for. From now on commands from outside reach the delegate.
 int runOnlyInstance(platform::Platform& platform);
 
 }  // namespace quillfade

@@ -14,10 +14,10 @@ class Alerts {
  public:
   explicit Alerts(platform::Platform& platform) : platform_(platform) {}
 
-  // Shows the alert in front of all applications, in the user's language, and waits for the answer. While another
-  // alert waits, that one comes to the front instead, and nothing is answered.
+  // Shows the alert in front of all applications, in the user's language, and waits for the answer. If another alert is
+  // already waiting, brings that one to the front instead and returns nothing.
   std::optional<int> ask(const platform::Alert& alert);
-  // The same for an alert whose answer says nothing: it is shown once the one that waits is answered.
+  // The same, for an alert whose answer does not matter. If another alert is waiting, this one is shown after it.
   void tell(const platform::Alert& alert);
 
  private:

@@ -22,7 +22,7 @@ void AppDelegate::applicationDidFinishLaunching() {
   overlay_->setOnStateChange([weakDelegate = weak_from_this()] {
     if (const auto delegate = weakDelegate.lock()) delegate->updateStatusButton();
   });
-  // A cover hides whatever the live copy leaves out, even where that could be a lock screen by its looks.
+  // A cover hides whatever the live copy leaves out, even a window that could be a lock screen.
   platform_.windows().setMayOverlap([&platform = platform_](const platform::CaptureWindow& window) {
     return isExcluded(judge(window, platform.screens().main().value_or(platform::Screen{}),
                             platform.process().bundleIdentifier(), userRules(platform.rulesFile()).windows));
@@ -71,7 +71,7 @@ void AppDelegate::startDemonstration() {
   overlay_->setEnabled(true);
 }
 
-// Tells whoever starts the application for the first time where to find it.
+// Tells a first-time user where to find the application.
 void AppDelegate::welcome() {
   const platform::Texts& texts = platform_.texts();
   std::string text = texts.translated("Look for the pencil: its menu offers everything.");

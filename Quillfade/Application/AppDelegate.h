@@ -1,7 +1,7 @@
 // The application's shell: the launch, and the wires between the status menu, the commands, the hot keys and the cover.
 //
 // Threads: main thread only.
-// Lifetime: always held by a shared pointer; everything that is handed to others holds the delegate weakly.
+// Lifetime: always held by a shared pointer; whatever is handed to others holds the delegate weakly.
 #pragma once
 
 #include <memory>
@@ -55,7 +55,7 @@ class AppDelegate final : public platform::ApplicationDelegate,
   [[nodiscard]] OverlayController& overlay() const { return *overlay_; }
   [[nodiscard]] RegionSelector& selector() const { return *selector_; }
   [[nodiscard]] const std::shared_ptr<HotKeyManager>& hotKeys() const { return hotKeys_; }
-  // As they are now, in the order in which they were bound.
+  // As they are now, in the order they were bound.
   [[nodiscard]] std::vector<HotKeyState> hotKeyStates() const;
 
  private:
@@ -70,7 +70,7 @@ class AppDelegate final : public platform::ApplicationDelegate,
   StatusMenu statusMenu_;
   std::shared_ptr<HotKeyManager> hotKeys_;
   HotKeyTable hotKeyTable_ = builtInHotKeys;
-  std::vector<std::optional<platform::HotKeyReference>> hotKeyReferences_;  // one for each that was bound
+  std::vector<std::optional<platform::HotKeyReference>> hotKeyReferences_;  // one per binding; absent if it was refused
 };
 
 }  // namespace quillfade

@@ -27,10 +27,11 @@ class Commands {
   Outcome toggleCover();
   void peek();
   Outcome wholeScreen();
-  // Done once the selection is on the screen.
+  // Succeeds once the selection is on the screen, without waiting for the user to finish it.
   Outcome selectArea();
   void chooseStyle(const platform::MenuItem& item);
-  // From the command line only. Unlike the menu, it leads back from the solid cover to the live one, with permission.
+  // From the command line only. Unlike the menu, it can lead back from the solid cover to the live one, with
+  // permission.
   Outcome requestStyle(CoverStyle style);
   void toggleOutline();
   void toggleLaunchAtLogin();

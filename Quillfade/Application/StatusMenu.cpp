@@ -28,7 +28,7 @@ MenuItem withKey(MenuItem item, const char* key, std::uint32_t mask) {
   return item;
 }
 
-// A key that has no letter of its own is not shown.
+// A key without a letter of its own is not shown.
 MenuItem withHotKey(MenuItem item, const KeyCombination& combination) {
   namespace keys = platform::hotkeymodifiers;
   namespace flags = platform::modifierflags;

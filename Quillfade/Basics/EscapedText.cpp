@@ -9,8 +9,8 @@
 namespace quillfade {
 namespace {
 
-// First and last of the characters that a reader does not see as such: controls of both sets, what has no width, what
-// turns the direction of the text around it, and what ends lines or paragraphs.
+// First and last of the characters that a reader does not see as such: both sets of control characters, characters
+// without width, those that change the direction of the text, and those that end lines or paragraphs.
 constexpr std::array<std::pair<char32_t, char32_t>, 8> invisible{{
     {0x00, 0x1F},
     {0x7F, 0x9F},
@@ -39,7 +39,7 @@ std::string numbered(char32_t code) {
 std::string escapedText(std::string_view original) {
   std::string text;
   while (!original.empty()) {
-    // What is not UTF-8 stays; only whole characters can be judged.
+    // Bytes that are not UTF-8 stay: only whole characters can be judged.
     const auto character = platform::firstUtf8Character(original).value_or(platform::Utf8Character{U'?', 1});
     const std::string_view bytes = original.substr(0, character.length);
     original.remove_prefix(character.length);

@@ -1,4 +1,4 @@
-// Foreign text on one line of ours.
+// Makes foreign text safe to print on one line.
 #pragma once
 
 #include <string>
@@ -6,9 +6,9 @@
 
 namespace quillfade {
 
-// Control characters, and others that show as nothing or turn the text around them, as escapes beginning with a
-// backslash; quotes and backslashes behind one. The result can neither end a line nor a quoted text, and it reads in
-// the order in which it is written.
+// Writes control characters, and others that are invisible or change the direction of the text, as escapes with a
+// backslash, and puts a backslash before quotes and backslashes. The result cannot end a line or a quoted text, and it
+// reads in the order it is written.
 [[nodiscard]] std::string escapedText(std::string_view text);
 
 }  // namespace quillfade

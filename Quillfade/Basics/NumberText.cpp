@@ -7,7 +7,7 @@
 namespace quillfade {
 
 std::string numberText(double value) {
-  // Where a number of seventeen digits, which is as many as one can have, would be written without an exponent.
+  // Seventeen digits are the most that a number needs. In this range even they are written without an exponent.
   const bool isPlain = value == 0 || (std::abs(value) >= 1e-4 && std::abs(value) < 1e17);
   const auto format = isPlain ? std::chars_format::fixed : std::chars_format::scientific;
   std::array<char, 32> digits{};

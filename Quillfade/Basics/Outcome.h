@@ -6,8 +6,8 @@
 
 namespace quillfade {
 
-// Carried out, or a sentence for the user that says why not. A type of its own, since a menu and a key have nobody to
-// tell: newer libraries warn where a plain std::expected is not looked at.
+// Carried out, or a sentence that tells the user why not. A type of its own, because menus and keys ignore it: newer
+// libraries warn when a plain std::expected is ignored.
 struct Outcome : std::expected<void, std::string> {
   using expected::expected;
 };

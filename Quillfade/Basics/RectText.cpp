@@ -19,8 +19,8 @@ std::size_t digitsAt(std::string_view text, std::size_t start) {
   return end - std::min(start, text.size());
 }
 
-// The length of the decimal number at the front, zero when there is none: a sign, digits with or without a point, and
-// an exponent, of which only the digits are a must.
+// The length of the decimal number at the front, zero when there is none: an optional sign, digits with or without a
+// point, and an optional exponent.
 std::size_t numberLength(std::string_view text) {
   std::size_t length = text.starts_with('+') || text.starts_with('-') ? 1 : 0;
   const std::size_t whole = digitsAt(text, length);
@@ -35,13 +35,13 @@ std::size_t numberLength(std::string_view text) {
   return power == 0 ? length : exponent + power;
 }
 
-// A stream with the classic locale reads the same on every desktop, whatever its decimal sign.
+// A stream with the classic locale reads the same on every desktop, whatever its decimal separator.
 double numberIn(std::string_view text) {
   std::istringstream stream{std::string{text}};
   stream.imbue(std::locale::classic());
   double value = 0;
   stream >> value;
-  // What is too small to be told from zero fails, too.
+  // Reading also fails for numbers too small to tell from zero.
   if (stream.fail() && std::abs(value) >= 1) return std::numeric_limits<double>::infinity();
   return value;
 }

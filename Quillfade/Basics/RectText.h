@@ -10,8 +10,8 @@ namespace quillfade {
 
 [[nodiscard]] std::string rectText(const platform::Rect& rect);
 
-// The first four decimal numbers in the text, whatever stands around them; zero for those that are not there. A number
-// beyond the range of numbers makes it the zero rectangle.
+// The first four decimal numbers in the text, whatever stands around them; zero for any that are missing. A number out
+// of range gives the zero rectangle.
 [[nodiscard]] platform::Rect rectFromText(std::string_view text);
 
 }  // namespace quillfade

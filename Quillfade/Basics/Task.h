@@ -1,8 +1,8 @@
-// Asynchronous steps as coroutines, all of them on the main thread.
+// Asynchronous steps as coroutines, all on the main thread.
 //
-// A `Task` starts at once and belongs to nobody: its frame lives until its last step, or until whoever was to continue
-// it is gone. It suspends only by `co_await onMainQueue<Result>(…)`, whose every resumption is posted to the main
-// queue; so the order of the steps is the order of the text, and no state needs a lock.
+// A `Task` starts at once and has no owner: its frame lives until its last step, or until nothing is left to resume it.
+// It suspends only in `co_await onMainQueue<Result>(…)`, and every resumption is posted to the main queue. So the steps
+// run in the order they are written, and no state needs a lock.
 #pragma once
 
 #include <coroutine>
@@ -18,7 +18,7 @@
 namespace quillfade {
 
 struct Task {
-  // The names are the language's.
+  // The language gives these names.
   // NOLINTBEGIN(readability-identifier-naming)
   struct promise_type {
     Task get_return_object() { return {}; }
@@ -30,7 +30,7 @@ struct Task {
   // NOLINTEND(readability-identifier-naming)
 };
 
-// Waits for an operation that reports its end by a callback, on whatever thread.
+// Waits for an operation that reports its end through a callback, on any thread.
 template <class Result>
 class MainQueueAwaiter {
  public:
@@ -53,7 +53,7 @@ class MainQueueAwaiter {
   // NOLINTEND(readability-identifier-naming)
 
  private:
-  // Owns the suspended coroutine: when the last callback goes without having been called, the coroutine goes with it.
+  // Owns the suspended coroutine: when the last callback is destroyed without having been called, so is the coroutine.
   class Suspension {
    public:
     Suspension(std::coroutine_handle<> handle, std::optional<Result>& result) : handle_(handle), result_(result) {}
@@ -84,7 +84,7 @@ template <class Result>
   return {loop, std::move(operation)};
 }
 
-// Goes on at a later turn of the main queue.
+// Resumes on a later turn of the main queue.
 [[nodiscard]] inline MainQueueAwaiter<std::monostate> nextTurn(platform::RunLoop& loop) {
   return {loop, [](const std::function<void(std::monostate)>& proceed) { proceed({}); }};
 }

@@ -14,7 +14,7 @@ namespace {
 using Parsed = std::expected<Command, std::string>;
 using Words = std::vector<std::string>;
 
-// The sentence goes to a terminal, whatever the word is made of.
+// The sentence goes to a terminal, so the word is escaped.
 std::string quoted(const std::string& word) { return '"' + escapedText(word) + '"'; }
 
 Parsed tooMany(const std::string& name) { return std::unexpected(quoted(name) + " does not take that many words."); }
@@ -29,7 +29,7 @@ Parsed parsePeek(const Words& words) {
   std::istringstream stream(words[1]);
   stream.imbue(std::locale::classic());
   double seconds = 0;
-  // Some standard libraries read hexadecimal, too.
+  // Some standard libraries also read hexadecimal.
   if (words[1].find_first_not_of("+-.0123456789eE") != std::string::npos || !(stream >> seconds) ||
       stream.peek() != std::istringstream::traits_type::eof() || !(seconds > 0 && seconds <= longestPeek)) {
     return std::unexpected("A peek takes a number of seconds above 0 and up to 3600, not " + quoted(words[1]) + ".");
@@ -56,7 +56,7 @@ Parsed parseReport(const Words& words, const std::string& name) {
   return std::unexpected(name + " takes no other word than \"--json\".");
 }
 
-// Everything from the program's name on is the program's own, whatever it looks like.
+// Everything from the program's name on belongs to the program, whatever it looks like.
 Parsed parseShare(const Words& words) {
   auto view = ShareView::unmirrored;
   std::size_t next = 1;

@@ -1,4 +1,4 @@
-// The words of the command line: what they mean, and what the program says about them.
+// The command line: what its words mean, and what the program says about them.
 //
 // Pure; needs no desktop.
 #pragma once
@@ -38,7 +38,7 @@ struct Doctor {
 struct Quit {};
 struct Share {
   ShareView view = ShareView::unmirrored;
-  std::vector<std::string> program;  // and its words
+  std::vector<std::string> program;  // and its arguments
 };
 struct InstallShare {
   ShareView view = ShareView::unmirrored;
@@ -47,7 +47,7 @@ struct InstallShare {
 struct UninstallShare {
   std::string application;
 };
-struct Start {};  // no words of its own: run the application
+struct Start {};  // no command: run the application
 struct Help {};
 struct Version {};
 }  // namespace command
@@ -60,13 +60,13 @@ using Command = std::variant<command::Toggle, command::Peek, command::WholeScree
 namespace exitstatus {
 inline constexpr int success = 0;
 inline constexpr int failure = 1;  // no running instance, or the command could not be carried out
-inline constexpr int usage = 2;    // the words make no command
+inline constexpr int usage = 2;    // the words are not a command
 }  // namespace exitstatus
 
 // The longest peek that the command line takes, in seconds.
 inline constexpr double longestPeek = 3600;
 
-// Words of launchers and toolkits may stand before the command. The error is a sentence for the user.
+// Words from launchers and toolkits may come before the command. The error is a sentence for the user.
 [[nodiscard]] std::expected<Command, std::string> parseCommand(const std::vector<std::string>& arguments);
 
 [[nodiscard]] std::string helpText();

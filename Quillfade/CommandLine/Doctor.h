@@ -7,7 +7,7 @@
 
 namespace quillfade {
 
-// The whole report, and what the process ends with.
+// The whole report and the exit status.
 [[nodiscard]] platform::RemoteReply examine(bool asJson);
 
 }  // namespace quillfade

@@ -16,25 +16,25 @@
 
 namespace quillfade {
 
-// The hot keys of the running instance, or why there is none to ask.
+// The hot keys of the running instance, or why they are not known.
 using RunningHotKeys = std::expected<std::vector<HotKeyState>, platform::Error>;
 
 [[nodiscard]] platform::Finding instanceFinding(const RunningHotKeys& running);
-// The running instance knows its keys; without one, what came of trying them out counts. One finding for each key.
+// From the running instance, which knows its keys, or else from trying them out. One finding per key.
 [[nodiscard]] std::vector<platform::Finding> hotKeyFindings(const RunningHotKeys& running, const HotKeyTable& table,
                                                             const std::vector<platform::HotKeyAnswer>& trials,
                                                             const std::string& rulesPath);
-// What is wrong with the stored area, if anything. `path`: of the settings.
+// What is wrong with the stored area, if anything. `path` is where the settings are stored.
 [[nodiscard]] std::vector<platform::Finding> regionFindings(const std::optional<platform::SettingValue>& stored,
                                                             const std::string& path);
-// One finding, or one for each fault.
+// One finding, or one per fault.
 [[nodiscard]] std::vector<platform::Finding> rulesFindings(const UserRules& rules, bool hasFile,
                                                            const std::string& path);
 
 [[nodiscard]] std::string doctorText(const std::vector<platform::Finding>& findings);
 // One JSON object: "works", and "findings" with "subject", "state" (ok, note or problem), "detail" and "fix" each.
 [[nodiscard]] std::string doctorJson(const std::vector<platform::Finding>& findings);
-// Success only when nothing that is needed is missing.
+// Success unless there is a problem.
 [[nodiscard]] int doctorStatus(const std::vector<platform::Finding>& findings);
 
 }  // namespace quillfade

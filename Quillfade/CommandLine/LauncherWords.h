@@ -1,6 +1,6 @@
-// Words that launchers, session managers and toolkits put behind a program's name.
+// Words that launchers, session managers and toolkits add after a program's name.
 //
-// They make no command; whom they concern takes them from the process's own arguments. Pure.
+// They are not commands; whoever they are for reads them from the process's own arguments. Pure.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace quillfade {
 
-// How many words at the front are of this kind, with the values that belong to them.
+// How many words at the front are of this kind, their values included.
 [[nodiscard]] std::size_t launcherWords(const std::vector<std::string>& words);
 
 }  // namespace quillfade

@@ -20,7 +20,7 @@ platform::RemoteReply replyTo(const Outcome& outcome) {
 
 platform::RemoteReply report(std::string text) { return {exitstatus::success, std::move(text)}; }
 
-// What one command does to the delegate, and what it has to say.
+// Carries out one command on the delegate and returns the reply.
 class Execution {
  public:
   explicit Execution(AppDelegate& delegate) : delegate_(delegate) {}
@@ -45,8 +45,8 @@ class Execution {
     return report(status.asJson ? statusJson(delegate_.overlay()) : statusText(delegate_.overlay()));
   }
   platform::RemoteReply operator()(command::Keys) { return report(hotKeyText(delegate_.hotKeyStates())); }
-  // Help, version, doctor and sharing are the asking process's; starting a running application is done already. The
-  // list of windows comes later, and so never comes here.
+  // The asking process handles help, version, doctor and sharing itself; starting a running application is already
+  // done; and `listWindows` handles the list of windows.
   template <class Other>
   platform::RemoteReply operator()(const Other& /*command*/) {
     return done;
@@ -71,7 +71,7 @@ void runRemoteCommand(platform::Platform& platform, const std::weak_ptr<AppDeleg
                       const std::vector<std::string>& arguments, Completion completion) {
   const auto parsed = parseCommand(arguments);
   if (!parsed) return completion({exitstatus::usage, parsed.error() + '\n'});
-  // On a turn of its own, as a menu command: it may show an alert, and the way in must stay open meanwhile.
+  // Runs on a turn of its own, like a menu command: it may show an alert, and commands must still get in meanwhile.
   platform.runLoop().post([&platform, weakDelegate, command = *parsed, completion = std::move(completion)] {
     const auto delegate = weakDelegate.lock();
     if (!delegate || !delegate->statusItem()) {

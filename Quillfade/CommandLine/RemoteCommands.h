@@ -1,4 +1,4 @@
-// Carries out the commands that come from outside: the delegate's own, by other names.
+// Carries out commands from outside: the delegate's own, under other names.
 //
 // Threads: main thread only.
 #pragma once
@@ -12,8 +12,8 @@
 
 namespace quillfade {
 
-// Calls the completion once: when the command has been carried out or given up, which for one that shows an alert is
-// after the answer. A delegate that is gone, or not launched yet, carries out nothing and says so.
+// Calls the completion once, when the command has been carried out or given up; for a command that shows an alert, that
+// is after the answer. A delegate that is gone, or not yet launched, carries out nothing and says so.
 void runRemoteCommand(platform::Platform& platform, const std::weak_ptr<AppDelegate>& weakDelegate,
                       const std::vector<std::string>& arguments, platform::RemoteControl::Completion completion);
 

@@ -44,7 +44,7 @@ std::vector<CaptureWindow> leftOut(ShareView view, const std::vector<CaptureWind
 }
 
 RemoteReply share(const command::Share& command) {
-  // As they are now: the rule runs on another thread.
+  // The rules as they are now: the file is not read again.
   const auto rules = userRules(*platform::makeRulesFile()).windows;
   const auto leftOutOf = [view = command.view, rules](const auto& windows, const auto& screens) {
     return leftOut(view, windows, screens, rules);

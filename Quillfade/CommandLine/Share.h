@@ -1,6 +1,7 @@
-// Starting programs that share the screen, so that they share it without the cover, or without the annotations.
+// Starts programs that share the screen, so that what they share leaves out the cover, or the cover and the
+// annotations.
 //
-// Threads: main thread; what is left out is pure, and asked for on another one.
+// Threads: main thread. `leftOut` is pure, and so safe on any.
 // Failure: sentences; the exit statuses are those of the command line.
 #pragma once
 
@@ -14,14 +15,15 @@
 
 namespace quillfade {
 
-// The windows that the view leaves out, the user's rules included. Each is judged against the screen that holds its
-// centre, else the first one.
+// The windows that the view leaves out, with the user's rules applied. Each is judged against the screen that holds its
+// centre, or else the first one.
 [[nodiscard]] std::vector<platform::CaptureWindow> leftOut(ShareView view,
                                                            const std::vector<platform::CaptureWindow>& windows,
                                                            const std::vector<platform::Screen>& screens,
                                                            const std::vector<WindowRule>& userRules = {});
 
-// All three say what this process prints and ends with. Runs the program to its end; its exit status is the result's.
+// Each returns what this process prints and its exit status. `share` runs the program to its end and passes on its exit
+// status.
 [[nodiscard]] platform::RemoteReply share(const command::Share& command);
 [[nodiscard]] platform::RemoteReply installShare(const command::InstallShare& command);
 [[nodiscard]] platform::RemoteReply uninstallShare(const command::UninstallShare& command);

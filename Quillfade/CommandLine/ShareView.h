@@ -1,11 +1,11 @@
-// What a program that is started to share the screen sees of it.
+// What a program that is started to share the screen sees.
 #pragma once
 
 namespace quillfade {
 
 enum class ShareView {
-  unmirrored,  // everything but this application's own windows
-  clean,       // without the annotation overlays either
+  unmirrored,  // everything except this application's own windows
+  clean,       // without the annotation overlays, too
 };
 
 }  // namespace quillfade

@@ -1,4 +1,4 @@
-// What the application tells of its state.
+// What the application says about its state.
 #pragma once
 
 #include <string>
@@ -7,9 +7,9 @@
 
 namespace quillfade {
 
-// Lines for a person.
+// In lines, for a person.
 [[nodiscard]] std::string statusText(const OverlayController& overlay);
-// One JSON object on one line: "enabled", "style", "outline" and "region" (null while none was chosen).
+// One JSON object on one line: "enabled", "style", "outline" and "region" (null until one is chosen).
 [[nodiscard]] std::string statusJson(const OverlayController& overlay);
 
 }  // namespace quillfade

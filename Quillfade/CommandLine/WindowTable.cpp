@@ -15,13 +15,13 @@ namespace {
 
 using Row = std::array<std::string, 7>;
 
-// Characters, not bytes: continuation bytes take no place of their own.
+// Counts characters, not bytes: continuation bytes take no room of their own.
 std::size_t displayWidth(const std::string& text) {
   return static_cast<std::size_t>(
       std::ranges::count_if(text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }));
 }
 
-// A foreign window may claim any size; only those that a person can read are written out.
+// A foreign window may claim any size; only sizes that a person can read are written out.
 std::string wholeText(double value, const char* unit = "") {
   constexpr double largestReadable = 1e9;
   return std::abs(value) < largestReadable ? std::to_string(wholeNumber(value)) + unit : "-";

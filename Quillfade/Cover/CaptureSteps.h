@@ -14,7 +14,7 @@ using ContentResult = std::expected<platform::ShareableContent, platform::Error>
 using StreamResult = std::expected<void, platform::Error>;
 
 [[nodiscard]] inline auto shareableContent(platform::Platform& platform) {
-  // Desktop windows are part of the picture; windows that nobody sees are not.
+  // Desktop windows are part of the picture; windows off screen are not.
   constexpr platform::ShareableContentOptions options{.excludingDesktopWindows = false, .onScreenWindowsOnly = true};
   return onMainQueue<ContentResult>(platform.runLoop(), [&platform, options](auto completion) {
     platform.capture().shareableContent(options, std::move(completion));

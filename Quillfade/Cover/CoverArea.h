@@ -15,7 +15,7 @@ inline constexpr double leastCoveredExtent = 16;
   return part.width() >= leastCoveredExtent && part.height() >= leastCoveredExtent;
 }
 
-// The part of `region` on this screen; absent when there is none worth covering.
+// The part of `region` on this screen; absent when no part is worth covering.
 [[nodiscard]] inline std::optional<platform::Rect> coveredPart(const platform::Rect& region,
                                                                const platform::Screen& screen) {
   const auto part = platform::intersection(region, screen.frame);

@@ -1,4 +1,4 @@
-// What a cover that is on puts on the screen: one live mirror a screen, or one solid window.
+// What a cover that is on shows: one live mirror per screen, or one solid window.
 
 #include <algorithm>
 
@@ -10,7 +10,7 @@
 namespace quillfade {
 namespace {
 
-// The sharing type stays the desktop's own, so that an audience sees the solid cover.
+// Leaves the sharing type to the desktop, so that an audience sees the solid cover.
 std::unique_ptr<platform::Window> makeSolidWindow(platform::Windows& windows) {
   auto attributes = coverWindowAttributes(windows);
   attributes.backgroundColor = platform::colors::windowBackground;
@@ -29,7 +29,7 @@ std::shared_ptr<platform::View> makeSolidView(platform::Views& views, platform::
   return view;
 }
 
-// The part of the region on the screen under its centre, else its part on the first screen.
+// The part of the region on the screen under its centre, or else its part on the first screen.
 std::optional<platform::Rect> solidArea(const platform::Rect& region, const platform::Screens& screens) {
   const auto screen = screenByCenter(region, screens);
   if (!screen) return std::nullopt;

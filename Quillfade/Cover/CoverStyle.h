@@ -13,7 +13,7 @@ enum class CoverStyle : std::int64_t {
   solid = 1,  // an opaque window; needs no permission
 };
 
-// In the order of the menu.
+// In menu order.
 inline constexpr std::array allCoverStyles{CoverStyle::live, CoverStyle::solid};
 
 [[nodiscard]] constexpr std::int64_t rawValue(CoverStyle style) { return static_cast<std::int64_t>(style); }

@@ -5,8 +5,8 @@
 
 namespace quillfade {
 
-// Borderless, above everything, on every space, beside full-screen windows, and invisible to the pointer. Background
-// and sharing are the caller's to choose.
+// Borderless, above everything, on every space, beside full-screen windows, and invisible to the pointer. The caller
+// chooses background and sharing.
 [[nodiscard]] inline platform::WindowAttributes coverWindowAttributes(const platform::Windows& windows) {
   namespace behavior = platform::collectionbehavior;
   return {

@@ -52,8 +52,8 @@ std::string listText(std::span<const std::string> entries) {
 bool isCandidate(const platform::CaptureWindow& window, const std::optional<std::string>& ownIdentifier) {
   const auto owner = ownerIdentifier(window);
   if (!window.isOnScreen || owner == ownIdentifier) return false;
-  // Exact membership, unlike the exclusion rules. Those can afford to guess by a part of a name, as they ask for an
-  // overlay's layer and size besides; here a guess would list every ordinary window of whoever has such a name.
+  // Exact membership, unlike the exclusion rules. Those can afford to match part of a name, since they also ask for an
+  // overlay's layer and size; here that would list every ordinary window of an application with such a name.
   return window.windowLayer > 0 || conferencing().contains(owner.value_or(""));
 }
 

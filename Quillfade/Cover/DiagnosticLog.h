@@ -1,8 +1,9 @@
-// The plain-text log of what the live mirrors do, so that one can see afterwards why a window was or was not left out.
+// The plain-text log of what the live mirrors do: it shows afterwards why a window was or was not left out.
 //
-// The file is "Library/Logs/Quillfade.log" below the home directory. Every line opens and closes the file itself;
-// nothing is buffered, nothing is rotated, and every failure is swallowed: a log must never get in the way. Threads:
-// any; every call writes its line whole, and no state is shared.
+// The file is "Library/Logs/Quillfade.log" below the home directory. Every line opens and closes the file itself.
+// Nothing is buffered or rotated, and every failure is ignored: a log must never get in the way.
+//
+// Threads: any; every call writes its line whole, and no state is shared.
 #pragma once
 
 #include <span>
@@ -24,8 +25,8 @@ class DiagnosticLog {
   // Appends one line. `message` holds no line feed. A message that is not UTF-8 is dropped.
   void log(std::string_view message) const;
 
-  // Two lines: the windows that stand out, as the log sees it, and the windows that were in fact left out. Candidates
-  // of every display are listed, whatever screen the mirror is on.
+  // Logs two lines: the windows that stand out, as the log sees it, and those that were actually left out. Lists
+  // candidates on every display, whatever screen the mirror is on.
   void logCandidates(const platform::ShareableContent& content,
                      std::span<const platform::CaptureWindow> excluded) const;
 

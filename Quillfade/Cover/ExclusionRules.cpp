@@ -17,8 +17,8 @@ constexpr double coverageThreshold = 0.3;
 constexpr std::array<std::string_view, 7> conferencingFragments{"slack", "skype",   "zoom",           "teams",
                                                                 "webex", "discord", "screencaptureui"};
 
-// Full Unicode lowercase as far as it can matter here: the fragments are ASCII, and beyond the ASCII capitals only two
-// characters have a lowercase form that holds an ASCII letter.
+// Full Unicode lower case, as far as it matters here: the fragments are ASCII, and besides the ASCII capitals only two
+// characters have a lower-case form that contains an ASCII letter.
 std::string lowercased(std::string_view text) {
   constexpr std::string_view kelvinSign = "\xE2\x84\xAA";
   constexpr std::string_view capitalIWithDot = "\xC4\xB0";
@@ -40,8 +40,8 @@ std::string lowercased(std::string_view text) {
 }
 
 bool belongsToConferencing(const platform::CaptureWindow& window) {
-  // The table keeps its capitals, since the log compares identifiers as they are. Entries that have some are not found
-  // here, and need not be: a fragment reaches each of them.
+  // The table keeps its capitals, since the log compares identifiers as they are written. Entries with capitals are not
+  // found here and need not be: a fragment matches each of them.
   const std::string identifier = lowercased(ownerIdentifier(window).value_or(""));
   return conferencing().contains(identifier) || std::ranges::any_of(conferencingFragments, [&](std::string_view part) {
            return identifier.find(part) != std::string::npos;

@@ -1,4 +1,4 @@
-// Which windows a live mirror leaves out of its picture, and a key by which a change of that set is noticed.
+// Which windows a live mirror leaves out of its picture, and a key that tells when that set has changed.
 //
 // Threads: pure functions, safe on any thread.
 #pragma once
@@ -17,13 +17,13 @@
 
 namespace quillfade {
 
-// The bundle identifiers of known conferencing programs, compared exactly as they are written.
+// The bundle identifiers of known conferencing programs, to be compared exactly.
 [[nodiscard]] const std::set<std::string, std::less<>>& conferencing();
 
 // The identifier of the window's owner; absent when it has none.
 [[nodiscard]] std::optional<std::string> ownerIdentifier(const platform::CaptureWindow& window);
 
-// What the rules say of one window.
+// What the rules say about one window.
 enum class Judgement {
   keptOffScreen,
   excludedOwn,
@@ -40,19 +40,19 @@ enum class Judgement {
   keptLocker,
 };
 
-// `ownIdentifier` is the application's own identifier; the screen counts only by its area. The user's rules go before
-// the built-in ones, but for the application's own windows; and none leaves out a lock screen. What could be one needs
-// a rule that names it in full.
+// `ownIdentifier` is the application's own identifier; only the screen's area matters. The user's rules come before the
+// built-in ones, except for the application's own windows. None of them leaves out a lock screen; a window that could
+// be one needs a rule that names it in full.
 [[nodiscard]] Judgement judge(const platform::CaptureWindow& window, const platform::Screen& screen,
                               const std::optional<std::string>& ownIdentifier,
                               const std::vector<WindowRule>& userRules = {});
 [[nodiscard]] bool isExcluded(Judgement judgement);
-// In a few words, for a person.
+// A few words for a person.
 [[nodiscard]] std::string_view reason(Judgement judgement);
 
 // The windows of `content` to leave out, in its order. An overlay is recognised by being large and above the normal
-// layer; windows of the application itself are left out always. `ownIdentifier` is the application's own identifier;
-// the screen counts only by its area.
+// layer; the application's own windows are always left out. `ownIdentifier` is the application's own identifier; only
+// the screen's area matters.
 [[nodiscard]] std::vector<platform::CaptureWindow> excludedWindows(const platform::ShareableContent& content,
                                                                    const platform::Screen& screen,
                                                                    const std::optional<std::string>& ownIdentifier,
@@ -62,8 +62,8 @@ enum class Judgement {
 [[nodiscard]] std::vector<std::uint32_t> admittedWindows(const platform::ShareableContent& content,
                                                          std::span<const platform::CaptureWindow> excluded);
 
-// Every window that could come to be left out is held back until it was judged, but for these. A rule of the user's may
-// leave out windows of any size.
+// Holds back every window that might be left out until it has been judged, except the admitted ones. With a rule of the
+// user's that leaves windows out, that is windows of any size.
 [[nodiscard]] platform::HeldBackWindows holdingBack(const platform::Screen& screen,
                                                     const std::vector<std::uint32_t>& admitted,
                                                     const std::vector<WindowRule>& userRules = {});

@@ -26,7 +26,7 @@ std::string showMessage(const platform::Rect& region, bool permission) {
 
 Task stopInBackground(std::shared_ptr<platform::CaptureStream> stream, platform::RunLoop& runLoop) {
   co_await nextTurn(runLoop);
-  // The outcome does not matter: the mirror is gone already.
+  // The outcome does not matter: the mirror is already gone.
   (void)co_await stopCapture(runLoop, stream);
 }
 

@@ -1,10 +1,10 @@
 // A live picture of one rectangle of a screen, without the overlays, in a window exactly over that rectangle.
 //
-// Threads: main thread only, except for the two stream callbacks, which come on the capture service's threads and touch
+// Threads: main thread only, except for the two stream callbacks. Those come on the capture service's threads and touch
 // no state of the mirror: one posts a job to the main queue, the other writes a line to the log.
 // Lifetime: always held by a shared pointer. Pending work holds the mirror weakly or is made stale by `generation`:
-// every show, hide and restart counts it up, and a capture start that finds another value than its own gives up. Units:
-// points, global space.
+// every show, hide and restart increments it, and a capture start that finds a value other than its own gives up.
+// Units: points, global space.
 #pragma once
 
 #include <cstdint>
@@ -26,11 +26,11 @@ class LiveMirror final : public platform::StreamOutput,
  public:
   explicit LiveMirror(platform::Platform& platform);
 
-  // Shows the mirror over `region` and starts capturing. Shown again, it keeps its window.
+  // Shows the mirror over `region` and starts capturing. Showing it again keeps its window.
   void show(const platform::Rect& region, bool outline);
-  // Stops capturing, in the background, and takes the window away at once.
+  // Takes the window away at once; capturing stops in the background.
   void hide();
-  // Starts the capture anew for the same rectangle while showing.
+  // Restarts the capture for the same rectangle, if the mirror is showing.
   void screensChanged();
 
   [[nodiscard]] bool isShowing() const { return isShowing_; }
@@ -51,7 +51,7 @@ class LiveMirror final : public platform::StreamOutput,
 
   [[nodiscard]] std::optional<ScreenInfo> screenInfo() const;
   [[nodiscard]] bool isStale(std::int64_t startGeneration) const;
-  // By the rules as they are now, the user's included.
+  // By the current rules, the user's included.
   [[nodiscard]] std::vector<platform::CaptureWindow> excluded(const platform::ShareableContent& content,
                                                               const platform::Screen& screen) const;
   [[nodiscard]] platform::StreamConfiguration configuration(const ScreenInfo& info) const;
@@ -68,7 +68,7 @@ class LiveMirror final : public platform::StreamOutput,
   static Task runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunLoop& runLoop,
                          std::shared_ptr<const ContentCheck> check);
   void observeContent();
-  // Checks the content at once, or as soon as the check or the start that is under way has ended.
+  // Checks the content at once, or as soon as the check or start under way has ended.
   void contentChanged();
   void pauseRestarts();
 
@@ -84,11 +84,11 @@ class LiveMirror final : public platform::StreamOutput,
   std::string currentExclusionKey_;
   std::shared_ptr<platform::Timer> refreshTimer_;
   std::shared_ptr<void> contentObservation_;
-  // Those that the rules last let into the picture.
+  // The windows that the rules last let into the picture.
   std::vector<std::uint32_t> admittedWindows_;
   int checksUnderWay_ = 0;
   bool isCheckWanted_ = false;
-  // Runs while it is too early for another restart that can wait.
+  // Pending while it is too early for another restart that can wait.
   std::shared_ptr<platform::DelayedTask> restartPause_;
   bool isRestartWanted_ = false;
   std::int64_t generation_ = 0;

@@ -1,5 +1,5 @@
-// The capture of a mirror: how it starts and restarts, how frames reach the view, how the set of excluded windows is
-// kept current.
+// The capture of a mirror: how it starts and restarts, how frames reach the view, and how the set of excluded windows
+// is kept current.
 
 #include <algorithm>
 #include <span>
@@ -17,8 +17,8 @@ constexpr platform::MediaTime minimumFrameInterval{1, 30};
 constexpr int queueDepth = 6;
 constexpr double refreshInterval = 1.5;
 
-// Of restarts for announced changes. So an overlay that blinks restarts the capture twice a second, however fast it
-// blinks; a window that is seen whenever it is no overlay, four times.
+// Seconds between restarts for announced changes. So an overlay that blinks restarts the capture twice a second,
+// however fast it blinks; a window that stays visible while it is not an overlay, four times.
 constexpr double leastRestartInterval = 0.5;
 
 bool isAnyOf(std::span<const platform::CaptureWindow> windows, const std::vector<std::uint32_t>& numbers) {
@@ -35,8 +35,8 @@ bool isComplete(const platform::SampleBuffer& sample) {
 
 }  // namespace
 
-// A check of the content, which takes in every change that was announced before it began. Changes that are announced
-// while it lives are checked when it ends.
+// A check of the content. It covers every change announced before it began; changes announced while it lives are
+// checked when it ends.
 class LiveMirror::ContentCheck {
  public:
   explicit ContentCheck(LiveMirror& mirror) : mirror_(mirror.weak_from_this()) { ++mirror.checksUnderWay_; }
@@ -211,7 +211,7 @@ Task LiveMirror::runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunL
   if (mirror->stream_) mirror->stream_->admit(mirror->admittedWindows_);
   const std::string newKey = key(excluded);
   if (newKey == mirror->currentExclusionKey_) co_return;
-  // An overlay that went can stay on the list for a while, and one that came is held back. One that is seen cannot
+  // An overlay that is gone can stay on the list for a while, and a new one is held back. One that is visible cannot
   // wait.
   const bool isAnnounced = check != nullptr;
   if (isAnnounced && mirror->restartPause_ && !isOverlaySeen) {

@@ -21,7 +21,7 @@ inline constexpr unsigned followsWindowSize = platform::resizemask::widthSizable
 
 class MirrorView final : public platform::ViewResponder {
  public:
-  // The only way to make one. It starts with the waiting text visible.
+  // The only way to make one. The waiting text is visible at first.
   static std::shared_ptr<MirrorView> make(platform::Views& views, bool outline,
                                           const std::string& status = waitingStatus);
 

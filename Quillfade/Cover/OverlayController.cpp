@@ -42,9 +42,9 @@ void OverlayController::setEnabled(bool on) {
   isEnabled_ = accepted;
   defaults_.set(enabledKey, accepted);
   if (accepted) {
-    // Without a `hideAll`: a cover that is on may be away all the same, as in a peek that was cancelled just now. Where
-    // one stands already, the second lies over it and shows the same until the next `hideAll`, so that the screen
-    // beneath is never bare in between.
+    // No `hideAll` first: a cover that is on may be off screen, as after a peek that was just cancelled. If one is
+    // already there, the second lies over it and shows the same until the next `hideAll`, so the screen beneath is
+    // never bare in between.
     present();
   } else {
     hideAll();

@@ -1,7 +1,8 @@
 // The one coordinator of the cover: whether it is on, which area it covers and how, and what of it is on screen now.
 //
 // Threads: main thread only; `onStateChange` is called there, synchronously, after the state, the stored settings and
-// the screen are up to date. Lifetime: always held by a shared pointer; delayed work holds the controller weakly.
+// the screen are up to date.
+// Lifetime: always held by a shared pointer; delayed work holds the controller weakly.
 // Units: points, global space; seconds.
 #pragma once
 
@@ -32,16 +33,16 @@ class OverlayController final : public std::enable_shared_from_this<OverlayContr
   // Replaces the callback.
   void setOnStateChange(std::function<void()> callback) { onStateChange_ = std::move(callback); }
 
-  // Switches the cover on again if it was on when the program last ran. Called once, at launch.
+  // Switches the cover on again if it was on when the program last ran. Call once, at launch.
   void restore();
-  // On is refused without a region that overlaps some screen enough.
+  // Switching on is refused without a region that overlaps some screen enough.
   void setEnabled(bool on);
-  // Takes any rectangle; moves a cover that is on, and switches nothing on.
+  // Takes any rectangle. Moves a cover that is on, but switches nothing on.
   void setRegion(const platform::Rect& rect);
   void setStyle(CoverStyle newStyle);
-  // Stores the flag; a cover that is shown keeps its look until it is presented again.
+  // Stores the flag; a cover on screen changes only when it is presented again.
   void setShowsOutline(bool shows);
-  // Hides a cover that is on for so long. A further peek starts the time anew.
+  // For this long, hides a cover that is on. Another peek starts the time anew.
   void peek(double seconds = defaultPeekLength);
   void screensChanged();
   // A cover that is on stays away while the session is locked.
@@ -50,8 +51,8 @@ class OverlayController final : public std::enable_shared_from_this<OverlayContr
   void setMenuOpen(bool open);
 
  private:
-  // Only adds to what is shown; `hideAll` comes first wherever the cover is rebuilt. Shows nothing while the session is
-  // locked: unlocking presents.
+  // Only adds to what is shown: to rebuild the cover, call `hideAll` first. Shows nothing while the session is locked;
+  // unlocking presents.
   void present();
   void presentLive(const platform::Rect& region);
   void presentSolid(const platform::Rect& region);

@@ -8,7 +8,7 @@
 
 namespace quillfade {
 
-// The first screen whose frame contains the rectangle's centre, else the main screen; absent when there is neither.
+// The first screen whose frame contains the rectangle's centre, or else the main screen; absent when there is neither.
 [[nodiscard]] std::optional<platform::Screen> screenByCenter(const platform::Rect& rect,
                                                              const platform::Screens& screens);
 

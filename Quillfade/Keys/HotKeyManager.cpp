@@ -19,7 +19,7 @@ std::optional<platform::HotKeyReference> HotKeyManager::bind(std::uint32_t keyCo
                                                              std::function<void()> action) {
   if (actions_.size() >= std::numeric_limits<std::uint32_t>::max()) fatalError("there are no more hot key numbers");
   const auto id = static_cast<std::uint32_t>(actions_.size() + 1);
-  // Before the registration, and for good: a binding that fails must not shift the numbers of those after it.
+  // Numbered before the registration, and for good: a binding that fails must not shift the numbers of those after it.
   actions_.emplace(id, std::move(action));
   const auto reference = hotKeys_.registerHotKey(keyCode, modifiers, {signature, id});
   if (reference) refs_.push_back(*reference);

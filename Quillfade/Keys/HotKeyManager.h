@@ -2,7 +2,7 @@
 //
 // Threads: main thread only; actions run there, synchronously, inside the press.
 // Lifetime: always held by a shared pointer; teardown gives the keys back and then removes the handler.
-// Failure: a combination that cannot be had uses up its number, keeps its action and stays silent.
+// Failure: a combination that is not available uses up its number, keeps its action and stays silent.
 #pragma once
 
 #include <cstdint>
@@ -26,13 +26,13 @@ class HotKeyManager final : public std::enable_shared_from_this<HotKeyManager> {
   HotKeyManager& operator=(const HotKeyManager&) = delete;
   ~HotKeyManager();
 
-  // Absent when the combination could not be had.
+  // Absent when the combination is not available.
   std::optional<platform::HotKeyReference> bind(std::uint32_t keyCode, std::uint32_t modifiers,
                                                 std::function<void()> action);
 
   [[nodiscard]] const std::vector<platform::HotKeyReference>& refs() const { return refs_; }
 
-  // Receives every press; `userData` is the manager. Always 0: the press goes to nobody else.
+  // Receives every press; `userData` is the manager. Always returns 0: the press goes to nobody else.
   static std::int32_t handle(const platform::HotKeyEvent* event, void* userData);
 
  private:

@@ -13,16 +13,16 @@ namespace quillfade {
 
 struct HotKeyState {
   std::string combination;
-  std::string word;  // of the command line
+  std::string word;  // on the command line
   bool isBound = false;
   friend bool operator==(const HotKeyState&, const HotKeyState&) = default;
 };
 
 [[nodiscard]] HotKeyState hotKeyState(const HotKey& key, bool isBound);
 
-// One line each.
+// One line per hot key.
 [[nodiscard]] std::string hotKeyText(const std::vector<HotKeyState>& states);
-// The way back; lines that are none of that are left out.
+// The reverse; skips lines that `hotKeyText` does not write.
 [[nodiscard]] std::vector<HotKeyState> parseHotKeyText(std::string_view text);
 
 }  // namespace quillfade

@@ -1,4 +1,4 @@
-// The four hot keys: what they are called on the command line, and their combinations unless the user chose others.
+// The four hot keys: their names on the command line, and their combinations unless the user chose others.
 //
 // Pure.
 #pragma once
@@ -17,7 +17,7 @@ enum class HotKeyCommand : std::uint8_t { toggle, peek, selectArea, wholeScreen 
 
 struct HotKey {
   HotKeyCommand command;
-  std::string_view word;  // of the command line, and of the user's rules
+  std::string_view word;  // on the command line, and in the user's rules
   KeyCombination combination;
   friend bool operator==(const HotKey&, const HotKey&) = default;
 };
@@ -27,7 +27,7 @@ using HotKeyTable = std::array<HotKey, 4>;
 inline constexpr std::uint32_t builtInModifiers =
     platform::hotkeymodifiers::control | platform::hotkeymodifiers::option | platform::hotkeymodifiers::command;
 
-// In the order in which they are bound.
+// In binding order.
 inline constexpr HotKeyTable builtInHotKeys{{
     {HotKeyCommand::toggle, "toggle", {2, builtInModifiers}},             // D
     {HotKeyCommand::peek, "peek", {35, builtInModifiers}},                // P

@@ -17,7 +17,7 @@ struct Name {
   std::uint32_t value;
 };
 
-// The first name of a value is the one that is written.
+// Where a value has several names, the first is the one that is written.
 constexpr std::array modifierNames{
     Name{"Control", modifiers::control}, Name{"Alt", modifiers::option},      Name{"Super", modifiers::command},
     Name{"Ctrl", modifiers::control},    Name{"Option", modifiers::option},   Name{"Command", modifiers::command},

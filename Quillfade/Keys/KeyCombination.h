@@ -16,13 +16,13 @@ struct KeyCombination {
   friend bool operator==(const KeyCombination&, const KeyCombination&) = default;
 };
 
-// Names go by the ANSI keyboard and are read in capitals or not. One modifier at least is needed, since the key is
-// taken from every other program. The error is a sentence.
+// Names follow the ANSI keyboard; case does not matter. At least one modifier is required, since the key is taken from
+// every other program. The error is a sentence.
 [[nodiscard]] std::expected<KeyCombination, std::string> parseCombination(std::string_view text);
 
-// The name of the key alone; a key without one is a number.
+// The name of the key alone; a key without one is written as a number.
 [[nodiscard]] std::string keyName(const KeyCombination& combination);
-// The way back.
+// The reverse of `parseCombination`.
 [[nodiscard]] std::string combinationText(const KeyCombination& combination);
 
 }  // namespace quillfade

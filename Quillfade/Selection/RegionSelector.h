@@ -21,10 +21,10 @@ class RegionSelector final : public std::enable_shared_from_this<RegionSelector>
 
   explicit RegionSelector(platform::Platform& platform) : platform_(platform) {}
 
-  // Starts a selection. The completion is called once, with nothing when the user cancels. While a selection runs, a
-  // further one is dropped together with its completion. None must be begun while the session is locked.
+  // Starts a selection. The completion is called once, with nothing when the user cancels. While a selection runs,
+  // another one is dropped together with its completion. Never begin one while the session is locked.
   void begin(Completion completion);
-  // Ends a selection as its user would with Escape; harmless without one.
+  // Ends a selection as Escape would; harmless without one.
   void cancel() { finish(std::nullopt); }
 
   [[nodiscard]] const std::vector<SelectionWindow>& windows() const { return windows_; }

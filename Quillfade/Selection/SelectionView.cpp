@@ -67,7 +67,7 @@ void SelectionView::mouseDragged(platform::Point locationInWindow) {
   if (!startPoint_) return;
   const Point point = view_->convertFromWindow(locationInWindow);
   const Point start = *startPoint_;
-  // Not clamped to the view: a drag may go on into the next screen.
+  // Not clamped to the view: a drag may continue into the next screen.
   currentRect_ = Rect{{std::min(point.x, start.x), std::min(point.y, start.y)},
                       {std::abs(point.x - start.x), std::abs(point.y - start.y)}};
   view_->setNeedsDisplay();

@@ -14,7 +14,7 @@ struct SelectionWindow {
   std::unique_ptr<platform::Window> window;
   std::shared_ptr<SelectionView> view;
 
-  // Not on screen yet. Borderless, and yet able to take the keyboard.
+  // Not on screen yet. Borderless, yet able to take the keyboard.
   static SelectionWindow make(platform::Platform& platform, const platform::Rect& screenFrame);
 };
 

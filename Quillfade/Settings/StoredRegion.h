@@ -10,7 +10,7 @@ namespace quillfade {
 
 inline constexpr const char* regionKey = "region";
 
-// Absent unless the value is the text of a rectangle of at least 24 by 24 points. It is not compared with any screen.
+// Absent unless the value is the text of a rectangle of at least 24 by 24 points. It is not checked against any screen.
 [[nodiscard]] std::optional<platform::Rect> storedRegion(const std::optional<platform::SettingValue>& value);
 
 }  // namespace quillfade

@@ -15,7 +15,7 @@ std::string placeOf(const platform::RulesFileEntry& entry) {
   return escapedText(entry.member) + (entry.name.empty() ? "" : " " + escapedText(entry.name));
 }
 
-// Checks one entry after the other.
+// Checks the entries one by one.
 class Reading {
  public:
   void read(const platform::RulesFileEntry& entry) {
@@ -58,7 +58,7 @@ class Reading {
     key->combination = *combination;
   }
 
-  // One combination cannot do two things; then none of the user's choices holds.
+  // One combination cannot do two things; if it should, none of the user's choices counts.
   void checkHotKeys() {
     for (auto key = rules_.hotKeys.begin(); key != rules_.hotKeys.end(); ++key) {
       const auto other = std::find_if(rules_.hotKeys.begin(), key,
@@ -104,7 +104,7 @@ const WindowRule* ruleFor(const platform::CaptureWindow& window, const std::vect
 
 bool hasWildcards(const WindowRule& rule) { return rule.pattern.find_first_of("*?") != std::string::npos; }
 
-// On a mismatch the last `*` takes in one more character: no pattern costs more than length times length.
+// On a mismatch the last `*` takes one more character, so no pattern costs more than length times length.
 bool matchesPattern(std::string_view text, std::string_view pattern) {
   std::size_t at = 0;
   std::size_t in = 0;
