@@ -1,6 +1,6 @@
-// Colours, fonts and text attributes as AppKit has them.
+// Colours, fonts and text attributes in AppKit's terms.
 //
-// Threads: main thread only. A role stays a role: the colour follows the light or dark look where it is drawn.
+// Threads: main thread only. A role stays a role: the colour follows the light or dark appearance where it is drawn.
 #pragma once
 
 #import <AppKit/AppKit.h>

@@ -1,7 +1,8 @@
 // The application object.
 //
-// Threads: main thread only. Ownership: AppKit holds its delegate weakly, so the forwarding delegate lives here.
-// Lifetime: `run` does not come back in practice, since AppKit ends the process when the application terminates.
+// Threads: main thread only.
+// Ownership: AppKit holds its delegate weakly, so the forwarding delegate lives here.
+// Lifetime: in practice `run` does not return, since AppKit ends the process when the application terminates.
 #pragma once
 
 #import <AppKit/AppKit.h>

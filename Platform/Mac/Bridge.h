@@ -1,7 +1,8 @@
-// Plain values on their way between the ports and Foundation.
+// Converts plain values between the ports and Foundation.
 //
-// Threads: any. Ownership: what comes back is autoreleased or a plain value. Failure: text that is not UTF-8 becomes
-// the empty text, since AppKit accepts no null titles.
+// Threads: any.
+// Ownership: results are autoreleased or plain values.
+// Failure: text that is not UTF-8 becomes the empty text, since AppKit accepts no null titles.
 #pragma once
 
 #import <Foundation/Foundation.h>

@@ -1,6 +1,7 @@
-// Drawing into the view that AppKit has focused.
+// Draws into the view that AppKit has focused.
 //
-// Threads: main thread only. Units and axes: AppKit's own, which the port shares.
+// Threads: main thread only.
+// Units and axes: AppKit's own, which the port shares.
 #pragma once
 
 #include "Platform/Canvas.h"

@@ -1,7 +1,8 @@
 // The capture service: ScreenCaptureKit.
 //
-// Threads: calls come on the main thread; the completion of `shareableContent` comes there too. Ownership: the service
-// keeps the latest content, since filters are made from its own objects and the port names them by number only.
+// Threads: calls come on the main thread; the completion of `shareableContent` comes there, too.
+// Ownership: the service keeps the latest content, since filters are made from its own objects and the port names those
+// by number only.
 #pragma once
 
 #import <ScreenCaptureKit/ScreenCaptureKit.h>
@@ -25,7 +26,7 @@ class CaptureService final : public platform::CaptureService {
     SCShareableContent* content = nil;
   };
 
-  // Shared with the requests under way, which may come back after the service is gone.
+  // Shared with pending requests, which may return after the service is gone.
   std::shared_ptr<LatestContent> latest_ = std::make_shared<LatestContent>();
 };
 

@@ -11,7 +11,7 @@ namespace platform::mac {
 void CaptureService::shareableContent(ShareableContentOptions options, ContentCompletion completion) {
   const std::weak_ptr<LatestContent> weakLatest = latest_;
   auto received = ^(SCShareableContent* content, NSError* error) {
-    // On the main thread: there the latest content lives, and the screens may be asked for.
+    // On the main thread: the latest content lives there, and the screens may be asked for.
     dispatch_async(dispatch_get_main_queue(), ^{
       if (content == nil) {
         completion(std::unexpected(fromNSError(error)));
@@ -26,7 +26,7 @@ void CaptureService::shareableContent(ShareableContentOptions options, ContentCo
                                                completionHandler:received];
 }
 
-// The service announces no changes of its windows.
+// The service does not announce changes of its windows.
 std::shared_ptr<void> CaptureService::observeContent(std::function<void()> /*changed*/) { return nullptr; }
 
 std::shared_ptr<platform::CaptureStream> CaptureService::makeStream(const ContentFilter& filter,

@@ -1,4 +1,4 @@
-// What the capture service knows, as values of the port, and back to the service's own objects.
+// Converts the capture service's content to values of the port, and those back to the service's own objects.
 //
 // Threads: `describe` main thread only, since it asks for the primary screen; the others any.
 #pragma once
@@ -10,7 +10,7 @@
 namespace platform::mac {
 
 [[nodiscard]] ShareableContent describe(SCShareableContent* content);
-// Null when the content does not hold the filter's display. Windows that it does not hold are gone, and left out.
+// Null when the content does not contain the filter's display. Windows that it does not contain are gone, and skipped.
 [[nodiscard]] SCContentFilter* contentFilter(const ContentFilter& filter, SCShareableContent* content);
 [[nodiscard]] SCStreamConfiguration* streamConfiguration(const StreamConfiguration& configuration);
 

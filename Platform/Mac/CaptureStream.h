@@ -1,8 +1,9 @@
-// One stream of ScreenCaptureKit.
+// One ScreenCaptureKit stream.
 //
 // Threads: calls on the main thread; frames come on the queue that the output was added with, the end on any thread.
-// Ownership: the forwarder that the service calls knows output and delegate weakly; a stop under way keeps stream and
-// forwarder until it is done. Failure: a stream whose display went away before it was made fails when it is started.
+// Ownership: the forwarder that the service calls holds output and delegate weakly; a stop under way keeps stream and
+// forwarder alive until it is done.
+// Failure: a stream whose display went away before it was made fails when it is started.
 #pragma once
 
 #import <ScreenCaptureKit/ScreenCaptureKit.h>

@@ -8,9 +8,9 @@
 
 @interface QLFStreamForwarder : NSObject <SCStreamOutput, SCStreamDelegate>
 - (instancetype)initWithDelegate:(std::weak_ptr<platform::StreamDelegate>)delegate;
-// Before the first frame only; afterwards the output changes on its own queue.
+// Only before the first frame; afterwards the output changes on its own queue.
 - (void)open:(std::weak_ptr<platform::StreamOutput>)output;
-// On the output's queue: no frame is forwarded any more.
+// On the output's queue: no frame is forwarded from then on.
 - (void)close;
 @end
 
@@ -59,7 +59,7 @@ std::expected<void, Error> resultOf(NSError* error) {
 
 Error noDisplay() { return {"The display to capture is no longer there."}; }
 
-// Later than the call that it is given in.
+// Fails later than the call that was given the completion.
 void failLater(platform::CaptureStream::Completion completion) {
   dispatchJob(dispatch_get_main_queue(),
               [completion = std::move(completion)] { completion(std::unexpected(noDisplay())); });
@@ -102,7 +102,7 @@ void CaptureStream::startCapture(Completion completion) {
   }];
 }
 
-// The service shows whatever its filter does not name.
+// The service shows every window that its filter does not name.
 void CaptureStream::admit(const std::vector<std::uint32_t>& /*windowIDs*/) {}
 
 void CaptureStream::stopCapture(Completion completion) {
@@ -112,7 +112,7 @@ void CaptureStream::stopCapture(Completion completion) {
   SCStream* stream = stream_;
   dispatch_queue_t queue = queue_;
   [stream stopCaptureWithCompletionHandler:^(NSError* error) {
-    // Behind the last frame that is under way.
+    // After the last frame in flight.
     dispatch_async(queue, ^{
       [forwarder close];
       completion(resultOf(error));

@@ -1,6 +1,7 @@
 // Files through Foundation.
 //
-// Threads: any. Failure: what Foundation throws at a file handle comes back as a value as well.
+// Threads: any.
+// Failure: what Foundation throws from a file handle comes back as a value, too.
 #pragma once
 
 #include "Platform/Files.h"

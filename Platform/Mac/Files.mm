@@ -37,7 +37,7 @@ class OpenFile final : public FileHandle {
     return {};
   }
 
-  // A handle that goes while it is open closes its file itself.
+  // A handle that goes while it is open closes its file by itself.
   Result close() override {
     NSError* error = nil;
     if ([handle_ closeAndReturnError:&error]) return {};

@@ -1,6 +1,7 @@
 // System-wide hot keys through the Carbon event manager.
 //
-// Threads: main thread only. Ownership: an installed handler's context lives here until the handler is removed.
+// Threads: main thread only.
+// Ownership: an installed handler's context lives here until the handler is removed.
 #pragma once
 
 #include <memory>
@@ -18,7 +19,7 @@ class HotKeys final : public platform::HotKeys {
   void removeHandler(HotKeyHandlerReference handler) override;
   std::optional<HotKeyReference> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) override;
   void unregisterHotKey(HotKeyReference reference) override;
-  // A registered key is kept until it is given back.
+  // A registered key is held until it is given back.
   [[nodiscard]] bool isHeld(HotKeyReference /*reference*/) const override { return true; }
 
  private:

@@ -2,12 +2,12 @@
 //
 // Threads: main thread only, except where a port says otherwise.
 //
-// Lifetime: the system may keep an Objective-C object longer than we keep its C++ side. So no Objective-C object of
-// this adapter holds a C++ object otherwise than by std::weak_ptr, and it locks that pointer for the length of one
-// call; no block captures `this` or a member. Scripts/check-mac reads the sources and holds everybody to it. The other
-// way round C++ objects hold Objective-C objects strongly, by reference counting.
+// Lifetime: the system may keep an Objective-C object longer than we keep its C++ side. So an Objective-C object of
+// this adapter holds a C++ object only by std::weak_ptr, and locks it only for the length of one call; no block
+// captures `this` or a member. Scripts/check-mac enforces this. In the other direction, C++ objects hold Objective-C
+// objects strongly, by reference counting.
 //
-// Nothing here decides anything: every text, threshold and order of steps is the application's.
+// Nothing here makes decisions: every text, threshold and order of steps is the application's.
 #pragma once
 
 #include "Platform/Mac/Application.h"

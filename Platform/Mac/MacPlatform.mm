@@ -31,7 +31,7 @@ std::expected<std::string, Error> removeLensEntry(const std::string& /*applicati
 
 std::unique_ptr<RulesFile> makeRulesFile() { return std::make_unique<mac::RulesFile>(); }
 
-// Nothing is looked at from outside the application here yet.
+// Nothing is examined from outside the application here yet.
 Examination examineDesktop(const ExaminationRequest& request) {
   return {.hotKeys = std::vector<HotKeyAnswer>(request.hotKeys.size(), HotKeyAnswer::unknown)};
 }

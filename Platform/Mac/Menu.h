@@ -1,7 +1,8 @@
 // A menu of the menu bar.
 //
-// Threads: main thread only. Ownership: the menu keeps the values of its items; the AppKit items know them weakly.
-// Enabling is AppKit's automatic one: an item is enabled when its target answers its action.
+// Threads: main thread only.
+// Ownership: the menu keeps the values of its items; the AppKit items hold them weakly.
+// Enabling: AppKit's automatic one. An item is enabled when its target answers its action.
 #pragma once
 
 #import <AppKit/AppKit.h>
@@ -30,7 +31,7 @@ class Menu final : public platform::Menu {
   NSMenu* menu_ = [[NSMenu alloc] init];
   QLFMenuDelegate* delegate_ = nil;  // AppKit does not own it
   std::weak_ptr<Menu> self_;
-  std::vector<std::shared_ptr<const MenuItem>> items_;  // those of the submenus too
+  std::vector<std::shared_ptr<const MenuItem>> items_;  // including those of submenus
 };
 
 }  // namespace platform::mac

@@ -38,7 +38,7 @@
 
 @end
 
-// The target of one menu item, which keeps it alive as its represented object.
+// The target of one menu item; the item keeps it alive as its represented object.
 @interface QLFMenuTarget : NSObject
 - (instancetype)initWithItem:(std::weak_ptr<const platform::MenuItem>)item;
 - (void)perform:(id)sender;

@@ -1,6 +1,7 @@
-// A view that hands everything AppKit asks of it to a responder.
+// A view that passes everything AppKit asks of it on to a responder.
 //
-// Threads: main thread only. Ownership: the view knows its responder weakly and is a plain view once that is gone.
+// Threads: main thread only.
+// Ownership: the view holds its responder weakly, and is a plain view once that is gone.
 #pragma once
 
 #import <AppKit/AppKit.h>

@@ -20,7 +20,7 @@
   if (const auto responder = _responder.lock()) responder->layout();
 }
 
-// The whole view, whatever part of it is dirty.
+// Draws the whole view, whatever part of it is dirty.
 - (void)drawRect:(NSRect)dirtyRect {
   platform::mac::Canvas canvas;
   if (const auto responder = _responder.lock()) responder->draw(canvas);

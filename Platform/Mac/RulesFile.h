@@ -1,4 +1,4 @@
-// There are no rules of the user's on macOS yet: everything is as built in.
+// There are no user rules on macOS yet: everything is as built in.
 //
 // Threads: main thread only.
 #pragma once

@@ -1,7 +1,8 @@
 // The main dispatch queue, timers of the main run loop, and serial dispatch queues.
 //
-// Threads: as the port says. Ownership: a job that was handed over is owned by the queue or the timer alone, and goes
-// on the thread it ran on.
+// Threads: as in the port.
+// Ownership: the queue or the timer alone owns a job that was handed over; the job is destroyed on the thread it ran
+// on.
 #pragma once
 
 #import <Foundation/Foundation.h>
@@ -13,7 +14,7 @@
 
 namespace platform::mac {
 
-// Moves the job to the queue: no copy stays with the calling thread.
+// Moves the job to the queue; the calling thread keeps no copy.
 void dispatchJob(dispatch_queue_t queue, Job job);
 
 class SerialQueue final : public platform::SerialQueue {

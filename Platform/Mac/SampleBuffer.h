@@ -1,6 +1,7 @@
 // One captured frame.
 //
-// Threads: any; a sample buffer does not change. Ownership: holds the sample buffer until the last reference goes.
+// Threads: any; a sample buffer does not change.
+// Ownership: holds the sample buffer until the last reference goes.
 #pragma once
 
 #import <CoreMedia/CoreMedia.h>

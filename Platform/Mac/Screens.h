@@ -1,7 +1,8 @@
 // The screens of the desktop.
 //
-// Threads: main thread only. Units and axes: AppKit's own, which the application shares. The capture service's global
-// space starts at the top-left corner of the primary screen with y down; `fromTopLeft` is the one place that converts.
+// Threads: main thread only.
+// Units and axes: AppKit's own, which the application shares. The capture service's global space starts at the top-left
+// corner of the primary screen, y down; only `fromTopLeft` converts.
 #pragma once
 
 #import <AppKit/AppKit.h>
@@ -17,7 +18,7 @@ namespace platform::mac {
 
 // From the top-left global space to the application's, given the height of the primary screen.
 [[nodiscard]] Rect fromTopLeft(const Rect& rect, double primaryHeight);
-// 0 without any screen.
+// 0 without a screen.
 [[nodiscard]] double primaryScreenHeight();
 
 class Screens final : public platform::Screens {

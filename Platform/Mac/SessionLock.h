@@ -1,7 +1,9 @@
 // The lock screen and the screen saver of macOS, from the notifications that the login window posts to all processes.
 //
-// The system documents no names for them; these have been the same for many releases. Threads: main thread only. The
-// state before the first notification is taken to be unlocked: a session has to be open for a program to be started.
+// The system documents no names for them; these have been the same for many releases.
+//
+// Threads: main thread only.
+// Initial state: unlocked until the first notification, since a program can only be started in an open session.
 #pragma once
 
 #import <Foundation/Foundation.h>

@@ -7,7 +7,7 @@
 namespace platform::mac {
 namespace {
 
-// Foundation keeps truth values as numbers of a type of their own.
+// Foundation keeps Booleans as numbers of a type of their own.
 bool isBool(id object) { return CFGetTypeID((__bridge CFTypeRef)object) == CFBooleanGetTypeID(); }
 
 }  // namespace

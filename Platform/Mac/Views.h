@@ -1,6 +1,7 @@
 // Views, labels and the layer of captured frames.
 //
-// Threads: main thread only. Units and axes: AppKit's own, which the port shares.
+// Threads: main thread only.
+// Units and axes: AppKit's own, which the port shares.
 #pragma once
 
 #import <AppKit/AppKit.h>
@@ -9,7 +10,7 @@
 
 namespace platform::mac {
 
-// What every view of this desktop is beside its port.
+// The AppKit side of every view of this desktop.
 class NativeView {
  public:
   virtual ~NativeView() = default;

@@ -16,7 +16,7 @@ namespace {
 static_assert(resizemask::widthSizable == NSViewWidthSizable);
 static_assert(resizemask::heightSizable == NSViewHeightSizable);
 
-// A port's view over an AppKit view of the kind `Native`.
+// Implements a port's view with an AppKit view of the class `Native`.
 template <class Port, class Native>
 class ViewOver : public Port, public NativeView {
  public:

@@ -1,7 +1,8 @@
 // Borderless windows and the monitor of key presses.
 //
-// Threads: main thread only. Ownership: a window that is dropped leaves the screen; AppKit may keep its object a little
-// longer. A monitor lives until it is removed, whatever becomes of its owner.
+// Threads: main thread only.
+// Ownership: a window that is dropped leaves the screen; AppKit may keep its object a little longer. A monitor lives
+// until it is removed, whatever happens to its owner.
 #pragma once
 
 #import <AppKit/AppKit.h>
@@ -17,7 +18,7 @@ class Windows final : public platform::Windows {
  public:
   std::unique_ptr<Window> makeWindow(const WindowAttributes& attributes) override;
   [[nodiscard]] WindowLevel shieldingLevel() const override;
-  // The lock screen is not one of the windows that applications can lie above.
+  // The lock screen is not a window that applications can cover.
   void setMayOverlap(std::function<bool(const CaptureWindow&)> /*mayOverlap*/) override {}
   EventMonitor addLocalKeyDownMonitor(std::function<bool(const KeyEvent&)> handler) override;
   void removeMonitor(EventMonitor monitor) override;

@@ -75,7 +75,7 @@ std::unique_ptr<Window> Windows::makeWindow(const WindowAttributes& attributes) 
   window.allowsMain = attributes.canBecomeMain;
   window.level = attributes.level;
   window.collectionBehavior = attributes.collectionBehavior;
-  // Never set to NO: AppKit takes that as a wish for clicks on the clear parts as well, which is not its default.
+  // Never set to NO: AppKit reads that as a request for clicks on the clear parts as well, which is not its default.
   if (attributes.ignoresMouseEvents) window.ignoresMouseEvents = YES;
   window.hasShadow = attributes.hasShadow;
   window.opaque = attributes.isOpaque;

@@ -10,7 +10,7 @@ namespace platform::mac {
 
 void Workspace::openURL(const std::string& url) {
   NSURL* link = [NSURL URLWithString:nsString(url)];
-  // The application's links are fixed texts: one that forms no link is a mistake in it.
+  // The application's links are fixed texts: one that is not a URL is a bug in it.
   if (link == nil) std::abort();
   [[NSWorkspace sharedWorkspace] openURL:link];
 }

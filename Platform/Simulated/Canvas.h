@@ -41,7 +41,7 @@ struct DrawnText {
 
 using DrawingStep = std::variant<EvenOddFill, RoundedFill, Stroke, DrawnText>;
 
-// The size of a text here: every character half as wide and one and a quarter times as high as the font's size.
+// The size of a text here: every character is half as wide as the font's size, and one and a quarter times as high.
 [[nodiscard]] Size textSize(const std::string& text, const Font& font);
 
 class Canvas final : public platform::Canvas {

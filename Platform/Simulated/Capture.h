@@ -1,8 +1,8 @@
 // A capture service whose every answer the tests decide.
 //
 // Threads: main thread only. Completions, stop reports and frames arrive on other threads, while the main thread waits.
-// Contract: ends the process when a stream is started twice, before it has an output or after its end, when it is
-// stopped before it started or twice, and when a test delivers a frame of a stream that is not running.
+// Contract: ends the process when a stream is started twice, before it has an output or after its end; when it is
+// stopped twice or before it was started; and when a test delivers a frame of a stream that is not running.
 #pragma once
 
 #include <functional>
@@ -50,14 +50,14 @@ class Stream {
   [[nodiscard]] const std::vector<Output>& outputs() const { return outputs_; }
   [[nodiscard]] StreamPhase phase() const { return phase_; }
   [[nodiscard]] bool isRunning() const { return phase_ == StreamPhase::running; }
-  // False once the caller dropped its handle.
+  // False once the caller has dropped its handle.
   [[nodiscard]] bool isHeld() const { return isHeld_; }
   [[nodiscard]] const std::shared_ptr<Request<void>>& startRequest() const { return startRequest_; }
   [[nodiscard]] const std::shared_ptr<Request<void>>& stopRequest() const { return stopRequest_; }
   // What each call of `admit` named.
   [[nodiscard]] const std::vector<std::vector<std::uint32_t>>& admissions() const { return admissions_; }
 
-  // For the handle and the service.
+  // Called by the handle and the service.
   void note(const std::string& what) const;
   void add(Output output);
   void admit(const std::vector<std::uint32_t>& windowIDs) { admissions_.push_back(windowIDs); }
@@ -74,7 +74,7 @@ class Stream {
   const std::weak_ptr<StreamDelegate> delegate_;
   std::vector<Output> outputs_;
   std::vector<std::vector<std::uint32_t>> admissions_;
-  // Shared with the frames under way, which are not delivered once the stream has ended.
+  // Shared with the frames in flight, which are not delivered once the stream has ended.
   std::shared_ptr<StreamPhase> sharedPhase_ = std::make_shared<StreamPhase>(StreamPhase::made);
   StreamPhase& phase_ = *sharedPhase_;
   bool isHeld_ = true;
@@ -95,7 +95,7 @@ class CaptureService final : public platform::CaptureService {
   void announceChange();
   [[nodiscard]] std::size_t observerCount() const;
 
-  // What the service answers with; read when it answers.
+  // What the service answers with, read when it answers.
   ShareableContent content;
   Answering contentAnswering;
   Answering startAnswering;
@@ -103,7 +103,7 @@ class CaptureService final : public platform::CaptureService {
   std::optional<std::string> addOutputFailure;
 
   [[nodiscard]] const std::vector<ContentRequest>& contentRequests() const { return contentRequests_; }
-  // Every stream ever made, in that order.
+  // Every stream ever made, in order.
   [[nodiscard]] const std::vector<std::shared_ptr<Stream>>& streams() const { return streams_; }
   [[nodiscard]] std::vector<std::shared_ptr<Stream>> runningStreams() const;
   // Destroys every completion that has not run.

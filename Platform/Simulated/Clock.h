@@ -1,6 +1,6 @@
 // A wall clock that moves with the run loop's time.
 //
-// Threads: `now` on any thread; the start is set before other threads ask.
+// Threads: `now` on any thread; set the start before other threads ask.
 #pragma once
 
 #include <chrono>

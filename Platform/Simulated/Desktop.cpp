@@ -17,7 +17,7 @@ Desktop::Desktop() {
 Desktop::~Desktop() {
   runLoop_.drop();
   capture_.drop();
-  // What the completions held may have handed over more work.
+  // Whatever the completions held may have handed over more work.
   runLoop_.drop();
   expectNothingLeft();
 }
@@ -62,7 +62,7 @@ std::expected<std::string, Error> removeLensEntry(const std::string& /*applicati
   return std::unexpected(Error{"A simulated desktop has no menu of applications."});
 }
 
-// A desktop in memory is there only once it was made, so there is nothing to look at yet.
+// A desktop in memory exists only once it is made, so there is nothing to examine yet.
 Examination examineDesktop(const ExaminationRequest& request) {
   return {.hotKeys = std::vector<HotKeyAnswer>(request.hotKeys.size(), HotKeyAnswer::unknown)};
 }

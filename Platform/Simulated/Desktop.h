@@ -1,9 +1,9 @@
-// A whole desktop in memory: everything that the application asks of one, scripted by tests and driven by hand.
+// A whole desktop in memory: everything the application asks of one, scripted by tests and driven by hand.
 //
 // Threads: made, used and destroyed on one thread, its main thread; ports that allow others say so.
 // Time: stands still until `runLoop().advance` moves it. Nothing runs by itself.
-// Lifetime: outlives everything built on it; destroying it while a window, a status item, a stream or a hot-key handler
-// is left ends the process.
+// Lifetime: outlives everything built on it. Destroying it while a window, a status item, a stream or a hot-key handler
+// still exists ends the process.
 #pragma once
 
 #include <memory>
@@ -30,7 +30,7 @@ namespace platform::simulated {
 
 class Desktop final : public Platform {
  public:
-  // One screen of 1440 x 900 points with two pixels each, capturing allowed, an empty home, no windows, no settings.
+  // One screen of 1440 x 900 points at scale 2, capturing allowed, an empty home, no windows, no settings.
   Desktop();
   ~Desktop() override;
   Desktop(const Desktop&) = delete;
@@ -59,9 +59,9 @@ class Desktop final : public Platform {
   Texts& texts() override { return texts_; }
 
   Record& record() { return record_; }
-  // From now on there is no shared application.
+  // There is no shared application from now on.
   void disconnect() { isConnected_ = false; }
-  // The screens, and as many displays for the capture service.
+  // Sets the screens, and as many displays in the capture service.
   void arrangeScreens(const std::vector<Screen>& screens);
 
  private:

@@ -1,4 +1,4 @@
-// Alerts that are answered at once, by a script, and the About panel.
+// Alerts that a script answers at once, and the About panel.
 //
 // Threads: main thread only.
 #pragma once
@@ -19,9 +19,9 @@ class Dialogs final : public platform::Dialogs {
   int runModal(const Alert& alert) override;
   void orderFrontAboutPanel(const AboutPanel& panel) override;
 
-  // The answers to the next alerts. Without one, the alert is closed.
+  // Queues an answer. An alert without one is closed.
   void answerWith(int response) { answers_.push_back(response); }
-  // What goes on while an alert is up; called once for each.
+  // What happens while an alert is up; called once for each.
   void setDuringAlert(std::function<void()> work) { duringAlert_ = std::move(work); }
 
   [[nodiscard]] const std::vector<Alert>& alerts() const { return alerts_; }

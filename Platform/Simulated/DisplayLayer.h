@@ -1,6 +1,6 @@
 // A layer that remembers the frames it was given.
 //
-// Threads: main thread only. Whether a change of the frame would have animated is kept with it.
+// Threads: main thread only. Remembers whether setting its frame would have animated.
 #pragma once
 
 #include <memory>
@@ -32,7 +32,7 @@ class SampleBufferRenderer final : public platform::SampleBufferRenderer {
 
 class DisplayLayer final : public platform::DisplayLayer {
  public:
-  // `withoutAnimations` says, while it is true, that changes do not animate.
+  // Changes do not animate while `withoutAnimations` is true.
   DisplayLayer(Record& record, const bool& withoutAnimations)
       : record_(record), withoutAnimations_(withoutAnimations), renderer_(record) {}
 

@@ -19,7 +19,7 @@
 
 namespace platform::simulated {
 
-// What goes wrong from now on, on every file.
+// What fails from now on, on every file.
 struct FileFailures {
   bool open = false;
   bool seek = false;
@@ -37,7 +37,7 @@ class Files final : public platform::Files {
   std::expected<std::unique_ptr<FileHandle>, Error> openForWriting(const std::string& path) override;
   std::expected<void, Error> write(const std::string& path, std::string_view bytes) override;
 
-  // Makes the directory and all above it.
+  // Makes the directory and all those above it.
   void makeDirectory(const std::string& path);
   void put(const std::string& path, std::string content);
   [[nodiscard]] std::optional<std::string> content(const std::string& path) const;

@@ -33,19 +33,19 @@ class HotKeys final : public platform::HotKeys {
   [[nodiscard]] bool isHeld(HotKeyReference reference) const override;
 
   bool refusesHandlers = false;
-  std::set<std::uint32_t> takenKeyCodes;  // held by another application, from a registration's beginning or later
-  // Runs inside every registration, where a desktop may already deliver a press.
+  std::set<std::uint32_t> takenKeyCodes;  // held by another application, whether before a registration or later
+  // Runs inside every registration, where a real desktop may already deliver a press.
   std::function<void(HotKeyID)> duringRegistration;
 
-  // Every attempt, failed ones included; those have no reference (0).
+  // Every attempt. A failed one has no reference (0).
   [[nodiscard]] const std::vector<HotKeyRegistration>& attempts() const { return attempts_; }
   [[nodiscard]] const std::vector<HotKeyRegistration>& registered() const { return registered_; }
   [[nodiscard]] bool hasHandler() const { return handler_ != nullptr; }
   [[nodiscard]] void* userData() const { return userData_; }
 
-  // Absent when nobody registered the combination or nobody listens; else the handler's status.
+  // Absent when nobody registered the combination or nobody listens; otherwise the handler's status.
   std::optional<std::int32_t> press(std::uint32_t keyCode, std::uint32_t modifiers);
-  // A press that carries this id, or none that can be read.
+  // A press with this id, or with none that can be read.
   std::optional<std::int32_t> send(std::optional<HotKeyID> id);
 
  private:

@@ -1,6 +1,6 @@
 // A process with whatever surroundings a test gives it.
 //
-// Threads: any; tests change it while no other thread asks.
+// Threads: any; tests change it only while no other thread asks.
 #pragma once
 
 #include <map>

@@ -1,8 +1,8 @@
 // What happened on the simulated desktop, and who may do it.
 //
 // Threads: `call` and `expectMainThread` end the process unless the thread is the one that made the record; the rest
-// may be used on any thread. Failure: breaking a port's contract is a bug in the caller, so it ends the process and
-// says why.
+// may be used on any thread.
+// Failure: breaking a port's contract is a bug in the caller, so it ends the process and says why.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +17,7 @@
 
 namespace platform::simulated {
 
-// Ends the process: the caller broke the contract of a port.
+// Ends the process: the caller broke a port's contract.
 [[noreturn]] void misuse(const std::string& what);
 
 void expectFinite(const Rect& rect, const std::string& operation);
@@ -25,7 +25,7 @@ void expectFinite(const Rect& rect, const std::string& operation);
 // Runs `work` to its end on a thread that is not the caller's.
 void runOnAnotherThread(const std::function<void()>& work);
 
-// The one ordered list of every call that changed something, as short texts such as "window 1: order front".
+// Every call that changed something, in one ordered list of short texts such as "window 1: order front".
 class Record {
  public:
   void expectMainThread(const std::string& operation) const;
@@ -36,7 +36,7 @@ class Record {
 
   [[nodiscard]] std::vector<std::string> entries() const;
   [[nodiscard]] std::vector<std::string> startingWith(const std::string& prefix) const;
-  // The place of the first such entry.
+  // The position of the first such entry.
   [[nodiscard]] std::optional<std::size_t> indexOf(const std::string& entry) const;
   void clear();
 

@@ -20,9 +20,9 @@ class RemoteControl final : public platform::RemoteControl {
   Claim claim(Handler handler) override;
   void announceQuestion() override { record_.call("remote control: announce a question"); }
 
-  // Hands the words to the handler and keeps its reply. Only after a claim that was granted.
+  // Hands the words to the handler and keeps its reply. Call only after a claim was granted.
   void send(const std::vector<std::string>& arguments);
-  // The replies to all that was sent, in the order in which they came.
+  // The replies so far, in the order they came.
   [[nodiscard]] const std::vector<RemoteReply>& replies() const { return replies_; }
 
   Claim nextClaim = Claim::first;

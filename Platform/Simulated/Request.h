@@ -24,7 +24,7 @@ class Request {
   using Answer = std::expected<Value, Error>;
   using Completion = std::function<void(Answer)>;
 
-  // `onAnswer` hears every answer before the completion does.
+  // `onAnswer` gets every answer before the completion does.
   Request(Completion completion, std::function<void(const Answer&)> onAnswer)
       : completion_(std::move(completion)), onAnswer_(std::move(onAnswer)) {
     if (!completion_) misuse("a request was made without a completion");
@@ -55,7 +55,7 @@ struct Answering {
   std::optional<std::string> failure;  // with this description instead of success
 };
 
-// Answers `request` at the next turn of the main queue, unless it was answered or dropped by then.
+// Answers `request` on the next turn of the main queue, unless it has been answered or dropped by then.
 template <class Value>
 void answerLater(RunLoop& runLoop, const std::shared_ptr<Request<Value>>& request, const Answering& answering,
                  std::function<Value()> value) {

@@ -109,14 +109,14 @@ std::shared_ptr<ScheduledWork> RunLoop::nextDue(std::chrono::nanoseconds limit) 
   std::shared_ptr<ScheduledWork> next;
   for (const auto& work : work_) {
     const bool mayRun = work->isLive && work->due <= limit && (work->inCommonModes || !isTracking_);
-    // Strictly earlier: among equals the one made first goes first.
+    // Strictly earlier: among equals the one created first goes first.
     if (mayRun && (!next || work->due < next->due)) next = work;
   }
   return next;
 }
 
 void RunLoop::fire(ScheduledWork& work) {
-  // What was held back while a menu was tracked is late, and time never goes back for it.
+  // Work held back while a menu was tracked is late; time never goes back for it.
   elapsed_ = std::max(elapsed(), work.due);
   const Job job = work.job;
   if (work.interval.count() > 0) {
@@ -177,7 +177,7 @@ std::vector<std::shared_ptr<SerialQueue>> RunLoop::liveQueues() const {
 
 void RunLoop::drop() {
   for (const auto& queue : liveQueues()) queue->drop();
-  // Swapped out first: what a destroyed job drops may hand over more.
+  // Swapped out first: whatever a destroyed job lets go of may hand over more.
   std::vector<std::shared_ptr<ScheduledWork>> work;
   work.swap(work_);
   for (const auto& each : work) {

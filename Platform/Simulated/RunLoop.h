@@ -1,7 +1,7 @@
 // A main queue and a time that only its owner moves. Nothing runs by itself.
 //
 // Threads: `post` and `elapsed` on any thread, everything else on the main thread.
-// Units: seconds; kept as whole nanoseconds, so that many short steps add up exactly.
+// Units: seconds, kept as whole nanoseconds so that many short steps add up exactly.
 #pragma once
 
 #include <atomic>
@@ -26,7 +26,7 @@ struct ScheduledWork {
   std::chrono::nanoseconds interval{};  // zero: runs once
   Job job;
   bool isLive = true;
-  bool inCommonModes = true;  // runs also while a menu is tracked
+  bool inCommonModes = true;  // also runs while a menu is tracked
 };
 
 class RunLoop final : public platform::RunLoop {
@@ -39,13 +39,13 @@ class RunLoop final : public platform::RunLoop {
   void addToCommonModes(platform::Timer& timer) override;
   std::shared_ptr<platform::SerialQueue> makeSerialQueue(const std::string& label, QualityOfService quality) override;
 
-  // Runs posted jobs, and those that they post, until none is left.
+  // Runs posted jobs, and the jobs they post, until none is left.
   void runUntilIdle();
   // Runs one posted job; false when there is none.
   bool runOne();
-  // Moves time on, running what comes due in order of time and then of creation, posted jobs in between.
+  // Moves time forward and runs what comes due, by time and then by creation, with posted jobs in between.
   void advance(double seconds);
-  // Runs what waits on the serial queues; true when there was anything.
+  // Runs what waits on the serial queues; true if there was anything.
   bool runSerialQueues();
   // Runs serial queues and posted jobs until none of them has anything left.
   void settle();

@@ -21,7 +21,7 @@ class Screens final : public platform::Screens {
   [[nodiscard]] Point mouseLocation() const override;
   void observeChanges(std::function<void()> observer) override;
 
-  // Replaces the screens; the first becomes the main one. Tells nobody.
+  // Replaces the screens; the first becomes the main one. Notifies nobody.
   void arrange(std::vector<Screen> screens);
   void setMain(std::optional<Screen> screen) { main_ = screen; }
   void setMouseLocation(Point location) { mouseLocation_ = location; }

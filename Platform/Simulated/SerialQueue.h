@@ -19,7 +19,7 @@ class SerialQueue final : public platform::SerialQueue {
 
   void perform(const Job& job) override;
 
-  // True when there was anything to run.
+  // True if there was anything to run.
   bool runPending();
   void drop();
   [[nodiscard]] const std::string& label() const { return label_; }

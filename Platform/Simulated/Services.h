@@ -36,7 +36,7 @@ class ScreenCaptureAccess final : public platform::ScreenCaptureAccess {
 
   bool isGranted = true;
   bool grantsOnRequest = false;
-  std::deque<bool> nextPreflights;  // answered before `isGranted` is asked
+  std::deque<bool> nextPreflights;  // answers to give before `isGranted` counts
 
   [[nodiscard]] int preflightCount() const { return preflightCount_; }
   [[nodiscard]] int requestCount() const { return requestCount_; }
@@ -56,7 +56,7 @@ class LoginItem final : public platform::LoginItem {
   std::expected<void, Error> unregisterItem() override;
 
   LoginItemStatus currentStatus = LoginItemStatus::notRegistered;
-  std::optional<std::string> failure;  // refuses every change with this description
+  std::optional<std::string> failure;  // if set, refuses every change with this description
 
  private:
   Record& record_;
@@ -96,7 +96,7 @@ class Settings final : public platform::Settings {
   [[nodiscard]] std::optional<SettingValue> object(const std::string& key) const override;
   void set(const std::string& key, SettingValue value) override;
 
-  // What an earlier run of the program left; not among the writes.
+  // Values left by an earlier run of the program; not among the writes.
   std::map<std::string, SettingValue> values;
   [[nodiscard]] const std::vector<std::pair<std::string, SettingValue>>& writes() const { return writes_; }
   [[nodiscard]] const std::vector<std::string>& reads() const { return reads_; }

@@ -1,7 +1,7 @@
 // A status bar and its menus, which only tests open.
 //
 // Threads: main thread only.
-// Ownership: as the port says; the bar remembers its items weakly.
+// Ownership: as in the port; the bar remembers its items weakly.
 #pragma once
 
 #include <memory>
@@ -60,8 +60,8 @@ class Menu final : public platform::Menu {
 
   void open();
   void close();
-  // Opens the menu, closes it and runs the item's action, as a user's choice does; false when there is no such item
-  // or it cannot be chosen. Looks into submenus, too.
+  // Opens the menu, closes it and runs the item's action, as a user's choice does; false when there is no such item or
+  // it cannot be chosen. Searches submenus, too.
   bool choose(const std::string& title);
 
   [[nodiscard]] const std::vector<MenuItem>& items() const { return items_; }
@@ -69,7 +69,7 @@ class Menu final : public platform::Menu {
   [[nodiscard]] const MenuItem* item(const std::string& title) const;
   [[nodiscard]] std::shared_ptr<MenuDelegate> delegate() const { return delegate_.lock(); }
   [[nodiscard]] bool isOpen() const { return isOpen_; }
-  // An item can be chosen when it has an action, whatever its flag wishes, or leads to a submenu.
+  // An item can be chosen when it has an action, whatever its flag says, or leads to a submenu.
   [[nodiscard]] static bool isEnabled(const MenuItem& item);
 
  private:
@@ -114,7 +114,7 @@ class StatusBar final : public platform::StatusBar {
   bool refusesButtons = false;
   std::set<std::string> missingSymbols;
 
-  // The items in the bar now, in the order in which they were made.
+  // The items now in the bar, in the order they were made.
   [[nodiscard]] std::vector<std::shared_ptr<StatusItem>> items() const;
 
  private:

@@ -113,7 +113,7 @@ void View::setWindowFrame(const Rect* frame) {
   if (frame == nullptr) return;
   const bool keepsSize = frame_.size == frame->size;
   resize({{0, 0}, frame->size});
-  // A view that enters a window lays out even when it has its size already.
+  // A view that enters a window lays out even if it already has its size.
   if (enters && keepsSize) layOut();
 }
 

@@ -1,8 +1,8 @@
-// Views whose tree can be looked through.
+// Views whose tree tests can inspect.
 //
 // Threads: main thread only.
 // Layout: a view lays out at once when its size changes and when it enters a window.
-// Ownership: as the port says; a view knows its superview and its window without owning them.
+// Ownership: as in the port; a view knows its superview and its window without owning them.
 #pragma once
 
 #include <functional>
@@ -24,7 +24,7 @@ struct LayerBorder {
   friend bool operator==(const LayerBorder&, const LayerBorder&) = default;
 };
 
-// A plain view and a label in one: a label is a view with a text.
+// A plain view and a label in one: a label is a view with text.
 class View final : public Label {
  public:
   View(Record& record, const bool& withoutAnimations) : record_(record), withoutAnimations_(withoutAnimations) {}
@@ -49,7 +49,7 @@ class View final : public Label {
   void setText(const std::string& text) override;
   void setStyle(const TextStyle& style) override;
 
-  // For the window that shows the view: where its content lies on the screen, or null when it leaves the window.
+  // Called by the window that shows the view: where its content lies on the screen, or null when it leaves the window.
   void setWindowFrame(const Rect* frame);
   void setResponder(std::weak_ptr<ViewResponder> responder) { responder_ = std::move(responder); }
   [[nodiscard]] std::shared_ptr<ViewResponder> responder() const { return responder_.lock(); }
@@ -81,7 +81,7 @@ class View final : public Label {
   const bool& withoutAnimations_;
   std::weak_ptr<ViewResponder> responder_;
   View* superview_ = nullptr;
-  const Rect* windowFrame_ = nullptr;  // set in the root of a window's tree only
+  const Rect* windowFrame_ = nullptr;  // set only in the root of a window's tree
   Rect frame_;
   unsigned resizeMask_ = 0;
   std::optional<Color> background_;

@@ -1,4 +1,4 @@
-// Windows that tests can look at, also after they are gone, and the key presses and mouse moves that reach them.
+// Windows that tests can inspect, even after they are gone, and the key presses and mouse moves that reach them.
 //
 // Threads: main thread only.
 // Ownership: the caller of `makeWindow` owns the handle; its state is kept here for the tests.
@@ -43,19 +43,19 @@ class Windows final : public platform::Windows {
   EventMonitor addLocalKeyDownMonitor(std::function<bool(const KeyEvent&)> handler) override;
   void removeMonitor(EventMonitor monitor) override;
 
-  // Every window ever made, in that order.
+  // Every window ever made, in order.
   [[nodiscard]] const std::vector<std::shared_ptr<WindowState>>& made() const { return made_; }
-  // What is on the screen, from the bottom to the top.
+  // The windows on the screen, bottom to top.
   [[nodiscard]] const std::vector<std::shared_ptr<WindowState>>& onScreen() const { return stack_; }
   [[nodiscard]] std::shared_ptr<WindowState> keyWindow() const { return keyWindow_.lock(); }
-  // The topmost window that a click at this place reaches; null when it reaches another application.
+  // The topmost window that a click at this point reaches; null when the click reaches another application.
   [[nodiscard]] std::shared_ptr<WindowState> clickTarget(Point point) const;
-  // Whether windows at the shielding level would come to lie above this one, if it could be a lock screen.
+  // Whether windows at the shielding level may cover this one if it could be a lock screen.
   [[nodiscard]] bool mayOverlap(const CaptureWindow& window) const { return mayOverlap_ && mayOverlap_(window); }
   [[nodiscard]] std::size_t monitorCount() const { return monitors_.size(); }
   KeyOutcome pressKey(KeyEvent event);
 
-  // For the windows' handles.
+  // Called by the windows' handles.
   void orderFront(const std::shared_ptr<WindowState>& window);
   void orderOut(const std::shared_ptr<WindowState>& window);
   void makeKey(const std::shared_ptr<WindowState>& window);
