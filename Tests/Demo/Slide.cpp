@@ -54,7 +54,7 @@ void Slide::paint() {
   }
   paintDigit(step_ / 10 % 10, 300, 240);
   paintDigit(step_ % 10, 380, 240);
-  // A background is copied when it is set; setting it anew shows what was painted since.
+  // A background is copied when it is set; setting it again shows what has been painted since.
   xcb_change_window_attributes(client_.connection(), window_, XCB_CW_BACK_PIXMAP, &canvas_);
   xcb_clear_area(client_.connection(), 0, window_, 0, 0, 0, 0);
   client_.sync();

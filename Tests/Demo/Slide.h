@@ -1,6 +1,6 @@
-// The content of the demonstration: a presenter's slide with a counter and a bar chart that move on with every step.
+// The content of the demonstration: a presenter's slide with a counter and a bar chart that change with every step.
 //
-// It is the background of an ordinary window, so the X server keeps it painted whatever lies over it.
+// It is the background of an ordinary window, so the X server keeps it painted whatever lies above it.
 #pragma once
 
 #include <string>
@@ -14,10 +14,10 @@ class Slide {
   // Covers the whole screen, as a presentation does.
   explicit Slide(const std::string& display);
 
-  // Shows the next state; it is on the screen, or under what covers it, when this returns.
+  // Shows the next state; when this returns, it is on the screen, or beneath whatever covers it.
   void advance();
   [[nodiscard]] int step() const { return step_; }
-  // What the slide itself looks like now, whatever lies over it.
+  // What the slide itself looks like now, whatever lies above it.
   [[nodiscard]] support::Picture picture() { return client_.contents(canvas_, client_.screenFrame()); }
 
  private:

@@ -1,5 +1,5 @@
 // Shows Quillfade at work on a private display and measures what it shows: ink on the screen, the ink gone inside the
-// covered area while the slide beneath moves on, and the solid cover. Leaves pictures and the log in a directory.
+// covered area while the slide beneath changes, and the solid cover. Saves pictures and the log in a directory.
 
 #include <chrono>
 #include <exception>
@@ -25,7 +25,7 @@ using support::PixelRect;
 
 // The demonstration's area, 520 x 340 at (240, 240) from the bottom-left corner of a screen 800 pixels high.
 constexpr PixelRect area{240, 800 - 240 - 340, 520, 340};
-// Without the outline that lies along the cover's edges.
+// Without the outline along the cover's edges.
 constexpr PixelRect inside{area.x + 1, area.y + 1, area.width - 2, area.height - 2};
 // An arrow into the area, and a line that leaves it and comes back.
 const std::vector<support::Stroke> strokes{{130, 180, 620, 460}, {620, 460, 560, 462},  {620, 460, 594, 408},
@@ -78,7 +78,7 @@ class Demonstration {
     require(shows([&](const Picture& screen) { return screen.differences(slide_.picture(), area) == 0; }),
             "The slide did not come up.");
     gromit_.draw(strokes);
-    // The program draws in order, so the last stroke comes to the screen last.
+    // The program draws in order, so the last stroke appears last.
     const support::Stroke& last = strokes.back();
     const PixelRect middle{(last.fromX + last.toX) / 2, (last.fromY + last.toY) / 2, 1, 1};
     require(shows([&](const Picture& screen) { return screen.count(support::GromitMpx::defaultInk, middle) == 1; }),
@@ -89,7 +89,7 @@ class Demonstration {
     require(quillfade.waitForMessage("first live frame received"),
             "No live frame came: " + quillfade.process().output());
     slide_.advance();
-    // The whole inside is the slide as it is now, which it was not when the first picture was taken.
+    // The whole inside shows the slide as it is now, not as it was when the first picture was taken.
     const bool live = shows([&](const Picture& screen) { return screen.differences(slide_.picture(), inside) == 0; });
     const Ink covered = keep("2-covered.png");
     std::filesystem::copy_file(quillfade.logPath(), output_ / "quillfade.log",
@@ -110,7 +110,7 @@ class Demonstration {
     require(covered.outside == first.outside, "The ink outside the solid cover changed.");
   }
 
-  // In the middle of a drag, which Escape then ends.
+  // In the middle of a drag, which Escape then cancels.
   void selectArea() {
     input_.chord({XK_Control_L, XK_Alt_L, XK_Super_L, XK_a});
     require(shows([&](const Picture& screen) { return screen.at(5, 5) != slide_.picture().at(5, 5); }),
@@ -151,7 +151,7 @@ class Demonstration {
   support::GromitMpx gromit_{server_.display()};
 };
 
-// The menu of the tray, on a desktop that has one in its top-left corner.
+// The tray's menu, on a desktop that has a tray in its top-left corner.
 void openMenu(const std::string& executable, const std::filesystem::path& output) {
   const support::XServer server;
   support::XClient client(server.display());
@@ -166,7 +166,7 @@ void openMenu(const std::string& executable, const std::filesystem::path& output
   const auto showsIcon = [&] { return client.screenshot().count(0x808080, {0, 0, 24, 40}, 40) > 20; };
   require(support::waitUntil(showsIcon), "The icon did not come up.");
   const Picture before = client.screenshot();
-  // Panels lay themselves out in their own time, so the click may come too early.
+  // Panels take their time to lay themselves out, so the click may come too early.
   constexpr PixelRect menu{30, 45, 200, 150};
   const auto showsMenu = [&] { return client.screenshot().differences(before, menu) > 20'000; };
   const auto opensMenu = [&] {

@@ -1,4 +1,4 @@
-// The words that arrive from a command line or over the bus, one a line: a command, or a sentence that is one line.
+// Words from a command line or the bus, one per line, give a command or a one-line sentence.
 
 #include <string>
 #include <vector>

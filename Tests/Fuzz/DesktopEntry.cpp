@@ -1,4 +1,4 @@
-// A program's path, quoted into a desktop entry, stays one argument on one line; and any file can be read as an entry.
+// A program's path, quoted in a desktop entry, stays one argument on one line. Any file can be read as an entry.
 
 #include <string>
 
@@ -7,7 +7,7 @@
 
 namespace {
 
-// As a desktop does it: the value's escapes first, then the quotes, then the field codes.
+// As a desktop does it: first the value's escapes, then the quotes, then the field codes.
 std::string unquoted(std::string_view exec) {
   std::string value;
   for (std::size_t i = 0; i < exec.size(); ++i) {
@@ -34,7 +34,7 @@ std::string unquoted(std::string_view exec) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t length) {
   const auto input = fuzz::text(bytes, length);
   (void)platform::linux::posix::parseDesktopEntry(input);
-  // No path holds a zero byte.
+  // A path contains no zero byte.
   const std::string path(input.substr(0, input.find('\0')));
   const std::string exec = platform::linux::posix::desktopExec(path);
   fuzz::expect(exec.find('\n') == std::string::npos, "the value is one line");

@@ -1,4 +1,4 @@
-// What the fuzzers share. Each has one function that takes any bytes; breaking a promise ends the process.
+// What the fuzzers share. Each is one function that takes any bytes; breaking a promise ends the process.
 #pragma once
 
 #include <cstddef>

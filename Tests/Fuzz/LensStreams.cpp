@@ -1,5 +1,5 @@
-// What programs behind a lens send to the X server, what it sends to them, and the first words of both. The input
-// chooses byte order and piece size, as Tests/Lens/StreamPromises.h says.
+// What programs behind a lens and the X server send each other, from the first words on. The input chooses the byte
+// order and the size of the pieces, as Tests/Lens/StreamPromises.h explains.
 
 #include <span>
 

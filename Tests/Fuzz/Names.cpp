@@ -1,4 +1,4 @@
-// The names of foreign windows in the log and in the table of windows: no name makes, ends or forges a line.
+// The names of foreign windows in the log and in the table of windows: no name adds, ends or forges a line.
 
 #include <algorithm>
 #include <string>

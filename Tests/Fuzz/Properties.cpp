@@ -1,4 +1,4 @@
-// The properties of foreign windows, of any type, format and length, as the server hands them over.
+// The properties of foreign windows, of any type, format and length, as the server returns them.
 
 #include <cstring>
 #include <memory>
@@ -14,7 +14,7 @@ namespace {
 
 using namespace platform::linux;
 
-// Takes the input apart from its beginning; zeros once it is used up.
+// Takes the input apart from the front; gives zeros once it is used up.
 class Input {
  public:
   Input(const std::uint8_t* bytes, std::size_t length) : rest_(fuzz::text(bytes, length)) {}
@@ -36,8 +36,8 @@ class Input {
   std::string_view rest_;
 };
 
-// In a block of memory of just its size, so that reading on is noticed. The length is the server's and true; all else
-// is the window's.
+// In a block of memory of exactly its size, so that reading past the end is noticed. The length comes from the server
+// and is true; everything else comes from the window.
 xcb::Reply<xcb_get_property_reply_t> makeReply(Input& input) {
   constexpr std::uint8_t formats[]{0, 8, 16, 32};
   const std::uint8_t format = formats[input.byte() % 4];

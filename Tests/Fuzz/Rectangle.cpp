@@ -1,4 +1,4 @@
-// The stored rectangle: whatever is read is finite and reads back as the same from its own text.
+// The stored rectangle: whatever is read is finite, and its own text reads back as the same.
 
 #include <cmath>
 

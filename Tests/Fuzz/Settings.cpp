@@ -1,4 +1,4 @@
-// The settings file: any content gives values or defaults, and is kept, whole or aside; a change makes the file good.
+// The settings file: any content gives values or defaults and is kept, in place or aside; a change makes the file good.
 
 #include <filesystem>
 #include <fstream>
@@ -18,7 +18,7 @@ std::string content(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// One directory for the whole run, in memory where there is some.
+// One directory for the whole run, in memory where possible.
 const fs::path& directory() {
   static const fs::path path = [] {
     std::string pattern =

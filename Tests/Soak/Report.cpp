@@ -14,7 +14,7 @@ constexpr int margin = 60;
 
 using Value = std::function<double(const Sample&)>;
 
-// One curve over time, between zero and its own maximum.
+// One curve over time, from zero to its own maximum.
 void drawCurve(std::ofstream& svg, const std::vector<Sample>& samples, const std::string& title, const Value& value,
                int top) {
   double most = 1;
@@ -43,7 +43,7 @@ Verdict judge(const std::vector<Sample>& samples, std::size_t frames, std::size_
     verdict.lines.push_back(what + ": " + std::to_string(before) + " after the first minute, " + std::to_string(after) +
                             " at the end" + (isLevel ? "" : " (NOT LEVEL)"));
   };
-  // Allocators keep a few pages more or less, and a frame on its way holds some resources.
+  // Allocators keep a few pages more or less, and a frame in flight holds some resources.
   compare("memory of the program, KiB", first->programMemory, last->programMemory, 0.03);
   compare("memory of the X server, KiB", first->serverMemory, last->serverMemory, 0.03);
   compare("open descriptors", first->descriptors, last->descriptors, 0);

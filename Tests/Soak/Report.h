@@ -1,4 +1,4 @@
-// What a soak measured, as a text and as a picture.
+// What a soak measured, as text and as a picture.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ struct Sample {
   std::int64_t serverMemory = 0;   // KiB
   std::int64_t descriptors = 0;
   std::int64_t resources = 0;
-  double oldestFrame = 0;  // milliseconds, since the sample before
+  double oldestFrame = 0;  // milliseconds, since the previous sample
   bool endsRound = false;  // taken in the state in which every round ends
 };
 
@@ -25,7 +25,7 @@ struct Verdict {
 
 // Compares the end of the last round with the end of the first.
 [[nodiscard]] Verdict judge(const std::vector<Sample>& samples, std::size_t frames, std::size_t late);
-// plot.svg and samples.csv.
+// Writes plot.svg and samples.csv.
 void write(const std::vector<Sample>& samples, const std::filesystem::path& directory);
 
 }  // namespace soak

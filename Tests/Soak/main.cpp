@@ -1,6 +1,6 @@
 // Hours of a presenter's day in minutes: a cover over a video, overlays that come and go, peeks, changes of style, and
-// monitors that are plugged and unplugged. What the program and the server hold must be as after the first minute, and
-// no picture in the cover may be older than a tenth of a second.
+// monitors that are plugged in and out. What the program and the server hold must be the same as after the first
+// minute, and no picture in the cover may be older than a tenth of a second.
 //
 // quillfade-soak PROGRAM MINUTES DIRECTORY
 
@@ -33,7 +33,7 @@ constexpr support::PixelRect video{300, 250, 400, 250};
 class Soak {
  public:
   Soak(const std::string& program, int minutes) : executable_(program), minutes_(minutes) {
-    // Ink over everything: whatever else is seen, is seen in the cover.
+    // Ink over everything: anything else on the screen is the cover.
     paneOfInk(screen);
     client_.sync();
     program_.emplace(program, server_.display(),
@@ -79,7 +79,7 @@ class Soak {
   }
 
   void drawFrame() {
-    // Never the colour of the ink, and never the same twice within some seconds.
+    // Never the ink's colour, and never the same twice within some seconds.
     ++number_;
     const std::uint32_t color = 0x002000U | (number_ & 0xffU) | (number_ & 0xff00U) << 8U;
     client_.fill(video_, {0, 0, video.width, video.height}, color);
@@ -88,7 +88,7 @@ class Soak {
     if (drawn_.size() > 300) drawn_.pop_front();
   }
 
-  // The picture in the cover is as old as the frame that came after it.
+  // The picture in the cover became old when the next frame was drawn.
   void look() {
     const std::uint32_t color = client_.screenshot({video.x + 200, video.y + 125, 1, 1}).at(0, 0);
     const auto now = Clock::now();

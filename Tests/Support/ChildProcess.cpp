@@ -88,12 +88,12 @@ ChildProcess::ChildProcess(std::vector<std::string> arguments, const Environment
   id_ = fork();
   if (id_ < 0) throw std::runtime_error("No process could be made for " + arguments.at(0) + ".");
   if (id_ == 0) becomeProgram(argumentPointers, variablePointers, outputPath.c_str(), inherited, parent);
-  setpgid(id_, id_);  // whichever of the two comes first; the other one fails, harmlessly
+  setpgid(id_, id_);  // both processes call this; whichever is later fails, harmlessly
 }
 
 ChildProcess::~ChildProcess() {
   terminate();
-  ::kill(-id_, SIGKILL);  // what the program started and left behind
+  ::kill(-id_, SIGKILL);  // whatever the program started and left behind
 }
 
 bool ChildProcess::isRunning() { return !exitStatus().has_value(); }

@@ -1,8 +1,9 @@
 // A program that a test runs.
 //
-// The program is the leader of a process group of its own; ending the object ends the whole group. It also ends when
-// the thread that started it does, so a test that is killed leaves nothing behind. Threads: one at a time. Failure: a
-// program that cannot be started throws.
+// The program leads its own process group; destroying the object ends the whole group. The program also ends when the
+// thread that started it does, so a test that is killed leaves nothing behind.
+// Threads: one at a time.
+// Failure: a program that cannot be started throws.
 #pragma once
 
 #include <sys/types.h>
@@ -23,8 +24,8 @@ using Environment = std::map<std::string, std::string>;
 
 class ChildProcess {
  public:
-  // The program is looked up in PATH. It gets this process's environment without anything that names the developer's
-  // own desktop, session or configuration, and with the given variables. `inherited` descriptors stay open in it.
+  // Looks the program up in PATH. It gets the given variables and this process's environment, without anything that
+  // names the developer's own desktop, session or configuration. `inherited` descriptors stay open in it.
   explicit ChildProcess(std::vector<std::string> arguments, const Environment& environment = {},
                         const std::vector<int>& inherited = {});
   ~ChildProcess();
@@ -36,14 +37,14 @@ class ChildProcess {
   // Standard output and standard error so far, in the order written.
   [[nodiscard]] std::string output() const;
 
-  // The exit status once the program has ended, 128 + the signal when one ended it; absent while it still runs.
+  // The exit status once the program has ended, or 128 + the signal that ended it; absent while it runs.
   [[nodiscard]] std::optional<int> exitStatus();
   [[nodiscard]] std::optional<int> waitForExit(std::chrono::milliseconds deadline = defaultDeadline);
 
   void signal(int number);
-  // Asks to end, and after two seconds ends by force.
+  // Asks the program to end, and kills it after two seconds.
   void terminate();
-  // Ends by force, at once.
+  // Kills the program at once.
   void kill();
 
  private:
@@ -52,7 +53,7 @@ class ChildProcess {
   std::optional<int> exitStatus_;
 };
 
-// Runs a program to its end; throws when it does not end in time or fails. Returns its output.
+// Runs a program to its end and returns its output; throws when it does not end in time or fails.
 std::string runToEnd(std::vector<std::string> arguments, const Environment& environment = {});
 
 }  // namespace support

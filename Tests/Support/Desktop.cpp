@@ -9,7 +9,7 @@ namespace support {
 
 namespace {
 
-// The address stands on a line of its own, maybe after warnings; empty while that line is not complete.
+// The address is a line of its own, perhaps after warnings; empty until that line is complete.
 std::string addressIn(const std::string& output) {
   std::istringstream lines(output.substr(0, output.rfind('\n') + 1));
   std::string line;
@@ -57,7 +57,7 @@ WindowManager::WindowManager(const std::string& display, Kind kind) {
 }
 
 CompositingManager::CompositingManager(const std::string& display) : display_(display) {
-  // Where just a part is to be painted again, picom 12 and 13 lose windows around it.
+  // When only part of the screen is repainted, picom 12 and 13 lose windows around it.
   process_.emplace(
       std::vector<std::string>{"picom", "--backend", "xrender", "--no-use-damage", "--config", "/dev/null"},
       home_.environment(display));
@@ -76,7 +76,7 @@ void CompositingManager::stop() {
 }
 
 XEmbedTray::XEmbedTray(const std::string& display) {
-  // Black, as tint2 leaves the ground of the icons black, too.
+  // Black, since tint2 also leaves the background of the icons black.
   const auto settings = home_.configuration() / "tint2/tint2rc";
   writeFile(settings,
             "rounded = 0\n"
@@ -90,7 +90,7 @@ XEmbedTray::XEmbedTray(const std::string& display) {
             "panel_background_id = 1\n"
             "systray_padding = 0 0 0\n"
             "systray_icon_size = 24\n");
-  // It waits for fifteen seconds for a window manager that says this.
+  // It waits up to fifteen seconds for a window manager that sets this.
   XClient client(display);
   client.setNumbers(client.root(), "_NET_NUMBER_OF_DESKTOPS", "CARDINAL", {1});
   client.sync();

@@ -1,6 +1,7 @@
 // The other programs of a desktop: a window manager, a compositing manager, a session bus, a tray.
 //
-// Ownership: each ends with its object. Each is ready when its constructor returns, or the constructor throws.
+// Ownership: each program ends with its object.
+// Failure: each is ready when its constructor returns, or the constructor throws.
 // None of them reads or writes the developer's own configuration.
 #pragma once
 
@@ -11,7 +12,7 @@
 
 namespace support {
 
-// A home of a test's own, and the variables that send a program there.
+// A test's own home, and the variables that point a program there.
 class PrivateHome {
  public:
   [[nodiscard]] std::filesystem::path path() const { return directory_.path(); }
@@ -26,7 +27,7 @@ class SessionBus {
  public:
   SessionBus();
   [[nodiscard]] const std::string& address() const { return address_; }
-  // As a crash would.
+  // As if it crashed.
   void kill() { process_->kill(); }
 
  private:
@@ -39,22 +40,22 @@ class WindowManager {
  public:
   enum class Kind { openbox, xfwm4, compositingXfwm4 };
   explicit WindowManager(const std::string& display, Kind kind = Kind::openbox);
-  // As a crash would.
+  // As if it crashed.
   void kill() { process_->kill(); }
 
  private:
   PrivateHome home_;
-  std::optional<SessionBus> bus_;  // where the window manager needs one
+  std::optional<SessionBus> bus_;  // only if the window manager needs one
   std::optional<ChildProcess> process_;
 };
 
 class CompositingManager {
  public:
-  // picom with its XRender backend.
+  // Runs picom with its XRender backend.
   explicit CompositingManager(const std::string& display);
-  // Returns when the screen has no compositing manager any more.
+  // Returns once the screen has no compositing manager.
   void stop();
-  // As a crash would.
+  // As if it crashed.
   void kill() { process_->kill(); }
 
  private:
@@ -63,8 +64,8 @@ class CompositingManager {
   std::optional<ChildProcess> process_;
 };
 
-// tint2 with nothing but a tray of the older kind, which takes the icons' windows in: 40 pixels high, in the top-left
-// corner. It needs no session bus.
+// tint2 with nothing but an old-style tray, which embeds the icons' windows: 40 pixels high, in the top-left corner. It
+// needs no session bus.
 class XEmbedTray {
  public:
   explicit XEmbedTray(const std::string& display);

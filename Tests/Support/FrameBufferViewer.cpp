@@ -40,10 +40,10 @@ FrameBufferViewer::FrameBufferViewer(const std::filesystem::path& socket)
   (void)receive(lengthOfVersion);
   send("RFB 003.003\n");
   if (receiveNumber(4) != noAuthentication) throw std::runtime_error("The screen is not offered to everybody.");
-  send("\1"s);  // to be shared with others
+  send("\1"s);  // shared with other viewers
   (void)receive(4 + lengthOfPixelFormat);
   (void)receive(receiveNumber(4));
-  // 32 bits a pixel, 24 of which count, little-endian: blue, green, red, nothing.
+  // 32 bits per pixel, of which 24 count, little-endian: blue, green, red, unused.
   send("\0\0\0\0"s + "\x20\x18\0\1"s + "\0\xff\0\xff\0\xff"s + "\x10\x8\0"s + "\0\0\0"s);
 }
 

@@ -1,4 +1,4 @@
-// Looks at a screen that is offered over the RFB protocol (VNC), as viewers do.
+// Looks at a screen offered over the RFB protocol (VNC), as viewers do.
 //
 // Threads: one at a time; calls block.
 // Failure: throws.
@@ -13,13 +13,13 @@ namespace support {
 
 class FrameBufferViewer {
  public:
-  // A server that asks for no password, on the socket in that file.
+  // Connects to a server that asks for no password, on the socket in that file.
   explicit FrameBufferViewer(const std::filesystem::path& socket);
   ~FrameBufferViewer();
   FrameBufferViewer(const FrameBufferViewer&) = delete;
   FrameBufferViewer& operator=(const FrameBufferViewer&) = delete;
 
-  // The colour, 0x00RRGGBB, that the server now says the screen has there.
+  // The colour, 0x00RRGGBB, that the server now gives for this point.
   [[nodiscard]] std::uint32_t at(int x, int y);
 
  private:

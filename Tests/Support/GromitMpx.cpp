@@ -10,7 +10,7 @@ namespace support {
 
 namespace {
 
-// What the program says with --debug; nothing that it does on the screen tells as surely.
+// What the program prints with --debug. Nothing it does on the screen is as reliable a sign.
 constexpr std::string_view listening = "enabled devices";
 constexpr std::string_view paintingOn = "Grabbed Device";
 constexpr std::string_view paintingOff = "Ungrabbed ";

@@ -1,6 +1,7 @@
 // A real annotation program, gromit-mpx, and a user who draws with it.
 //
-// Ownership: it ends with the object. It is ready, with nothing drawn, when the constructor returns, or that throws.
+// Ownership: the program ends with the object.
+// Failure: the program is ready, with nothing drawn, when the constructor returns, or the constructor throws.
 #pragma once
 
 #include <string>
@@ -20,17 +21,17 @@ struct Stroke {
 class GromitMpx {
  public:
   // Every stroke has this colour, 0xRRGGBB, and this width in pixels. The program makes its window a quarter
-  // transparent when a compositing manager starts or stops while it runs; the ink is opaque otherwise.
+  // transparent if a compositing manager starts or stops while it runs; otherwise the ink is opaque.
   explicit GromitMpx(const std::string& display, std::uint32_t ink = defaultInk, int strokeWidth = 8);
 
   static constexpr std::uint32_t defaultInk = 0xff00ff;
 
-  // Turns painting on, draws with the mouse, turns painting off. The program has taken all of it in when this returns;
-  // it shows up on the screen soon after.
+  // Turns painting on, draws with the mouse, and turns painting off. When this returns, the program has taken it all
+  // in; it shows on the screen soon after.
   void draw(const std::vector<Stroke>& strokes);
-  // Asks the program to wipe everything.
+  // Tells the program to clear everything.
   void clear();
-  // The program's drawing window; it stays the same for the program's life.
+  // The program's drawing window; the same for the program's whole life.
   [[nodiscard]] xcb_window_t window() const { return window_; }
 
  private:

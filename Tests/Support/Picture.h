@@ -24,13 +24,13 @@ class Picture {
   [[nodiscard]] PixelRect bounds() const { return {0, 0, width_, height_}; }
   [[nodiscard]] std::uint32_t at(int x, int y) const;
 
-  // The part of the picture inside the rectangle, which may reach over its edges.
+  // The part of the picture inside the rectangle, which may reach beyond the picture.
   [[nodiscard]] Picture cropped(const PixelRect& part) const;
 
   [[nodiscard]] std::size_t count(std::uint32_t color) const { return count(color, bounds()); }
-  // `tolerance`: by how much each of red, green and blue may be off.
+  // `tolerance`: how far red, green and blue may each be off.
   [[nodiscard]] std::size_t count(std::uint32_t color, const PixelRect& part, int tolerance = 0) const;
-  // How many pixels differ; all of them when the sizes do.
+  // How many pixels differ; all of them if the sizes differ.
   [[nodiscard]] std::size_t differences(const Picture& other) const { return differences(other, bounds()); }
   [[nodiscard]] std::size_t differences(const Picture& other, const PixelRect& part) const;
 

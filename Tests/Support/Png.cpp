@@ -1,4 +1,4 @@
-// PNG with stored (uncompressed) blocks: enough for looking at a picture, and no library is needed.
+// PNG with stored (uncompressed) blocks: good enough to look at a picture, and it needs no library.
 
 #include <algorithm>
 #include <array>

@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 
 fs::path directoryOf(pid_t process) { return fs::path("/proc") / std::to_string(process); }
 
-// What stands after the label in a status file.
+// The number after the label in a status file.
 std::size_t statusNumber(const fs::path& path, const std::string& label) {
   std::ifstream status(path);
   for (std::string line; std::getline(status, line);)
@@ -20,7 +20,7 @@ std::size_t statusNumber(const fs::path& path, const std::string& label) {
   return 0;
 }
 
-// The number for each thread, summed up.
+// The sum of the number over all threads.
 template <typename Number>
 auto overThreads(pid_t process, Number number) {
   decltype(number(fs::path())) sum{};

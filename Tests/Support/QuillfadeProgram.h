@@ -1,6 +1,6 @@
 // The real program, in a home of its own.
 //
-// Ownership: it ends with the object; its home, with settings and log, goes then, too.
+// Ownership: the program ends with the object; its home, with settings and log, goes too.
 #pragma once
 
 #include <filesystem>
@@ -13,9 +13,9 @@ namespace support {
 
 struct QuillfadeOptions {
   bool demonstration = true;     // covers 520 x 340 points at (240, 240)
-  std::string settings = {};     // the content of settings.json; none when empty
-  std::string rules = {};        // the content of rules.json; none when empty
-  bool hasLogDirectory = true;   // without one, the program writes no log
+  std::string settings = {};     // the content of settings.json; no file when empty
+  std::string rules = {};        // the content of rules.json; no file when empty
+  bool hasLogDirectory = true;   // without it the program writes no log
   Environment environment = {};  // further variables
 };
 
@@ -24,16 +24,16 @@ class QuillfadeProgram {
   QuillfadeProgram(const std::string& executable, const std::string& display, const QuillfadeOptions& options = {});
 
   [[nodiscard]] ChildProcess& process() { return *process_; }
-  // Ends the program and starts it again in the same home, with the same variables.
+  // Ends the program and starts it again in the same home with the same variables.
   void restart();
   [[nodiscard]] std::filesystem::path settingsPath() const { return home_.configuration() / "quillfade/settings.json"; }
   [[nodiscard]] std::filesystem::path rulesPath() const { return home_.configuration() / "quillfade/rules.json"; }
   [[nodiscard]] std::filesystem::path logPath() const { return home_.path() / "Library/Logs/Quillfade.log"; }
 
-  // The lines of the log without their time stamps.
+  // The lines of the log, without their timestamps.
   [[nodiscard]] std::vector<std::string> messages() const;
   [[nodiscard]] std::size_t countMessages(const std::string& message) const;
-  // Waits until the log holds the message so many times.
+  // Waits until the log has contained the message this many times.
   [[nodiscard]] bool waitForMessage(const std::string& message, std::size_t times = 1);
 
  private:

@@ -1,4 +1,4 @@
-// Replies and events of the X server, freed as they go. An error counts as no reply.
+// Replies and events of the X server, freed automatically. An error counts as no reply.
 #pragma once
 
 #include <xcb/xcb.h>

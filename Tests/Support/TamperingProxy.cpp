@@ -13,12 +13,12 @@
 namespace support {
 namespace {
 
-constexpr int pollMilliseconds = 50;  // how long the end may take to be noticed
+constexpr int pollMilliseconds = 50;  // how long a stop may go unnoticed
 constexpr std::size_t setupLength = 12;
-// Requests that name windows are short; what is longer is text or pixels.
+// Requests that name windows are short; anything longer is text or pixels.
 constexpr std::size_t longestLookedAt = 256;
 constexpr std::uint8_t firstExtension = 128;
-// Clients number what they make from zero. Two coordinates together look like a higher number now and then.
+// Clients number what they make from zero. Two coordinates together sometimes look like a higher number.
 constexpr std::uint32_t idsInUse = 0x10000;
 
 sockaddr_un addressOf(const std::string& path) {
@@ -37,7 +37,7 @@ int unixSocket() {
 
 std::string socketPath(const std::string& number) { return "/tmp/.X11-unix/X" + number; }
 
-// Far beyond the numbers that servers choose for themselves.
+// Far above the numbers that servers choose for themselves.
 int listenAtFreeNumber(int descriptor) {
   constexpr int first = 20000;
   constexpr int last = 30000;
@@ -98,7 +98,7 @@ class TamperingProxy::Conversation {
     return count > 0;
   }
 
-  // The length of what stands at the front; 0 while not enough of it is here to tell.
+  // The length of the message at the front; 0 until enough of it is here to tell.
   [[nodiscard]] std::size_t nextLength(std::span<const std::uint8_t> bytes) const {
     if (!isSetUp_) {
       if (bytes.size() < setupLength) return 0;

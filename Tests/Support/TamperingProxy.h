@@ -1,8 +1,8 @@
-// A door to an X server that makes requests about other programs' windows fail, each as if its window had gone just a
-// moment before: the server itself answers with the error that it has for that. It can also keep an extension from its
-// clients that the server does not let anybody switch off.
+// A proxy for an X server that makes requests about other programs' windows fail, as if each window had gone just a
+// moment before: the server itself answers with its error for that. It can also hide from its clients an extension that
+// the server cannot be told to switch off.
 //
-// Threads: it serves its clients on threads of its own; every call here may be made on any thread.
+// Threads: serves its clients on threads of its own; every call here may be made on any thread.
 // Ownership: its clients lose their connections when the object goes.
 // Limits: extensions that pass file descriptors do not work through it.
 #pragma once
@@ -21,7 +21,7 @@
 
 namespace support {
 
-// A kind of request: its major opcode and, for extensions, the minor one.
+// A kind of request: its major opcode and, for extensions, its minor one.
 struct RequestKind {
   std::uint8_t major = 0;
   std::uint8_t minor = 0;
@@ -30,7 +30,7 @@ struct RequestKind {
 
 class TamperingProxy {
  public:
-  // Foreign are the ids that the server gives out to this client.
+  // Foreign ids are those that the server gives to this client.
   TamperingProxy(const std::string& display, xcb_connection_t* foreignClient);
   ~TamperingProxy();
   TamperingProxy(const TamperingProxy&) = delete;
@@ -39,12 +39,13 @@ class TamperingProxy {
   // As in DISPLAY.
   [[nodiscard]] std::string display() const { return ":" + std::to_string(number_); }
 
-  // Clients that ask for this extension from now on are told that the server has none of the name.
+  // Clients that ask for this extension from now on are told that the server does not have it.
   void hideExtension(const std::string& name);
 
-  // From now on requests of this kind that name a foreign window name one that does not exist; without a kind, none.
+  // From now on, requests of this kind that name a foreign window name one that does not exist; without a kind, none
+  // do.
   void tamperWith(std::optional<RequestKind> kind);
-  // The kinds that have named a foreign window since `forgetSeen`, and how many of each were tampered with.
+  // The kinds of request that have named a foreign window since `forgetSeen`, and how many of each were tampered with.
   [[nodiscard]] std::map<RequestKind, std::size_t> seen() const;
   void forgetSeen();
 
@@ -52,7 +53,7 @@ class TamperingProxy {
   class Conversation;
 
   void accept();
-  // The request as it goes on to the server.
+  // Prepares the request to go on to the server.
   void pass(std::uint8_t* request, std::size_t length);
 
   std::string serverPath_;

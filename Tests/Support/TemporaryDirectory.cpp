@@ -16,7 +16,7 @@ TemporaryDirectory::TemporaryDirectory() {
 }
 
 TemporaryDirectory::~TemporaryDirectory() {
-  std::error_code ignored;  // a program that is still going down may write once more
+  std::error_code ignored;  // a program that is still shutting down may write once more
   std::filesystem::remove_all(path_, ignored);
 }
 

@@ -1,6 +1,7 @@
-// A directory of a test's own.
+// A test's own directory.
 //
-// Ownership: removed with all its content when the object goes. Failure to make it throws.
+// Ownership: removed with all its content when the object goes.
+// Failure: throws when it cannot be made.
 #pragma once
 
 #include <filesystem>
@@ -21,9 +22,9 @@ class TemporaryDirectory {
   std::filesystem::path path_;
 };
 
-// The whole content; empty when the file is not there.
+// The whole content; empty when there is no such file.
 [[nodiscard]] std::string readFile(const std::filesystem::path& path);
-// Makes the directories above it, too.
+// Also makes the directories above it.
 void writeFile(const std::filesystem::path& path, const std::string& content);
 
 }  // namespace support

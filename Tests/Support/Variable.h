@@ -1,6 +1,7 @@
-// A variable of the environment that is set, or unset, for the life of the object.
+// Sets or unsets an environment variable for the life of the object.
 //
-// Threads: while no other thread reads the environment. The name must outlive the object.
+// Threads: only while no other thread reads the environment.
+// Lifetime: the name must outlive the object.
 #pragma once
 
 #include <cstdlib>
@@ -11,7 +12,7 @@ namespace support {
 
 class Variable {
  public:
-  // Unset with a null pointer.
+  // A null pointer unsets it.
   Variable(const char* name, const char* value) : name_(name) {
     if (const char* before = std::getenv(name)) before_ = before;
     value ? ::setenv(name, value, 1) : ::unsetenv(name);

@@ -64,7 +64,7 @@ xcb_window_t XClient::createWindow(const WindowOptions& options) {
                       values.data());
   }
   if (!options.overrideRedirect) {
-    // Position and size are the user's wish, so that a window manager does not look for a place of its own.
+    // Marks position and size as the user's choice, so that a window manager keeps them.
     std::vector<std::uint32_t> hints(18);
     hints[0] = 1U | 2U;
     setNumbers(window, "WM_NORMAL_HINTS", "WM_SIZE_HINTS", hints);

@@ -1,11 +1,11 @@
-// A plain client of an X server: makes windows, changes them, and looks at the screen. It plays the part of other
-// programs, so it shares no code with what it tests.
+// A plain client of an X server: it makes windows, changes them, and looks at the screen. It plays other programs, so
+// it shares no code with what it tests.
 //
 // Threads: one at a time.
 // Units and axes: device pixels in root coordinates, y down; colours 0x00RRGGBB, with alpha in the top byte for windows
 // of depth 32 (premultiplied).
-// Order: requests are buffered; every call that answers something, and `sync`, sends them first.
-// Failure: a lost connection or a request that must not fail throws.
+// Order: requests are buffered; `sync`, and every call that returns something from the server, sends them first.
+// Failure: a lost connection, or a request that must not fail, throws.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -23,11 +23,11 @@
 namespace support {
 
 struct WindowOptions {
-  PixelRect frame{0, 0, 100, 100};  // the border lies around its size
+  PixelRect frame{0, 0, 100, 100};  // the border lies around it
   std::uint32_t color = 0xffffffff;
   std::uint32_t border = 0;
   std::uint32_t borderColor = 0xff000000;
-  int depth = 0;  // 0: as the root; 32: with alpha
+  int depth = 0;  // 0: that of the root; 32: with alpha
   bool overrideRedirect = true;
   bool inputOnly = false;
   bool mapped = true;
@@ -54,9 +54,9 @@ class XClient {
   void lower(xcb_window_t window);
   // XCB_STACK_MODE_ABOVE or _BELOW the sibling.
   void restack(xcb_window_t window, xcb_stack_mode_t mode, xcb_window_t sibling);
-  // The server paints backgrounds again by itself whenever a part comes into view; what `fill` draws is lost then.
+  // The server itself repaints the background whenever a part comes into view, erasing what `fill` has drawn there.
   void setBackground(xcb_window_t window, std::uint32_t color);
-  // Squares of two colours, from the window's top-left corner: a picture in which a displaced pixel shows.
+  // Checks of two colours, from the window's top-left corner: a displaced pixel shows in them.
   void setBackgroundChecks(xcb_window_t window, int size, std::uint32_t first, std::uint32_t second);
   void fill(xcb_drawable_t drawable, const PixelRect& part, std::uint32_t color);
   void setBoundingShape(xcb_window_t window, std::span<const xcb_rectangle_t> rectangles);
@@ -68,14 +68,14 @@ class XClient {
                   const std::vector<std::uint32_t>& values);
   void setText(xcb_window_t window, const std::string& property, const std::string& type, const std::string& text);
   void setClass(xcb_window_t window, const std::string& instanceName, const std::string& className);
-  // The property's 32-bit values; empty when it is not there or of another format.
+  // The property's 32-bit values; empty when it is absent or has another format.
   [[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& property);
-  // The property's bytes; empty when it is not there.
+  // The property's bytes; empty when it is absent.
   [[nodiscard]] std::string text(xcb_window_t window, const std::string& property);
-  // Asks the window manager, as programs do.
+  // Sends a request to the window manager, as programs do.
   void sendToRoot(xcb_window_t window, const std::string& type, const std::vector<std::uint32_t>& values);
 
-  // After this, the server has carried out everything before it.
+  // When this returns, the server has carried out everything before it.
   void sync();
   [[nodiscard]] bool isConnected() const { return xcb_connection_has_error(connection_) == 0; }
   [[nodiscard]] Picture screenshot() { return screenshot(screenFrame()); }
@@ -84,10 +84,11 @@ class XClient {
   [[nodiscard]] Picture contents(xcb_drawable_t drawable, const PixelRect& part);
   // The top-level windows, bottom to top.
   [[nodiscard]] std::vector<xcb_window_t> children(xcb_window_t window);
-  // Where the window (without its border) lies on the screen; absent when it is gone.
+  // The window's rectangle on the screen, without its border; absent when the window is gone.
   [[nodiscard]] std::optional<PixelRect> frame(xcb_window_t window);
   [[nodiscard]] bool isViewable(xcb_window_t window);
-  // A child of the root with this class, as WM_CLASS says it second; absent when there is none on the screen.
+  // A child of the root whose class, the second string of WM_CLASS, is this one; absent when there is none on the
+  // screen.
   [[nodiscard]] std::optional<xcb_window_t> findTopLevel(const std::string& className);
   [[nodiscard]] xcb_window_t selectionOwner(const std::string& selection);
   [[nodiscard]] bool grabKey(xcb_keycode_t key, std::uint16_t modifiers);
@@ -96,7 +97,7 @@ class XClient {
   void ungrabPointer();
 
   void selectInput(xcb_window_t window, std::uint32_t eventMask);
-  // Blocks until an event of this type (XCB_BUTTON_PRESS ...) comes and drops those before it. False at the deadline.
+  // Blocks until an event of this type (XCB_BUTTON_PRESS ...) comes, and drops those before it. False at the deadline.
   [[nodiscard]] bool waitForEvent(std::uint8_t type, std::chrono::milliseconds deadline);
 
  private:

@@ -1,7 +1,7 @@
-// An X server of a test's own: Xvfb on a free display number, reachable only through its local socket.
+// A test's own X server: Xvfb on a free display number, reachable only through its local socket.
 //
 // Ownership: the server ends with the object.
-// Failure: a server that does not come up throws.
+// Failure: throws when the server does not start.
 #pragma once
 
 #include <string>
@@ -15,7 +15,7 @@ struct XServerOptions {
   int width = 1280;
   int height = 800;
   int depth = 24;
-  std::vector<std::string> arguments;  // further ones, as in {"-extension", "Composite"}
+  std::vector<std::string> arguments;  // added to the usual ones, as in {"-extension", "Composite"}
 };
 
 class XServer {
@@ -25,7 +25,7 @@ class XServer {
   // As in DISPLAY, ":99".
   [[nodiscard]] const std::string& display() const { return display_; }
   [[nodiscard]] pid_t processId() const { return process_->id(); }
-  // As a crash would.
+  // As if it crashed.
   void kill() { process_->kill(); }
 
  private:

@@ -49,7 +49,7 @@ TEST(ChildProcess, EndingAProgramEndsWhatItStarted) {
     ASSERT_EQ(::kill(grandchild, 0), 0);
   }
   EXPECT_TRUE(waitUntil([&] {
-    // A process that ended but that nobody has asked about yet still takes signals; its state tells.
+    // A process that has ended but has not been waited for still accepts signals; its state tells.
     const std::string status = readFile("/proc/" + std::to_string(grandchild) + "/stat");
     return status.empty() || status.contains(") Z ");
   }));
@@ -76,7 +76,7 @@ TEST(Picture, APngHoldsThePixelsAndItsPublishedLastChunk) {
   const TemporaryDirectory directory;
   writePng(Picture(3, 1, std::vector<std::uint32_t>{0xff0000, 0x00ff00, 0x0000ff}), directory.path() / "picture.png");
   const std::string file = readFile(directory.path() / "picture.png");
-  // The end chunk never varies, and its checksum is published with the format.
+  // The end chunk never changes, and its checksum is published with the format.
   EXPECT_TRUE(file.ends_with(std::string("IEND\xae\x42\x60\x82")));
   const std::string row("\0\xff\0\0\0\xff\0\0\0\xff", 10);
   EXPECT_THAT(file, testing::HasSubstr(row));
