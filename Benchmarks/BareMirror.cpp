@@ -1,6 +1,6 @@
-// The least that any program can do to show what happens in one window: with all windows redirected, it copies what is
-// drawn to the topmost one to a window of its own, beside it. No other windows, nothing left out, no pace, no error
-// that is looked at. What it costs is what wake-ups, requests and copies cost as such.
+// The least that any program can do to show what happens in one window: it redirects all windows and copies whatever is
+// drawn to the topmost one to its own window beside it. It handles no other windows, leaves nothing out, keeps no pace
+// and checks no errors. Its cost is that of the wake-ups, requests and copies alone.
 //
 // bare-mirror X Y: shows its window there
 #include <xcb/composite.h>

@@ -11,7 +11,7 @@ namespace bench {
 
 namespace {
 
-// Programs do much in their first moments that they never do again.
+// Programs do much at first that they never do again.
 constexpr std::chrono::milliseconds settling{1000};
 
 struct Sample {
@@ -52,7 +52,7 @@ CostMeasurement measureCost(const CostScene& scene, const CostOptions& options, 
         taken.push_back(sample(server.processId(), program, options.seconds));
       return taken;
     };
-    // One server does the same work at another cost than the next one: each subject is compared with its own.
+    // The same work costs one server more than another, so each subject is compared with its own server.
     std::vector<double> without;
     for (const Sample& taken : samples(noProcess)) without.push_back(taken.server);
     const auto subject = startSubject(name, server.display(), place);

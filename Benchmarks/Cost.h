@@ -1,7 +1,7 @@
-// What a live copy costs: processor time of the program and of the X server together, beyond what the same workload
-// cost the same server just before, without anybody looking.
+// What a live copy costs: the processor time of the program and the X server together, beyond what the same workload
+// cost the same server just before, with no program watching.
 //
-// Each subject has an X server of its own, twice as wide as what is copied.
+// Each subject has its own X server, twice as wide as the area that is copied.
 // Units: processor seconds in ten seconds.
 #pragma once
 
@@ -24,14 +24,14 @@ struct CostScene {
 
 struct CostResult {
   std::string subject;
-  std::vector<double> extra;      // one for each run
-  std::vector<double> ofProgram;  // the part of the program itself
-  std::vector<double> wakeUps;    // of the program, a second
+  std::vector<double> extra;      // one per run
+  std::vector<double> ofProgram;  // the program's own part
+  std::vector<double> wakeUps;    // of the program, per second
 };
 
 struct CostMeasurement {
   CostScene scene;
-  std::vector<double> without;  // what the workload costs the X server, before each of the subjects
+  std::vector<double> without;  // what the workload costs the X server, before each subject
   std::vector<CostResult> results;
 };
 

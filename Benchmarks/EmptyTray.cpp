@@ -1,4 +1,4 @@
-// A tray program that does nothing: what the toolkit alone takes of memory.
+// A tray program that does nothing: the memory that the toolkit alone takes.
 #include <QApplication>
 #include <QIcon>
 #include <QPixmap>

@@ -24,7 +24,7 @@ struct Size {
 };
 constexpr std::array<Size, 3> sizes{{{"1920x1080", 1920, 1080}, {"1280x720", 1280, 720}, {"520x340", 520, 340}}};
 
-// What the process takes of a processor while the step is done at the pace.
+// The processor time that the process uses while the step is done at the pace.
 std::vector<double> cost(pid_t process, const CostOptions& options, const std::function<void()>& step) {
   std::vector<double> costs;
   const Pace pace(timesASecond, step);
@@ -44,7 +44,7 @@ Floor ofMemory(const Size& size, const CostOptions& options) {
           cost(getpid(), options, [&] { std::memcpy(target.data(), source.data(), bytes); })};
 }
 
-// From a pixmap to a window of the same format, as RENDER composites it and as the core protocol copies it.
+// From a pixmap to a window of the same format, composited by RENDER or copied by the core protocol.
 Floor ofServer(const Size& size, const CostOptions& options, bool usesRender) {
   const support::XServer server({.width = 1920, .height = 1080, .arguments = {}});
   auto connection = std::move(*platform::linux::xcb::Connection::open(server.display()));

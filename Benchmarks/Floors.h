@@ -1,5 +1,5 @@
-// The least that a copy can cost here: the same bytes moved by the processor alone, and the same rectangle copied by
-// the X server alone, 30 times a second.
+// The least that a copy can cost on this machine: the same bytes moved by the processor alone, and the same rectangle
+// copied by the X server alone, 30 times a second.
 //
 // Units: processor seconds in ten seconds.
 #pragma once

@@ -56,7 +56,7 @@ class Stage {
   std::unique_ptr<Subject> program;
 };
 
-// Not in step with anything.
+// Waits for a random time, so that nothing keeps step.
 void rest(std::mt19937& random, int least, int most) {
   std::this_thread::sleep_for(std::chrono::milliseconds(std::uniform_int_distribution(least, most)(random)));
 }
@@ -89,7 +89,7 @@ LatencyMeasurement measureChange(const std::string& subject, const std::string& 
 LatencyMeasurement measureHotKey(int samples) {
   Stage stage(ours, "idle", false);
   support::Input input(stage.server.display());
-  // A colour that neither the cover without a picture has nor the overlay.
+  // A colour that occurs neither in the overlay nor in the cover before its first picture.
   constexpr std::uint32_t beneath = 0x00c040;
   stage.paintSquare(beneath);
   stage.client.map(makeOverlay(stage.client));

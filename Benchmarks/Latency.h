@@ -1,7 +1,8 @@
-// How long one waits: for a change to show in the copy, for the first live frame, for an overlay to be gone.
+// How long a user waits: for a change to show in the copy, for the first live frame, for an overlay to disappear.
 //
-// The screen is read pixel by pixel, again and again, until it shows what is waited for; each reading takes the server
-// less than a tenth of a millisecond, which is how exact the figures are. Units: milliseconds.
+// One pixel of the screen is read again and again until it has the expected colour. Each reading takes the server less
+// than a tenth of a millisecond, and that is how exact the figures are.
+// Units: milliseconds.
 #pragma once
 
 #include <string>
@@ -16,11 +17,11 @@ struct LatencyMeasurement {
   std::vector<double> milliseconds;
 };
 
-// From a client's painting a square to the copy's showing it. During "idle" the changes are isolated.
+// From a client painting a square to the copy showing it. During "idle" the changes are isolated.
 [[nodiscard]] LatencyMeasurement measureChange(const std::string& subject, const std::string& workload, int samples);
-// From the hot key's press to the first live pixel where ink was.
+// From pressing the hot key to the first live pixel where ink was.
 [[nodiscard]] LatencyMeasurement measureHotKey(int samples);
-// From the mapping of an overlay over everything to its absence from the screen.
+// From mapping an overlay over everything to its absence from the screen.
 [[nodiscard]] LatencyMeasurement measureOverlay(int samples);
 
 }  // namespace bench

@@ -1,4 +1,5 @@
-// What is kept in memory: by the program, by the least program of its kind, by the X server on its behalf.
+// What is held in memory: by the program, by the least program of its kind, and by the X server on the program's
+// behalf.
 //
 // Units: bytes.
 #pragma once
@@ -11,9 +12,9 @@ namespace bench {
 struct MemoryMeasurement {
   std::size_t program = 0;  // covering the whole of 1920 x 1080
   std::size_t emptyTrayProgram = 0;
-  std::size_t server = 0;  // what the X server took more while it covers
-  int restarts = 0;        // of a capture, one after the other in one process
-  // In the middle and at the end of the restarts.
+  std::size_t server = 0;  // how much more the X server holds while it covers
+  int restarts = 0;        // of a capture, one after another in one process
+  // Halfway through the restarts and at their end.
   std::size_t programAtHalf = 0;
   std::size_t programAtEnd = 0;
   std::size_t serverAtHalf = 0;

@@ -1,6 +1,6 @@
 // A thread that does something at a steady pace until it is told to stop.
 //
-// Ownership: the thread ends with the object. A step that comes late is not made up for.
+// Ownership: the thread ends with the object. Late steps are not made up for.
 #pragma once
 
 #include <chrono>

@@ -1,4 +1,4 @@
-// All that one run of the benchmarks found, as text for people, as JSON for programs, and as a picture.
+// Everything that one run of the benchmarks found, as text for people, as JSON for programs, and as a picture.
 #pragma once
 
 #include <optional>
@@ -23,19 +23,19 @@ struct Report {
   std::optional<MemoryMeasurement> memory;
 };
 
-// One thing that is to hold, and whether it does.
+// One thing that must hold, and whether it does.
 struct Verdict {
   std::string what;
   double found = 0;
   double limit = 0;
   [[nodiscard]] bool holds() const { return found <= limit; }
 };
-// Of what was measured; what was not is left out.
+// Only of what was measured.
 [[nodiscard]] std::vector<Verdict> verdicts(const Report& report);
 
 void writeText(const Report& report, std::ostream& out);
 void writeJson(const Report& report, std::ostream& out);
-// The costs over the whole screen, on a logarithmic scale: cheap is a hundredth of dear.
+// The costs over the whole screen, on a logarithmic scale: they differ by a factor of a hundred.
 void writeSvg(const Report& report, std::ostream& out);
 
 }  // namespace bench

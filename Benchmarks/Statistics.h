@@ -10,7 +10,7 @@
 
 namespace bench {
 
-// The smallest value that at least this part (0 to 1) of the values does not exceed.
+// The smallest value that at least this fraction (0 to 1) of the values does not exceed.
 [[nodiscard]] inline double percentile(std::vector<double> values, double part) {
   if (values.empty()) return 0;
   std::ranges::sort(values);

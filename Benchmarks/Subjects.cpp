@@ -137,7 +137,7 @@ class PeerProgram final : public Subject {
   [[nodiscard]] pid_t process() const override { return process_->id(); }
 
  private:
-  // Its largest window that was not there before goes beside what it films.
+  // Puts its largest new window beside what it films.
   void placeWindow(const std::string& name, const std::string& display, const std::vector<xcb_window_t>& before,
                    const PixelRect& beside) {
     const std::set<xcb_window_t> old(before.begin(), before.end());
@@ -153,12 +153,12 @@ class PeerProgram final : public Subject {
     if (!cameUp) throw std::runtime_error("No window comes up: " + process_->output());
     client_.setFrame(*window, beside);
     client_.sync();
-    // Each press takes it to the next of its delays: 200, 100, 50 ms. Twenty pictures a second is as near as it comes.
+    // Each press takes it to its next delay: 200, 100, 50 ms. Twenty pictures a second is the nearest it has.
     if (name != "xzoom") return;
     support::Input input(display);
     input.moveTo(beside.x + beside.width / 2, beside.y + beside.height / 2);
     for (int times = 0; times < 2; ++times) input.press(XK_d);
-    // What is typed later would work it, or quit it.
+    // Keys typed later would control it, or quit it.
     input.moveTo(pointerPlace.x, pointerPlace.y);
   }
 

@@ -1,8 +1,8 @@
-// The programs that are compared: ours, other ways to show a live copy of a part of the screen, and a compositor.
+// The programs that are compared: ours, other ways to show a live copy of part of the screen, and a compositor.
 //
-// A copy of `area` comes to show. Ours lies over the area itself; the others show theirs in a window beyond it, at
+// Each shows a copy of `area`. Ours lies over the area itself; the others show theirs in a window beyond it, at
 // `beside`, so that they do not film themselves. Each program ends with its object.
-// Failure: a program that is not there or shows nothing throws.
+// Failure: a program that is missing or shows nothing throws.
 #pragma once
 
 #include <sys/types.h>
@@ -22,7 +22,7 @@ namespace bench {
 using support::PixelRect;
 
 struct Place {
-  PixelRect screen;  // all of it
+  PixelRect screen;  // the whole screen
   PixelRect area;
   PixelRect beside;
 };
@@ -32,7 +32,7 @@ inline constexpr pid_t noProcess = 0;
 class Subject {
  public:
   virtual ~Subject() = default;
-  // May be none.
+  // May be absent.
   [[nodiscard]] virtual pid_t process() const = 0;
 };
 
@@ -41,8 +41,8 @@ inline const std::string ours = "quillfade";
 // copy.
 inline const std::string redirectionOnly = "redirection-only";
 
-// Ours may start with the cover off. "redirection-only", "quillfade", "ffplay", "gstreamer-damage", "gstreamer-full",
-// "xzoom", "picom", "bare-mirror".
+// Starts one of "redirection-only", "quillfade", "ffplay", "gstreamer-damage", "gstreamer-full", "xzoom", "picom" and
+// "bare-mirror". Ours may start with the cover off.
 [[nodiscard]] std::unique_ptr<Subject> startSubject(const std::string& name, const std::string& display,
                                                     const Place& place, bool isOn = true);
 

@@ -48,7 +48,7 @@ class Judge {
     const auto own = cost(workload, area, ours);
     double cheapest = std::numeric_limits<double>::infinity();
     for (const std::string& peer : peers) cheapest = std::min(cheapest, cost(workload, area, peer).value_or(cheapest));
-    // What is less than the noise of the measurement counts as nothing.
+    // Anything below the noise of the measurement counts as nothing.
     if (own && cheapest > 0 && cheapest < std::numeric_limits<double>::infinity())
       verdicts_.push_back({what, std::max(*own, 0.0) / cheapest, limit});
   }

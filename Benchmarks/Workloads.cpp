@@ -57,13 +57,14 @@ class Terminal : public Idle {
 class Typing final : public Terminal {
  public:
   explicit Typing(const std::string& display) : Terminal(display, {"cat"}), input_(display) {
-    // Keys go where the pointer is, even if a program has just taken the keyboard: one of the peers would pause.
+    // Keys go to the window under the pointer, even if a program has just taken the keyboard: one of the peers would
+    // pause.
     input_.moveTo(pointerPlace.x, pointerPlace.y);
     pace_.emplace(charactersASecond, [this] {
       xcb_set_input_focus(client().connection(), XCB_INPUT_FOCUS_POINTER_ROOT, XCB_INPUT_FOCUS_POINTER_ROOT,
                           XCB_CURRENT_TIME);
       client().sync();
-      // Short enough that the terminal does not come to scroll, which is another workload.
+      // Short enough that the terminal does not scroll, which is another workload.
       constexpr std::string_view line = "the quick brown fox jumps over the lazy dog and runs away\r";
       const char typed = line[typed_++ % line.size()];
       input_.press(typed == '\r' ? XK_Return : static_cast<support::KeySymbol>(typed));

@@ -1,8 +1,9 @@
 // Measures and reports.
 //
 // bench [--quick] [--only PART[,PART]...] [--json FILE] [--svg FILE]
-// PART: cost, latency, floors, memory, or a part of a workload and its area ("typing", "video whole", "520x340").
-// Without a file, the table is all there is.
+// PART: cost, latency, floors, memory, or part of the name of a workload and its area ("typing", "video whole",
+// "520x340").
+// Without a file, it prints only the table.
 #include <sys/utsname.h>
 
 #include <algorithm>
@@ -75,7 +76,7 @@ Report measure(const Options& options) {
   };
   Report report;
   report.machine = machine();
-  // Three seconds hold two of our looks at the windows, one of them with a look at the background.
+  // Three seconds contain two of our checks of the windows, one of which also checks the background.
   report.options = options.isQuick ? CostOptions{3, 1} : CostOptions{5, 3};
   report.peers = describePeers();
   const auto tell = [](const std::string& what) { std::cerr << what << std::endl; };

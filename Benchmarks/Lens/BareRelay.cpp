@@ -1,10 +1,10 @@
-// The least that any proxy of a display has to do: passes bytes both ways without looking at them. A yardstick and no
-// bound: the lens gathers small requests, and is faster with some.
+// The least that any proxy of a display has to do: it passes bytes both ways without looking at them. A yardstick, not
+// a bound: the lens gathers small requests, and is faster with some.
 //
-// Its argument is the number of the real display. Prints the number of its own and serves it until it is ended. One
-// thread waits for each direction of each connection. The bytes go from socket to socket through a pipe, which was
-// measured to be faster than reading and writing them for large messages, and as fast for small ones. Descriptors do
-// not come through.
+// Its argument is the number of the real display. It prints its own number and serves that display until it is ended.
+// One thread waits for each direction of each connection. The bytes go from socket to socket through a pipe, which was
+// measured to be faster than reading and writing for large messages, and as fast for small ones. Descriptors are not
+// passed.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -65,7 +65,7 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   const FileDescriptor listening(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
   int number = firstNumber;
-  // The name without a file, so that none is left behind.
+  // The name has no file, so none is left behind.
   for (; number <= lastNumber; ++number) {
     const auto address = localAddress(socketPath(number), true);
     if (::bind(listening.get(), address.get(), address.length) == 0) break;

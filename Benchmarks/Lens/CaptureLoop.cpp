@@ -1,5 +1,5 @@
-// A program that captures the whole screen thirty times a second into shared memory, as recorders do, for so many
-// seconds. Prints how many pictures it took.
+// A program that captures the whole screen thirty times a second into shared memory, as recorders do, for a given
+// number of seconds. Prints how many pictures it took.
 
 #include <sys/mman.h>
 #include <unistd.h>
