@@ -1,4 +1,4 @@
-// The ground of the application's tests: a simulated desktop, and short words for what tests ask of it.
+// The base of the application's tests: a simulated desktop, and short names for what tests ask of it.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -18,7 +18,7 @@
 
 namespace platform {
 
-// So that a failed comparison shows numbers.
+// Makes a failed comparison print numbers.
 inline void PrintTo(const Rect& rect, std::ostream* out) {
   *out << '(' << rect.origin.x << ", " << rect.origin.y << ", " << rect.size.width << ", " << rect.size.height << ')';
 }
@@ -43,10 +43,10 @@ class OnDesktop : public testing::Test {
     return static_cast<std::size_t>(std::count(messages.begin(), messages.end(), message));
   }
 
-  // The place of an entry in the record of all calls; throws when there is none.
+  // The position of an entry in the record of all calls; throws when there is none.
   [[nodiscard]] std::size_t placeOf(const std::string& entry) const { return desktop.record().indexOf(entry).value(); }
 
-  // The windows on the screen, from the bottom to the top.
+  // The windows on the screen, bottom to top.
   [[nodiscard]] const std::vector<std::shared_ptr<simulated::WindowState>>& shownWindows() const {
     return desktop.windows().onScreen();
   }

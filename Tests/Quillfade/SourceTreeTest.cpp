@@ -1,5 +1,5 @@
-// Includes run one way: the application and the adapters both look at the ports, and never at each other; inside both,
-// each folder looks only at the ones that its line in a table names.
+// Includes run one way: the application and the adapters both include the ports, and never each other. Inside both, a
+// folder includes only the folders that its line in a table names.
 
 #include <gtest/gtest.h>
 
@@ -48,7 +48,7 @@ std::vector<std::string> linesOf(const fs::path& path) {
   return lines;
 }
 
-// What stands after #include or #import in each file, quotes and brackets included.
+// The file's includes and imports: what follows the directive, with its quotes or brackets.
 std::vector<std::string> includesOf(const fs::path& path) {
   const std::regex include(R"(^\s*#\s*(include|import)\s+(\S+))");
   std::vector<std::string> names;
@@ -68,7 +68,7 @@ void expectIncludes(const std::vector<fs::path>& paths, const std::string& patte
   }
 }
 
-// The headers of the C++ library have neither capitals, suffixes nor folders in their names.
+// Headers of the C++ library have no capitals, suffixes or folders in their names.
 const std::string standardHeader = "<[a-z0-9_]+>";
 const std::string port = "\"Platform/[A-Za-z0-9]+\\.h\"";
 
@@ -104,7 +104,7 @@ TEST(SourceTree, NoAdapterIncludesTheApplicationOrAnotherAdapter) {
   EXPECT_GE(adapters, 2);
 }
 
-// A folder of sources, and the folders beside it that its files may include: only ones that stand above it, so there
+// A folder of sources, and the sibling folders that its files may include: only folders further up the table, so there
 // are no circles.
 struct Room {
   std::string name;
@@ -139,7 +139,7 @@ const std::vector<Room> linuxRooms = {
     {"Lens", {"Posix", "Xcb", "Scene", "Compositor", "Protocol"}},
 };
 
-// The files that lie in the folder itself may include any room.
+// Files directly in the folder may include any room.
 void expectRooms(const fs::path& folder, const std::vector<Room>& rooms) {
   std::set<std::string> above;
   for (const Room& room : rooms) {
@@ -168,7 +168,7 @@ std::string lowered(std::string text) {
   return text;
 }
 
-// A line of CMake says what each target is linked to: room(linux Scene linux-posix linux-xcb).
+// A line of CMake says what each target links: room(linux Scene linux-posix linux-xcb).
 void expectTargets(const fs::path& folder, const std::string& prefix, const std::vector<Room>& rooms) {
   std::map<std::string, std::set<std::string>> expected;
   for (const Room& room : rooms) {
@@ -210,7 +210,7 @@ TEST(SourceTree, NothingIsCompiledUnderConditions) {
   }
 }
 
-// Longer texts are broken over several lines in the sources.
+// Longer texts are split over several lines in the sources.
 TEST(SourceTree, EveryShortTextThatIsTranslatedIsOneOfTheApplications) {
   std::string application;
   for (const fs::path& path : sourcesBelow("Quillfade")) {

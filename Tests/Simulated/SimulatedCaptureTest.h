@@ -1,4 +1,4 @@
-// A stream of the simulated capture service and somebody who listens to it.
+// A stream of the simulated capture service, and a listener for it.
 #pragma once
 
 #include <expected>

@@ -1,4 +1,4 @@
-// The tests stand on the simulated desktop, so it is tested itself: that it behaves as the ports say, and that it ends
+// The application's tests rely on the simulated desktop, so it is tested itself: it behaves as the ports say, and ends
 // the process when a caller does not.
 
 #include "Tests/Quillfade/OnDesktop.h"

@@ -111,7 +111,7 @@ TEST_F(SelectArea, ChosenAgainWhileItRunsIsDropped) {
   EXPECT_FALSE(overlay().isEnabled());
   EXPECT_THAT(delegate->selector().windows(), SizeIs(1));
   cancelSelection();
-  // The running selection's completion decides: the cover was on when that one began.
+  // The running selection's completion decides: the cover was on when that selection began.
   EXPECT_TRUE(overlay().isEnabled());
   EXPECT_FALSE(selecting());
 }

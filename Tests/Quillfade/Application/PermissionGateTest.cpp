@@ -31,7 +31,7 @@ TEST_F(PermissionGate, TrustsTheSecondLookAndNotTheRequest) {
   desktop.screenCaptureAccess().grantsOnRequest = true;
   launchWithoutPermission();
   overlay().setRegion(region);
-  // Both looks say no, whatever the request said.
+  // Both checks say no, whatever the request said.
   desktop.screenCaptureAccess().nextPreflights = {false, false};
   desktop.dialogs().answerWith(openSettings);
   delegate->toggleCover();

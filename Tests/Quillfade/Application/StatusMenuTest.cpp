@@ -44,7 +44,7 @@ std::vector<Row> rows(const std::vector<MenuItem>& items) {
 
 class StatusMenu : public DelegateTest {
  protected:
-  // The items as the menu shows them when it opens now.
+  // The items as the menu would show them now.
   const std::vector<MenuItem>& opened() {
     menu().open();
     menu().close();

@@ -9,7 +9,7 @@ namespace quillfade {
 namespace {
 
 constexpr auto largest = std::numeric_limits<std::int64_t>::max();
-constexpr double beyond = 9223372036854775808.0;  // one more than the largest
+constexpr double beyond = 9223372036854775808.0;  // one more than the largest that fits
 
 TEST(WholeNumber, DropsTheFractionTowardZero) {
   EXPECT_EQ(wholeNumber(1439.7), 1439);

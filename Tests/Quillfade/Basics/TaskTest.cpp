@@ -12,7 +12,7 @@ using Callback = std::function<void(int)>;
 
 class TaskTest : public OnDesktop {
  protected:
-  // Notes each of its steps; waits for `operation` in between.
+  // Records each of its steps; waits for `operation` in between.
   static Task twoSteps(platform::RunLoop& loop, std::function<void(Callback)> operation, Strings& steps,
                        std::shared_ptr<int> held) {
     steps.push_back("begun");

@@ -171,7 +171,7 @@ TEST(CommandLine, WordsTooManyAreRefusedAndNotIgnored) {
   EXPECT_EQ(complaint({"peek", "5", "6"}), "\"peek\" does not take that many words.");
 }
 
-// The first words of the lines that name commands.
+// The first word of each line that names a command.
 Words commandsInHelp() {
   std::istringstream help(helpText().substr(0, helpText().find("\nEnvironment:")));
   Words names;

@@ -38,7 +38,7 @@ class RemoteCommands : public CommandsTest {
   std::vector<RemoteReply> replies;
 };
 
-// Everything that commands change on a desktop, from the launch on.
+// Everything that a command changes on a desktop, counted from the launch.
 Strings everythingDone(bool isCovered, const std::function<void(simulated::Desktop&, AppDelegate&)>& command) {
   simulated::Desktop desktop;
   const auto delegate = std::make_shared<AppDelegate>(desktop);
@@ -319,7 +319,7 @@ TEST_F(RemoteCommands, ADelegateThatGoesBeforeItsTurnIsLeftAlone) {
   EXPECT_EQ(replies[0].status, exitstatus::failure);
 }
 
-// What a stream says meanwhile.
+// Records what a stream says while it lives.
 class Overheard {
  public:
   explicit Overheard(std::ostream& stream) : stream_(stream), before_(stream.rdbuf(heard_.rdbuf())) {}

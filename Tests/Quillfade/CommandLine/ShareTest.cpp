@@ -57,7 +57,7 @@ TEST(Share, TheUsersRulesHoldForTheCleanViewOnly) {
 }
 
 TEST(Share, AWindowIsJudgedAgainstTheScreenThatHoldsItsCentre) {
-  // 90 % of the one screen, 6 % of the other.
+  // 90 % of its own screen, but only 6 % of the other one.
   EXPECT_EQ(numbersLeftOut(ShareView::clean, {window(1, "org.example.ink", 500, {{0, 0}, {1000, 900}}),
                                               window(2, "org.example.ink", 500, {{2000, 0}, {1000, 900}})}),
             (std::vector<std::uint32_t>{1}));

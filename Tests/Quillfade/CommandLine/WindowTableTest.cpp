@@ -22,7 +22,7 @@ class WindowTable : public OnDesktop {
     for (std::string line; std::getline(text, line);) result.push_back(line);
     return result;
   }
-  // The one line of this window.
+  // The line of this window alone.
   [[nodiscard]] std::string line(const platform::CaptureWindow& window) const { return lines({window}).at(1); }
 };
 
@@ -64,7 +64,7 @@ TEST_F(WindowTable, AWindowBeyondMeasureIsListedWithoutNumbers) {
   for (const platform::Size size : {platform::Size{endless, 900}, {1e200, 1e200}}) {
     EXPECT_THAT(line(listedWindow(1, "Ink", 500, size)), EndsWith("-       kept       its size is beyond measure"));
   }
-  // Finite, but no number that anyone could read.
+  // Finite, but not a number that anyone could read.
   EXPECT_THAT(line(listedWindow(1, "Ink", 500, {1e120, 2})), HasSubstr("-x2"));
 }
 

@@ -9,7 +9,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-// Starts that overtake one another, and streams that replace one another.
+// Starts that overtake each other, and streams that replace each other.
 using CaptureRestart = MirrorTest;
 
 TEST_F(CaptureRestart, AStartThatIsOvertakenBeforeItsContentCameEndsSilently) {

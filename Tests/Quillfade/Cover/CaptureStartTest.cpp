@@ -11,7 +11,7 @@ using testing::StartsWith;
 
 class CaptureStart : public MirrorTest {
  protected:
-  // The configuration of a mirror over this rectangle on this one screen.
+  // The configuration of a mirror over this rectangle, with this one screen.
   platform::StreamConfiguration configurationFor(const Rect& target, const platform::Screen& screen) {
     desktop.arrangeScreens({screen});
     mirror->show(target, false);
@@ -67,7 +67,7 @@ TEST_F(CaptureStart, TheCandidatesAreLoggedBeforeTheStreamIsMade) {
   ASSERT_THAT(logMessages(), ElementsAre(StartsWith("show region="), "high-layer candidates: []", "excluded: []"));
   const Strings entries = desktop.record().entries();
   const auto made = entries.begin() + static_cast<std::ptrdiff_t>(placeOf("stream 1: make"));
-  // The first line made the file.
+  // The first line created the file.
   EXPECT_EQ(std::count(entries.begin(), made, "files: append " + std::string(logPath)), 2);
 }
 
@@ -117,7 +117,7 @@ TEST_F(CaptureStart, TheDisplayIsTheOneOfTheScreenUnderTheCentre) {
 TEST_F(CaptureStart, TheScreenIsTheOneThereIsWhenTheContentHasCome) {
   desktop.capture().contentAnswering.isHeld = true;
   showAndStart();
-  // An overlay that is large on the old screen and small on the new one.
+  // Large on the old screen, small on the new one.
   openOverlay(7);
   desktop.arrangeScreens({{{{0, 0}, {9000, 9000}}, 22, 1}});
   contentRequest(0)->answer(desktop.capture().content);

@@ -1,4 +1,4 @@
-// Changes of the window list that the desktop announces: a mirror looks at once, one look at a time.
+// Changes of the window list that the desktop announces: a mirror checks at once, one check at a time.
 #include "Quillfade/Cover/ExclusionRules.h"
 #include "Tests/Quillfade/Cover/MirrorTest.h"
 
@@ -79,7 +79,7 @@ TEST_F(ContentChange, ALookThatFailsIsFollowedByTheNext) {
   EXPECT_EQ(mirror->currentExclusionKey(), "7");
 }
 
-// An overlay that comes and goes as often as the desktop can tell.
+// An overlay that comes and goes as often as the desktop can report.
 class BlinkingOverlay : public ContentChange {
  protected:
   static constexpr double period = 0.02;
@@ -196,7 +196,7 @@ TEST_F(ContentChange, TheTimerGoesOnWhateverIsAnnounced) {
   desktop.runLoop().advance(1.5);
   desktop.runLoop().settle();
   EXPECT_EQ(requestCount(), 3U);
-  // A look that never comes back holds up no tick.
+  // A check that never ends does not delay the timer.
   desktop.capture().contentAnswering.isHeld = true;
   announce();
   desktop.runLoop().advance(3.0);

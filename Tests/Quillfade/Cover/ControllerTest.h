@@ -17,14 +17,14 @@ class ControllerTest : public OnDesktop {
  protected:
   static constexpr platform::Rect region{{100, 100}, {800, 600}};
 
-  // Makes the controller from what is in the settings now.
+  // Makes the controller from the current settings.
   OverlayController& make() {
     controller = std::make_shared<OverlayController>(desktop);
     controller->setOnStateChange([this] { ++stateChanges; });
     return *controller;
   }
 
-  // A controller whose cover is on over `area`, in the middle of its normal life.
+  // A controller in normal use, with its cover on over `area`.
   OverlayController& switchedOn(CoverStyle style, const platform::Rect& area = region) {
     make();
     controller->setStyle(style);

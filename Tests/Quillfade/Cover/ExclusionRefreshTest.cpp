@@ -185,7 +185,7 @@ TEST_F(ExclusionRefresh, TheScreenIsTheOneThereWasWhenTheContentWasAskedFor) {
   showAndStart();
   desktop.capture().contentAnswering.isHeld = true;
   tick();
-  // An overlay that is large on the old screen and small on the new one.
+  // Large on the old screen, small on the new one.
   openOverlay(7);
   desktop.arrangeScreens({{{{0, 0}, {9000, 9000}}, 1, 2}});
   contentRequest(1)->answer(desktop.capture().content);

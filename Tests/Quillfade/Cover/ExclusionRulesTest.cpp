@@ -15,7 +15,7 @@ const std::string own = "org.example.presenter";
 const std::string unknown = "org.example.unknown";
 const platform::Screen screen{{{0, 0}, {1000, 1000}}, 1, 2};
 
-// A window that covers this part of the screen.
+// A window that covers this fraction of the screen.
 CaptureWindow covering(double coverage, std::optional<std::string> owner, std::int64_t layer) {
   return listedWindow(1, std::move(owner), layer, {1000, coverage * 1000});
 }
@@ -87,7 +87,7 @@ TEST(ExclusionRules, TheTableIsComparedExactly) {
 }
 
 TEST(ExclusionRules, EveryEntryOfTheTableIsAConferencingProgram) {
-  // Two of them only through a fragment, since the identifier is compared in lower case.
+  // Two of them only match by a fragment, since the identifier is compared in lower case.
   for (const std::string& owner : conferencing()) EXPECT_TRUE(isLeftOut(covering(0.5, owner, 1))) << owner;
 }
 
@@ -105,7 +105,7 @@ TEST(ExclusionRules, LowercasingCoversEveryCharacterThatCanMatter) {
   EXPECT_TRUE(isLeftOut(covering(0.5, "US.ZOOM.XOS", 1)));  // both ends of the alphabet
   EXPECT_TRUE(isLeftOut(covering(0.5, "TEAMS", 1)));
   EXPECT_TRUE(isLeftOut(covering(0.5, "org.slac\xE2\x84\xAA", 1)));  // the Kelvin sign is a capital k
-  // A capital I with a dot becomes an i and a combining dot, so what stands after it is no neighbour of the i.
+  // A capital I with a dot becomes an i and a combining dot, so the letter after it no longer follows the i directly.
   EXPECT_TRUE(isLeftOut(covering(0.5, "SCREENCAPTUREU\xC4\xB0", 1)));
   EXPECT_FALSE(isLeftOut(covering(0.5, "D\xC4\xB0SCORD", 1)));
 }

@@ -128,7 +128,7 @@ TEST_F(FrameDelivery, FramesOfEveryRunningStreamAreShown) {
   mirror->screensChanged();
   desktop.runLoop().settle();
   streams()[1]->startRequest()->answer({});
-  // Both run now, and the older one is not stopped yet.
+  // Both are running now: the older one has not been stopped yet.
   deliver(simulated::completeFrame(), streams()[1]);
   EXPECT_EQ(framesShown(), 1U);
 }

@@ -201,7 +201,7 @@ TEST_F(LiveMirrorWindow, AScreenChangeDoesNothingToAHiddenMirror) {
   mirror->screensChanged();
   EXPECT_EQ(mirror->generation(), 2);
   desktop.runLoop().settle();
-  // Only the start that `show` made asked for anything.
+  // Only the start from `show` asked for anything.
   EXPECT_EQ(desktop.capture().contentRequests().size(), 1U);
   EXPECT_THAT(streams(), IsEmpty());
 }
@@ -217,7 +217,7 @@ TEST_F(LiveMirrorWindow, ACaptureThatNeverStartsLeavesTheWaitingText) {
 using LiveMirrorWindowDeathTest = LiveMirrorWindow;
 
 TEST_F(LiveMirrorWindowDeathTest, ARegionThatDoesNotFitWholeNumbersEndsTheProcess) {
-  // One number of the log line at a time.
+  // Tries each number of the log line in turn.
   for (const Rect& rect : {Rect{{0, 0}, {1e300, 50}}, Rect{{0, 0}, {50, 1e300}}, Rect{{-1e300, 0}, {50, 50}},
                            Rect{{0, -1e300}, {50, 50}}}) {
     EXPECT_DEATH(mirror->show(rect, false), "fatal error: a size or position");

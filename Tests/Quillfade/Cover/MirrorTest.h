@@ -21,7 +21,7 @@ class MirrorTest : public OnDesktop {
     desktop.runLoop().settle();
   }
 
-  // The next refresh finds another set of overlays.
+  // Adds an overlay for the next refresh to find.
   void openOverlay(std::uint32_t number) {
     desktop.capture().content.windows.push_back(listedWindow(number, "org.example.notes", 500));
   }
@@ -39,7 +39,7 @@ class MirrorTest : public OnDesktop {
   [[nodiscard]] simulated::DisplayLayer& displayLayer() const { return *view().sublayers().front(); }
   [[nodiscard]] simulated::SampleBufferRenderer& renderer() const { return displayLayer().sampleBufferRenderer(); }
   [[nodiscard]] std::size_t framesShown() const { return renderer().enqueued().size(); }
-  // The status text that can be seen; empty when it is hidden.
+  // The visible status text; empty when it is hidden.
   [[nodiscard]] std::string visibleStatus() const { return label().isHidden() ? "" : label().text().value_or(""); }
 
   [[nodiscard]] const std::vector<std::shared_ptr<simulated::Stream>>& streams() const {

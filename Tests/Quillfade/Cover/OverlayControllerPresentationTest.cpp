@@ -131,7 +131,7 @@ TEST_F(OverlayControllerPresentation, TheSolidWindowStaysOnTheScreenUnderTheRegi
 TEST_F(OverlayControllerPresentation, ASolidRegionWhoseCentreIsOnNoScreenGoesToTheMainScreen) {
   desktop.arrangeScreens({leftScreen, {{{3000, 0}, {1920, 1080}}, 2, 1}});
   desktop.screens().setMain(desktop.screens().all().back());
-  switchedOn(CoverStyle::solid, {{1000, 0}, {3000, 500}});  // its centre lies in the gap
+  switchedOn(CoverStyle::solid, {{1000, 0}, {3000, 500}});  // its centre is in the gap
   EXPECT_THAT(shownFrames(), ElementsAre(Rect{{3000, 0}, {1000, 500}}));
 }
 
@@ -139,14 +139,14 @@ TEST_F(OverlayControllerPresentation, ASolidRegionOffTheMainScreenGoesToTheFirst
   desktop.arrangeScreens({leftScreen, {{{3000, 0}, {1920, 1080}}, 2, 1}});
   desktop.screens().setMain(desktop.screens().all().back());
   switchedOn(CoverStyle::solid,
-             {{1000, 0}, {1500, 500}});  // its centre lies in the gap, and it ends before the main screen
+             {{1000, 0}, {1500, 500}});  // its centre is in the gap, and it ends before the main screen
   EXPECT_THAT(shownFrames(), ElementsAre(Rect{{1000, 0}, {440, 500}}));
 }
 
 TEST_F(OverlayControllerPresentation, ASolidRegionThatOnlyTouchesTheMainScreenGoesToTheFirstScreen) {
   desktop.arrangeScreens({leftScreen, {{{3000, 0}, {1920, 1080}}, 2, 1}});
   desktop.screens().setMain(desktop.screens().all().back());
-  // It ends exactly at the main screen's edge: a common part without area.
+  // It ends exactly at the main screen's edge: the common part has no area.
   switchedOn(CoverStyle::solid, {{1000, 0}, {2000, 500}});
   EXPECT_THAT(shownFrames(), ElementsAre(Rect{{1000, 0}, {440, 500}}));
 }
@@ -154,7 +154,7 @@ TEST_F(OverlayControllerPresentation, ASolidRegionThatOnlyTouchesTheMainScreenGo
 TEST_F(OverlayControllerPresentation, ASolidPartThatIsTooSmallIsNotShownThoughTheCoverIsOn) {
   desktop.arrangeScreens({leftScreen, {{{3000, 0}, {1920, 1080}}, 2, 1}});
   desktop.screens().setMain(desktop.screens().all().back());
-  // The part on the main screen is not empty but too narrow.
+  // Its part on the main screen is not empty, but too narrow.
   switchedOn(CoverStyle::solid, {{1000, 0}, {2010, 500}});
   EXPECT_TRUE(controller->isEnabled());
   EXPECT_THAT(shownWindows(), IsEmpty());

@@ -14,7 +14,7 @@ constexpr std::uint32_t mask = 6400;
 
 class HotKeyManagerTest : public OnDesktop {
  protected:
-  // Binds a key whose action notes its name.
+  // Binds a key whose action records its name.
   void bind(std::uint32_t keyCode, const std::string& name) {
     manager->bind(keyCode, mask, [this, name] { ran.push_back(name); });
   }

@@ -11,8 +11,8 @@ inline platform::Point inWindow(const platform::simulated::WindowState& window, 
   return {point.x - window.frame.origin.x, point.y - window.frame.origin.y};
 }
 
-// Presses at one place and releases at another, in global points. As on a real desktop, the window under the press gets
-// all of it.
+// Presses at one point and releases at another, in global points. As on a real desktop, the window under the press gets
+// all the events.
 inline void drag(const platform::simulated::Windows& windows, platform::Point from, platform::Point to) {
   const auto window = windows.clickTarget(from);
   if (!window || !window->contentView) return;

@@ -115,7 +115,7 @@ TEST_F(RegionSelectorTest, EscapeEndsTheSelectionWithNothingOnce) {
   begin();
   const auto view = shownWindows().front()->contentView;
   EXPECT_EQ(desktop.windows().pressKey(escape), KeyOutcome::swallowedByMonitor);
-  // The view hears of it as well.
+  // The view gets the key as well.
   view->responder()->keyDown(escape);
   desktop.runLoop().runUntilIdle();
   EXPECT_THAT(results, ElementsAre(std::nullopt));

@@ -34,7 +34,7 @@ class SelectionViewTest : public OnDesktop {
  protected:
   void SetUp() override { make(screenFrame); }
 
-  // A selection window with its view on a screen with this frame.
+  // Makes a selection window with its view, on a screen with this frame.
   void make(const Rect& frame) {
     selection = SelectionWindow::make(desktop, frame);
     selection.window->setContentView(selection.view->view());
@@ -213,7 +213,7 @@ TEST_F(SelectionViewTest, WithoutAListenerReportsGoNowhere) {
   EXPECT_THAT(reports, SizeIs(0));
 }
 
-// What is drawn of the instruction on a view of this size.
+// The steps that draw the instruction on a view of this size.
 std::vector<simulated::DrawingStep> instructionSteps(platform::Size size) {
   const platform::Size text = simulated::textSize(instruction, instructionStyle.font);
   const Point origin{size.width / 2 - 0.5 * text.width, size.height - 74};
@@ -227,7 +227,7 @@ TEST_F(SelectionViewTest, AnIdleViewIsDimmedAndInstructs) {
   EXPECT_EQ(shown().render(), expected);
 }
 
-// Of grey levels from 0 to 1, as the guidelines for legible text define it.
+// Of grey levels from 0 to 1, as accessibility guidelines for contrast define it.
 double luminance(double grey) { return grey <= 0.04045 ? grey / 12.92 : std::pow((grey + 0.055) / 1.055, 2.4); }
 double over(double below, const Color& ink) { return below + (ink.red - below) * ink.alpha; }
 
