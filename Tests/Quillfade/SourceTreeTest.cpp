@@ -189,11 +189,11 @@ void expectTargets(const fs::path& folder, const std::string& prefix, const std:
   EXPECT_EQ(found, expected);
 }
 
-TEST(SourceTree, ARoomOfTheApplicationIncludesOnlyTheRoomsOfItsLine) { expectRooms("Quillfade", applicationRooms); }
+TEST(SourceTree, ARoomOfTheApplicationIncludesOnlyTheRoomsOnItsLine) { expectRooms("Quillfade", applicationRooms); }
 
-TEST(SourceTree, ARoomOfTheLinuxAdapterIncludesOnlyTheRoomsOfItsLine) { expectRooms("Platform/Linux", linuxRooms); }
+TEST(SourceTree, ARoomOfTheLinuxAdapterIncludesOnlyTheRoomsOnItsLine) { expectRooms("Platform/Linux", linuxRooms); }
 
-TEST(SourceTree, ATargetIsLinkedToTheRoomsThatItMayInclude) {
+TEST(SourceTree, ATargetLinksTheRoomsThatItMayInclude) {
   expectTargets("Quillfade", "quillfade", applicationRooms);
   expectTargets("Platform/Linux", "linux", linuxRooms);
 }
@@ -211,7 +211,7 @@ TEST(SourceTree, NothingIsCompiledUnderConditions) {
 }
 
 // Longer texts are split over several lines in the sources.
-TEST(SourceTree, EveryShortTextThatIsTranslatedIsOneOfTheApplications) {
+TEST(SourceTree, EveryShortTextThatIsTranslatedComesFromTheApplication) {
   std::string application;
   for (const fs::path& path : sourcesBelow("Quillfade")) {
     for (const std::string& line : linesOf(path)) application += line;

@@ -27,7 +27,7 @@ TEST_F(SimulatedRunLoop, RunsNothingByItself) {
   EXPECT_THAT(noted, ElementsAre("posted", "delayed"));
 }
 
-TEST_F(SimulatedRunLoop, RunsWhatIsDueInTheOrderOfTimeThenOfCreation) {
+TEST_F(SimulatedRunLoop, RunsWhatIsDueByTimeThenByCreation) {
   loop.after(2, [this] { note("late"); });
   loop.after(1, [this] { note("first"); });
   loop.after(1, [this] { note("second"); });

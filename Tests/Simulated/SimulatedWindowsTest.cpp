@@ -97,7 +97,7 @@ TEST_F(SimulatedWindows, GiveAClickToTheTopmostWindowThatTakesClicks) {
   EXPECT_EQ(desktop.windows().clickTarget({500, 500}), nullptr);
 }
 
-TEST_F(SimulatedWindows, TellAnimatedChangesFromOthers) {
+TEST_F(SimulatedWindows, DistinguishAnimatedChangesFromOthers) {
   const auto layer = std::dynamic_pointer_cast<simulated::DisplayLayer>(desktop.views().makeDisplayLayer());
   desktop.views().withoutImplicitAnimations([&] { layer->setFrame(square); });
   EXPECT_FALSE(layer->didAnimate());

@@ -115,7 +115,7 @@ TEST_F(AppDelegateLaunch, EveryStateChangeReachesTheIcon) {
   EXPECT_EQ(button().toolTip(), idleText);
 }
 
-TEST_F(AppDelegateLaunch, AStatusItemWithoutAButtonIsNoObstacle) {
+TEST_F(AppDelegateLaunch, AStatusItemWithoutAButtonDoesNotStopTheLaunch) {
   desktop.statusBar().refusesButtons = true;
   launch();
   EXPECT_NE(statusItem()->shownMenu(), nullptr);
@@ -143,7 +143,7 @@ TEST_F(AppDelegateLaunch, ATakenHotKeyDoesNotStopTheLaunch) {
   menu().close();
 }
 
-TEST_F(AppDelegateLaunch, AHotKeyOfTheUsersTakesThePlaceOfTheBuiltInOne) {
+TEST_F(AppDelegateLaunch, AUsersHotKeyReplacesTheBuiltInOne) {
   desktop.rulesFile().content = platform::RulesFileEntries{{"hotKeys", "toggle", "Control+Alt+F9"}};
   launch();
   overlay().setRegion(region);
@@ -163,7 +163,7 @@ TEST_F(AppDelegateLaunch, TheFirstStartEverTellsWhereTheIconIsAndWhatItsKeyDoes)
   EXPECT_THAT(desktop.notifications().shown, SizeIs(1));
 }
 
-TEST_F(AppDelegateLaunch, AKeyThatCouldNotBeHadIsNotPromised) {
+TEST_F(AppDelegateLaunch, AnUnavailableKeyIsNotPromised) {
   desktop.hotKeys().takenKeyCodes = {2};
   launch();
   EXPECT_THAT(desktop.notifications().shown,
@@ -185,7 +185,7 @@ TEST_F(AppDelegateLaunch, TheMenuShowsTheKeysThatTheUserChoseAndTheUsersLanguage
   menu().close();
 }
 
-TEST_F(AppDelegateLaunch, TheHotKeysThatCouldNotBeHadAreKnown) {
+TEST_F(AppDelegateLaunch, UnavailableHotKeysAreKnown) {
   desktop.hotKeys().takenKeyCodes = {35};
   launch();
   EXPECT_THAT(delegate->hotKeyStates(), ElementsAre(HotKeyState{"Control+Alt+Super+D", "toggle", true},

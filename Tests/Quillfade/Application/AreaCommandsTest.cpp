@@ -148,7 +148,7 @@ TEST_F(SelectArea, ThatLockingEndsBringsTheCoverBackWhenTheSessionIsUnlocked) {
   EXPECT_THAT(shownFrames(), ElementsAre(region));
 }
 
-TEST_F(SelectArea, EndsQuietlyWhenTheDelegateIsGone) {
+TEST_F(SelectArea, EndsSilentlyWhenTheDelegateIsGone) {
   launch();
   delegate->selectArea();
   desktop.windows().pressKey({platform::escapeKeyCode});

@@ -170,7 +170,7 @@ TEST_F(LaunchAtLogin, ExplainsARefusalInTheDesktopsWords) {
   EXPECT_THAT(desktop.record().startingWith("login item"), SizeIs(1));
 }
 
-TEST_F(LaunchAtLogin, ARefusalIsExplainedAfterTheQuestionThatWaits) {
+TEST_F(LaunchAtLogin, ARefusalIsExplainedAfterAWaitingQuestion) {
   launchWithoutPermission();
   desktop.loginItem().failure = "No.";
   desktop.dialogs().setDuringAlert([&] {
@@ -281,7 +281,7 @@ TEST_F(CommandsTest, EveryMenuItemReachesItsCommand) {
   EXPECT_TRUE(desktop.sharedApplication()->isTerminated());
 }
 
-TEST_F(CommandsTest, WorkGoesOnWhileAnAlertIsUp) {
+TEST_F(CommandsTest, WorkContinuesWhileAnAlertIsUp) {
   launch();
   overlay().setRegion(region);
   overlay().setEnabled(true);

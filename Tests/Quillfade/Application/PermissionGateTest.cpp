@@ -18,7 +18,7 @@ TEST_F(PermissionGate, LetsEveryCommandPassWithPermission) {
   EXPECT_THAT(alerts(), IsEmpty());
 }
 
-TEST_F(PermissionGate, AsksOnceAndGoesOnWhenThatHelps) {
+TEST_F(PermissionGate, AsksOnceAndContinuesIfThatHelps) {
   desktop.screenCaptureAccess().grantsOnRequest = true;
   launchWithoutPermission();
   delegate->toggleCover();
@@ -27,7 +27,7 @@ TEST_F(PermissionGate, AsksOnceAndGoesOnWhenThatHelps) {
   EXPECT_THAT(alerts(), IsEmpty());
 }
 
-TEST_F(PermissionGate, TrustsTheSecondLookAndNotTheRequest) {
+TEST_F(PermissionGate, TrustsTheSecondCheckNotTheRequest) {
   desktop.screenCaptureAccess().grantsOnRequest = true;
   launchWithoutPermission();
   overlay().setRegion(region);
@@ -73,7 +73,7 @@ TEST_F(PermissionGate, OpeningTheSettingsAbandonsTheCommand) {
   EXPECT_FALSE(overlay().isEnabled());
 }
 
-TEST_F(PermissionGate, ChoosingTheSolidCoverGoesOnWithIt) {
+TEST_F(PermissionGate, ChoosingTheSolidCoverContinuesWithIt) {
   launchWithoutPermission();
   desktop.dialogs().answerWith(useSolidCover);
   delegate->toggleCover();
@@ -103,7 +103,7 @@ TEST_F(PermissionGate, AlwaysPassesWithTheSolidStyle) {
   EXPECT_EQ(desktop.screenCaptureAccess().preflightCount(), before);
 }
 
-TEST_F(PermissionGate, StandsBeforeEveryCommandThatCanShowTheLiveCover) {
+TEST_F(PermissionGate, GuardsEveryCommandThatCanShowTheLiveCover) {
   launchWithoutPermission();
   for (const auto command : {&AppDelegate::toggleCover, &AppDelegate::wholeScreen, &AppDelegate::selectArea}) {
     desktop.dialogs().answerWith(openSettings);
@@ -116,7 +116,7 @@ TEST_F(PermissionGate, StandsBeforeEveryCommandThatCanShowTheLiveCover) {
   EXPECT_EQ(overlay().region(), std::nullopt);
 }
 
-TEST_F(PermissionGate, DoesNotStandBeforeTheOthers) {
+TEST_F(PermissionGate, DoesNotGuardTheOtherCommands) {
   launchWithoutPermission();
   delegate->peek();
   delegate->toggleOutline();

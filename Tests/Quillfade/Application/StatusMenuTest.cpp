@@ -217,7 +217,7 @@ TEST_F(StatusMenu, AnOpenMenuIsNotRefreshedButTheIconIs) {
   menu().close();
 }
 
-TEST_F(StatusMenu, AMissingSymbolKeepsTheIconAndStillChangesTheToolTip) {
+TEST_F(StatusMenu, AMissingSymbolKeepsTheIconButChangesTheToolTip) {
   desktop.statusBar().missingSymbols = {"pencil.slash"};
   launchWithCoverOn();
   EXPECT_EQ(button().shownImage()->name(), "pencil");
@@ -267,7 +267,7 @@ TEST_F(StatusMenu, IsListedBeforeAnyOpeningWithoutTakingTheCoverDown) {
   }
 }
 
-TEST_F(StatusMenu, ARegionSizeThatDoesNotFitKeepsTheApplicationNeitherFromStartingNorFromCovering) {
+TEST_F(StatusMenu, ARegionSizeThatDoesNotFitPreventsNeitherStartingNorCovering) {
   store("region", std::string("{{0, 0}, {1e300, 600}}"));
   store("enabled", true);
   launch();

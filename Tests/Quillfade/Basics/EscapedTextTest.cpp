@@ -13,7 +13,7 @@ TEST(EscapedText, OrdinaryTextStaysAsItIs) {
   EXPECT_EQ(escapedText("R\xC3\xA9sum\xC3\xA9 \xE2\x9C\x8F"), "R\xC3\xA9sum\xC3\xA9 \xE2\x9C\x8F");
 }
 
-TEST(EscapedText, QuotesAndBackslashesGoBehindABackslash) { EXPECT_EQ(escapedText(R"(a"b\c)"), R"(a\"b\\c)"); }
+TEST(EscapedText, QuotesAndBackslashesGetABackslash) { EXPECT_EQ(escapedText(R"(a"b\c)"), R"(a\"b\\c)"); }
 
 TEST(EscapedText, LineEndsAndTabsHaveTheirOwnEscapes) { EXPECT_EQ(escapedText("a\nb\rc\td"), R"(a\nb\rc\td)"); }
 
@@ -38,7 +38,7 @@ TEST(EscapedText, TheSecondSetOfControlsIsEscapedToo) {
   EXPECT_EQ(escapedText("\xC2\xA0\xC2\xA1"), "\xC2\xA0\xC2\xA1") << "what follows them is ordinary";
 }
 
-TEST(EscapedText, NothingTurnsTheTextAroundOrEndsAParagraph) {
+TEST(EscapedText, NothingChangesTheTextDirectionOrEndsAParagraph) {
   EXPECT_EQ(escapedText("\xE2\x80\xAE"
                         "exe"),
             R"(\u{202E}exe)");
@@ -48,7 +48,7 @@ TEST(EscapedText, NothingTurnsTheTextAroundOrEndsAParagraph) {
   EXPECT_EQ(escapedText("\xE2\x80\x8B\xE2\x80\x8F\xE2\x80\x90"), "\\u{200B}\\u{200F}\xE2\x80\x90");
 }
 
-TEST(EscapedText, WhatIsNotUtf8PassesAsItIs) { EXPECT_EQ(escapedText("a\xFF\xC2"), "a\xFF\xC2"); }
+TEST(EscapedText, InvalidUtf8PassesUnchanged) { EXPECT_EQ(escapedText("a\xFF\xC2"), "a\xFF\xC2"); }
 
 }  // namespace
 }  // namespace quillfade

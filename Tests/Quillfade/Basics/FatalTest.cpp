@@ -38,7 +38,7 @@ TEST(FatalDeathTest, NumbersThatDoNotFitEndTheProcess) {
   EXPECT_DEATH(static_cast<void>(roundedNumber(-1e300)), "fatal error");
 }
 
-TEST(FatalDeathTest, ACounterThatRunsOverEndsTheProcess) {
+TEST(FatalDeathTest, ACounterThatOverflowsEndsTheProcess) {
   std::int64_t counter = largest;
   EXPECT_DEATH(countUp(counter), "fatal error");
 }

@@ -29,11 +29,11 @@ TEST(RectText, ReadsAnyDecimalNumber) {
   EXPECT_EQ(rectFromText("{{+1.50, -2.}, {3e2, 0.4E1}}"), (Rect{{1.5, -2}, {300, 4}}));
 }
 
-TEST(RectText, BlanksBetweenElementsAreFree) {
+TEST(RectText, BlanksBetweenElementsAreAllowed) {
   EXPECT_EQ(rectFromText(" { {1,2},{ 3 , 4 } } "), (Rect{{1, 2}, {3, 4}}));
 }
 
-TEST(RectText, FourNumbersAreReadWhateverStandsAroundThem) {
+TEST(RectText, FourNumbersAreReadWhateverIsAroundThem) {
   for (const char* text : {"{1, 2, 300, 400}", "1 2 300 400", "{{1, 2}, {300, 400}", "{{1 2} {300 400}}",
                            "x=1 y=2, 300 by 400", "{{1, 2}, {300, 400}}}, {{5, 6}, {7, 8}}", "((1;2);(300;400))"}) {
     EXPECT_EQ(rectFromText(text), (Rect{{1, 2}, {300, 400}})) << text;
@@ -49,13 +49,13 @@ TEST(RectText, NumbersThatAreMissingAreZero) {
   }
 }
 
-TEST(RectText, ANumberBeginsWithItsLastSignAndEndsBeforeWhatDoesNotBelongToIt) {
+TEST(RectText, ANumberBeginsWithItsLastSignAndEndsBeforeAnythingElse) {
   EXPECT_EQ(rectFromText("--1 +-2 3-4"), (Rect{{-1, -2}, {3, -4}}));
   EXPECT_EQ(rectFromText("1.2.3 4e 5e+"), (Rect{{1.2, 0.3}, {4, 5}}));
   EXPECT_EQ(rectFromText(".5 -.5 5. e7"), (Rect{{0.5, -0.5}, {5, 7}}));
 }
 
-TEST(RectText, ANumberThatIsTooLargeMakesItTheZeroRectangle) {
+TEST(RectText, ANumberThatIsTooLargeGivesTheZeroRectangle) {
   for (const char* text : {"{{0, 0}, {1e999, 600}}", "{{-1e999, 0}, {500, 600}}"}) {
     EXPECT_EQ(rectFromText(text), Rect{}) << text;
   }

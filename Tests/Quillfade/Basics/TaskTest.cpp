@@ -56,14 +56,14 @@ TEST_F(TaskTest, ACallbackOnAnotherThreadResumesOnTheMainThread) {
   EXPECT_THAT(steps, ElementsAre("begun", "resumed with 3"));
 }
 
-TEST_F(TaskTest, WhatItHoldsGoesWithItsLastStep) {
+TEST_F(TaskTest, WhatItHoldsIsReleasedAfterItsLastStep) {
   twoSteps(desktop.runLoop(), [](const Callback& callback) { callback(1); }, steps, held);
   EXPECT_EQ(held.use_count(), 2);
   desktop.runLoop().runUntilIdle();
   EXPECT_EQ(held.use_count(), 1);
 }
 
-TEST_F(TaskTest, WhatItHoldsGoesWhenNobodyCanResumeIt) {
+TEST_F(TaskTest, WhatItHoldsIsReleasedWhenNobodyCanResumeIt) {
   twoSteps(desktop.runLoop(), [this](Callback callback) { pending = std::move(callback); }, steps, held);
   EXPECT_EQ(held.use_count(), 2);
   pending = nullptr;

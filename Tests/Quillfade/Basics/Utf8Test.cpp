@@ -14,7 +14,7 @@ TEST(Utf8, WellFormedTextIsValid) {
   }
 }
 
-TEST(Utf8, BrokenTextIsNot) {
+TEST(Utf8, BrokenTextIsInvalid) {
   for (const std::string_view text :
        {"\x80", "\xC2", "\xE2\x80", "\xF0\x90\x80", "\xC2z", "\xFF", "\xC1\xBF", "\xE0\x80\x80", "\xF0\x80\x80\x80",
         "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80"}) {

@@ -46,14 +46,14 @@ TEST(CommandLine, WordsOfLaunchersAndToolkitsStartTheApplication) {
   }
 }
 
-TEST(CommandLine, ACommandMayFollowThem) {
+TEST(CommandLine, ACommandMayFollowLauncherWords) {
   EXPECT_TRUE(means<command::Toggle>({"-display", ":7", "toggle"}));
   EXPECT_EQ(complaint({"-session", "1", "hide"}), "There is no command \"hide\".");
   const auto shared = parseCommand({"share", "--", "xterm", "-display", ":7"});
   EXPECT_THAT(std::get<command::Share>(shared.value()).program, testing::ElementsAre("xterm", "-display", ":7"));
 }
 
-TEST(CommandLine, WordsThatOnlyLookLikeThemAreRefused) {
+TEST(CommandLine, WordsThatOnlyLookLikeLauncherWordsAreRefused) {
   for (const char* word :
        {"-sessions", "-NS", "-psn", "-nsfoo", "session", "style=fusion", "-reverse=1", "-x", "---name", "-", "--"}) {
     EXPECT_EQ(complaint({word}), "There is no command \"" + std::string(word) + "\".");
@@ -82,14 +82,14 @@ TEST(CommandLine, APeekLastsFiveSecondsUnlessToldOtherwise) {
   EXPECT_EQ(seconds({"peek", "3600"}), 3600);
 }
 
-TEST(CommandLine, APeekTakesNothingButAFewSeconds) {
+TEST(CommandLine, APeekAcceptsOnlyANumberOfSecondsInRange) {
   for (const char* wrong : {"0", "-1", "3600.1", "nan", "inf", "1e9", "five", "5s", "5 6", "0x10", "1,5", ""}) {
     EXPECT_EQ(complaint({"peek", wrong}),
               "A peek takes a number of seconds above 0 and up to 3600, not \"" + std::string(wrong) + "\".");
   }
 }
 
-TEST(CommandLine, SharingTakesAProgramWithItsWords) {
+TEST(CommandLine, SharingTakesAProgramAndItsArguments) {
   const auto shared = std::get<command::Share>(parseCommand({"share", "--", "grab", "--view", "x"}).value());
   EXPECT_EQ(shared.view, ShareView::unmirrored);
   EXPECT_THAT(shared.program, testing::ElementsAre("grab", "--view", "x"));
@@ -109,7 +109,7 @@ TEST(CommandLine, AnApplicationIsInstalledToShareWithOneViewOrTheOther) {
   EXPECT_EQ(std::get<command::UninstallShare>(parseCommand({"share", "--uninstall", "a"}).value()).application, "a");
 }
 
-TEST(CommandLine, SharingTakesNothingElse) {
+TEST(CommandLine, SharingAcceptsNothingElse) {
   for (const Words& wrong : std::vector<Words>{{"share"},
                                                {"share", "grab"},
                                                {"share", "--"},
@@ -150,7 +150,7 @@ TEST(CommandLine, AStatusIsForPeopleOrForPrograms) {
   }
 }
 
-TEST(CommandLine, ADoctorSpeaksToPeopleOrToPrograms) {
+TEST(CommandLine, DoctorReportsToPeopleOrPrograms) {
   const auto asJson = [](const Words& words) { return std::get<command::Doctor>(parseCommand(words).value()).asJson; };
   EXPECT_FALSE(asJson({"doctor"}));
   EXPECT_TRUE(asJson({"doctor", "--json"}));
@@ -164,7 +164,7 @@ TEST(CommandLine, AnUnknownCommandIsNamed) {
   EXPECT_EQ(complaint({""}), "There is no command \"\".");
 }
 
-TEST(CommandLine, WordsTooManyAreRefusedAndNotIgnored) {
+TEST(CommandLine, ExtraWordsAreRefusedNotIgnored) {
   for (const char* name : {"toggle", "whole-screen", "select-area", "windows", "keys", "quit", "--help", "--version"}) {
     EXPECT_EQ(complaint({name, "now"}), "\"" + std::string(name) + "\" does not take that many words.");
   }
@@ -182,7 +182,7 @@ Words commandsInHelp() {
   return names;
 }
 
-TEST(CommandLine, TheHelpNamesEveryCommandThatThereIs) {
+TEST(CommandLine, TheHelpNamesEveryCommand) {
   EXPECT_THAT(commandsInHelp(), testing::ElementsAre("toggle", "peek", "whole-screen", "select-area", "style",
                                                      "outline", "status", "windows", "keys", "quit", "doctor", "share",
                                                      "share", "share", "--help", "--version"));

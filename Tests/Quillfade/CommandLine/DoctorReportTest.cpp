@@ -28,7 +28,7 @@ const Finding lacking{.subject = "Log", .health = Health::limited, .detail = "no
 const Finding broken{.subject = "Keys", .health = Health::fails, .detail = "none", .fix = "Free one."};
 const std::string path = "/home/presenter/.config/quillfade/rules.json";
 
-TEST(DoctorReport, EachFindingIsALineAndEachFixStandsBelowIt) {
+TEST(DoctorReport, EachFindingIsALineWithItsFixBelowIt) {
   EXPECT_EQ(doctorText({fine, lacking, broken}),
             "ok       Display  :1\n"
             "note     Log      no \"directory\"\n"
@@ -68,7 +68,7 @@ TEST(DoctorReport, TheRunningInstanceKnowsItsKeys) {
   EXPECT_THAT(findings[1].fix, HasSubstr(path));
 }
 
-TEST(DoctorReport, WithoutARunningInstanceTheTrialsTell) {
+TEST(DoctorReport, WithoutARunningInstanceTheTrialsDecide) {
   const RunningHotKeys none = std::unexpected(platform::Error{"Quillfade is not running."});
   const auto findings =
       hotKeyFindings(none, builtInHotKeys, {HotKeyAnswer::granted, HotKeyAnswer::refused, HotKeyAnswer::unknown}, path);

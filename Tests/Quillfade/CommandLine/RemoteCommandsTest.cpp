@@ -84,7 +84,7 @@ INSTANTIATE_TEST_SUITE_P(Each, SameAsTheMenu,
                            return name;
                          });
 
-TEST_F(RemoteCommands, TheHotKeysAreListedWithWhatBecameOfThem) {
+TEST_F(RemoteCommands, TheHotKeysAreListedWithTheirState) {
   desktop.hotKeys().takenKeyCodes = {3};
   launch();
   const RemoteReply reply = run({"keys"});
@@ -117,7 +117,7 @@ TEST_F(RemoteCommands, APeekWithoutACoverDoesNothing) {
   EXPECT_THAT(desktop.runLoop().liveDelayedTasks(), IsEmpty());
 }
 
-TEST_F(RemoteCommands, TheOutlineIsSetAndNotFlipped) {
+TEST_F(RemoteCommands, TheOutlineIsSetNotFlipped) {
   launchWithCoverOn();
   ASSERT_TRUE(overlay().showsOutline());
   const auto writes = desktop.settings().writes().size();
@@ -217,7 +217,7 @@ TEST_F(RemoteCommands, ASecondCommandThatWouldAskIsAFailureAtOnce) {
   EXPECT_THAT(alerts(), SizeIs(1));
 }
 
-TEST_F(RemoteCommands, WhileTheSessionIsLockedWhatNeedsTheScreenSaysThatItCannot) {
+TEST_F(RemoteCommands, WhileTheSessionIsLockedCommandsThatNeedTheScreenFail) {
   const RemoteReply locked{exitstatus::failure, "The session is locked.\n"};
   launchWithCoverOn();
   desktop.sessionLock().setLocked(true);
@@ -237,7 +237,7 @@ TEST_F(RemoteCommands, WhileTheSessionIsLockedWhatNeedsTheScreenSaysThatItCannot
   EXPECT_THAT(shownFrames(), ElementsAre(platform::Rect{{0, 0}, {1440, 900}}));
 }
 
-TEST_F(RemoteCommands, ACoverThatNoScreenTakesIsAFailure) {
+TEST_F(RemoteCommands, ACoverThatFitsOnNoScreenIsAFailure) {
   launch();
   overlay().setRegion({{5000, 5000}, {300, 300}});
   EXPECT_EQ(run({"toggle"}), (RemoteReply{exitstatus::failure, "No screen shows enough of the area.\n"}));
@@ -245,7 +245,7 @@ TEST_F(RemoteCommands, ACoverThatNoScreenTakesIsAFailure) {
   EXPECT_EQ(run({"whole-screen"}), (RemoteReply{exitstatus::failure, "There is no screen.\n"}));
 }
 
-TEST_F(RemoteCommands, WhoeverWaitsIsToldOfTheQuestionBeforeItIsAsked) {
+TEST_F(RemoteCommands, WhoeverWaitsIsToldAboutTheQuestionBeforeItIsAsked) {
   launchWithoutPermission();
   run({"status"});
   EXPECT_EQ(desktop.record().indexOf("remote control: announce a question"), std::nullopt);
@@ -292,7 +292,7 @@ TEST_F(RemoteCommands, WindowsThatCannotBeListedAreAFailureWithTheServicesReason
   EXPECT_EQ(run({"windows"}), (RemoteReply{exitstatus::failure, "The display has gone.\n"}));
 }
 
-TEST_F(RemoteCommands, WordsThatMakeNoCommandChangeNothing) {
+TEST_F(RemoteCommands, WordsThatAreNotACommandChangeNothing) {
   launch();
   desktop.record().clear();
   EXPECT_EQ(run({"explode"}), (RemoteReply{exitstatus::usage, "There is no command \"explode\".\n"}));
@@ -361,7 +361,7 @@ TEST_F(OnlyInstance, TheSecondOneSaysSoAndDoesNotRun) {
   EXPECT_THAT(desktop.record().entries(), ElementsAre("claim the remote control"));
 }
 
-TEST_F(OnlyInstance, ASecondOneThatIsToDemonstrateSaysThatItCannot) {
+TEST_F(OnlyInstance, ASecondOneAskedToDemonstrateSaysThatItCannot) {
   desktop.remoteControl().nextClaim = platform::RemoteControl::Claim::taken;
   desktop.process().environment["QUILLFADE_DEMO"] = "1";
   const Overheard output(std::cout);
@@ -376,7 +376,7 @@ TEST_F(OnlyInstance, ASecondOneThatIsToDemonstrateSaysThatItCannot) {
   EXPECT_EQ(output.text(), "Quillfade is running already.\n");
 }
 
-TEST_F(OnlyInstance, ARulesFileThatCannotBeReadIsToldOnceAtTheStart) {
+TEST_F(OnlyInstance, ARulesFileThatCannotBeReadIsReportedOnceAtTheStart) {
   desktop.rulesFile().content = std::unexpected(platform::Error{"Line 3 is no JSON."});
   const Overheard errors(std::cerr);
   EXPECT_EQ(runOnlyInstance(desktop), 0);
@@ -385,7 +385,7 @@ TEST_F(OnlyInstance, ARulesFileThatCannotBeReadIsToldOnceAtTheStart) {
   EXPECT_EQ(std::ranges::count(errors.text(), '\n'), 1);
 }
 
-TEST_F(OnlyInstance, WithoutAWayInItRunsAllTheSame) {
+TEST_F(OnlyInstance, WithoutAWayInItStillRuns) {
   desktop.remoteControl().nextClaim = platform::RemoteControl::Claim::unavailable;
   bool ran = false;
   desktop.sharedApplication()->setSession([&] { ran = true; });

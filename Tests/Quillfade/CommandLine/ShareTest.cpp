@@ -68,11 +68,11 @@ TEST(Share, AWindowBeyondAllScreensIsJudgedAgainstTheFirst) {
             (std::vector<std::uint32_t>{1}));
 }
 
-TEST(Share, WithoutAScreenTheApplicationsOwnWindowsAreLeftOutAllTheSame) {
+TEST(Share, WithoutAScreenTheApplicationsOwnWindowsAreStillLeftOut) {
   EXPECT_EQ(numbersLeftOut(ShareView::clean, desktop, {}), (std::vector<std::uint32_t>{3}));
 }
 
-TEST(Share, ADesktopThatCannotDoItSaysSo) {
+TEST(Share, ADesktopWithoutALensSaysSo) {
   const auto reply = share({.program = {"recorder"}});
   EXPECT_EQ(reply.status, exitstatus::failure);
   EXPECT_EQ(reply.output, "A simulated desktop runs no programs.\n");

@@ -21,7 +21,7 @@ TEST_F(StatusReport, AtFirstNothingIsHiddenAndNoAreaIsChosen) {
   EXPECT_EQ(json(), "{\"enabled\": false, \"style\": \"live\", \"outline\": true, \"region\": null}\n");
 }
 
-TEST_F(StatusReport, ACoverThatIsOnIsToldWithItsArea) {
+TEST_F(StatusReport, ACoverThatIsOnIsReportedWithItsArea) {
   launchWithCoverOn();
   EXPECT_EQ(text(),
             "Annotations: hidden\n"
@@ -33,7 +33,7 @@ TEST_F(StatusReport, ACoverThatIsOnIsToldWithItsArea) {
             "\"region\": {\"x\": 100, \"y\": 100, \"width\": 800, \"height\": 600}}\n");
 }
 
-TEST_F(StatusReport, StyleAndOutlineAreTold) {
+TEST_F(StatusReport, StyleAndOutlineAreReported) {
   store("style", std::int64_t{1});
   store("outline", false);
   launch();
@@ -41,7 +41,7 @@ TEST_F(StatusReport, StyleAndOutlineAreTold) {
   EXPECT_THAT(json(), testing::HasSubstr(R"("style": "solid", "outline": false)"));
 }
 
-TEST_F(StatusReport, AnAreaIsToldExactlyNegativeAndFractionalNumbersIncluded) {
+TEST_F(StatusReport, AnAreaIsReportedExactlyNegativeAndFractionalNumbersIncluded) {
   launch();
   overlay().setRegion({{-1440.5, -0.25}, {1439.75, 899.125}});
   EXPECT_THAT(text(), testing::HasSubstr("Area:        1439.75 \xC3\x97 899.125 at (-1440.5, -0.25)\n"));

@@ -28,7 +28,7 @@ class WindowTable : public OnDesktop {
 
 const std::string own = "org.example.presenter";
 
-TEST_F(WindowTable, WithoutWindowsItIsItsHeading) {
+TEST_F(WindowTable, WithoutWindowsOnlyTheHeadingIsPrinted) {
   EXPECT_THAT(lines({}), ElementsAre("ID  OWNER  LAYER  SIZE  COVERS  LIVE COPY  WHY"));
 }
 
@@ -87,7 +87,7 @@ TEST_F(WindowTable, NoOwnerCanForgeALineOrHideOne) {
   EXPECT_THAT(table[3], HasSubstr(R"(a\tb)"));
 }
 
-TEST_F(WindowTable, LettersOfSeveralBytesTakeOnePlace) {
+TEST_F(WindowTable, MultibyteLettersTakeOneColumn) {
   const auto table = lines({listedWindow(1, "R\xC3\xA9sum\xC3\xA9", 0), listedWindow(2, "Resume", 0)});
   EXPECT_EQ(table[1], "1   R\xC3\xA9sum\xC3\xA9  0      1440x900  100%    kept       no large overlay");
   EXPECT_EQ(table[2], "2   Resume  0      1440x900  100%    kept       no large overlay");
@@ -102,7 +102,7 @@ TEST_F(WindowTable, ARuleOfTheUsersIsNamedWhereItDecided) {
   EXPECT_THAT(line(listedWindow(1, "Other", 500)), EndsWith("left out   large, on an overlay layer"));
 }
 
-TEST_F(WindowTable, WhereThePointerDecidesTheRuleThatSaysOtherwiseIsNamed) {
+TEST_F(WindowTable, AWindowKeptForTakingThePointerNamesTheRuleThatWouldLeaveItOut) {
   auto sheet = listedWindow(1, "Qt\nInk", 101);
   sheet.sheet = platform::ScreenSheet::takesPointer;
   EXPECT_THAT(line(sheet), EndsWith(R"(kept       takes the pointer; if it is ink: "alwaysExclude": ["Qt\nInk"])"));
@@ -122,12 +122,12 @@ TEST_F(WindowTable, WindowsAreMeasuredAgainstTheScreenOfTheRegion) {
   EXPECT_THAT(lines({window}, platform::Rect{{2000, 100}, {300, 300}})[1], HasSubstr("25%     kept"));
 }
 
-TEST_F(WindowTable, SharesOfAPercentAreCutOff) {
+TEST_F(WindowTable, FractionsOfAPercentAreDropped) {
   EXPECT_THAT(line(listedWindow(1, "Ink", 0, {1439, 900})), HasSubstr(" 99% "));
   EXPECT_THAT(line(listedWindow(1, "Ink", 0, {1, 1})), HasSubstr(" 0% "));
 }
 
-TEST_F(WindowTable, WithoutAScreenThereIsASentence) {
+TEST_F(WindowTable, WithoutAScreenItSaysSo) {
   desktop.arrangeScreens({});
   EXPECT_THAT(lines({listedWindow(1, "Ink", 500)}), ElementsAre("There is no screen."));
 }

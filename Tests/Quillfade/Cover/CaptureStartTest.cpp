@@ -106,7 +106,7 @@ TEST_F(CaptureStart, FractionalScaleFactorsCount) {
   EXPECT_EQ(configuration.height, 416);
 }
 
-TEST_F(CaptureStart, TheDisplayIsTheOneOfTheScreenUnderTheCentre) {
+TEST_F(CaptureStart, TheDisplayIsThatOfTheScreenUnderTheCentre) {
   desktop.arrangeScreens({{{{0, 0}, {1440, 900}}, 11, 2}, {{{1440, 0}, {1920, 1080}}, 22, 1}});
   mirror->show({{1500, 0}, {300, 300}}, false);
   desktop.runLoop().settle();
@@ -114,7 +114,7 @@ TEST_F(CaptureStart, TheDisplayIsTheOneOfTheScreenUnderTheCentre) {
   EXPECT_EQ(newestStream()->configuration().width, 300);
 }
 
-TEST_F(CaptureStart, TheScreenIsTheOneThereIsWhenTheContentHasCome) {
+TEST_F(CaptureStart, TheScreenIsChosenWhenTheContentArrives) {
   desktop.capture().contentAnswering.isHeld = true;
   showAndStart();
   // Large on the old screen, small on the new one.
@@ -210,7 +210,7 @@ TEST_F(CaptureStart, TheFailureTextIsSetOnALaterTurnOfTheMainQueue) {
   EXPECT_EQ(visibleStatus(), failureText);
 }
 
-TEST_F(CaptureStart, AFailureToBeShownHoldsTheMirrorUntilItIs) {
+TEST_F(CaptureStart, AFailureKeepsTheMirrorAliveUntilItIsShown) {
   desktop.capture().contentAnswering.isHeld = true;
   showAndStart();
   contentRequest(0)->fail("No.");
@@ -230,7 +230,7 @@ TEST_F(CaptureStart, AMirrorThatWasReleasedBeforeItsStartRanStartsNothing) {
   EXPECT_THAT(desktop.capture().contentRequests(), IsEmpty());
 }
 
-TEST_F(CaptureStart, AStartUnderWayHoldsTheMirrorToItsEnd) {
+TEST_F(CaptureStart, AStartUnderWayKeepsTheMirrorAliveToItsEnd) {
   desktop.capture().contentAnswering.isHeld = true;
   showAndStart();
   mirror->hide();
@@ -253,7 +253,7 @@ TEST_F(CaptureStart, AStreamThatStopsByItselfIsOnlyLogged) {
   EXPECT_EQ(visibleStatus(), waitingText);
 }
 
-TEST_F(CaptureStart, HidingAfterTheStreamStoppedByItselfStopsItAllTheSame) {
+TEST_F(CaptureStart, HidingReleasesEvenAStreamThatStoppedByItself) {
   showAndStart();
   newestStream()->stopWithError("The display went away.");
   mirror->hide();
@@ -270,7 +270,7 @@ TEST_F(CaptureStart, ManyStartsAtOnceLeaveOneStream) {
   EXPECT_EQ(streams().size(), 1U);
 }
 
-TEST_F(CaptureStart, WorkThatNeverComesToRunIsDestroyedWithTheDesktop) {
+TEST_F(CaptureStart, WorkThatNeverRunsIsDestroyedWithTheDesktop) {
   desktop.capture().startAnswering.isHeld = true;
   showAndStart();
   const std::weak_ptr<LiveMirror> held = mirror;

@@ -40,7 +40,7 @@ TEST_F(ContentChange, AnUnchangedSetRestartsNothingAndLogsNothing) {
   EXPECT_EQ(streams().size(), 1U);
 }
 
-TEST_F(ContentChange, ChangesDuringALookAreLookedAtTogetherWhenItEnds) {
+TEST_F(ContentChange, ChangesDuringACheckAreCheckedTogetherWhenItEnds) {
   showAndStart();
   desktop.capture().contentAnswering.isHeld = true;
   announce();
@@ -68,7 +68,7 @@ TEST_F(ContentChange, ChangesDuringAStartWaitForItsEnd) {
   EXPECT_EQ(mirror->currentExclusionKey(), "7");
 }
 
-TEST_F(ContentChange, ALookThatFailsIsFollowedByTheNext) {
+TEST_F(ContentChange, ACheckThatFailsIsFollowedByTheNext) {
   showAndStart();
   desktop.capture().contentAnswering.failure = "Not now.";
   announce();
@@ -102,7 +102,7 @@ class BlinkingOverlay : public ContentChange {
   }
 };
 
-TEST_F(BlinkingOverlay, RestartsTheCaptureTwiceASecondAtMostBesidesTheTimer) {
+TEST_F(BlinkingOverlay, RestartsTheCaptureAtMostTwiceASecondBesidesTheTimer) {
   blink(500);  // ten seconds
   EXPECT_LE(countLogged(restarting), 2U * 10 + 10 * 2 / 3 + 1);
   EXPECT_GE(countLogged(restarting), 10U);
@@ -116,7 +116,7 @@ TEST_F(BlinkingOverlay, IsNeverAdmittedToThePicture) {
   }
 }
 
-TEST_F(BlinkingOverlay, ThatStaysInTheEndIsOnTheListHalfASecondLaterAtMost) {
+TEST_F(BlinkingOverlay, IsOnTheListWithinHalfASecondOnceItStays) {
   blink(20);
   openOverlay(7);
   announce();
@@ -125,7 +125,7 @@ TEST_F(BlinkingOverlay, ThatStaysInTheEndIsOnTheListHalfASecondLaterAtMost) {
   EXPECT_EQ(newestStream()->filter().excludingWindows.size(), 1U);
 }
 
-TEST_F(BlinkingOverlay, ThatGoesInTheEndIsOffTheListHalfASecondLaterAtMost) {
+TEST_F(BlinkingOverlay, IsOffTheListWithinHalfASecondOnceItIsGone) {
   blink(20);
   pass(0.5);
   EXPECT_EQ(mirror->currentExclusionKey(), "");
@@ -134,14 +134,14 @@ TEST_F(BlinkingOverlay, ThatGoesInTheEndIsOffTheListHalfASecondLaterAtMost) {
   EXPECT_EQ(countLogged(restarting), restarts);
 }
 
-TEST_F(BlinkingOverlay, KeepsNoOrdinaryWindowWaiting) {
+TEST_F(BlinkingOverlay, DoesNotDelayOrdinaryWindows) {
   blink(1);
   desktop.capture().content.windows = {listedWindow(3, "org.example.editor", 0)};
   announce();
   EXPECT_THAT(newestStream()->admissions().back(), testing::Contains(3U));
 }
 
-TEST_F(BlinkingOverlay, KeepsNoWindowWaitingThatIsSeenAndBecomesAnOverlay) {
+TEST_F(BlinkingOverlay, DoesNotDelayAVisibleWindowThatBecomesAnOverlay) {
   desktop.capture().content.windows = {listedWindow(3, "org.example.notes", 0)};
   announce();
   openOverlay(7);
@@ -153,7 +153,7 @@ TEST_F(BlinkingOverlay, KeepsNoWindowWaitingThatIsSeenAndBecomesAnOverlay) {
   EXPECT_EQ(newestStream()->filter().excludingWindows.size(), 2U);
 }
 
-TEST_F(BlinkingOverlay, ThatIsAnOrdinaryWindowInBetweenRestartsItFourTimesASecondAtMost) {
+TEST_F(BlinkingOverlay, ThatIsOrdinaryInBetweenRestartsTheCaptureAtMostFourTimesASecond) {
   desktop.capture().content.windows = {listedWindow(3, "org.example.notes", 0)};
   announce();
   for (int time = 0; time < 1'000; ++time) {  // ten seconds
@@ -190,7 +190,7 @@ TEST_F(BlinkingOverlay, IsForgottenWhenTheMirrorHides) {
   EXPECT_TRUE(desktop.runLoop().liveDelayedTasks().empty());
 }
 
-TEST_F(ContentChange, TheTimerGoesOnWhateverIsAnnounced) {
+TEST_F(ContentChange, TheTimerContinuesWhateverIsAnnounced) {
   showAndStart();
   announce();
   desktop.runLoop().advance(1.5);
@@ -224,7 +224,7 @@ TEST_F(ContentChange, AChangeAnnouncedBeforeTheMirrorHidAsksForNothingAfterwards
   EXPECT_EQ(requestCount(), 1U);
 }
 
-TEST_F(ContentChange, AStreamHoldsBackWhatTheRulesCouldExcludeAndWasNotJudged) {
+TEST_F(ContentChange, AStreamHoldsBackUnjudgedWindowsThatTheRulesCouldExclude) {
   desktop.capture().content.windows = {listedWindow(3, "org.example.editor", 0),
                                        listedWindow(4, "org.example.menu", 101)};
   openOverlay(7);
@@ -236,7 +236,7 @@ TEST_F(ContentChange, AStreamHoldsBackWhatTheRulesCouldExcludeAndWasNotJudged) {
   EXPECT_THAT(holdingBack->admitted, UnorderedElementsAre(3U, 4U));
 }
 
-TEST_F(ContentChange, WindowsOfAnySizeAreHeldBackWhereTheUserLeavesOutSome) {
+TEST_F(ContentChange, WindowsOfAnySizeAreHeldBackIfAUsersRuleLeavesSomeOut) {
   const platform::Screen screen{.frame = {{0, 0}, {1000, 1000}}};
   EXPECT_DOUBLE_EQ(holdingBack(screen, {}, {{.pattern = "*.menu", .excludes = false}}).fromArea, 300'000);
   EXPECT_DOUBLE_EQ(holdingBack(screen, {}, {{.pattern = "*.notes", .excludes = true}}).fromArea, 0);

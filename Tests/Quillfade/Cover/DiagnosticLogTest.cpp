@@ -156,7 +156,7 @@ TEST_F(DiagnosticLogTest, ExcludedWindowsShowOwnerAndLayerInTheOrderGiven) {
               ElementsAre("high-layer candidates: []", R"(excluded: ["com.example.notes/layer3", "?/layer-2"])"));
 }
 
-TEST_F(DiagnosticLogTest, WindowsAtOrBelowTheNormalLayerAreNoCandidates) {
+TEST_F(DiagnosticLogTest, WindowsAtOrBelowTheNormalLayerAreNotCandidates) {
   EXPECT_EQ(candidates({listedWindow(1, "com.example.notes", 0), listedWindow(2, "com.example.notes", -1)}),
             "high-layer candidates: []");
 }
@@ -172,7 +172,7 @@ TEST_F(DiagnosticLogTest, AFragmentOrOtherCaseMakesNoCandidateAtTheNormalLayer) 
             "high-layer candidates: []");
 }
 
-TEST_F(DiagnosticLogTest, WindowsThatAreNotOnScreenAreNoCandidates) {
+TEST_F(DiagnosticLogTest, WindowsOffScreenAreNotCandidates) {
   CaptureWindow hidden = listedWindow(1, "com.example.notes", 9);
   hidden.isOnScreen = false;
   EXPECT_EQ(candidates({hidden}), "high-layer candidates: []");
@@ -182,7 +182,7 @@ TEST_F(DiagnosticLogTest, OwnWindowsAreNeverCandidates) {
   EXPECT_EQ(candidates({listedWindow(1, desktop.process().identifier, 2000)}), "high-layer candidates: []");
 }
 
-TEST_F(DiagnosticLogTest, WithoutAnOwnIdentifierWindowsWithoutAnOwnerAreNoCandidates) {
+TEST_F(DiagnosticLogTest, WithoutAnOwnIdentifierWindowsWithoutAnOwnerAreNotCandidates) {
   desktop.process().identifier = std::nullopt;
   EXPECT_EQ(candidates({listedWindow(1, std::nullopt, 2000), listedWindow(2, "a", 1, {1, 1})}),
             R"(high-layer candidates: ["a/layer1/1x1"])");

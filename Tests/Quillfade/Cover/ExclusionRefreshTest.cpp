@@ -30,13 +30,13 @@ TEST_F(ExclusionRefresh, TheWindowListIsReadEveryOneAndAHalfSeconds) {
   EXPECT_EQ(requestCount(), 5U);
 }
 
-TEST_F(ExclusionRefresh, TheSameContentIsAskedForAsAtTheStart) {
+TEST_F(ExclusionRefresh, EveryRefreshAsksForTheSameContentAsTheStart) {
   showAndStart();
   tick();
   EXPECT_EQ(desktop.capture().contentRequests().front().options, desktop.capture().contentRequests().back().options);
 }
 
-TEST_F(ExclusionRefresh, ItGoesOnWhileAMenuIsTracked) {
+TEST_F(ExclusionRefresh, ItContinuesWhileAMenuIsTracked) {
   showAndStart();
   desktop.runLoop().setTracking(true);
   tick(2);
@@ -181,7 +181,7 @@ TEST_F(ExclusionRefresh, WithoutAScreenNothingIsAskedFor) {
   EXPECT_EQ(requestCount(), 1U);
 }
 
-TEST_F(ExclusionRefresh, TheScreenIsTheOneThereWasWhenTheContentWasAskedFor) {
+TEST_F(ExclusionRefresh, TheScreenIsChosenWhenTheContentIsAskedFor) {
   showAndStart();
   desktop.capture().contentAnswering.isHeld = true;
   tick();
@@ -218,7 +218,7 @@ TEST_F(ExclusionRefresh, ShowingTwiceLeavesOneTimer) {
   EXPECT_TRUE(timers.front()->inCommonModes);
 }
 
-TEST_F(ExclusionRefresh, ARefreshUnderWayWhenTheMirrorHidesGoesToItsEndButItsRestartDoesNot) {
+TEST_F(ExclusionRefresh, ARefreshUnderWayWhenTheMirrorHidesEndsWithoutRestarting) {
   showAndStart();
   desktop.capture().contentAnswering.isHeld = true;
   tick();
@@ -262,7 +262,7 @@ TEST_F(ExclusionRefresh, OfSeveralRefreshesTheFirstToSeeTheChangeRestarts) {
   EXPECT_EQ(streams().size(), 2U);
 }
 
-TEST_F(ExclusionRefresh, AStaleAnswerMayRestartOnceMoreAndTheNextTickPutsItRight) {
+TEST_F(ExclusionRefresh, AStaleAnswerMayRestartOnceMoreAndTheNextTickCorrectsIt) {
   showAndStart();
   const platform::ShareableContent before = desktop.capture().content;
   desktop.capture().contentAnswering.isHeld = true;

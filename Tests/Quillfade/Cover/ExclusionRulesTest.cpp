@@ -44,7 +44,7 @@ TEST(ExclusionRules, OwnWindowsAreKnownByTheExactIdentifier) {
   EXPECT_FALSE(isLeftOut(covering(1, own + ".helper", 0)));
 }
 
-TEST(ExclusionRules, AWindowThatIsNotOnScreenIsNeverLeftOut) {
+TEST(ExclusionRules, AWindowOffScreenIsNeverLeftOut) {
   for (const std::string& owner : {own, unknown}) {
     CaptureWindow window = covering(1, owner, 1000);
     window.isOnScreen = false;
@@ -110,7 +110,7 @@ TEST(ExclusionRules, LowercasingCoversEveryCharacterThatCanMatter) {
   EXPECT_FALSE(isLeftOut(covering(0.5, "D\xC4\xB0SCORD", 1)));
 }
 
-TEST(ExclusionRules, AWindowWithoutAnOwnerFallsUnderTheHighLayerRuleOnly) {
+TEST(ExclusionRules, AWindowWithoutAnOwnerIsSubjectOnlyToTheHighLayerRule) {
   EXPECT_FALSE(isLeftOut(covering(0.5, std::nullopt, 499)));
   EXPECT_TRUE(isLeftOut(covering(0.5, std::nullopt, 500)));
   EXPECT_FALSE(isLeftOut(covering(0.01, std::nullopt, 0)));

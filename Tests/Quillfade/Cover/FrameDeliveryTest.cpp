@@ -26,7 +26,7 @@ TEST_F(FrameDelivery, ACompleteFrameIsShownAndHidesTheStatus) {
   EXPECT_EQ(visibleStatus(), "");
 }
 
-TEST_F(FrameDelivery, FramesAreShownInTheirOrder) {
+TEST_F(FrameDelivery, FramesAreShownInOrder) {
   const auto first = simulated::completeFrame();
   const auto second = simulated::completeFrame();
   newestStream()->deliver(first);
@@ -76,7 +76,7 @@ TEST_F(FrameDelivery, AnIgnoredFramePostsNothing) {
   EXPECT_FALSE(desktop.runLoop().runOne());
 }
 
-TEST_F(FrameDelivery, OutputThatIsNotOfTheScreenIsIgnored) {
+TEST_F(FrameDelivery, OutputOtherThanTheScreenIsIgnored) {
   deliver(simulated::completeFrame(), newestStream(), platform::StreamOutputType::audio);
   EXPECT_EQ(framesShown(), 0U);
 }

@@ -88,7 +88,7 @@ TEST_F(LiveMirrorWindow, WithoutAnOutlineThereIsNoBorder) {
   EXPECT_EQ(displayLayer().frame(), view().bounds());
 }
 
-TEST_F(LiveMirrorWindow, ShowingCountsTheGenerationUpOnce) {
+TEST_F(LiveMirrorWindow, ShowingIncrementsTheGenerationOnce) {
   show();
   EXPECT_EQ(mirror->generation(), 1);
 }
@@ -123,7 +123,7 @@ TEST_F(LiveMirrorWindow, HidingTakesEverythingAway) {
   EXPECT_EQ(logMessages().back(), "hide");
 }
 
-TEST_F(LiveMirrorWindow, HidingCountsTheGenerationUp) {
+TEST_F(LiveMirrorWindow, HidingIncrementsTheGeneration) {
   show();
   mirror->hide();
   EXPECT_EQ(mirror->generation(), 2);
@@ -153,7 +153,7 @@ TEST_F(LiveMirrorWindow, AFailureToStopIsIgnored) {
   EXPECT_FALSE(newestStream()->isHeld());
 }
 
-TEST_F(LiveMirrorWindow, AMirrorThatNeverGotAStreamHidesAllTheSame) {
+TEST_F(LiveMirrorWindow, AMirrorThatNeverGotAStreamStillHides) {
   show();
   mirror->hide();
   desktop.runLoop().settle();
@@ -162,7 +162,7 @@ TEST_F(LiveMirrorWindow, AMirrorThatNeverGotAStreamHidesAllTheSame) {
   EXPECT_EQ(logMessages().back(), "hide");
 }
 
-TEST_F(LiveMirrorWindow, HidingWhatWasNeverShownLogsAndCounts) {
+TEST_F(LiveMirrorWindow, HidingAMirrorThatWasNeverShownLogsAndIncrements) {
   mirror->hide();
   EXPECT_EQ(mirror->generation(), 1);
   EXPECT_THAT(logMessages(), ElementsAre("hide"));

@@ -31,7 +31,7 @@ TEST_F(SessionLocked, TheCoverIsAwayUntilTheSessionIsUnlocked) {
   }
 }
 
-TEST_F(SessionLocked, NothingOfTheLockIsStored) {
+TEST_F(SessionLocked, TheLockIsNotStored) {
   switchedOn(CoverStyle::live);
   const auto written = desktop.settings().writes().size();
   setLocked(true);

@@ -40,7 +40,7 @@ TEST_F(Peek, LastsAsLongAsItIsTold) {
   EXPECT_THAT(shownWindows(), SizeIs(1));
 }
 
-TEST_F(Peek, DuringAPeekStartsTheFullTimeAnew) {
+TEST_F(Peek, DuringAPeekRestartsTheFullTime) {
   switchedOn(CoverStyle::live);
   controller->peek();
   desktop.runLoop().advance(4);
@@ -102,7 +102,7 @@ TEST_F(Peek, EndsEarlyWhenTheMenuClosesAndThenEachScreenHasTwoMirrors) {
   EXPECT_THAT(shownWindows(), IsEmpty());
 }
 
-TEST_F(Peek, GoesOnWhileTheMenuIsOpen) {
+TEST_F(Peek, ContinuesWhileTheMenuIsOpen) {
   switchedOn(CoverStyle::solid);
   controller->peek();
   desktop.runLoop().setTracking(true);

@@ -151,7 +151,7 @@ TEST_F(OverlayControllerPresentation, ASolidRegionThatOnlyTouchesTheMainScreenGo
   EXPECT_THAT(shownFrames(), ElementsAre(Rect{{1000, 0}, {440, 500}}));
 }
 
-TEST_F(OverlayControllerPresentation, ASolidPartThatIsTooSmallIsNotShownThoughTheCoverIsOn) {
+TEST_F(OverlayControllerPresentation, ASolidPartThatIsTooSmallIsNotShownButTheCoverStaysOn) {
   desktop.arrangeScreens({leftScreen, {{{3000, 0}, {1920, 1080}}, 2, 1}});
   desktop.screens().setMain(desktop.screens().all().back());
   // Its part on the main screen is not empty, but too narrow.
@@ -190,7 +190,7 @@ TEST_F(OverlayControllerPresentation, ANewRegionRebuildsAShownCover) {
   }
 }
 
-TEST_F(OverlayControllerPresentation, ANewRegionOnNoScreenShowsNothingThoughTheCoverStaysOn) {
+TEST_F(OverlayControllerPresentation, ANewRegionOnNoScreenShowsNothingButTheCoverStaysOn) {
   switchedOn(CoverStyle::live);
   controller->setRegion({{90000, 0}, {100, 100}});
   EXPECT_TRUE(controller->isEnabled());

@@ -92,7 +92,7 @@ TEST_F(OverlayControllerState, RestoringSwitchesAStoredCoverOn) {
   EXPECT_THAT(writtenKeys(), ElementsAre("enabled"));
 }
 
-TEST_F(OverlayControllerState, RestoringTakesWhateverAffirmsForOn) {
+TEST_F(OverlayControllerState, RestoringTakesAnyAffirmativeValueForOn) {
   const std::vector<std::pair<SettingValue, bool>> cases{
       {integer(1), true},  {integer(2), true},         {std::string("YES"), true},
       {integer(0), false}, {std::string("no"), false},
@@ -133,7 +133,7 @@ TEST_F(OverlayControllerState, RestoringARegionOnNoScreenTurnsTheStoredFlagOff) 
   EXPECT_EQ(stateChanges, 1);
 }
 
-TEST_F(OverlayControllerState, SwitchingOnStoresItAndTellsAfterwards) {
+TEST_F(OverlayControllerState, SwitchingOnStoresItAndThenNotifies) {
   make().setRegion(region);
   bool sawEverything = false;
   controller->setOnStateChange([&] {
@@ -205,14 +205,14 @@ TEST_F(OverlayControllerState, ARefusalTakesAShownCoverAway) {
   EXPECT_THAT(shownWindows(), IsEmpty());
 }
 
-TEST_F(OverlayControllerState, SwitchingOffWhileOffStillStoresAndTells) {
+TEST_F(OverlayControllerState, SwitchingOffWhileOffStillStoresAndNotifies) {
   make().setEnabled(false);
   EXPECT_THAT(writtenKeys(), ElementsAre("enabled"));
   EXPECT_EQ(stored("enabled"), SettingValue{false});
   EXPECT_EQ(stateChanges, 1);
 }
 
-TEST_F(OverlayControllerState, SwitchingOffHidesStoresAndTellsAfterwards) {
+TEST_F(OverlayControllerState, SwitchingOffHidesStoresAndThenNotifies) {
   switchedOn(CoverStyle::solid);
   bool sawEverything = false;
   controller->setOnStateChange([&] {
@@ -222,7 +222,7 @@ TEST_F(OverlayControllerState, SwitchingOffHidesStoresAndTellsAfterwards) {
   EXPECT_TRUE(sawEverything);
 }
 
-TEST_F(OverlayControllerState, WithoutACallbackNothingIsTold) {
+TEST_F(OverlayControllerState, WithoutACallbackNobodyIsNotified) {
   make().setOnStateChange(nullptr);
   controller->setRegion(region);
   controller->setEnabled(true);
@@ -246,20 +246,20 @@ TEST_F(OverlayControllerState, AnyRegionIsAccepted) {
   }
 }
 
-TEST_F(OverlayControllerState, ARegionSetWhileOnTellsNobody) {
+TEST_F(OverlayControllerState, ARegionSetWhileOnNotifiesNobody) {
   switchedOn(CoverStyle::live);
   controller->setRegion({{0, 0}, {100, 100}});
   EXPECT_EQ(stateChanges, 0);
   EXPECT_EQ(writtenKeys().back(), "region");
 }
 
-TEST_F(OverlayControllerState, TheSameStyleNeitherStoresNorTells) {
+TEST_F(OverlayControllerState, TheSameStyleNeitherStoresNorNotifies) {
   make().setStyle(CoverStyle::live);
   EXPECT_EQ(stateChanges, 0);
   EXPECT_THAT(writtenKeys(), IsEmpty());
 }
 
-TEST_F(OverlayControllerState, AnotherStyleIsStoredAsAnIntegerAndTold) {
+TEST_F(OverlayControllerState, AnotherStyleIsStoredAsAnIntegerAndNotified) {
   make().setStyle(CoverStyle::solid);
   EXPECT_EQ(stored("style"), integer(1));
   EXPECT_EQ(stateChanges, 1);
@@ -268,7 +268,7 @@ TEST_F(OverlayControllerState, AnotherStyleIsStoredAsAnIntegerAndTold) {
   EXPECT_EQ(stateChanges, 2);
 }
 
-TEST_F(OverlayControllerState, TheOutlineFlagIsStoredAndTellsNobody) {
+TEST_F(OverlayControllerState, TheOutlineFlagIsStoredAndNotifiesNobody) {
   make().setShowsOutline(false);
   EXPECT_FALSE(controller->showsOutline());
   EXPECT_EQ(stored("outline"), SettingValue{false});
@@ -276,7 +276,7 @@ TEST_F(OverlayControllerState, TheOutlineFlagIsStoredAndTellsNobody) {
   EXPECT_EQ(stateChanges, 0);
 }
 
-TEST_F(OverlayControllerState, PeekingScreenChangesAndTheMenuStoreAndTellNothing) {
+TEST_F(OverlayControllerState, PeekingScreenChangesAndTheMenuStoreNothingAndNotifyNobody) {
   switchedOn(CoverStyle::live);
   const Strings before = writtenKeys();
   controller->peek();

@@ -86,7 +86,7 @@ TEST_F(HotKeyManagerTest, ATakenKeyIsSilent) {
   EXPECT_THAT(keys.attempts(), SizeIs(4));
 }
 
-TEST_F(HotKeyManagerTest, TheActionIsKeptThoughTheKeyIsTaken) {
+TEST_F(HotKeyManagerTest, TheActionIsKeptEvenIfTheKeyIsTaken) {
   keys.takenKeyCodes = {35};
   bindFour();
   EXPECT_EQ(keys.send(HotKeyID{HotKeyManager::signature, 2}), 0);

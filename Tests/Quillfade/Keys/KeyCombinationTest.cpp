@@ -34,14 +34,14 @@ TEST(KeyCombination, AKeyWithoutANameIsWrittenAsItsNumber) {
   EXPECT_EQ(combinationText({0xF0, builtInModifiers}), "Control+Alt+Super+240");
 }
 
-TEST(KeyCombination, NamesAreReadInCapitalsOrNotAndModifiersInAnyOrderAndByTheirOtherNames) {
+TEST(KeyCombination, NamesIgnoreCaseAndModifiersComeInAnyOrderAndByTheirOtherNames) {
   const auto expected = parseCombination("Control+Alt+Super+D");
   EXPECT_EQ(parseCombination("super+alt+control+d"), expected);
   EXPECT_EQ(parseCombination("Ctrl+Option+Command+D"), expected);
   EXPECT_EQ(parseCombination("CTRL+ALT+META+D"), expected);
 }
 
-TEST(KeyCombination, WhatIsNoCombinationIsRefusedWithASentence) {
+TEST(KeyCombination, AnythingElseIsRefusedWithASentence) {
   EXPECT_EQ(complaint("Control+Alt+Nose"), "There is no key \"Nose\".");
   EXPECT_EQ(complaint(""), "There is no key \"\".");
   EXPECT_EQ(complaint("Control+"), "There is no key \"\".");

@@ -192,7 +192,7 @@ TEST_F(RegionSelectorTest, ANewSelectionMayBeginRightAfterTheEnd) {
   EXPECT_THAT(results, ElementsAre(std::nullopt, Rect{{100, 100}, {300, 200}}));
 }
 
-TEST_F(RegionSelectorTest, WithoutScreensEscapeStillEndsIt) {
+TEST_F(RegionSelectorTest, WithoutScreensEscapeStillEndsTheSelection) {
   desktop.arrangeScreens({});
   begin();
   EXPECT_THAT(shownWindows(), IsEmpty());
@@ -235,7 +235,7 @@ TEST_F(RegionSelectorDeathTest, WithoutAnApplicationBeginningEndsTheProcess) {
   EXPECT_DEATH(begin(), "fatal error");
 }
 
-TEST_F(RegionSelectorTest, CancellingIsAsEscape) {
+TEST_F(RegionSelectorTest, CancellingWorksLikeEscape) {
   begin();
   selector->cancel();
   desktop.runLoop().settle();

@@ -47,7 +47,7 @@ TEST(StoredValues, APlainBoolIsFalseUnlessSomethingAffirmsIt) {
   EXPECT_FALSE(readBool(SettingValue{std::string("no")}));
 }
 
-TEST(StoredValues, AFractionAffirmsAPlainBoolAndIsNothingElse) {
+TEST(StoredValues, AFractionReadsOnlyAsAPlainBool) {
   for (const double number : {1.5, 0.5, -0.25, 1e300}) {
     EXPECT_TRUE(readBool(SettingValue{number})) << number;
     EXPECT_EQ(asBool(SettingValue{number}), std::nullopt) << number;
@@ -57,7 +57,7 @@ TEST(StoredValues, AFractionAffirmsAPlainBoolAndIsNothingElse) {
   EXPECT_FALSE(readBool(SettingValue{0.0}));
 }
 
-TEST(StoredValues, ATextAffirmsByItsFirstLetterOrAsANumberOtherThanZero) {
+TEST(StoredValues, ATextAffirmsByItsFirstLetterOrAsANonzeroNumber) {
   for (const char* text : {"true", " y", "1", "+1", "-1", "007", "\t-02"}) {
     EXPECT_TRUE(readBool(SettingValue{std::string(text)})) << text;
   }

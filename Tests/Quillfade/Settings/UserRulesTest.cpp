@@ -42,7 +42,7 @@ TEST_F(UserRulesTest, WindowsAreRead) {
   EXPECT_THAT(read.faults, IsEmpty());
 }
 
-TEST_F(UserRulesTest, EachFaultyEntryIsNamedAndThoseBesideItHold) {
+TEST_F(UserRulesTest, EachFaultyEntryIsNamedAndTheOthersHold) {
   const auto read = rules({{"alwaysExclude", "1", "zoom"},
                            {"alwaysExclude", "2", std::nullopt},
                            {"alwaysExclude", "3", ""},
@@ -65,7 +65,7 @@ TEST_F(UserRulesTest, EachFaultyEntryIsNamedAndThoseBesideItHold) {
   EXPECT_EQ(combination(read, 3), "Control+F9");
 }
 
-TEST_F(UserRulesTest, TwoHotKeysMayChangePlaces) {
+TEST_F(UserRulesTest, TwoHotKeysMaySwapCombinations) {
   const auto read = rules({{"hotKeys", "peek", "Control+Alt+Super+D"}, {"hotKeys", "toggle", "Control+Alt+Super+P"}});
   EXPECT_THAT(read.faults, IsEmpty());
   EXPECT_EQ(combination(read, 0), "Control+Alt+Super+P");
@@ -109,7 +109,7 @@ TEST_F(UserRulesTest, ARuleFindsAWindowByItsOwnerOrByAnyOfItsNames) {
   EXPECT_EQ(ruleFor(listedWindow(3, std::nullopt, 0), {{"", true}}), nullptr);
 }
 
-TEST_F(UserRulesTest, AnExactRuleGoesBeforeAPatternAndLeavingOutBeforeKeeping) {
+TEST_F(UserRulesTest, AnExactRuleComesBeforeAPatternAndLeavingOutBeforeKeeping) {
   const auto window = listedWindow(1, "zoom", 0);
   const std::vector<WindowRule> exactKeeps{{"*", true}, {"zoom", false}};
   EXPECT_EQ(ruleFor(window, exactKeeps), &exactKeeps[1]);
@@ -117,7 +117,7 @@ TEST_F(UserRulesTest, AnExactRuleGoesBeforeAPatternAndLeavingOutBeforeKeeping) {
   EXPECT_EQ(ruleFor(window, both), &both[1]);
 }
 
-TEST_F(UserRulesTest, AUsersRuleGoesBeforeTheBuiltInOnesButNotForOurOwnWindows) {
+TEST_F(UserRulesTest, AUsersRuleComesBeforeTheBuiltInOnesExceptForOurOwnWindows) {
   const platform::Screen screen{{{0, 0}, {1440, 900}}, 1, 2};
   const std::optional<std::string> own = "org.example.presenter";
   const auto ink = listedWindow(1, "Ink", 500);
@@ -130,7 +130,7 @@ TEST_F(UserRulesTest, AUsersRuleGoesBeforeTheBuiltInOnesButNotForOurOwnWindows) 
   EXPECT_EQ(judge(hidden, screen, own, {{"*", true}}), Judgement::keptOffScreen);
 }
 
-TEST_F(UserRulesTest, NoRuleLeavesOutALockScreenAndOnlyAFullNameWhatCouldBeOne) {
+TEST_F(UserRulesTest, NoRuleLeavesOutALockScreenAndOnlyAFullNameAPossibleOne) {
   const platform::Screen screen{{{0, 0}, {1440, 900}}, 1, 2};
   auto sheet = listedWindow(1, "QtInk", 101);
   const auto judged = [&](const std::vector<WindowRule>& rules) { return judge(sheet, screen, "own", rules); };

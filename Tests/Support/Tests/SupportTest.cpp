@@ -23,7 +23,7 @@ TEST(Wait, AConditionThatNeverHoldsIsGivenUpAtTheDeadline) {
   EXPECT_GE(std::chrono::steady_clock::now() - start, milliseconds(30));
 }
 
-TEST(Wait, AConditionIsAskedUntilItHolds) {
+TEST(Wait, AConditionIsCheckedUntilItHolds) {
   int asked = 0;
   EXPECT_TRUE(waitUntil([&] { return ++asked == 5; }));
 }
@@ -34,7 +34,7 @@ TEST(ChildProcess, AProgramsOutputAndStatusAreKept) {
   EXPECT_EQ(process.output(), "out\nhello\n");
 }
 
-TEST(ChildProcess, AProgramEndedByASignalSaysWhich) {
+TEST(ChildProcess, AProgramEndedByASignalReportsWhich) {
   ChildProcess process({"sleep", "600"});
   process.kill();
   EXPECT_EQ(process.exitStatus(), 128 + SIGKILL);
@@ -55,7 +55,7 @@ TEST(ChildProcess, EndingAProgramEndsWhatItStarted) {
   }));
 }
 
-TEST(ChildProcess, TheDevelopersOwnDesktopIsKeptFromIt) {
+TEST(ChildProcess, ItCannotReachTheDevelopersDesktop) {
   ASSERT_EQ(setenv("DISPLAY", ":12345", 1), 0);
   EXPECT_EQ(runToEnd({"sh", "-c", "echo ${DISPLAY-none}"}), "none\n");
   ASSERT_EQ(unsetenv("DISPLAY"), 0);
