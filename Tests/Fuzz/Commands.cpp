@@ -1,4 +1,4 @@
-// Words from a command line or the bus, one per line, give a command or a one-line sentence.
+// Any words from a command line or the bus, one per line, give a command or a one-line sentence.
 
 #include <string>
 #include <vector>

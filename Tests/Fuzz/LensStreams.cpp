@@ -1,5 +1,5 @@
-// What programs behind a lens and the X server send each other, from the first words on. The input chooses the byte
-// order and the size of the pieces, as Tests/Lens/StreamPromises.h explains.
+// The streams between programs behind a lens and the X server, their setup included. The input chooses the byte order
+// and the size of the pieces, as Tests/Lens/StreamPromises.h explains.
 
 #include <span>
 
