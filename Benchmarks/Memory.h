@@ -1,5 +1,4 @@
-// What is held in memory: by the program, by the least program of its kind, and by the X server on the program's
-// behalf.
+// What is held in memory: by the program, by the least program of its kind, by the X server on its behalf.
 //
 // Units: bytes.
 #pragma once

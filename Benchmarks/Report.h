@@ -35,7 +35,7 @@ struct Verdict {
 
 void writeText(const Report& report, std::ostream& out);
 void writeJson(const Report& report, std::ostream& out);
-// The costs over the whole screen, on a logarithmic scale: they differ by a factor of a hundred.
+// The costs over the whole screen, on a logarithmic scale: cheap copies cost a hundredth of expensive ones.
 void writeSvg(const Report& report, std::ostream& out);
 
 }  // namespace bench

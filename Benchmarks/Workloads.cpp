@@ -57,8 +57,7 @@ class Terminal : public Idle {
 class Typing final : public Terminal {
  public:
   explicit Typing(const std::string& display) : Terminal(display, {"cat"}), input_(display) {
-    // Keys go to the window under the pointer, even if a program has just taken the keyboard: one of the peers would
-    // pause.
+    // Keys go to the window under the pointer, even if a program just took the keyboard: one of the peers would pause.
     input_.moveTo(pointerPlace.x, pointerPlace.y);
     pace_.emplace(charactersASecond, [this] {
       xcb_set_input_focus(client().connection(), XCB_INPUT_FOCUS_POINTER_ROOT, XCB_INPUT_FOCUS_POINTER_ROOT,

@@ -1,5 +1,4 @@
-// macOS has no way in for commands: the system itself keeps one instance of a bundle, and hot keys and the menu reach
-// it.
+// macOS has no way in for commands: the system keeps one instance of a bundle, and hot keys and menu reach it.
 //
 // Threads: main thread only.
 #pragma once

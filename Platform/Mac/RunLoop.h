@@ -1,8 +1,7 @@
 // The main dispatch queue, timers of the main run loop, and serial dispatch queues.
 //
 // Threads: as in the port.
-// Ownership: the queue or the timer alone owns a job that was handed over; the job is destroyed on the thread it ran
-// on.
+// Ownership: the queue or timer alone owns a job handed to it; the job is destroyed on the thread it ran on.
 #pragma once
 
 #import <Foundation/Foundation.h>

@@ -1,7 +1,6 @@
-// Starts programs that share the screen, so that what they share leaves out the cover, or the cover and the
-// annotations.
+// Starts programs that share the screen, so that they leave out the cover, or the cover and the annotations.
 //
-// Threads: main thread. `leftOut` is pure, and so safe on any.
+// Threads: main thread; `leftOut` is pure and safe on any thread.
 // Failure: sentences; the exit statuses are those of the command line.
 #pragma once
 
@@ -22,8 +21,7 @@ namespace quillfade {
                                                            const std::vector<platform::Screen>& screens,
                                                            const std::vector<WindowRule>& userRules = {});
 
-// Each returns what this process prints and its exit status. `share` runs the program to its end and passes on its exit
-// status.
+// Each returns this process's output and exit status. `share` runs the program to its end and passes on its status.
 [[nodiscard]] platform::RemoteReply share(const command::Share& command);
 [[nodiscard]] platform::RemoteReply installShare(const command::InstallShare& command);
 [[nodiscard]] platform::RemoteReply uninstallShare(const command::UninstallShare& command);

@@ -18,7 +18,7 @@ constexpr int queueDepth = 6;
 constexpr double refreshInterval = 1.5;
 
 // Seconds between restarts for announced changes. So an overlay that blinks restarts the capture twice a second,
-// however fast it blinks; a window that stays visible while it is not an overlay, four times.
+// however fast it blinks; a window that is visible whenever it is not an overlay, four times.
 constexpr double leastRestartInterval = 0.5;
 
 bool isAnyOf(std::span<const platform::CaptureWindow> windows, const std::vector<std::uint32_t>& numbers) {
@@ -211,8 +211,7 @@ Task LiveMirror::runRefresh(std::weak_ptr<LiveMirror> weakMirror, platform::RunL
   if (mirror->stream_) mirror->stream_->admit(mirror->admittedWindows_);
   const std::string newKey = key(excluded);
   if (newKey == mirror->currentExclusionKey_) co_return;
-  // An overlay that is gone can stay on the list for a while, and a new one is held back. One that is visible cannot
-  // wait.
+  // An overlay that is gone can stay on the list for a while, and a new one is held back. A visible one cannot wait.
   const bool isAnnounced = check != nullptr;
   if (isAnnounced && mirror->restartPause_ && !isOverlaySeen) {
     mirror->isRestartWanted_ = true;

@@ -42,7 +42,7 @@ class OverlayController final : public std::enable_shared_from_this<OverlayContr
   void setStyle(CoverStyle newStyle);
   // Stores the flag; a cover on screen changes only when it is presented again.
   void setShowsOutline(bool shows);
-  // For this long, hides a cover that is on. Another peek starts the time anew.
+  // Hides a cover that is on, for this long. Another peek starts the time anew.
   void peek(double seconds = defaultPeekLength);
   void screensChanged();
   // A cover that is on stays away while the session is locked.

@@ -42,8 +42,7 @@ class TamperingProxy {
   // Clients that ask for this extension from now on are told that the server does not have it.
   void hideExtension(const std::string& name);
 
-  // From now on, requests of this kind that name a foreign window name one that does not exist; without a kind, none
-  // do.
+  // From now on, requests of this kind that name a foreign window name one that does not exist. Without a kind: none.
   void tamperWith(std::optional<RequestKind> kind);
   // The kinds of request that have named a foreign window since `forgetSeen`, and how many of each were tampered with.
   [[nodiscard]] std::map<RequestKind, std::size_t> seen() const;
@@ -53,7 +52,7 @@ class TamperingProxy {
   class Conversation;
 
   void accept();
-  // Prepares the request to go on to the server.
+  // Changes the request, where asked to, before it goes on to the server.
   void pass(std::uint8_t* request, std::size_t length);
 
   std::string serverPath_;

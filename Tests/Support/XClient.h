@@ -87,8 +87,7 @@ class XClient {
   // The window's rectangle on the screen, without its border; absent when the window is gone.
   [[nodiscard]] std::optional<PixelRect> frame(xcb_window_t window);
   [[nodiscard]] bool isViewable(xcb_window_t window);
-  // A child of the root whose class, the second string of WM_CLASS, is this one; absent when there is none on the
-  // screen.
+  // A child of the root with this class (the second string of WM_CLASS); absent when none is on the screen.
   [[nodiscard]] std::optional<xcb_window_t> findTopLevel(const std::string& className);
   [[nodiscard]] xcb_window_t selectionOwner(const std::string& selection);
   [[nodiscard]] bool grabKey(xcb_keycode_t key, std::uint16_t modifiers);
