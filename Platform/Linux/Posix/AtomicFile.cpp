@@ -24,8 +24,7 @@ std::expected<void, int> synchronized(int descriptor) {
   return {};
 }
 
-// Makes a new name in the directory survive a power cut. Some file systems cannot do it, and the content is safe
-// anyway.
+// Makes a new name in the directory survive a power cut. Some file systems cannot do that; the content is safe anyway.
 void synchronizeDirectory(const fs::path& directory) {
   const FileDescriptor descriptor(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (descriptor.isOpen()) (void)synchronized(descriptor.get());

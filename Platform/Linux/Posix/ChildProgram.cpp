@@ -75,7 +75,7 @@ SignalWatch::SignalWatch() {
   const sigset_t watched = watchedSignals();
   ::pthread_sigmask(SIG_BLOCK, &watched, &before_);
   descriptor_ = FileDescriptor(::signalfd(-1, &watched, SFD_CLOEXEC | SFD_NONBLOCK));
-  // A program may go away while it is sent something.
+  // The program may go away while something is being sent to it.
   struct sigaction ignore{};
   ignore.sa_handler = SIG_IGN;
   ::sigaction(SIGPIPE, &ignore, &pipeBefore_);

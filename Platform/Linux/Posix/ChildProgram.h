@@ -1,8 +1,9 @@
-// The program behind a lens, as a process: its environment, its signals, its end.
+// The program behind a lens as a process: its environment, its signals and its exit.
 //
-// Signals that ask this process for something are passed on to the program; those that a terminal sends, it has got by
-// itself.
-// Threads: the main thread; `SignalWatch` is made before any other thread, which then inherits what it blocks.
+// Signals sent to this process are passed on to the program, except those from a terminal, which reach the program by
+// themselves.
+// Threads: the main thread. Make `SignalWatch` before any other thread starts, so that every thread inherits the
+// blocked signals.
 // Failure: sentences.
 #pragma once
 
@@ -20,7 +21,7 @@
 
 namespace platform::linux::posix {
 
-// Receives signals as something to be read. Puts everything back when it goes.
+// Blocks the signals and makes them readable from a descriptor. The destructor restores everything.
 class SignalWatch {
  public:
   SignalWatch();
@@ -34,7 +35,7 @@ class SignalWatch {
     bool isFromTerminal = false;
   };
   [[nodiscard]] std::optional<Signal> next() const;
-  // As they were before the watch, and as a new program is to have them.
+  // The state before the watch, which a new program gets.
   [[nodiscard]] const sigset_t& maskBefore() const { return before_; }
   [[nodiscard]] bool wasPipeIgnored() const { return pipeBefore_.sa_handler == SIG_IGN; }
 
@@ -48,12 +49,12 @@ class ChildProgram {
  public:
   using Variables = std::vector<std::pair<std::string, std::string>>;
 
-  // The environment is this process's with these variables in it, or, where a value is empty, without them.
+  // The program gets this process's environment with these variables set, or removed where the value is empty.
   static std::expected<ChildProgram, Error> start(const std::vector<std::string>& words, const Variables& variables,
                                                   const SignalWatch& signals);
 
   void pass(const SignalWatch::Signal& signal) const;
-  // Its exit status, or 128 and the number of the signal that ended it; absent while it runs.
+  // The exit status, or 128 plus the number of the signal that ended the program; absent while it runs.
   [[nodiscard]] std::optional<int> exitStatus() const;
 
  private:

@@ -7,10 +7,11 @@
 namespace platform::linux::posix {
 namespace {
 
-// An abort has told its reason already.
+// SIGABRT is missing: whatever aborts has already said why.
 constexpr std::array signals{SIGSEGV, SIGBUS, SIGFPE, SIGILL};
 
-// Only what is safe in a signal handler. Raised again, the signal waits until this returns, and then ends the process.
+// Does only what is safe in a signal handler. The signal raised again stays pending until this returns, then ends the
+// process.
 void handle(int signal) {
   constexpr std::string_view sentence =
       "quillfade: Quillfade has crashed (signal ..); nothing of it stays on the screen. Please report this.\n";

@@ -1,8 +1,9 @@
-// A crash ends the process with one sentence on standard error, and then as the system would have ended it.
+// On a crash, writes one sentence to standard error and lets the system end the process as usual.
 //
-// What is on the screen needs no care: the X server takes away the windows, the redirection and the grabs of a client
-// whose connection ends. Threads: install once, on the main thread, for the life of the process. Failure: without it a
-// crash is silent, no more.
+// The screen needs no cleanup: when a client's connection ends, the X server removes its windows, redirections and
+// grabs.
+// Threads: install once, on the main thread, for the life of the process. Failure: a crash is silent; nothing else
+// changes.
 #pragma once
 
 #include <array>
@@ -13,13 +14,13 @@ namespace platform::linux::posix {
 class CrashSignals {
  public:
   CrashSignals();
-  // The handlers and their stack stay as long as the object.
+  // The handlers and their stack live as long as the object.
   ~CrashSignals();
   CrashSignals(const CrashSignals&) = delete;
   CrashSignals& operator=(const CrashSignals&) = delete;
 
  private:
-  // A stack of its own: an overflow of the other one is a crash, too.
+  // The handlers need a stack of their own: an overflow of the usual one is a crash, too.
   std::array<char, 32768> stack_{};
 };
 

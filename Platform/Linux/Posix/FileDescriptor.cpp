@@ -16,7 +16,7 @@ std::expected<void, int> FileDescriptor::close() {
 }
 
 std::expected<FileDescriptor, int> openRegularFile(const std::string& path, int flags, unsigned mode) {
-  // Truncating only once it is known what was opened.
+  // Truncate only once it is known what was opened.
   const int opening = (flags & ~O_TRUNC) | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
   FileDescriptor file(::open(path.c_str(), opening, static_cast<mode_t>(mode)));
   if (!file.isOpen()) return std::unexpected(errno);

@@ -22,15 +22,15 @@ class FileDescriptor {
 
   [[nodiscard]] int get() const { return descriptor_; }
   [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
-  // Harmless when repeated.
+  // Safe to call again.
   std::expected<void, int> close();
 
  private:
   int descriptor_;
 };
 
-// Opens a regular file and nothing else: a pipe or a device that happens to have the name must not block or swallow.
-// `mode` counts when the flags create the file.
+// Opens a regular file and nothing else: a pipe or a device of that name must not block or swallow data. `mode` applies
+// when the flags create the file.
 [[nodiscard]] std::expected<FileDescriptor, int> openRegularFile(const std::string& path, int flags,
                                                                  unsigned mode = 0600);
 [[nodiscard]] std::expected<void, int> writeAll(int descriptor, std::string_view bytes);

@@ -25,7 +25,7 @@ class PosixFileHandle : public FileHandle {
   PosixFileHandle(FileDescriptor file, std::string path) : file_(std::move(file)), path_(std::move(path)) {}
 
   std::expected<void, Error> seekToEndOfFile() override {
-    // From now on every write goes to where the end is then: lines of two threads never land on each other.
+    // From now on every write goes to the current end, so lines from two threads never overwrite each other.
     const int flags = ::fcntl(file_.get(), F_GETFL);
     if (flags < 0 || ::fcntl(file_.get(), F_SETFL, flags | O_APPEND) < 0 || ::lseek(file_.get(), 0, SEEK_END) < 0) {
       return std::unexpected(systemError(failure, path_, errno));

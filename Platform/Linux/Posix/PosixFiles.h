@@ -1,5 +1,5 @@
-// Plain files through the system's own calls. Only regular files: a pipe or a device under a file's name is refused, so
-// that nothing ever blocks.
+// Plain files through system calls. Only regular files: a pipe or a device under the file's name is refused, so nothing
+// ever blocks.
 #pragma once
 
 #include "Platform/Files.h"
@@ -10,7 +10,7 @@ class PosixFiles : public Files {
  public:
   [[nodiscard]] bool fileExists(const std::string& path) const override;
   std::expected<std::unique_ptr<FileHandle>, Error> openForWriting(const std::string& path) override;
-  // A file that this creates is the user's alone (0600).
+  // A new file is readable by the user alone (0600).
   std::expected<void, Error> write(const std::string& path, std::string_view bytes) override;
 };
 

@@ -1,4 +1,4 @@
-// The system's own reasons as sentences.
+// The system's error numbers as sentences.
 //
 // Threads: any.
 #pragma once
@@ -10,7 +10,7 @@
 
 namespace platform::linux::posix {
 
-// "<what> <path>: <reason>." where the reason is what the system says about this error number.
+// "<what> <path>: <reason>." with the system's text for this error number as the reason.
 [[nodiscard]] Error systemError(std::string_view what, std::string_view path, int number);
 
 }  // namespace platform::linux::posix

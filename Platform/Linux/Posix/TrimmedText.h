@@ -1,4 +1,4 @@
-// Text without the blanks and line ends around it.
+// Text without leading and trailing blanks and line ends.
 //
 // Threads: pure function, safe on any thread. The result refers to the argument's characters.
 #pragma once

@@ -1,7 +1,7 @@
 // Wakes a thread that waits for descriptors.
 //
-// Threads: `notify` on any, the rest on the thread that waits. Notifications between two waits count as one.
-// Ownership: RAII for the descriptor.
+// Threads: `notify` on any, the rest on the waiting thread. Notifications between two waits count as one. Ownership:
+// owns the descriptor.
 #pragma once
 
 #include <sys/eventfd.h>
@@ -20,7 +20,7 @@ class Wakeup {
   Wakeup(const Wakeup&) = delete;
   Wakeup& operator=(const Wakeup&) = delete;
 
-  // Readable after a notification until `clear`.
+  // Readable from a notification until `clear`.
   [[nodiscard]] int descriptor() const { return descriptor_; }
   void notify() { ::eventfd_write(descriptor_, 1); }
   void clear() {

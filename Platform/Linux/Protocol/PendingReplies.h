@@ -1,4 +1,4 @@
-// The replies of the server that a lens has to look into, from the moment when their request is passed on.
+// The server replies that a lens has to inspect, noted when their requests are passed on.
 //
 // Threads: plain values. Requests are numbered as the server counts them, from 1; replies and errors come in the order
 // of their requests.
@@ -10,10 +10,10 @@
 namespace platform::linux::protocol {
 
 enum class ReplyTo : std::uint8_t {
-  screenImage,    // names the visual of what it was read from
+  screenImage,    // names the visual of the drawable that was read
   overlayWindow,  // names that window
-  barrier,        // to a question of the lens's own: the client must not see it
-  nothing,        // a request of the lens's own without a reply; an error must not be seen either
+  barrier,        // to the lens's own question: the client must not see it
+  nothing,        // to the lens's own request, which has no reply; an error must not be seen either
 };
 
 struct PendingReply {

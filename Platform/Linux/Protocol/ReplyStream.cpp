@@ -29,7 +29,7 @@ ReplyStream::Step ReplyStream::advance(Bytes bytes) {
     const auto kind = static_cast<std::uint8_t>(type & ~sentEvent);
     std::uint64_t length = messageSize;
     if (type == reply || kind == XCB_GE_GENERIC) length += std::uint64_t{wire_.get32(&message[4])} * 4;
-    // The one message without a number.
+    // KeymapNotify is the one message without a sequence number.
     if (kind != XCB_KEYMAP_NOTIFY) {
       lastRequest_ += static_cast<std::uint16_t>(wire_.get16(&message[2]) - static_cast<std::uint16_t>(lastRequest_));
       if (passOwnRequests(type == error)) return {done, true};
@@ -41,7 +41,7 @@ ReplyStream::Step ReplyStream::advance(Bytes bytes) {
   }
 }
 
-// A request that the server has passed without an answer will not get one.
+// A request gets no reply once the server has passed it without one.
 bool ReplyStream::passOwnRequests(bool isError) {
   while (!replies_.empty() && replies_.front().request <= lastRequest_) {
     const auto [request, kind] = replies_.front();

@@ -24,7 +24,7 @@ constexpr std::size_t overlayOf = offsetof(xcb_composite_get_overlay_window_requ
 
 constexpr std::size_t shortHeader = 4;
 constexpr std::size_t longHeader = 8;
-// As far into a request as anything matters here.
+// Nothing beyond this many bytes of a request matters here.
 constexpr std::size_t farthestLook = 64;
 
 // Where a RENDER request names the pictures that it reads and the one that it draws to; 0 for none.
@@ -95,7 +95,7 @@ RequestStream::Step RequestStream::advance(Bytes bytes) {
   }
 }
 
-// Programs send millions of small requests a second, so there is as little as possible to be done for one.
+// Programs send millions of small requests a second, so each gets as little work as possible.
 std::size_t RequestStream::passUnconcerned(Bytes bytes) {
   const Wire wire = wire_;
   const std::byte* const begin = bytes.data();
@@ -114,7 +114,7 @@ std::size_t RequestStream::passUnconcerned(Bytes bytes) {
   return done;
 }
 
-// A length of 0 announces a longer one for clients that have asked for it. Without that it is an error of four bytes.
+// Length 0 announces an extended length for clients that enabled it. For others it is an error of four bytes.
 std::optional<RequestStream::Request> RequestStream::readHeader(Bytes bytes) const {
   if (bytes.size() < shortHeader) return std::nullopt;
   Request request{.major = std::to_integer<std::uint8_t>(bytes[0]), .minor = std::to_integer<std::uint8_t>(bytes[1])};
@@ -220,7 +220,7 @@ void RequestStream::noteSubwindowMode(const Request& request, std::uint32_t pict
   if (holds(request, offset)) screenPictures_[picture] = wire_.get32(at(request, offset)) != 0;
 }
 
-// One of another length is refused by the server.
+// The server refuses a request of any other length.
 bool RequestStream::rewriteDamage(const Request& request) {
   using Create = xcb_damage_create_request_t;
   constexpr std::size_t destroyed = offsetof(xcb_damage_destroy_request_t, damage);
@@ -229,7 +229,7 @@ bool RequestStream::rewriteDamage(const Request& request) {
   if (request.minor != XCB_DAMAGE_CREATE || request.length != request.header - shortHeader + sizeof(Create))
     return true;
   if (!names_.isScreen(wire_.get32(at(request, offsetof(Create, drawable))))) return true;
-  // There is a board once there is a picture.
+  // A board exists once a picture does.
   if (!picture_) return false;
   picture_.reset();
   if (names_.boards.pixmaps.empty()) return true;

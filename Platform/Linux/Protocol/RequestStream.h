@@ -1,15 +1,15 @@
-// What a client sends after its setup: one request after the other, passed on as it is, but for those that read the
-// screen or would stop the server.
+// What a client sends after the setup: requests, passed on unchanged except for those that read the screen or would
+// stop the server.
 //
-// - Reads of the screen (core, MIT-SHM and RENDER) come to read the picture that stands for it. RENDER pictures of the
+// - Reads of the screen (core, MIT-SHM and RENDER) read the picture that stands for it instead. RENDER pictures of the
 //   screen are made on that picture, and drawing to one of them goes to the real screen.
-// - Damage of the screen comes to be followed on a board, where what changes in the picture is reported.
-// - GrabServer and UngrabServer become requests that do nothing: a program that grabs the server before it reads would
-//   wait for whoever paints the picture, and that one for the grab.
+// - Damage of the screen is followed on a board instead, where changes of the picture are reported.
+// - GrabServer and UngrabServer become requests that do nothing. A program that grabs the server before it reads would
+//   otherwise wait for the painter of the picture, which in turn would wait for the grab.
 //
-// Threads: one at a time. Ownership: keeps references to names and replies, which outlive it.
-// Failure: a stream that is no X protocol stops as malformed and stays so. Requests that the server will refuse for
-// their length are passed on for it to do so.
+// Threads: one at a time. Ownership: keeps references to names and replies, which must outlive it. Failure: a stream
+// that is not X protocol stops as malformed and stays so. Requests of a wrong length are passed on for the server to
+// refuse.
 #pragma once
 
 #include <array>
@@ -28,40 +28,40 @@ namespace platform::linux::protocol {
 class RequestStream {
  public:
   enum class Stop : std::uint8_t {
-    needsMore,   // nothing else can be said about the bytes that are there
+    needsMore,   // nothing more can be said about these bytes
     screenRead,  // the next request reads the screen: `provide` a picture, then go on
     damageMade,  // the last request began to follow the screen's damage: report all of it, then go on
     malformed,
   };
   struct Step {
-    std::size_t length = 0;  // so many bytes can be passed on
+    std::size_t length = 0;  // this many bytes can be passed on
     Stop stop = Stop::needsMore;
   };
 
   RequestStream(ByteOrder order, const ScreenNames& names, PendingReplies& replies);
 
-  // Looks at bytes that follow those passed on so far, and rewrites them in place.
+  // Looks at the bytes after those passed on so far, and rewrites them in place.
   [[nodiscard]] Step advance(Bytes bytes);
-  // The pixmap that the request at which the stream stopped reads in the screen's place.
+  // The pixmap to read instead of the screen, for the request at which the stream stopped.
   void provide(std::uint32_t picture) { picture_ = picture; }
 
-  // How many bytes belong to the request under way and concern nobody here; `skip` when they went another way.
+  // How many bytes of the current request are left and need no look; `skip` those that were sent another way.
   [[nodiscard]] std::uint64_t remainingBody() const { return body_; }
   void skip(std::uint64_t count) { body_ -= count; }
-  // Of the last request, as a whole.
+  // The full length of the last request.
   [[nodiscard]] std::uint64_t lastLength() const { return lastLength_; }
-  // Whether there was a request whose reply brings descriptors.
+  // Whether any request so far has a reply that brings descriptors.
   [[nodiscard]] bool asksForDescriptors() const { return asksForDescriptors_; }
 
   // Whether the client follows the screen's damage.
   [[nodiscard]] bool followsDamage() const { return !screenDamages_.empty(); }
 
-  // The number of the last request, and making room for one of the lens's own after it.
+  // The number of the last request; `countOwnRequest` makes room for one of the lens's own after it.
   [[nodiscard]] std::uint64_t requestCount() const { return count_; }
   std::uint64_t countOwnRequest() { return ++count_; }
 
  private:
-  // One request; `bytes` is as much of it as there is.
+  // One request; `bytes` is the part of it that has arrived.
   struct Request {
     std::uint8_t major = 0;
     std::uint8_t minor = 0;
@@ -70,10 +70,10 @@ class RequestStream {
     Bytes bytes;
   };
 
-  // The length of the requests at the beginning that are there as a whole and concern nobody here; counts them.
+  // Counts the complete requests at the beginning that need no look, and returns their length.
   [[nodiscard]] std::size_t passUnconcerned(Bytes bytes);
   [[nodiscard]] std::optional<Request> readHeader(Bytes bytes) const;
-  // False when it has to wait for a picture.
+  // False when the request has to wait for a picture.
   [[nodiscard]] bool rewrite(const Request& request);
   [[nodiscard]] bool rewriteDrawable(const Request& request, std::size_t offset);
   [[nodiscard]] bool rewriteImage(const Request& request);
@@ -94,7 +94,7 @@ class RequestStream {
   Wire wire_;
   const ScreenNames& names_;
   PendingReplies& replies_;
-  // By major number.
+  // By major opcode.
   std::array<bool, 256> isOfConcern_{};
   std::uint64_t count_ = 0;
   std::uint64_t body_ = 0;
@@ -104,7 +104,7 @@ class RequestStream {
   bool isMalformed_ = false;
   bool isDamageMade_ = false;
   std::optional<std::uint32_t> picture_;
-  // RENDER pictures of the screen, and whether drawing to them goes over the windows on it.
+  // RENDER pictures of the screen, and whether drawing to them also covers the windows on it.
   std::unordered_map<std::uint32_t, bool> screenPictures_;
   std::unordered_set<std::uint32_t> screenDamages_;
 };

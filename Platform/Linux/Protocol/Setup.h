@@ -1,5 +1,4 @@
-// The first words of a connection: the client says how it writes numbers and what allows it to connect, the server
-// answers.
+// The start of a connection: the client states its byte order and its credential, and the server answers.
 //
 // Threads: pure functions. Failure: sentences; absent while more bytes are needed.
 #pragma once
@@ -17,9 +16,9 @@
 
 namespace platform::linux::protocol {
 
-// What allows a client to connect.
+// Proof that a client may connect.
 struct Credential {
-  std::string name;  // of the method
+  std::string name;  // of the authorisation method
   std::string data;
 };
 
@@ -34,7 +33,7 @@ struct SetupRequest {
 [[nodiscard]] std::expected<std::optional<SetupRequest>, Error> parseSetupRequest(std::span<const std::byte> bytes);
 // The same request with another credential.
 [[nodiscard]] std::vector<std::byte> setupRequest(const SetupRequest& request, const Credential& credential);
-// What a server answers to a client that it does not let in. The reason is ASCII.
+// What a server answers to a client that it turns away. The reason is ASCII.
 [[nodiscard]] std::vector<std::byte> setupRefusal(ByteOrder order, std::string_view reason);
 
 // The length of the server's answer.

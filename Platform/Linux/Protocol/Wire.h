@@ -1,6 +1,6 @@
-// Numbers as one client of the X protocol writes them: each chooses its byte order when it connects.
+// Numbers as one X client writes them: each client chooses its byte order when it connects.
 //
-// Threads: plain values. Offsets are in bytes; whoever calls has made sure that the bytes are there.
+// Threads: plain values. Offsets are in bytes; the caller has made sure that the bytes exist.
 #pragma once
 
 #include <bit>

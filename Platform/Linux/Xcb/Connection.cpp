@@ -30,7 +30,7 @@ struct Requirement {
   std::uint32_t minor;
 };
 
-// The least versions that have what is used: named pixmaps, regions, input shapes, fences, monitors.
+// The lowest versions that have what is used: named pixmaps, regions, input shapes, fences, monitors.
 const std::array<Requirement, extensionCount>& requirements() {
   static const std::array<Requirement, extensionCount> table{{
       {Extension::composite, &xcb_composite_id, "Composite", 0, 4},
@@ -54,7 +54,7 @@ Version versionIn(xcb_connection_t* connection, R* (*function)(xcb_connection_t*
   return reply ? Version{reply->major_version, reply->minor_version} : Version{};
 }
 
-// The server gives a client no more of an extension than the version that the client asked for.
+// The server grants a client no higher version of an extension than the client asked for.
 std::array<Version, extensionCount> queryVersions(const Connection& connection) {
   xcb_connection_t* c = connection.get();
   const auto ask = [&](Extension extension, auto request, auto... arguments) {
@@ -90,8 +90,8 @@ std::string unreachableSentence(const std::string& displayName) {
   return "The X11 display " + name + " cannot be reached.";
 }
 
-// The library looks for the display's cookie through one buffer of the whole process, and streams connect on threads of
-// their own.
+// The library looks up the display's cookie in one buffer for the whole process, and streams connect on their own
+// threads.
 xcb_connection_t* connect(const std::string& displayName, int& screenNumber) {
   static std::mutex oneAtATime;
   const std::scoped_lock lock(oneAtATime);
@@ -194,7 +194,7 @@ bool Connection::visualHasAlpha(xcb_visualid_t visual) const {
   return found != visualFormats_.end() && found->second.hasAlpha;
 }
 
-// Events and errors come in the order of the requests that they follow.
+// Events and errors arrive in the order of the requests that they follow.
 bool Connection::isExpected(const xcb_generic_event_t& error) {
   return !expectedErrors_.empty() && expectedErrors_.front() == error.full_sequence;
 }

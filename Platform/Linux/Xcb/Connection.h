@@ -1,10 +1,11 @@
-// One connection to the X server and what is asked once about it: the root window, extensions, picture formats, atoms.
+// One connection to the X server, and what is asked about it once: root window, extensions, picture formats, atoms.
 //
 // Threads: a connection belongs to one thread at a time.
-// Ownership: non-movable, so that others may hold a reference; it closes with its owner, and with it go all resources
-// that were made on it. Failure: every error of a request is either expected, and then named at the request by
-// `ignoreErrors` or by asking for the reply, or it is a bug and reaches the handler of unexpected errors. A connection
-// whose server is gone stays a valid object: `isBroken` tells, requests do nothing.
+// Ownership: non-movable, so that others may hold a reference. It closes with its owner, and all resources made on it
+// go with it.
+// Failure: an error of a request is either expected (and then named at the request, by `ignoreErrors` or by asking for
+// the reply) or a bug, which reaches the handler of unexpected errors. A connection whose server is gone stays a valid
+// object: `isBroken` is true, and requests do nothing.
 #pragma once
 
 #include <xcb/render.h>
@@ -28,7 +29,7 @@
 
 namespace platform::linux::xcb {
 
-// The extensions that the product builds on.
+// The extensions that the product needs.
 enum class Extension : std::uint8_t { composite, damage, xfixes, render, randr, shape, sync };
 inline constexpr std::size_t extensionCount = 7;
 
@@ -37,7 +38,7 @@ class Connection {
   // Called on the connection's thread, from inside `nextEvent`.
   using ErrorHandler = std::function<void(const xcb_generic_error_t&)>;
 
-  // An empty name means the display that the environment names.
+  // An empty name means the display named by the environment.
   static std::expected<std::unique_ptr<Connection>, Error> open(const std::string& displayName);
   ~Connection();
   Connection(const Connection&) = delete;
@@ -48,16 +49,17 @@ class Connection {
   [[nodiscard]] int fileDescriptor() const { return xcb_get_file_descriptor(connection_); }
   void flush() { xcb_flush(connection_); }
 
-  // Events only; errors go to the handler. `nextEvent` reads what has arrived and never blocks; `nextQueuedEvent` takes
-  // what an earlier read left behind: drain it after every flush and before waiting for the file descriptor.
+  // Returns events only; errors go to the handler. `nextEvent` reads what has arrived and never blocks.
+  // `nextQueuedEvent` takes what an earlier read left behind: drain it after every flush, and before waiting for the
+  // descriptor.
   [[nodiscard]] Event nextEvent();
   [[nodiscard]] Event nextQueuedEvent();
-  // By default an unexpected error is logged on standard error.
+  // By default an unexpected error is logged to standard error.
   void setUnexpectedErrorHandler(ErrorHandler handler) { unexpectedError_ = std::move(handler); }
-  // Names any error of this request as expected. Send it by its plain function, not by the `_checked` one, whose errors
-  // would wait for somebody to ask for them.
+  // Marks any error of this request as expected. Send the request by its plain function, not the `_checked` one: the
+  // error of a checked request waits until somebody asks for it.
   void ignoreErrors(xcb_void_cookie_t request) { expectedErrors_.push_back(request.sequence); }
-  // Waits until the server has carried out everything sent so far; false when it has not within the limit.
+  // Waits until the server has carried out everything sent so far; false on timeout.
   bool synchronize(int milliseconds);
 
   [[nodiscard]] int screenNumber() const { return screenNumber_; }
@@ -72,23 +74,23 @@ class Connection {
   [[nodiscard]] std::uint32_t newId() { return xcb_generate_id(connection_); }
 
   [[nodiscard]] bool has(Extension extension) const { return extensions_[index(extension)].isUsable; }
-  // The names of those that are missing or too old. A request of a missing extension would break the connection.
+  // The names of extensions that are missing or too old. A request of a missing extension would break the connection.
   [[nodiscard]] std::vector<std::string> missingExtensions() const;
-  // What the server offers of each to this client.
+  // The version of each extension that the server offers this client.
   struct ExtensionVersion {
     std::string name;
     std::uint32_t major = 0;
     std::uint32_t minor = 0;
     bool isPresent = false;
-    bool isUsable = false;  // present, and new enough
+    bool isUsable = false;  // present and new enough
   };
   [[nodiscard]] std::vector<ExtensionVersion> extensionVersions() const;
   [[nodiscard]] std::uint8_t firstEvent(Extension extension) const { return extensions_[index(extension)].firstEvent; }
 
-  // The picture format of a visual; none (0) when pictures cannot be made of it.
+  // The picture format of a visual; 0 when no pictures can be made of it.
   [[nodiscard]] xcb_render_pictformat_t formatOfVisual(xcb_visualid_t visual) const;
   [[nodiscard]] bool visualHasAlpha(xcb_visualid_t visual) const;
-  // The premultiplied 32-bit format with alpha: for pictures of our own making.
+  // The premultiplied 32-bit format with alpha, for pictures that we make.
   [[nodiscard]] xcb_render_pictformat_t argbFormat() const { return argbFormat_; }
 
   // Looked up once, then remembered. `internAtoms` looks up several in one round trip.
@@ -98,7 +100,7 @@ class Connection {
     internAtoms(std::span(names.begin(), names.size()));
   }
 
-  // Several users of one connection share the one event mask of the root window.
+  // Several users of one connection share the root window's event mask.
   void addRootEvents(std::uint32_t mask);
   void removeRootEvents(std::uint32_t mask);
 
@@ -132,12 +134,12 @@ class Connection {
   xcb_render_pictformat_t argbFormat_ = 0;
   std::unordered_map<std::string, xcb_atom_t> atoms_;
   std::uint32_t rootEventMask_ = 0;
-  // Requests that may fail, oldest first, until the server is known to be past them.
+  // Requests that may fail, oldest first, kept until the server is known to be past them.
   std::deque<std::uint32_t> expectedErrors_;
   ErrorHandler unexpectedError_;
 };
 
-// Why nothing can be captured: one sentence for a person. `missing` names one extension at least.
+// One sentence for the user on why nothing can be captured. `missing` must not be empty.
 [[nodiscard]] std::string missingExtensionsSentence(const std::vector<std::string>& missing);
 // "A", "A and B", "A, B and C".
 [[nodiscard]] std::string enumerated(const std::vector<std::string>& names);

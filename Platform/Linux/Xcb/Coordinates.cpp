@@ -8,7 +8,7 @@ namespace platform::linux::xcb {
 
 namespace {
 
-// Far outside of what any screen has, and small enough that sums of two stay in range.
+// Far beyond any screen, yet small enough that the sum of two stays in range.
 constexpr double farthestPixel = 1 << 29;
 
 std::int32_t rounded(double value) {
@@ -22,7 +22,7 @@ double squaredDistance(Point point, double left, double bottom, double right, do
   return x * x + y * y;
 }
 
-// `area` gives a screen's rectangle in the space of `center`.
+// `area` returns a screen's rectangle in the space of `center`.
 template <typename Area>
 const ScreenGeometry* screenAt(Point center, std::span<const ScreenGeometry> screens, Area area) {
   const ScreenGeometry* nearest = nullptr;

@@ -1,8 +1,7 @@
-// A region that lives in the X server: set operations on it cost a few bytes and no answer.
+// A region inside the X server: set operations on it cost a few bytes and no reply.
 //
-// Threads: that of its connection.
-// Ownership: RAII; the connection must outlive it. Regions of one operation belong to one connection.
-// Failure: none of these can fail, all regions being our own.
+// Threads: that of its connection. Ownership: owns the region; the connection must outlive it. Both regions of an
+// operation belong to the same connection. Failure: none, since all regions are our own.
 #pragma once
 
 #include <xcb/xfixes.h>
@@ -48,7 +47,7 @@ class Region {
   void set(std::span<const xcb_rectangle_t> rects) {
     xcb_xfixes_set_region(connection_.get(), id_, static_cast<std::uint32_t>(rects.size()), rects.data());
   }
-  // Of the same connection. Costs nothing.
+  // Both must be of the same connection. Sends nothing.
   void swap(Region& other) noexcept { std::swap(id_, other.id_); }
   void copy(const Region& other) { xcb_xfixes_copy_region(connection_.get(), other.id_, id_); }
   void unite(const Region& other) { xcb_xfixes_union_region(connection_.get(), id_, other.id_, id_); }

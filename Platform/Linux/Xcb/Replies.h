@@ -1,9 +1,9 @@
-// Ownership of what an X connection hands out, and waiting for the reply to one request.
+// Owns what an X connection hands out, and waits for the reply to one request.
 //
-// Threads: plain values, as free as the connection they came from.
-// Ownership: replies and events are freed with their holder.
-// Failure: a request that failed, or a connection that is gone, gives an empty `Reply`; asking for the reply names the
-// error as expected, and the caller decides what its absence means.
+// Threads: plain values, tied to a thread only as far as their connection is. Ownership: replies and events are freed
+// with their holder.
+// Failure: a failed request, or a connection that is gone, gives an empty `Reply`. Asking for the reply marks the error
+// as expected; the caller decides what the missing reply means.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -29,7 +29,7 @@ template <typename R, typename Cookie>
   return Reply<R>(function(connection, cookie, nullptr));
 }
 
-// The bit of an event's type that tells an event sent by another client from one of the server's own.
+// The bit of an event's type that marks an event sent by another client rather than by the server.
 inline constexpr std::uint8_t sentEventBit = 0x80;
 
 [[nodiscard]] inline std::uint8_t eventType(const xcb_generic_event_t& event) {
@@ -40,13 +40,13 @@ inline constexpr std::uint8_t sentEventBit = 0x80;
   return (event.response_type & sentEventBit) != 0;
 }
 
-// Sees an event as the kind that its type says it is.
+// Views an event as the kind that its type names.
 template <typename T>
 [[nodiscard]] const T& eventAs(const xcb_generic_event_t& event) {
   return reinterpret_cast<const T&>(event);
 }
 
-// Whether the request or event numbered `earlier` does not come after `later`. Numbers wrap around.
+// Whether `earlier` is the same request or event as `later`, or came before it. Numbers wrap around.
 [[nodiscard]] inline bool isNotAfter(std::uint32_t earlier, std::uint32_t later) {
   return static_cast<std::int32_t>(later - earlier) >= 0;
 }

@@ -17,7 +17,7 @@ ServerScreenSaver::ServerScreenSaver(Connection& connection) {
   const auto* extension = xcb_get_extension_data(connection.get(), &xcb_screensaver_id);
   if (extension == nullptr || extension->present == 0) return;
   notification_ = static_cast<std::uint8_t>(extension->first_event + XCB_SCREENSAVER_NOTIFY);
-  // Selected before the state is read, so that no change falls in between.
+  // Select events before reading the state, so that no change is missed in between.
   xcb_screensaver_select_input(connection.get(), connection.root(), XCB_SCREENSAVER_EVENT_NOTIFY_MASK);
   const auto info = awaitReply(connection.get(), xcb_screensaver_query_info_reply,
                                xcb_screensaver_query_info(connection.get(), connection.root()));

@@ -1,7 +1,6 @@
-// The X server's own screen saver, blanking included, and external ones that run in its place.
+// The X server's own screen saver, including blanking, and external ones that run in its place.
 //
-// Threads: that of the connection.
-// Failure: a server without the extension has no screen saver.
+// Threads: that of the connection. Failure: a server without the extension has no screen saver.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -21,7 +20,7 @@ class ServerScreenSaver {
   void handle(const xcb_generic_event_t& event);
 
  private:
-  std::optional<std::uint8_t> notification_;  // the type of its event
+  std::optional<std::uint8_t> notification_;  // the extension's event type
   bool isActive_ = false;
 };
 
