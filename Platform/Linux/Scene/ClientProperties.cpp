@@ -16,7 +16,7 @@ namespace platform::linux::scene {
 
 namespace {
 
-// In the order of the array of watched properties.
+// In the order of the watched properties.
 enum Property : std::size_t {
   classNames,
   windowType,
@@ -29,7 +29,7 @@ enum Property : std::size_t {
   productClients,
 };
 
-// No honest window has more than these; the rest of a longer property is left in the server. In units of four bytes.
+// No honest window has more than this; the rest of a longer property stays in the server. In units of four bytes.
 constexpr std::uint32_t longestClass = 1024;
 constexpr std::uint32_t longestList = 64;
 
@@ -70,7 +70,7 @@ void decodeState(const PropertyAtoms& names, const std::vector<std::uint32_t>& a
                       .isMaximized = has(names.maximizedVertically) && has(names.maximizedHorizontally)};
 }
 
-// What the window manager drew counts more than what the program wished for.
+// What the window manager drew counts more than what the program asked for.
 void decodeDecorations(const std::vector<std::uint32_t>& extents, const std::vector<std::uint32_t>& hints,
                        ClientProperties& properties) {
   constexpr std::uint32_t saysDecorations = 2;
@@ -126,7 +126,7 @@ constexpr std::array stateNames{std::pair{"_NET_WM_STATE_ABOVE", &PropertyAtoms:
                                 std::pair{"_NET_WM_STATE_MAXIMIZED_VERT", &PropertyAtoms::maximizedVertically},
                                 std::pair{"_NET_WM_STATE_MAXIMIZED_HORZ", &PropertyAtoms::maximizedHorizontally}};
 
-// All names in one round trip.
+// Looks up all atoms in one round trip.
 xcb::Connection& withNames(xcb::Connection& connection) {
   std::vector<std::string_view> names(propertyNames.begin(), propertyNames.end());
   std::ranges::copy(typeNames | std::views::keys, std::back_inserter(names));

@@ -1,10 +1,9 @@
-// The properties of one window as its program or its window manager set them, read in bulk and decoded defensively: any
-// client can write anything there.
+// The properties of one window as its program or its window manager set them: read in bulk and decoded defensively,
+// since any client can write anything there.
 //
-// Threads: that of the connection.
-// Ownership: a request that is not collected discards its replies.
-// Failure: a property that is missing, of another type or format, or too short counts as not set; of one that is too
-// long only the beginning counts. A window that is gone has no properties.
+// Threads: that of the connection. Ownership: a request that is not collected discards its replies.
+// Failure: a property that is missing, too short, or of another type or format counts as not set; of a property that is
+// too long only the beginning counts. A window that is gone has no properties.
 #pragma once
 
 #include <xcb/shape.h>
@@ -28,26 +27,26 @@ namespace platform::linux::scene {
 struct ClientProperties {
   std::string instanceName;  // raw bytes
   std::string className;
-  std::vector<WindowType> types;  // those that are known, in the window's order
+  std::vector<WindowType> types;  // the known ones, in the window's order
   WindowState state;
-  bool isManaged = false;                     // carries the state that a window manager sets on what it manages
-  bool hasFixedSize = false;                  // its least size is its largest
-  std::optional<bool> hasDecorations;         // absent when nothing says so
-  std::optional<std::uint32_t> processId;     // as the program claims it
+  bool isManaged = false;                     // has the state that a window manager sets on the windows it manages
+  bool hasFixedSize = false;                  // its minimum size is its maximum size
+  std::optional<bool> hasDecorations;         // absent when no property says
+  std::optional<std::uint32_t> processId;     // as claimed by the program
   bool hasShape = false;                      // bounding
-  bool hasEmptyInput = false;                 // no pixel takes the pointer
-  std::vector<std::uint32_t> productClients;  // resource bases, when it is the mark of a process of this product
+  bool hasEmptyInput = false;                 // every click passes through
+  std::vector<std::uint32_t> productClients;  // resource bases, if the window is the mark of a process of this product
 };
 
-// The names that it takes to read and to understand them.
+// The atoms needed to read and to understand the properties.
 struct PropertyAtoms {
   static constexpr std::size_t count = 9;
 
-  // Looks all of them up in one round trip.
+  // Looks up all of them in one round trip.
   explicit PropertyAtoms(xcb::Connection& connection);
-  // As somebody else knows them.
+  // With atoms from somewhere else than a connection.
   explicit PropertyAtoms(const std::function<xcb_atom_t(std::string_view)>& atom);
-  // Whether a change of this property concerns anybody here.
+  // Whether a change of this property matters here.
   [[nodiscard]] bool watches(xcb_atom_t property) const;
 
   std::array<xcb_atom_t, count> properties{};
@@ -59,20 +58,19 @@ struct PropertyAtoms {
   xcb_atom_t maximizedHorizontally;
 };
 
-// What the properties say, in the order of `PropertyAtoms::properties`; null where there is none. Their content may be
-// anything.
+// The replies in the order of `PropertyAtoms::properties`; null where there is none. Their content may be anything.
 using PropertyReplies = std::array<const xcb_get_property_reply_t*, PropertyAtoms::count>;
 [[nodiscard]] ClientProperties decodeProperties(const PropertyAtoms& atoms, const PropertyReplies& replies);
 
 class ClientPropertiesRequest {
  public:
-  // Sends the requests, and does not wait. The names must outlive it.
+  // Sends the requests without waiting. The atoms must outlive it.
   ClientPropertiesRequest(xcb::Connection& connection, const PropertyAtoms& atoms, xcb_window_t window);
   ~ClientPropertiesRequest();
   ClientPropertiesRequest(ClientPropertiesRequest&& other) noexcept;
   ClientPropertiesRequest& operator=(ClientPropertiesRequest&&) = delete;
 
-  // Waits for the answers. Once only.
+  // Waits for the replies. Call it once.
   [[nodiscard]] ClientProperties collect();
 
  private:

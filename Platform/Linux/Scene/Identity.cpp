@@ -18,7 +18,8 @@ struct KnownOwner {
   std::string_view identifier;
 };
 
-// The system cuts process names off after 15 bytes; the names that matter there fit or stand here in that length, too.
+// The system cuts process names off after 15 bytes. The names that matter there are shorter, or are listed in that
+// length as well.
 constexpr std::array knownOwners{
     KnownOwner{"zoom", "us.zoom.xos"},
     KnownOwner{"zoom workplace", "us.zoom.xos"},
@@ -51,12 +52,12 @@ constexpr std::array knownOwners{
     KnownOwner{"com.hnc.discord", "com.hnc.Discord"},
 };
 
-// Programs whose transparent sheets take the pointer while one draws, so that the input region does not tell them.
+// Programs whose transparent sheets take the pointer while the user draws, so the input region does not give them away.
 constexpr std::array<std::string_view, 8> annotationPrograms{
     "gromit-mpx", "gromit", "ardesia", "pylote", "pensela", "screenpen", "epic pen", "openboard",
 };
 
-// Lockers, some of whose windows have an alpha channel.
+// Lockers, some of which have windows with an alpha channel.
 constexpr std::array<std::string_view, 15> lockers{
     "i3lock",
     "xsecurelock",
@@ -79,8 +80,8 @@ bool equalIgnoringAsciiCase(std::string_view text, std::string_view lowerCase) {
   return std::ranges::equal(text, lowerCase, {}, asciiLowerCase);
 }
 
-// The rules look for these names anywhere in an identifier. Xzoom and TeamSpeak are none of those programs, so they get
-// no identifier rather than one that misleads.
+// The rules look for these names anywhere in an identifier. Xzoom and TeamSpeak only contain one, so they get no
+// identifier rather than a misleading one.
 bool holdsNameOfKnownOwner(std::string_view name) {
   return std::ranges::any_of(knownOwners, [&](const KnownOwner& owner) {
     return !std::ranges::search(name, owner.name, {}, asciiLowerCase).empty();
@@ -100,7 +101,7 @@ bool isOneOf(std::span<const std::string_view> programs, const WindowProperties&
 
 bool isAnnotationProgram(const WindowProperties& window) { return isOneOf(annotationPrograms, window); }
 
-// The layer of a type that says by itself where a window belongs.
+// The layer of a type that decides by itself where a window belongs.
 std::optional<std::int64_t> layerOfType(const WindowProperties& window) {
   if (window.types.empty()) return std::nullopt;
   switch (window.types.front()) {
@@ -129,13 +130,13 @@ bool hasFloatingType(const WindowProperties& window) {
   return type == WindowType::toolbar || type == WindowType::utility || type == WindowType::splash;
 }
 
-// Its size is the program's doing and not the window manager's: an ordinary window may be translucent and undecorated,
-// but it covers the screen only as long as the user wants it maximised or full-screen.
+// The program chose the size, not the window manager. An ordinary window may be translucent and undecorated, but it
+// covers the screen only while the user wants it maximised or full-screen.
 bool choseItsSize(const WindowProperties& window) {
   return window.hasFixedSize || !(window.state.isFullScreen || window.state.isMaximized);
 }
 
-// A pane over a whole monitor through which one sees what lies beneath.
+// A see-through window over a whole monitor.
 bool isPane(const WindowProperties& window, std::span<const xcb::PixelRect> monitors) {
   return (window.hasAlpha || window.isShaped) && !window.isDecorated && coversMonitor(window.frame, monitors);
 }
@@ -174,7 +175,7 @@ std::int64_t windowLayer(const WindowProperties& window, std::span<const xcb::Pi
   const bool pane = window.wasOverlay || isPane(window, monitors);
   if (pane && isOverlayPane(window)) return layers::overlay;
   if (!window.isManaged) return layers::unmanaged;
-  // A pane that is not kept above is still none of the ordinary windows.
+  // A pane that is not kept above is still no ordinary window.
   if (window.state.isAbove || hasFloatingType(window) || (pane && choseItsSize(window))) return layers::floating;
   return layers::ordinary;
 }
@@ -189,7 +190,7 @@ bool coversMonitor(const xcb::PixelRect& frame, std::span<const xcb::PixelRect> 
 
 bool isScreenLocker(const WindowProperties& window, std::span<const xcb::PixelRect> monitors) {
   if (window.isOwn || window.isManaged || window.isShaped) return false;
-  // A wallpaper: what hides a session lies above all of it.
+  // A wallpaper: whatever hides a session lies above all others.
   if (window.isBeneathOrdinaryWindows || window.isLowestOfDesktop) return false;
   // No locker lets clicks through, but wallpapers do.
   if (window.hasEmptyInput || layerOfType(window) || windowLayer(window, monitors) >= layers::overlay) return false;

@@ -1,13 +1,14 @@
-// Whose a window is and how far in front it belongs: what the rules about overlays are told of a window.
+// Who owns a window and how far in front it belongs: what the rules about overlays are told of a window.
 //
-// Owner: conferencing programs, known by their whole names, are given the identifiers under which they are known on
-// every system; all others go by the class that their windows carry, unless it merely holds such a name.
+// Owner: conferencing programs are recognised by their whole names and get the identifiers that they have on every
+// system. All others go by their windows' class, unless it merely contains such a name.
 // The pointer decides: a see-through window over a whole monitor is an overlay when clicks go through it, and stays one
-// when it takes them afterwards, to draw. One that always takes them must be of a known annotation program, or kept
-// above the others by a window manager; else it may be anything, a lock screen, too.
-// Layer: 0 for ordinary windows, full-screen ones included; larger is further in front; `overlay` and more only for
-// sheets that lie over a whole monitor to be drawn on. Small windows, menus, panels, notifications, drag icons and
-// whatever opaque window hides a locked session never reach it. Threads: pure functions of plain values.
+// when it later takes them to draw. One that always takes them must belong to a known annotation program, or be kept
+// above the others by a window manager; otherwise it may be anything, even a lock screen.
+// Layer: 0 for ordinary windows, full-screen ones included; larger is further in front. Only sheets that lie over a
+// whole monitor to be drawn on reach `overlay`. Small windows, menus, panels, notifications, drag icons and whatever
+// opaque window hides a locked session never do.
+// Threads: pure functions of plain values.
 #pragma once
 
 #include <cstdint>
@@ -28,7 +29,7 @@ inline constexpr std::int64_t ordinary = 0;
 inline constexpr std::int64_t floating = 3;
 inline constexpr std::int64_t dock = 20;
 inline constexpr std::int64_t notification = 25;
-inline constexpr std::int64_t unmanaged = 101;  // menus, tooltips, drag icons, anything that no window manager places
+inline constexpr std::int64_t unmanaged = 101;  // menus, tooltips, drag icons: anything that no window manager places
 inline constexpr std::int64_t overlay = 500;
 inline constexpr std::int64_t own = 1000;
 }  // namespace layers
@@ -39,19 +40,19 @@ inline constexpr std::int64_t own = 1000;
 [[nodiscard]] std::int64_t windowLayer(const WindowProperties& window, std::span<const xcb::PixelRect> monitors);
 
 // Whether the rectangle covers at least nine tenths of one of the monitors. Overlays stay a row short of the screen, or
-// leave room for a panel, so that nothing takes them for full-screen windows.
+// leave room for a panel, so that they are not taken for full-screen windows.
 [[nodiscard]] bool coversMonitor(const xcb::PixelRect& frame, std::span<const xcb::PixelRect> monitors);
 
-// Whether the window hides the whole of a monitor from everybody, as the lock screen does: not managed, opaque or at
-// least taking all input, with nothing ordinary above it. Nothing may be shown above such a window, unless somebody who
+// Whether the window hides a whole monitor from everybody, as a lock screen does: not managed, opaque or at least
+// taking all input, with no ordinary window above it. Nothing may be shown above such a window, unless somebody who
 // knows says what it is.
 [[nodiscard]] bool isScreenLocker(const WindowProperties& window, std::span<const xcb::PixelRect> monitors);
 
-// What a window is that is no overlay because of the pointer, or looks like a lock screen. It is a locker for certain
-// when one cannot see through it, or when it is of a known program of that kind.
+// What the window is if only the pointer keeps it from being an overlay, or if it looks like a lock screen. It is
+// certainly a locker when it is opaque or belongs to a known locker.
 [[nodiscard]] ScreenSheet screenSheet(const WindowProperties& window, std::span<const xcb::PixelRect> monitors);
 
-// Bytes that are no UTF-8 are read as Latin-1, one by one.
+// Bytes that are not UTF-8 are read as Latin-1, one by one.
 [[nodiscard]] std::string validUtf8(std::string_view bytes);
 
 }  // namespace platform::linux::scene

@@ -10,7 +10,7 @@ namespace {
 
 constexpr xcb_window_t none = XCB_WINDOW_NONE;
 
-// A frame that uses wrappers has few children besides; toolkits with a window for every button are none of these.
+// A frame with wrappers has few other children. A window with more is a toolkit's that gives every button a window.
 constexpr std::size_t mostWrappers = 16;
 
 class Children {
@@ -33,7 +33,7 @@ class Children {
   xcb_query_tree_cookie_t cookie_;
 };
 
-// The topmost of these that belongs to another client than the top-level does.
+// The topmost of these windows that belongs to another client than the top-level does.
 xcb_window_t foreignOne(xcb::Connection& connection, xcb_window_t topLevel, const std::vector<xcb_window_t>& windows) {
   const std::uint32_t mask = connection.resourceMask();
   const auto found = std::find_if(windows.rbegin(), windows.rend(),

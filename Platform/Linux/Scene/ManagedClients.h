@@ -1,8 +1,8 @@
 // Finds the windows that window managers put into their frames.
 //
-// A frame and the parts of its decoration belong to the window manager; the window inside belongs to another client,
-// which its id tells. Some window managers put a wrapper between the two. Threads: that of the connection. Failure: a
-// window that is gone has nothing inside.
+// A frame and its decoration belong to the window manager; the window inside belongs to another client, as its id
+// shows. Some window managers put a wrapper between the two.
+// Threads: that of the connection. Failure: a window that is gone has nothing inside.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -14,7 +14,8 @@
 
 namespace platform::linux::scene {
 
-// For each top-level the window of another client inside it, or none. Two round trips at most, however many there are.
+// For each top-level, the window of another client inside it, or none. At most two round trips, however many windows
+// there are.
 [[nodiscard]] std::vector<xcb_window_t> managedClients(xcb::Connection& connection,
                                                        std::span<const xcb_window_t> topLevels);
 

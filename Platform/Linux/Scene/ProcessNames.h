@@ -1,9 +1,10 @@
 // Which program made a window, for windows that do not say so themselves.
 //
-// The X server knows the process at the other end of each local connection. What a window claims of its process counts
-// only where the server cannot tell: it is a number that any client can write, and from inside a container one that
-// means another process out here. Threads: that of the connection. Failure: a window that is gone, a client on another
-// machine, a process that has ended: no name.
+// The X server knows the process at the other end of each local connection. The process that a window claims counts
+// only where the server cannot tell: any client can write any number there, and one from inside a container means
+// another process out here.
+// Threads: that of the connection. Failure: no name for a window that is gone, a client on another machine or a process
+// that has ended.
 #pragma once
 
 #include <sys/types.h>
@@ -34,7 +35,7 @@ class ProcessNames {
   bool serverKnows_;
 };
 
-// The system's short name of a process (15 bytes at most); empty when there is no such process.
+// The system's short name of a process (at most 15 bytes); empty when there is no such process.
 [[nodiscard]] std::string processName(std::uint32_t id);
 
 }  // namespace platform::linux::scene

@@ -1,10 +1,9 @@
 // Tells other processes of this product which windows on the screen are its own.
 //
-// A program has several connections to the X server, and some of its windows (menus, dialogs) are made by a toolkit. So
-// it is its clients that are told, not its windows: a window that is never mapped carries a property with the resource
-// bases of all of them. The window goes with its connection, hence no mark outlives its program, however that ends.
-// Threads: that of the connection.
-// Ownership: RAII; the connection must outlive it.
+// A program has several connections to the X server, and a toolkit makes some of its windows (menus, dialogs). So the
+// mark names its clients, not its windows: a window that is never mapped carries a property with the resource bases of
+// all of them. The window goes with its connection, so no mark outlives its program, however that ends.
+// Threads: that of the connection. Ownership: owns the window; the connection must outlive it.
 #pragma once
 
 #include <xcb/xcb.h>

@@ -7,7 +7,7 @@
 
 namespace platform::linux::scene {
 
-// Automatic redirection gets along with a compositing manager's own, whoever comes first.
+// Automatic redirection coexists with a compositing manager's own, whichever comes first.
 constexpr std::uint8_t automatic = XCB_COMPOSITE_REDIRECT_AUTOMATIC;
 
 void redirectSubwindows(xcb::Connection& connection) {
@@ -52,7 +52,7 @@ void Redirection::handle(const xcb_generic_event_t& event) {
       break;
     }
     case XCB_REPARENT_NOTIFY: {
-      // Inside a window manager's frame, it is the frame that counts.
+      // Inside a window manager's frame, the frame is what counts.
       const auto& reparented = xcb::eventAs<xcb_reparent_notify_event_t>(event);
       if (reparented.event != root) break;
       if (reparented.parent == root)

@@ -1,10 +1,9 @@
-// Keeps the content of top-level windows off-screen, where it can be read even beneath other windows.
+// Keeps the content of top-level windows off-screen, where it can be read even when they are covered.
 //
-// Threads: that of the connection.
-// Ownership: keeps a reference to the connection.
-// Lifetime: as long as the process: ending it loses the hidden content of clients that do not repaint. It ends with the
-// connection.
-// Failure: a window that is gone, or a Composite extension that is not there, is passed over.
+// Threads: that of the connection. Ownership: keeps a reference to the connection.
+// Lifetime: keep it as long as the process, because ending it loses the hidden content of clients that do not repaint.
+// It ends with the connection.
+// Failure: a window that is gone, or a missing Composite extension, is ignored.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -19,19 +18,19 @@
 
 namespace platform::linux::scene {
 
-// All of them, those of this program included, and all that are to come.
+// Redirects all of them, present and future, including this program's.
 void redirectSubwindows(xcb::Connection& connection);
 
-// One by one, all but this program's own: those are seen as they are, and to have them off-screen would only cost
+// Redirects windows one by one, all but this program's own. Those are seen as they are; off-screen they would only cost
 // another copy of all that they show.
 class Redirection {
  public:
-  // `windows`: those that are there. `ownClients`: the resource bases of this program's connections.
+  // `windows`: those that exist now. `ownClients`: the resource bases of this program's connections.
   Redirection(xcb::Connection& connection, std::span<const SceneWindow> windows, std::vector<std::uint32_t> ownClients);
   Redirection(const Redirection&) = delete;
   Redirection& operator=(const Redirection&) = delete;
 
-  // To be passed every event. Somebody has selected those of the root window's children.
+  // Pass it every event. The owner must have selected those of the root window's children.
   void handle(const xcb_generic_event_t& event);
 
  private:

@@ -31,7 +31,7 @@ Scene::~Scene() {
     for (const SceneWindow& window : windows()) connection_.ignoreErrors(xcb_shape_select_input(c, window.id, 0));
   }
   for (const Query& query : queries_) xcb_discard_reply(c, query.sequence);
-  // The connection may live on unread; then no event must come that fills it.
+  // The connection may live on without a reader; then no event must fill it up.
   connection_.flush();
 }
 
@@ -88,7 +88,7 @@ bool Scene::collectReply(bool mayBlock) {
   const xcb::Reply<void> ownedReply(reply);
   const xcb::Reply<xcb_generic_error_t> ownedError(error);
   queries_.pop_front();
-  // Without an answer the window is gone, and its DestroyNotify on the way.
+  // Without a reply the window is gone, and its DestroyNotify is on the way.
   if (reply != nullptr) apply(query, reply);
   return true;
 }
@@ -119,10 +119,10 @@ void Scene::apply(const Query& query, const void* reply) {
   }
 }
 
-// An answer is true of the moment at which the server gave it, so events after that moment must wait for it. Events
-// from before it do no harm: the last of them says what the answer says.
+// A reply is true of the moment when the server sent it, so later events must be handled after it. Earlier events do no
+// harm: the last of them says what the reply says.
 void Scene::collectRepliesBefore(std::uint32_t sequence) {
-  // These answers have arrived, being older than an event that has.
+  // These replies have arrived: they are older than an event that has.
   while (!queries_.empty() && xcb::isNotAfter(queries_.front().sequence, sequence) && collectReply(false)) {
   }
 }
@@ -130,7 +130,7 @@ void Scene::collectRepliesBefore(std::uint32_t sequence) {
 void Scene::handle(const xcb_generic_event_t& event) {
   if (xcb::isSentByClient(event)) return;
   if (treeSequence_) {
-    // What happened before the list of windows was read is in the list already.
+    // What happened before the list of windows was read is already in the list.
     if (!xcb::isNotAfter(*treeSequence_, event.full_sequence)) return;
     treeSequence_.reset();
   }
@@ -140,7 +140,7 @@ void Scene::handle(const xcb_generic_event_t& event) {
   describeStubs();
 }
 
-// Whether an event is about a top-level window; one that was never heard of is taken up.
+// Whether an event is about a top-level window. An unknown one is adopted.
 bool Scene::concerns(xcb_window_t parent, xcb_window_t window) {
   if (parent != connection_.root() || connection_.isServerOwned(window)) return false;
   model_.adopt(window);
@@ -196,7 +196,7 @@ void Scene::handleConfigure(const xcb_configure_notify_event_t& event) {
   model_.configured(event.window, geometryOf(event.x, event.y, event.width, event.height, event.border_width),
                     event.override_redirect != 0);
   if (event.above_sibling == XCB_NONE) return model_.restacked(event.window, std::nullopt);
-  // Windows of the server stay on top of all others.
+  // The server's own windows stay on top of all others.
   if (!connection_.isServerOwned(event.above_sibling)) model_.adopt(event.above_sibling);
   model_.restacked(event.window, event.above_sibling);
 }
@@ -205,7 +205,7 @@ void Scene::handleReparent(const xcb_reparent_notify_event_t& event) {
   if (event.event != connection_.root()) return;
   model_.removed(event.window, Departure::reparented);
   if (event.parent != connection_.root() || connection_.isServerOwned(event.window)) return;
-  // Its size is not told; the answer to the question that follows has it.
+  // The event does not tell the size; the reply to the query that follows does.
   model_.created(event.window, geometryOf(event.x, event.y, 0, 0, 0), event.override_redirect != 0);
 }
 

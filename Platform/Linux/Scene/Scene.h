@@ -1,11 +1,12 @@
-// The top-level windows of an X screen in stacking order, built once and then kept current from events alone.
+// The top-level windows of an X screen in stacking order, read once and then kept current from events alone.
 //
 // Threads: that of its connection. The scene has no thread of its own: whoever reads the connection passes every event
-// to `handle` and calls `collectReplies` after each batch, before it waits again. Units and axes: device pixels in root
-// coordinates, y down. Ownership: it keeps a reference to the connection and to its listeners; the connection
-// must outlive it. One scene per connection. Destroying it ends its event selections. Failure: with a broken connection
-// the scene is empty or stays as it is. Requests about windows that are gone fail silently; their DestroyNotify
-// follows.
+// to `handle` and calls `collectReplies` after each batch, before it waits again.
+// Units and axes: device pixels in root coordinates, y down.
+// Ownership: keeps references to the connection, which must outlive it, and to its listeners. One scene per connection.
+// Destroying it ends its event selections.
+// Failure: with a broken connection the scene is empty or stays as it is. Requests about windows that are gone fail
+// silently; their DestroyNotify follows.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -28,27 +29,26 @@ class Scene {
   Scene(const Scene&) = delete;
   Scene& operator=(const Scene&) = delete;
 
-  // Each must be removed before it goes.
+  // Remove each listener before it is destroyed.
   void addListener(SceneListener& listener) { model_.addListener(listener); }
   void removeListener(SceneListener& listener) { model_.removeListener(listener); }
 
-  // Bottom to top, unmapped and input-only windows included; windows of the server itself are never among them. Valid
-  // until the next event.
+  // Bottom to top, including unmapped and input-only windows, but never the server's own. Valid until the next event.
   [[nodiscard]] std::span<const SceneWindow> windows() const { return model_.windows(); }
   [[nodiscard]] const SceneWindow* find(xcb_window_t id) const { return model_.find(id); }
   // Whether a compositing manager owns this screen's selection.
   [[nodiscard]] bool hasCompositingManager() const { return model_.hasCompositingManager(); }
-  // The window by which it does; none without one.
+  // The window that owns the selection; none without a compositing manager.
   [[nodiscard]] xcb_window_t compositingManager() const { return model_.compositingManager(); }
 
-  // Takes in an event that concerns it and ignores all others.
+  // Handles an event that concerns the scene and ignores all others.
   void handle(const xcb_generic_event_t& event);
-  // Takes in the answers that have arrived; false when there were none. Never blocks.
+  // Handles the replies that have arrived; false when there were none. Never blocks.
   bool collectReplies();
 
  private:
   enum class Part : std::uint8_t { attributes, geometry, shape };
-  // A question about one window that is under way.
+  // A pending query about one window.
   struct Query {
     Part part = Part::attributes;
     SceneModel::Stub window;

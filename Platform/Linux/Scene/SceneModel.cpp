@@ -15,7 +15,7 @@ constexpr unsigned everyPart = attributesPart | geometryPart | shapePart;
 }  // namespace
 
 std::optional<std::size_t> SceneModel::indexOf(xcb_window_t id) const {
-  // From the top, where the windows are that change most.
+  // From the top: the windows that change most are there.
   for (std::size_t index = windows_.size(); index-- > 0;)
     if (windows_[index].id == id) return index;
   return std::nullopt;
@@ -50,7 +50,7 @@ void SceneModel::adopt(xcb_window_t id) {
 }
 
 void SceneModel::created(xcb_window_t id, const WindowGeometry& geometry, bool isOverrideRedirect) {
-  // An id that is created again was destroyed, even if that was not heard.
+  // An id that is created again was destroyed, even if we did not hear of it.
   removed(id, Departure::destroyed);
   SceneWindow window;
   window.id = id;

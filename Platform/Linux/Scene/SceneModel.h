@@ -1,10 +1,9 @@
-// The top-level windows of a screen as plain data: what they look like and how they are stacked, and what has changed.
+// The top-level windows of a screen as plain data: their attributes, their stacking, and what has changed.
 //
-// Threads: one thread; nothing here knows the X server, whoever owns the model feeds it.
-// Units and axes: device pixels in root coordinates, y down.
-// Ownership: `windows` is valid until the next event.
+// Threads: one thread. Nothing here knows the X server; the model's owner feeds it.
+// Units and axes: device pixels in root coordinates, y down. Ownership: `windows` is valid until the next event.
 // Lifetime of a window: from its creation, or its arrival below the root, until it is destroyed or leaves. The server
-// uses ids again, so an id names a window only together with its generation.
+// reuses ids, so an id names a window only together with its generation.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -29,31 +28,30 @@ struct SceneWindow {
   bool isInputOnly = false;
   bool isOverrideRedirect = false;
   bool isViewable = false;
-  bool isShaped = false;  // its bounding shape is not simply its rectangle
-  bool isDescribed =
-      false;  // false for a moment after it was first heard of: depth, visual and shape are not known yet
+  bool isShaped = false;     // its bounding shape is not simply its rectangle
+  bool isDescribed = false;  // false until depth, visual and shape are known
 
   friend bool operator==(const SceneWindow&, const SceneWindow&) = default;
 };
 
 enum class Departure : std::uint8_t { destroyed, reparented };
 
-// Told of each change after the model has taken it in. Listeners must not feed the model from inside.
+// Told of each change after the model has applied it. Listeners must not feed the model from inside a call.
 class SceneListener {
  public:
   virtual ~SceneListener() = default;
   virtual void windowAdded(const SceneWindow& window) = 0;
   virtual void windowRemoved(const SceneWindow& window, Departure departure) = 0;
-  // Some field differs, other than the place in the stack.
+  // Some field has changed, other than the place in the stack.
   virtual void windowChanged(const SceneWindow& before, const SceneWindow& after) = 0;
-  // Its bounding shape is another one (also when it was shaped before).
+  // Its bounding shape has changed (it may have been shaped before).
   virtual void windowReshaped(const SceneWindow& window) = 0;
   virtual void windowRestacked(const SceneWindow& window) = 0;
   // A compositing manager took over the screen, perhaps from another one, or went away.
   virtual void compositingManagerChanged(bool isRunning) = 0;
 };
 
-// A window's place below its parent: the rectangle includes the border.
+// A window's place in its parent: the rectangle includes the border.
 struct WindowGeometry {
   xcb::PixelRect outer;
   std::int32_t border = 0;
@@ -61,7 +59,7 @@ struct WindowGeometry {
 
 class SceneModel {
  public:
-  // What one answer of the server says about a window.
+  // What one reply of the server says about a window.
   struct Attributes {
     xcb_visualid_t visual = 0;
     bool isInputOnly = false;
@@ -74,7 +72,7 @@ class SceneModel {
     friend bool operator==(const Stub&, const Stub&) = default;
   };
 
-  // Told in the order in which they came; each must be removed before it goes.
+  // Told in the order in which they were added. Remove each before it is destroyed.
   void addListener(SceneListener& listener) { listeners_.push_back(&listener); }
   void removeListener(SceneListener& listener) { std::erase(listeners_, &listener); }
 
@@ -85,11 +83,11 @@ class SceneModel {
   [[nodiscard]] xcb_window_t compositingManager() const { return compositingManager_; }
   [[nodiscard]] bool hasCompositingManager() const { return compositingManager_ != XCB_NONE; }
 
-  // Windows heard of since the last call about which the server must be asked. It is answered by `describe...`, in any
+  // Windows first seen since the last call, about which the server must be asked. Answer with `describe...`, in any
   // order; answers for a window that is gone are ignored.
   [[nodiscard]] std::vector<Stub> takeStubs();
 
-  // Puts a window that was never heard of on top.
+  // Puts an unknown window on top.
   void adopt(xcb_window_t id);
   void created(xcb_window_t id, const WindowGeometry& geometry, bool isOverrideRedirect);
   void removed(xcb_window_t id, Departure departure);
@@ -97,7 +95,7 @@ class SceneModel {
   void unmapped(xcb_window_t id);
   void configured(xcb_window_t id, const WindowGeometry& geometry, bool isOverrideRedirect);
   void moved(xcb_window_t id, std::int32_t x, std::int32_t y);
-  // Directly above that sibling; at the bottom without one; on top when the sibling is none of ours to know.
+  // Directly above that sibling; at the bottom without one; on top when the sibling is unknown.
   void restacked(xcb_window_t id, std::optional<xcb_window_t> sibling);
   void raised(xcb_window_t id);
   void reshaped(xcb_window_t id, bool isShaped);
@@ -108,7 +106,7 @@ class SceneModel {
   void describeShape(Stub stub, bool isShaped);
 
  private:
-  // The parts of a description that have not been answered yet.
+  // The parts of a description that are still missing.
   struct Missing {
     Stub window;
     unsigned parts = 0;

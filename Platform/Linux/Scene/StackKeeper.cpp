@@ -12,7 +12,7 @@ namespace {
 
 bool meet(const StackedWindow& a, const StackedWindow& b) { return !intersection(a.frame, b.frame).isEmpty(); }
 
-// The windows of others that lie above ours and cover part of it, up to the first locker, bottom to top.
+// Other programs' windows that lie above ours and cover part of it, up to the first locker, bottom to top.
 std::vector<xcb_window_t> rivalsOf(const StackedWindow& ours, std::span<const StackedWindow> above) {
   std::vector<xcb_window_t> rivals;
   for (const StackedWindow& window : above) {
@@ -69,7 +69,7 @@ StackKeeper::Decision StackKeeper::decide(std::span<const StackedWindow> stack, 
   return decision;
 }
 
-// One that went away, or that has left us alone for a while, starts afresh.
+// A rival that went away, or has left us alone for a while, starts afresh.
 void StackKeeper::forgetOldRivals(Kept& kept, std::span<const StackedWindow> stack, TimePoint now) {
   std::erase_if(kept.rivals, [&](const auto& entry) {
     const bool isThere = std::ranges::find(stack, entry.first, &StackedWindow::id) != stack.end();
@@ -77,7 +77,7 @@ void StackKeeper::forgetOldRivals(Kept& kept, std::span<const StackedWindow> sta
   });
 }
 
-// The most patient rival does not hold us back from overtaking the others.
+// The rival with the longest wait does not keep us from overtaking the others.
 StackKeeper::TimePoint StackKeeper::nextRaise(const Kept& kept, std::span<const xcb_window_t> rivals, TimePoint now) {
   const auto allowed = [&](xcb_window_t rival) {
     const auto known = kept.rivals.find(rival);

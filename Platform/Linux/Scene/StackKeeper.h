@@ -1,10 +1,10 @@
 // Keeps our windows above everything that other programs show, except above a locked screen.
 //
-// Anybody can raise a window at any time, so staying on top means raising again. Two programs that both do that without
-// restraint would keep the server busy with nothing else: hence a raise only when another program's window really
-// covers one of ours, a quarter of a second apart at least, and ever more rarely against one that comes back every
-// time. Threads: one thread. Pure: stack and time come in, moves go out; `apply` carries one out. Units and axes:
-// device pixels in root coordinates; stacks are listed bottom to top.
+// Anybody can raise a window at any time, so staying on top means raising again. Two programs that both do so without
+// restraint would keep the server busy with nothing else. So we raise only when another program's window really covers
+// one of ours, at most every quarter of a second, and ever more rarely against one that keeps coming back.
+// Threads: one thread. Pure: stack and time go in, moves come out; `apply` carries one out.
+// Units and axes: device pixels in root coordinates; stacks are listed bottom to top.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -30,10 +30,10 @@ struct StackedWindow {
   bool isLocker = false;  // nothing may be shown above it
 };
 
-// Asks the window list about few windows, and only about such as could be lockers.
+// Asks the window list only about the few windows that could be lockers.
 [[nodiscard]] std::vector<StackedWindow> viewableStack(const Scene& scene, WindowList& list);
 
-// Where a window of ours that is about to appear has to stay below; absent when it may come on top.
+// The locker below which a new window of ours has to stay; absent when it may come on top.
 [[nodiscard]] std::optional<xcb_window_t> lowestLocker(std::span<const StackedWindow> stack);
 
 class StackKeeper {
@@ -52,13 +52,13 @@ class StackKeeper {
   };
   struct Decision {
     std::vector<Move> moves;
-    std::optional<TimePoint> again;  // when to decide again even if nothing changes until then
+    std::optional<TimePoint> again;  // when to decide again, even if nothing changes until then
   };
 
   void keepOnTop(xcb_window_t window) { kept_.try_emplace(window); }
   void release(xcb_window_t window) { kept_.erase(window); }
 
-  // To be called once after each batch of events.
+  // Call it once after each batch of events.
   [[nodiscard]] Decision decide(std::span<const StackedWindow> stack, TimePoint now);
 
  private:
@@ -78,7 +78,8 @@ class StackKeeper {
   std::map<xcb_window_t, Kept> kept_;
 };
 
-// One request. The sibling may have gone or left meanwhile: then nothing moves, and its going leads to a new decision.
+// Sends one request. If the sibling has gone or left meanwhile, nothing moves, and its departure leads to a new
+// decision.
 void apply(xcb::Connection& connection, const StackKeeper::Move& move);
 
 }  // namespace platform::linux::scene

@@ -1,11 +1,9 @@
 // Which windows a stream leaves out of its picture: those named when it started, every window of our own clients, and,
-// if it is told to hold back new windows, large ones that nobody has judged yet.
+// if told to hold back new windows, large ones that nobody has judged yet.
 //
-// Threads: plain value.
-// Units: areas in square pixels, with the border.
-// Lifetime: what is named stays so for the life of a stream, except that the server may give the id of a destroyed
-// window to another one: `forget` it then. A window that was admitted stays so until it is unmapped: `holdBack` it
-// then.
+// Threads: plain value. Units: areas in square pixels, including the border.
+// Lifetime: a named window stays named for the life of a stream. The server may give the id of a destroyed window to
+// another one, so `forget` it then. An admitted window stays admitted until it is unmapped; `holdBack` it then.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -35,7 +33,7 @@ class WindowFilter {
     holdBack(destroyed);
   }
 
-  // From now on, windows of this area and more are left out until they are admitted.
+  // From now on, windows of at least this area are left out until they are admitted.
   void holdBackFrom(double area) { heldBackFrom_ = area; }
   void admit(xcb_window_t window) {
     if (heldBackFrom_) admitted_.insert(window);

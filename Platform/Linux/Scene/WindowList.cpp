@@ -103,7 +103,7 @@ bool WindowList::isScreenLocker(xcb_window_t topLevel) {
   return known && scene::isScreenLocker(*known, monitors_) && !(mayOverlap_ && mayOverlap_(listed(*window, *known)));
 }
 
-// Everything that is stale is asked for before the first answer is waited for.
+// Sends all queries about stale windows before it waits for the first reply.
 void WindowList::refresh() {
   std::vector<xcb_window_t> stale;
   for (auto& [window, record] : records_) {
@@ -126,7 +126,7 @@ void WindowList::readTopLevels(const std::vector<xcb_window_t>& stale) {
   for (std::size_t i = 0; i < stale.size(); ++i) {
     Record& record = records_[stale[i]];
     record.own = requests[i].collect();
-    // What is managed itself has no frame; what other clients put into it is only a part of it.
+    // A managed window is not a frame; other clients' windows inside it are only parts of it.
     setInner(stale[i], record.own.isManaged ? none : inside[i]);
   }
 }
@@ -168,7 +168,7 @@ void WindowList::setInner(xcb_window_t topLevel, xcb_window_t inner) {
   if (inner != none) frameOf_[inner] = topLevel;
 }
 
-// Selected before the properties are read, so that no change falls in between. The window may be gone.
+// Select events before reading the properties, so that no change is missed in between. The window may be gone.
 void WindowList::watch(xcb_window_t window) {
   const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
   connection_.ignoreErrors(xcb_change_window_attributes(connection_.get(), window, XCB_CW_EVENT_MASK, &mask));
@@ -190,13 +190,13 @@ void WindowList::handle(const xcb_generic_event_t& event) {
   } else if (connection_.has(xcb::Extension::shape) &&
              type == connection_.firstEvent(xcb::Extension::shape) + XCB_SHAPE_NOTIFY) {
     const auto& shape = xcb::eventAs<xcb_shape_notify_event_t>(event);
-    // The bounding shapes of top-levels are the scene's to follow: overlays change them with every stroke.
+    // The scene follows the bounding shapes of top-levels: overlays change them with every stroke.
     const bool isFollowedByScene = shape.shape_kind != XCB_SHAPE_SK_INPUT && !frameOf_.contains(shape.affected_window);
     if (!isFollowedByScene) markStale(topLevelOf(shape.affected_window));
   }
 }
 
-// A window came out of a frame, or went into one, or into a wrapper inside a frame that is known only by its owner.
+// A window left a frame or entered one, or entered a wrapper inside a frame, of which only the owner is known.
 void WindowList::handleReparent(const xcb_reparent_notify_event_t& event) {
   if (const auto frame = frameOf_.find(event.window); frame != frameOf_.end()) markStale(frame->second);
   if (event.parent == connection_.root()) return;
@@ -208,7 +208,7 @@ void WindowList::handleReparent(const xcb_reparent_notify_event_t& event) {
 }
 
 void WindowList::windowAdded(const SceneWindow& window) {
-  // Nothing is asked about this program's own windows, and their event masks are left alone.
+  // We ask nothing about this program's own windows and leave their event masks alone.
   if (!isOwnClient(window.id) && !window.isInputOnly) records_[window.id] = {};
   markChanged();
 }
@@ -229,7 +229,7 @@ void WindowList::windowChanged(const SceneWindow& before, const SceneWindow& aft
   SceneWindow moved = before;
   moved.outer.x = after.outer.x;
   moved.outer.y = after.outer.y;
-  // A window that is dragged around would have the list read again with every step.
+  // Otherwise dragging a window would have the list read again with every step.
   if (moved == after && coversMonitor(before.outer, monitors_) == coversMonitor(after.outer, monitors_)) return;
   markChanged();
 }
@@ -289,7 +289,7 @@ WindowProperties WindowList::describe(const SceneWindow& window) const {
   return result;
 }
 
-// Overlays and a locker's own dialog may lie above a locker, too, but they are not managed.
+// Overlays and a locker's own dialog may also lie above a locker, but they are not managed.
 bool WindowList::isLowestOfDesktop(std::span<const WindowProperties> all, std::size_t index) const {
   const auto isThere = [&](std::size_t other) {
     const SceneWindow& window = scene_.windows()[other];

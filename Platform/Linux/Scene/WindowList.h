@@ -1,12 +1,12 @@
 // The windows of the screen as the capture service lists them: scene, properties and identity in one.
 //
-// What the windows say of themselves is remembered; an announced change marks a window as stale, and the next request
-// reads all stale windows again, together. With nothing stale a request sends nothing.
-// The windows of another process of this product count as this program's own.
-// Threads: that of the connection. Whoever reads the connection passes every event to `handle` after the
-// scene has seen it, and adds the list to the scene's listeners.
-// Units and axes: frames are points in the global space, the stacking is bottom to top.
-// Ownership: keeps references to the connection and the scene, which outlive it.
+// Properties are remembered. An announced change marks a window as stale, and the next call reads all stale windows
+// again, together; with nothing stale it sends nothing. The windows of another process of this product count as this
+// program's own.
+// Threads: that of the connection. Whoever reads the connection passes every event to `handle` after the scene has seen
+// it, and adds the list to the scene's listeners.
+// Units and axes: frames are points in the global space; the stacking is bottom to top.
+// Ownership: keeps references to the connection and the scene, which must outlive it.
 // Failure: a window that goes away while it is read, or writes nonsense, is listed with what is known of it.
 #pragma once
 
@@ -38,22 +38,22 @@ class WindowList final : public SceneListener {
   WindowList(const WindowList&) = delete;
   WindowList& operator=(const WindowList&) = delete;
 
-  // A window of ours that is none to anybody else.
+  // A window of ours that nobody else should count as one.
   void leaveOut(xcb_window_t window) { leftOut_ = window; }
   void setScreens(std::vector<xcb::ScreenGeometry> screens);
-  // Called when a list that was handed out is no longer true; once, until the next one is. A window that merely moved
-  // makes it so only where that may matter to its layer.
+  // Called when a list that was handed out is out of date: once, until the next one is handed out. A move counts only
+  // where it may matter to the window's layer.
   void setChanged(std::function<void()> changed) { changed_ = std::move(changed); }
 
-  // Input-only windows are left out: there is nothing of them to capture.
+  // Leaves out input-only windows: they have nothing to capture.
   [[nodiscard]] std::vector<CaptureWindow> windows(const ShareableContentOptions& options);
 
-  // What is known of one top-level; absent when it is none.
+  // What is known of one top-level; absent when it is not a top-level.
   [[nodiscard]] std::optional<WindowProperties> properties(xcb_window_t topLevel);
   [[nodiscard]] bool isOwn(xcb_window_t topLevel) const;
   // Whether nothing may be shown above it: it could be a lock screen, and nobody says otherwise.
   [[nodiscard]] bool isScreenLocker(xcb_window_t topLevel);
-  // Says it of a window that could be one.
+  // `mayOverlap` says whether a window that could be a lock screen is none.
   void setMayOverlap(std::function<bool(const CaptureWindow&)> mayOverlap) { mayOverlap_ = std::move(mayOverlap); }
 
   void handle(const xcb_generic_event_t& event);
@@ -73,7 +73,7 @@ class WindowList final : public SceneListener {
     xcb_window_t inner = XCB_NONE;
     ClientProperties ofInner;
     std::string processName;
-    bool wasOverlay = false;  // since it came to the screen
+    bool wasOverlay = false;  // since it was mapped
   };
 
   void refresh();
@@ -97,14 +97,14 @@ class WindowList final : public SceneListener {
   xcb::Connection& connection_;
   const Scene& scene_;
   std::vector<std::uint32_t> ownClients_;
-  // Those of other processes of this product.
+  // Clients of other processes of this product.
   std::vector<std::uint32_t> markedClients_;
   PropertyAtoms atoms_;
   ProcessNames processNames_;
   std::vector<xcb::ScreenGeometry> screens_;
   std::vector<xcb::PixelRect> monitors_;
   std::map<xcb_window_t, Record> records_;
-  // Which top-level the windows inside frames belong to.
+  // The top-level to which each window inside a frame belongs.
   std::map<xcb_window_t, xcb_window_t> frameOf_;
   std::function<void()> changed_;
   std::function<bool(const CaptureWindow&)> mayOverlap_;

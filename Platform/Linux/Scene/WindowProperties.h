@@ -1,9 +1,10 @@
 // What the adapter knows of one top-level window, as plain values.
 //
-// When a window manager put the program's window into a frame, the frame is the top-level (it has the place, the
-// stacking and the pixels) and the program's window inside is the client (it has the names, the types and the states).
-// Without a frame both are the same window. Units and axes: device pixels of the root window. Threads: plain values.
-// Strings are raw bytes as the window carries them, in whatever encoding.
+// When a window manager has put the program's window into a frame, the frame is the top-level (with the place, the
+// stacking and the pixels), and the program's window inside is the client (with the names, the types and the states).
+// Without a frame both are the same window.
+// Units and axes: device pixels of the root window. Threads: plain values. Strings are raw bytes as the window carries
+// them, in whatever encoding.
 #pragma once
 
 #include <string>
@@ -13,7 +14,7 @@
 
 namespace platform::linux::scene {
 
-// The window types that the desktop conventions name; types of private conventions are left out when they are read.
+// The window types of the desktop conventions; types of private conventions are dropped on reading.
 enum class WindowType {
   desktop,
   dock,
@@ -43,8 +44,8 @@ struct WindowProperties {
   // Of the client.
   std::string instanceName{};
   std::string className{};
-  std::string processName{};        // of the process that made the client; empty when it is not needed or not known
-  std::vector<WindowType> types{};  // most fitting first
+  std::string processName{};        // of the process that made the client; empty when unneeded or unknown
+  std::vector<WindowType> types{};  // best match first
   WindowState state{};
   bool hasFixedSize = false;   // the program allows one size only
   bool isShaped = false;       // has a bounding shape of its own
@@ -54,10 +55,10 @@ struct WindowProperties {
   bool isManaged = false;    // a window manager looks after it
   bool isDecorated = false;  // by a window manager: title bar or edges
   bool hasAlpha = false;
-  bool isBeneathOrdinaryWindows = false;  // there are managed windows, and all that meet it lie above it
-  bool isLowestOfDesktop = false;         // beneath it is nothing, and above it a managed window
+  bool isBeneathOrdinaryWindows = false;  // there are managed windows, and all that overlap it lie above it
+  bool isLowestOfDesktop = false;         // nothing lies beneath it, and a managed window above it
   bool isOwn = false;                     // belongs to this program
-  bool wasOverlay = false;                // was judged to be one since it came to the screen
+  bool wasOverlay = false;                // was judged an overlay since it was mapped
 };
 
 }  // namespace platform::linux::scene
