@@ -11,7 +11,7 @@ namespace platform::linux::compositor {
 
 namespace {
 
-// More rectangles than this are kept as the one that holds them all.
+// More rectangles than this are merged into the one that holds them all.
 constexpr std::size_t maximumSoiledRects = 64;
 
 }  // namespace
@@ -45,7 +45,7 @@ bool Compositor::isVisible(const scene::SceneWindow& window) const {
          !intersection(window.outer, source_).isEmpty();
 }
 
-// Without a compositing manager the server shows the colours of a window and ignores how transparent they are.
+// Without a compositing manager the server shows a window's colours and ignores their transparency.
 bool Compositor::isTranslucent(const scene::SceneWindow& window) const {
   if (!scene_.hasCompositingManager()) return false;
   const WindowContent* content = contentOf(window.id);
@@ -53,7 +53,7 @@ bool Compositor::isTranslucent(const scene::SceneWindow& window) const {
          (content != nullptr && content->effect().opacity != WindowEffect::opaque);
 }
 
-// Whether it is seen in the whole of its rectangle.
+// Whether the whole of its rectangle is seen.
 bool Compositor::isRectangle(const scene::SceneWindow& window) const {
   const WindowContent* content = contentOf(window.id);
   return !window.isShaped && (content == nullptr || !content->effect().visiblePart);
@@ -77,7 +77,7 @@ WindowContent* Compositor::contentOf(xcb_window_t window) const {
   return found == contents_.end() ? nullptr : found->second.get();
 }
 
-// Content is kept, and damage reported, of visible windows only: others must not cost anything.
+// Content is kept, and damage reported, for visible windows only: the others must cost nothing.
 void Compositor::watch(const scene::SceneWindow& window) {
   if (!isVisible(window)) {
     abandon(window.id);
@@ -210,8 +210,8 @@ void Compositor::noteTaking(const WindowContent& content) {
 void Compositor::noteDamage(const xcb_damage_notify_event_t& event) {
   WindowContent* content = contentOf(event.drawable);
   if (content == nullptr || content->damage() != event.damage) return;
-  // Only takings that came after the report are still listed. A damage that was reported is not reported again until it
-  // is taken.
+  // The takings still listed were sent after this report and include it. A reported damage is not reported again until
+  // it is taken.
   if (std::ranges::find(takings_, event.damage, &Taking::damage) == takings_.end()) damaged_.push_back(event.drawable);
 }
 
@@ -262,7 +262,7 @@ void Compositor::gatherDamage() {
     content->takeDamage(parts_);
     noteTaking(*content);
     parts_.translate(window->outer.x + window->border - source_.x, window->outer.y + window->border - source_.y);
-    // The window may have grown and moved already; then that is still to be told, and painted.
+    // The window may already have grown and moved; then the report of that is still to come, and so is its painting.
     parts_.intersect(content->outline(*window, source_));
     addPending(parts_, intersection(window->outer, source_));
     return true;
@@ -280,7 +280,7 @@ void Compositor::gatherSoil() {
   soiled_.clear();
 }
 
-// The part means nothing any more afterwards.
+// Leaves `part` with arbitrary content.
 void Compositor::addPending(xcb::Region& part, const xcb::PixelRect& bounds) {
   if (pendingBounds_.empty())
     pending_.swap(part);

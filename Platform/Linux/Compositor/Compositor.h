@@ -1,11 +1,12 @@
-// Paints a part of the screen without some of its windows into a picture, and later just what has changed in it.
+// Paints a part of the screen, without some of its windows, into a picture, and later only what has changed in it.
 //
-// It paints the windows' own off-screen pixels, bottom to top, and never reads the screen: so a window that shows the
+// It paints the windows' own off-screen pixels, bottom to top, and never reads the screen, so a window that shows the
 // result can never see itself. The pointer is not part of any window's pixels, so it is never painted.
 //
 // Threads: that of its connection. Pass it every event after the scene has seen it.
-// Units and axes: `source` in root pixels; the picture's and the regions' origin is the source's top-left corner.
-// Ownership: it keeps references to the connection and the scene, which must outlive it, and listens to the scene.
+// Units and axes: `source` in root pixels; the picture and the regions have their origin at the source's top-left
+// corner.
+// Ownership: keeps references to the connection and the scene, which must outlive it, and listens to the scene.
 // Preconditions: all extensions are there; somebody keeps the screen's windows redirected.
 // Failure: windows may vanish at any time; what is painted then is corrected when the event arrives. Painting never
 // waits for the server, except under a compositing manager: for its wallpaper and for the effects on windows, when one
@@ -35,7 +36,7 @@ namespace platform::linux::compositor {
 
 class Compositor final : private scene::SceneListener {
  public:
-  // The whole picture is to be painted first.
+  // The whole picture is painted first.
   Compositor(xcb::Connection& connection, scene::Scene& scene, const xcb::PixelRect& source,
              scene::WindowFilter filter);
   ~Compositor() override;
@@ -46,44 +47,44 @@ class Compositor final : private scene::SceneListener {
 
   enum class Changes : std::uint8_t {
     none,
-    // A window that reaches beyond the source was drawn to, perhaps outside: `examine` finds out.
+    // A window that reaches beyond the source was drawn to, perhaps outside the source: `examine` finds out.
     possible,
     certain,
   };
   [[nodiscard]] Changes changes() const;
-  // Asks the server what the possible changes come to. `collectReplies`, which never blocks, says whether the answer
-  // came.
+  // Asks the server whether the possible changes are visible. `collectReplies`, which never blocks, says whether the reply
+  // has come.
   void examine();
   bool collectReplies();
   [[nodiscard]] bool isExamining() const { return examination_.has_value(); }
 
-  // Of the root visual's format. The source's top-left corner comes to lie at (x, y).
+  // The picture has the root visual's format. (x, y) is the place of the source's top-left corner in it.
   struct Target {
     xcb_render_picture_t picture = XCB_NONE;
     std::int32_t x = 0;
     std::int32_t y = 0;
-    // Of the source's picture: in here nobody needs to know just what was painted.
+    // A part of the source's picture. Within it, nobody needs to know exactly what was painted.
     xcb::PixelRect clear;
   };
-  // Brings the picture up to date. Returns a rectangle of it that holds all that may differ now; if that is not within
-  // the target's clear part, `painted` says just what. A target that is gone is no failure.
+  // Brings the picture up to date. Returns a rectangle of it that contains everything that may differ now. Unless that
+  // lies within the target's clear part, `painted` holds exactly what was painted. A target that is gone is no failure.
   xcb::PixelRect paintTo(const Target& target, xcb::Region& painted);
-  // Leaves in `changed` what is to be painted and returns how, for somebody else to do. What the steps name stays as it
-  // is until the next plan, but for windows that go or get other pixels: then the next plan puts it right.
+  // Leaves in `changed` what to paint and returns the steps for somebody else to carry out. The steps' resources stay
+  // as they are until the next plan, except for windows that go or get other pixels: the next plan puts that right.
   [[nodiscard]] std::vector<PaintStep> plan(xcb::Region& changed);
-  // That part is to be painted again, together with what comes next.
+  // Paints this part again, together with what comes next.
   void repaint(const xcb::Region& part);
-  // As if the picture had never been painted.
+  // Starts over, as if the picture had never been painted.
   void invalidate();
-  // The background of the root window is another one, which nothing announces.
+  // Call it when the root window's background has changed, which no event announces.
   void forgetWallpaper();
-  // Shows these windows, as far as they were only held back.
+  // Shows these windows, unless they are left out for another reason than being held back.
   void admit(std::span<const xcb_window_t> windows);
-  // Whether any window on the screen is.
+  // Whether any window on the screen is held back.
   [[nodiscard]] bool isHoldingBack() const;
 
  private:
-  // Reports of this damage that precede the request with this number were taken with it.
+  // The request with this number took the damage, together with all reports that precede it.
   struct Taking {
     xcb_damage_damage_t damage;
     std::uint32_t sequence;
@@ -125,7 +126,7 @@ class Compositor final : private scene::SceneListener {
   void paintTranslucent(const Layer& layer, xcb::Region& visible);
   void paintWallpaper(const xcb::Region& rest);
   [[nodiscard]] PaintStep paintStep(const Layer& layer, std::uint8_t operation) const;
-  // Carries out the step, or notes it while a plan is made.
+  // Carries out the step, or records it while a plan is made.
   void perform(PaintStep step, const xcb::Region& clip);
   void carryOut(const PaintStep& step, const xcb::Region& clip, std::int32_t clipX, std::int32_t clipY);
   [[nodiscard]] const xcb::Region& keptCopy(const xcb::Region& clip);
@@ -139,13 +140,13 @@ class Compositor final : private scene::SceneListener {
   WindowEffects effects_;
   std::map<xcb_window_t, std::unique_ptr<WindowContent>> contents_;
   std::deque<Taking> takings_;
-  // Whose damage is not taken yet: there may be a thousand windows, and few that change.
+  // Windows whose damage is not taken yet: there may be a thousand windows of which few change.
   std::vector<xcb_window_t> damaged_;
   // Known until some window changes.
   mutable std::optional<bool> isHoldingBack_;
 
-  // What is to be painted: rectangles in root pixels, windows' damage not taken yet, and `pending_` in the server,
-  // which means something only while it has bounds.
+  // What to paint: rectangles in root pixels, damage of windows not taken yet, and `pending_` in the server, which is
+  // valid only while it has bounds.
   std::vector<xcb::PixelRect> soiled_;
   xcb::Region pending_;
   std::vector<xcb::PixelRect> pendingBounds_;
@@ -157,8 +158,8 @@ class Compositor final : private scene::SceneListener {
   xcb::Region remaining_;
   xcb::Region clip_;
 
-  Target target_;  // while it is painted to
-  // The plan that is being made, and the clips that the last one names.
+  Target target_;  // while painting to it
+  // The plan being made, and the clips that the last one uses.
   std::vector<PaintStep>* plan_ = nullptr;
   std::vector<std::unique_ptr<xcb::Region>> clips_;
   std::size_t clipsInUse_ = 0;

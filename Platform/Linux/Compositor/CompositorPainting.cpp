@@ -19,7 +19,7 @@ xcb::PixelRect Compositor::paintTo(const Target& target, xcb::Region& painted) {
   return {bounds.x - source_.x, bounds.y - source_.y, bounds.width, bounds.height};
 }
 
-// Whoever reads the last plan may still name its regions: they keep their names, and are changed only here.
+// The last plan may still be in use, so its regions keep their ids and change only here.
 std::vector<PaintStep> Compositor::plan(xcb::Region& changed) {
   std::vector<PaintStep> steps;
   clipsInUse_ = 0;
@@ -41,8 +41,8 @@ void Compositor::repaint(const xcb::Region& part) {
   pendingBounds_.push_back(source_);
 }
 
-// The only window that was drawn to, if it lies free in the clear part: by far the most frequent case, in which the
-// server need not work out where what was drawn is seen.
+// The only window that was drawn to, if it lies uncovered within the clear part. This is by far the most frequent case,
+// and the server then need not work out where the drawing is visible.
 std::optional<Compositor::Layer> Compositor::loneLayer() const {
   if (damaged_.size() != 1 || !soiled_.empty() || !pendingBounds_.empty()) return std::nullopt;
   const scene::SceneWindow& window = *scene_.find(damaged_.front());
@@ -66,7 +66,7 @@ xcb::PixelRect Compositor::paintLone(const Layer& layer, xcb::Region& scratch) {
   return {step.x, step.y, step.width, step.height};
 }
 
-// Top to bottom, as far as anything can show through.
+// Top to bottom, down to the first layer that nothing shows through.
 std::vector<Compositor::Layer> Compositor::layersToPaint(bool& reachesWallpaper) const {
   std::vector<Layer> layers;
   reachesWallpaper = true;
@@ -84,8 +84,8 @@ std::vector<Compositor::Layer> Compositor::layersToPaint(bool& reachesWallpaper)
   return layers;
 }
 
-// Opaque windows go first, from the top, each where nothing above it has been painted: so no pixel is painted twice.
-// Then what shines through goes on top, from the bottom.
+// Opaque windows go first, from the top, each where nothing above it has been painted, so no pixel is painted twice.
+// Then come the translucent ones, from the bottom.
 void Compositor::paintLayers(const xcb::Region& changed) {
   struct Veil {
     Layer layer;
@@ -94,7 +94,7 @@ void Compositor::paintLayers(const xcb::Region& changed) {
   std::vector<Veil> veils;
   bool reachesWallpaper = true;
   const std::vector<Layer> layers = layersToPaint(reachesWallpaper);
-  // What nothing has been painted over yet: copied only when it becomes less.
+  // The part not painted over yet: copied only when it shrinks.
   const xcb::Region* rest = &changed;
   for (const Layer& layer : layers) {
     if (isTranslucent(*layer.window)) {
@@ -158,20 +158,20 @@ void Compositor::perform(PaintStep step, const xcb::Region& clip) {
   carryOut(step, clip, 0, 0);
 }
 
-// The clip's origin lies at that point of the source's picture.
+// (clipX, clipY) is the clip's origin in the source's picture.
 void Compositor::carryOut(const PaintStep& step, const xcb::Region& clip, std::int32_t clipX, std::int32_t clipY) {
   xcb_connection_t* c = connection_.get();
   connection_.ignoreErrors(xcb_xfixes_set_picture_clip_region(c, target_.picture, clip.id(),
                                                               static_cast<std::int16_t>(target_.x + clipX),
                                                               static_cast<std::int16_t>(target_.y + clipY)));
-  // A window may have lost its pixels, and the pixmap of a compositing manager's wallpaper belongs to another client.
+  // A window may have lost its pixels, and a compositing manager's wallpaper pixmap belongs to another client.
   connection_.ignoreErrors(
       xcb_render_composite(c, step.operation, step.source, step.mask, target_.picture, step.sourceX, step.sourceY, 0, 0,
                            static_cast<std::int16_t>(target_.x + step.x), static_cast<std::int16_t>(target_.y + step.y),
                            step.width, step.height));
 }
 
-// The clip that the next layers change as they go.
+// A copy, because the following layers change the clip.
 const xcb::Region& Compositor::keptCopy(const xcb::Region& clip) {
   if (clipsInUse_ == clips_.size()) clips_.push_back(std::make_unique<xcb::Region>(connection_));
   xcb::Region& copy = *clips_[clipsInUse_++];

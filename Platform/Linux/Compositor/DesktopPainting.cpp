@@ -18,7 +18,7 @@ std::optional<int> majorOf(std::string_view version) {
 
 }  // namespace
 
-// What an option of picom changes is not seen here: its backends of old paint grey in later versions, too.
+// What an option of picom changes is not visible here: its legacy backends still paint grey in later versions.
 DesktopPainting desktopPainting(std::string_view name, std::string_view version) {
   constexpr DesktopPainting ofOld{.grey = 0x8080};
   if (name == "xcompmgr") return ofOld;

@@ -1,9 +1,8 @@
-// How a compositing manager paints what lies beneath all windows: its own plain colour where nobody has set a
-// wallpaper, and something else again beyond the edges of a wallpaper that is smaller than the screen.
+// How a compositing manager paints what lies beneath all windows: a plain colour of its own where no wallpaper is set,
+// and something else again beyond the edges of a wallpaper smaller than the screen.
 //
-// Nothing announces it. It is known of each by its name and version, from looking at what it shows.
-// Threads: plain values.
-// Failure: one that is not known paints black, and repeats the wallpaper.
+// Nothing announces this. For each manager it is known by name and version, from observation.
+// Threads: plain values. Failure: an unknown manager paints black and repeats the wallpaper.
 #pragma once
 
 #include <xcb/render.h>
@@ -15,10 +14,10 @@ namespace platform::linux::compositor {
 
 struct DesktopPainting {
   std::uint16_t grey = 0;                                // the plain colour: from 0 for black to 0xffff for white
-  std::uint32_t beyondEdges = XCB_RENDER_REPEAT_NORMAL;  // of the wallpaper; without a repeat it is black there
+  std::uint32_t beyondEdges = XCB_RENDER_REPEAT_NORMAL;  // of the wallpaper; black there without a repeat
 };
 
-// By what its window says: WM_NAME, and COMPTON_VERSION, in which picom still names an ancestor.
+// Judges by the manager's window: WM_NAME, and COMPTON_VERSION, in which picom still uses an ancestor's name.
 [[nodiscard]] DesktopPainting desktopPainting(std::string_view name, std::string_view version);
 
 }  // namespace platform::linux::compositor

@@ -1,9 +1,9 @@
-// One copy or blend of a picture, as a request that any connection to the server can carry out: what it names lives in
+// One copy or blend of a picture, as a request that any connection to the server can carry out: its resources live in
 // the server.
 //
 // Units and axes: device pixels; the target's place and the clip count from the top-left corner of what is painted.
-// Lifetime: of the resources that it names.
-// Failure: a picture that is gone paints nothing; whoever carries it out expects that error.
+// Lifetime: that of the named resources. Failure: a picture that is gone paints nothing; whoever carries out the step
+// expects that error.
 #pragma once
 
 #include <xcb/render.h>

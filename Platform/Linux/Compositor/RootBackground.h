@@ -1,11 +1,10 @@
-// Notices that the background of the root window is another one, which no event tells: a program may set it without
-// leaving word in the properties that setters of wallpapers use.
+// Notices a new background of the root window, which no event announces: a program may set one without updating the
+// properties that wallpaper setters use.
 //
-// A window beyond the edge of the screen inherits the background. Asked to clear itself it shows the one of the moment,
-// and a sample of that is compared with the last. Nobody sees it, and nobody is sent an event.
-// Threads: that of its connection.
-// Ownership: RAII; the connection outlives it.
-// Failure: where there is no sample, no change is noticed. A change that the sample does not show is missed.
+// A window beyond the edge of the screen inherits the background. When asked to clear itself it shows the current one,
+// and a sample of that is compared with the last. Nobody sees the window, and nobody gets an event.
+// Threads: that of its connection. Ownership: owns the window; the connection must outlive it.
+// Failure: without a sample no change is noticed. A change that the sample does not show is missed.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -25,7 +24,7 @@ class RootBackground {
   RootBackground& operator=(const RootBackground&) = delete;
 
   [[nodiscard]] xcb_window_t window() const { return window_; }
-  // Since the last call or the making. Waits for one answer of the server.
+  // Since the last call or the construction. Waits for one reply of the server.
   [[nodiscard]] bool hasChanged();
 
  private:

@@ -55,8 +55,8 @@ xcb_render_picture_t Wallpaper::picture(xcb_window_t compositingManager) {
   return *picture_;
 }
 
-// The root window's background cannot be asked for. A window that inherits it can be made to hold a copy: one beneath
-// all others, which nobody sees, made and destroyed in one batch.
+// The root window's background cannot be queried. But a window that inherits it can be made to hold a copy: one beneath
+// all others, unseen, created and destroyed in one batch.
 void Wallpaper::makeFromRootWindow() {
   xcb_connection_t* c = connection_.get();
   part_ = {0, 0, source_.width, source_.height};
@@ -101,7 +101,7 @@ bool Wallpaper::makeFromProperty(xcb_atom_t property, const DesktopPainting& pai
   const auto geometry = xcb::awaitReply(c, xcb_get_geometry_reply, xcb_get_geometry(c, pixmap));
   if (!geometry || geometry->depth != connection_.rootDepth()) return false;
   part_ = source_;
-  // Its owner may free the pixmap at any moment, and says so by the property.
+  // Its owner may free the pixmap at any moment, and announces that by the property.
   connection_.ignoreErrors(xcb_render_create_picture(c, *picture_, pixmap,
                                                      connection_.formatOfVisual(connection_.rootVisual()),
                                                      XCB_RENDER_CP_REPEAT, &painting.beyondEdges));

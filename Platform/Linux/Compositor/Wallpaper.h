@@ -1,9 +1,8 @@
-// What lies beneath all windows: the background of the root window, or what a compositing manager paints in its place.
+// What lies beneath all windows: the root window's background, or what a compositing manager paints instead.
 //
-// Threads: that of its connection.
-// Units and axes: root pixels.
-// Ownership: RAII; the connection must outlive it.
-// Failure: where no picture can be had, the plain one that the compositing manager paints without a wallpaper.
+// Threads: that of its connection. Units and axes: root pixels. Ownership: owns the picture; the connection must
+// outlive it.
+// Failure: without a usable wallpaper, the plain colour that the compositing manager paints.
 #pragma once
 
 #include <xcb/render.h>
@@ -24,13 +23,13 @@ class Wallpaper {
   Wallpaper(const Wallpaper&) = delete;
   Wallpaper& operator=(const Wallpaper&) = delete;
 
-  // Whether the event means that the wallpaper is another one. A program that paints the root window's background
-  // without saying so in the usual properties is not noticed before the picture is made anew.
+  // Whether the event means a new wallpaper. A program that paints the root window's background without setting the
+  // usual properties goes unnoticed until the picture is made anew.
   [[nodiscard]] bool isChangedBy(const xcb_generic_event_t& event) const;
   void forget();
 
-  // Made on first use; under a compositing manager, given by its window, that takes answers from the server. `part` is
-  // the rectangle of the picture that lies in the source.
+  // Made on first use, which waits for the server under a compositing manager (given by its window). `part` is the
+  // picture's rectangle within the source.
   [[nodiscard]] xcb_render_picture_t picture(xcb_window_t compositingManager);
   [[nodiscard]] xcb::PixelRect part() const { return part_; }
 
@@ -42,7 +41,7 @@ class Wallpaper {
 
   xcb::Connection& connection_;
   xcb::PixelRect source_;
-  // The two names under which setters of wallpapers leave the pixmap, in the order in which they are believed.
+  // The two properties in which wallpaper setters leave the pixmap, in order of trust.
   xcb_atom_t rootPixmap_;
   xcb_atom_t setRootPixmap_;
   xcb_atom_t comptonVersion_;

@@ -16,7 +16,7 @@ WindowContent::WindowContent(xcb::Connection& connection, const scene::SceneWind
       outline_(connection) {
   xcb_connection_t* c = connection_.get();
   connection_.ignoreErrors(xcb_damage_create(c, damage_, window_, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY));
-  // A new damage object starts with the whole window, which whoever makes one is about to paint anyway.
+  // A new damage object starts with the whole window, which its maker is about to paint anyway.
   const xcb_void_cookie_t emptied = xcb_damage_subtract(c, damage_, XCB_NONE, XCB_NONE);
   lastTaking_ = emptied.sequence;
   connection_.ignoreErrors(emptied);
@@ -34,14 +34,14 @@ WindowContent::~WindowContent() {
 xcb_render_picture_t WindowContent::picture() {
   if (picture_) return *picture_;
   xcb_connection_t* c = connection_.get();
-  // Whoever redirects all windows may not have come to this one yet.
+  // Whoever redirects all windows may not have reached this one yet.
   if (!std::exchange(isRedirected_, true))
     connection_.ignoreErrors(xcb_composite_redirect_window(c, window_, XCB_COMPOSITE_REDIRECT_AUTOMATIC));
   const xcb_pixmap_t pixmap = connection_.newId();
   picture_ = connection_.newId();
   connection_.ignoreErrors(xcb_composite_name_window_pixmap(c, window_, pixmap));
   connection_.ignoreErrors(xcb_render_create_picture(c, *picture_, pixmap, format_, 0, nullptr));
-  // The picture keeps the pixmap.
+  // The picture keeps the pixmap alive.
   connection_.ignoreErrors(xcb_free_pixmap(c, pixmap));
   return *picture_;
 }
@@ -50,7 +50,7 @@ xcb_render_picture_t WindowContent::mask() {
   if (effect_.opacity == WindowEffect::opaque) return XCB_NONE;
   if (!mask_) {
     mask_ = connection_.newId();
-    // As compositing managers do: of 255 levels the one below.
+    // Rounds down to one of 255 levels, as compositing managers do.
     const std::uint64_t level = std::uint64_t{effect_.opacity} * 0xff / WindowEffect::opaque;
     const auto alpha = static_cast<std::uint16_t>(level * 0x101);
     xcb_render_create_solid_fill(connection_.get(), *mask_, {0, 0, 0, alpha});
@@ -84,8 +84,8 @@ const xcb::Region& WindowContent::outline(const scene::SceneWindow& window, cons
   outline_.set(intersection(seen, {0, 0, source.width, source.height}));
   if (!window.isShaped) return outline_;
 
-  // The shape is read into a region of its own: if the window is gone, that one does not come to be, the copy fails as
-  // well, and the outline is empty. A failed read into the outline itself would leave the old one in force.
+  // The shape is read into a region of its own. If the window is gone, that region is not created, the copy fails as
+  // well, and the outline is empty. A failed read into the outline itself would leave the old one in place.
   xcb::Region shape(connection_);
   const xcb_xfixes_region_t read = connection_.newId();
   connection_.ignoreErrors(xcb_xfixes_create_region_from_window(c, read, window_, XCB_SHAPE_SK_BOUNDING));

@@ -1,12 +1,11 @@
-// The pixels of one top-level window, wherever it is hidden: its off-screen picture, its outline and what was drawn to
-// it since the last look. Everything stays in the X server.
+// The pixels of one top-level window, even where it is hidden: its off-screen picture, its outline, and what was drawn
+// to it since the last look. Everything stays in the X server.
 //
-// Threads: that of its connection.
-// Units and axes: rectangles in root pixels; the outline in pixels of the picture being composed.
-// Ownership: RAII; the connection must outlive it.
-// Failure: the window may be gone, unmapped or of another size at any moment. Every request about it is sent with its
-// errors expected; what cannot be had leaves an empty outline or a picture that paints nothing, until the event arrives
-// that tells.
+// Threads: that of its connection. Units and axes: rectangles in root pixels; the outline in pixels of the picture
+// being composed. Ownership: owns its server resources; the connection must outlive it.
+// Failure: the window may be gone, unmapped or resized at any moment. Every request about it is sent with its errors
+// expected. What cannot be had leaves an empty outline or a picture that paints nothing, until the event about it
+// arrives.
 #pragma once
 
 #include <xcb/damage.h>
@@ -29,13 +28,13 @@ class WindowContent {
   WindowContent(const WindowContent&) = delete;
   WindowContent& operator=(const WindowContent&) = delete;
 
-  // The window as of now, with its border. Named on first use.
+  // The window as it is now, with its border. Named on first use.
   [[nodiscard]] xcb_render_picture_t picture();
-  // How opaque it is, as a mask; none when it is opaque.
+  // The window's opacity as a mask; none when it is opaque.
   [[nodiscard]] xcb_render_picture_t mask();
-  // What of it is seen in a picture of `source`.
+  // The part of the window that is visible in a picture of `source`.
   [[nodiscard]] const xcb::Region& outline(const scene::SceneWindow& window, const xcb::PixelRect& source);
-  // After a resize, an unmap or a change of the compositing manager the window has other pixels.
+  // Call it after a resize, an unmap or a change of the compositing manager: the window then has other pixels.
   void forgetPicture();
   void forgetOutline() { hasOutline_ = false; }
 
@@ -46,7 +45,7 @@ class WindowContent {
   // Moves the damage into `parts`, in pixels from the inner corner of the window's border. If the window is gone,
   // `parts` stays as it is.
   void takeDamage(xcb::Region& parts);
-  // The request that took the damage last: earlier reports of it mean nothing any more.
+  // The request that last took the damage: reports from before it are void.
   [[nodiscard]] std::uint32_t lastTaking() const { return lastTaking_; }
 
  private:

@@ -22,7 +22,7 @@ std::optional<std::array<std::uint32_t, count>> numbersOf(const xcb_get_property
   return numbers;
 }
 
-// Everything that is to be known of one top-level and the window inside it, asked for at once.
+// All queries about one top-level and the window inside it, sent at once.
 class Question {
  public:
   Question(xcb::Connection& connection, xcb_window_t topLevel, xcb_window_t inner, xcb_atom_t opacity,
@@ -39,7 +39,7 @@ class Question {
     place_ = xcb_translate_coordinates(connection_, inner, topLevel, 0, 0);
   }
 
-  // Once only.
+  // Call it once.
   [[nodiscard]] WindowEffects::Known answer() {
     WindowEffect effect;
     auto opacity = numbersOf<1>(xcb::awaitReply(connection_, xcb_get_property_reply, opacity_).get());
@@ -63,7 +63,7 @@ class Question {
     const auto inner = xcb::awaitReply(connection_, xcb_get_geometry_reply, innerGeometry_);
     const auto place = xcb::awaitReply(connection_, xcb_translate_coordinates_reply, place_);
     if (outer == nullptr || !extents || !inner || !place) return std::nullopt;
-    // Nonsense could be of any size.
+    // A nonsense value could be of any size.
     constexpr std::uint32_t largest = 32767;
     for (const std::uint32_t extent : *extents)
       if (extent > largest) return std::nullopt;
@@ -97,7 +97,7 @@ WindowEffects::WindowEffects(xcb::Connection& connection) : connection_(connecti
   frameExtents_ = connection_.atom("_NET_FRAME_EXTENTS");
 }
 
-// The connection may live on unread; then no event must come that fills it.
+// The connection may live on without a reader; then no event must fill it up.
 WindowEffects::~WindowEffects() {
   while (!followed_.empty()) forget(followed_.begin()->first);
 }
@@ -136,7 +136,7 @@ std::optional<xcb_window_t> WindowEffects::changedBy(const xcb_generic_event_t& 
       break;
     }
     case XCB_CONFIGURE_NOTIFY:
-      // The window inside and its frame change their sizes one after the other.
+      // The window inside and its frame are resized one after the other.
       topLevel = followedWith(xcb::eventAs<xcb_configure_notify_event_t>(event).window);
       break;
     case XCB_REPARENT_NOTIFY: {
@@ -166,7 +166,7 @@ std::vector<WindowEffects::Known> WindowEffects::read() {
   return known;
 }
 
-// Selected before anything is read of them, so that no change falls in between.
+// Select events before reading anything, so that no change is missed in between.
 void WindowEffects::findInnerWindows(std::span<const xcb_window_t> topLevels) {
   const auto inside = scene::managedClients(connection_, topLevels);
   for (std::size_t index = 0; index < topLevels.size(); ++index) {

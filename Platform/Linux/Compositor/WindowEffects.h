@@ -1,11 +1,10 @@
-// How a compositing manager shows top-level windows beyond what their pixels say: how opaque they are, and which part
-// of a window manager's frame is meant to be seen.
+// How a compositing manager shows top-level windows beyond their pixels: how opaque they are, and which part of a
+// window manager's frame is meant to be seen.
 //
-// Frames may have edges that nobody sees: they are there for the pointer to grasp, and black where nobody drew. What is
-// seen is the program's window inside, grown by the extents that the window manager wrote on it.
-// Threads: that of its connection.
-// Units and axes: device pixels from the top-level's outer top-left corner, y down.
-// Ownership: keeps a reference to the connection, which outlives it.
+// Frames may have invisible edges: they are there for the pointer to grab, and black where nobody drew. What is seen is
+// the program's window inside, grown by the extents that the window manager set on it.
+// Threads: that of its connection. Units and axes: device pixels from the top-level's outer top-left corner, y down.
+// Ownership: keeps a reference to the connection, which must outlive it.
 // Failure: a window that is gone, or says nothing, is opaque and seen as a whole.
 #pragma once
 
@@ -47,8 +46,8 @@ class WindowEffects {
     xcb_window_t topLevel;
     WindowEffect effect;
   };
-  // Those that may have changed since the last call. Waits for the server, a few times however many there are, and not
-  // at all when there are none.
+  // The top-levels that may have changed since the last call. Waits for the server a few times, however many there are,
+  // and not at all when there are none.
   [[nodiscard]] std::vector<Known> read();
 
  private:

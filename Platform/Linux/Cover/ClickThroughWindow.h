@@ -1,10 +1,10 @@
-// A window of the application that no pointer touches: a mirror or the solid cover, on an overlay window of X.
+// A window of the application that the pointer passes through: a mirror or the solid cover, on an overlay window of X.
 //
-// It comes to the screen at the end of the turn of the main loop in which it was ordered to the front: one that is
-// ordered out again in the same turn is never seen.
+// It appears at the end of the turn of the main loop in which it was ordered to the front; one that is ordered out in
+// the same turn is never seen.
 // Threads, units and axes: as the port says.
-// Ownership: keeps a reference to its surroundings, which outlive it. It shares its content view and leaves it before
-// it goes.
+// Ownership: keeps a reference to its surroundings, which must outlive it. It shares its content view and detaches from
+// it when destroyed.
 #pragma once
 
 #include <memory>
@@ -38,7 +38,7 @@ class ClickThroughWindow final : public Window, private views::ViewHost {
   [[nodiscard]] Rect frame() const override { return frame_; }
   void orderFrontRegardless() override;
   void makeKeyAndOrderFront() override { orderFrontRegardless(); }
-  // Nothing that clicks pass through can have the keyboard.
+  // A window that clicks pass through cannot have the keyboard.
   void makeKey() override {}
   void makeFirstResponder(View& /*view*/) override {}
   void orderOut() override;
@@ -59,12 +59,12 @@ class ClickThroughWindow final : public Window, private views::ViewHost {
   Rect frame_;
   OverlayWindow window_;
   std::shared_ptr<views::ViewNode> content_;
-  // Guards posted work: it does nothing once the window is gone.
+  // Guards posted work, which does nothing once the window is gone.
   std::shared_ptr<bool> updateIsPosted_ = std::make_shared<bool>(false);
   bool isOrderedFront_ = false;
-  // Those that came while a text was shown, or about to go: they change places in one step.
+  // Frames that came while a text was shown or about to go: text and picture change places in one step.
   std::vector<std::shared_ptr<const stream::Frame>> waitingFrames_;
-  // Roles among the colours follow the desktop's light or dark appearance.
+  // Colours given as roles follow the desktop's light or dark appearance.
   toolkit::PaletteWatch palette_;
 };
 

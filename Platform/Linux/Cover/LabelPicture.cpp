@@ -32,19 +32,19 @@ QImage render(const LabelAppearance& appearance) {
   return image;
 }
 
-// The server may store the bytes of a pixel in the other order than this machine does.
+// The server's byte order for pixels may differ from this machine's.
 void matchByteOrder(QImage& image, const xcb::Connection& connection) {
   const bool serverIsLittle = xcb_get_setup(connection.get())->image_byte_order == XCB_IMAGE_ORDER_LSB_FIRST;
   if (serverIsLittle == (std::endian::native == std::endian::little)) return;
   image = std::move(image).rgbSwapped();
   for (int y = 0; y < image.height(); ++y) {
     auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
-    // Swapping red and blue and then rotating the alpha into its place reverses all four bytes.
+    // Swapping red and blue and then rotating alpha into its place reverses all four bytes.
     std::for_each(line, line + image.width(), [](QRgb& pixel) { pixel = std::rotl(pixel, 8); });
   }
 }
 
-// In as many requests as their greatest length demands.
+// Takes as many requests as their maximum length demands.
 void upload(xcb::Connection& connection, const QImage& image, xcb_pixmap_t pixmap, xcb_gcontext_t context) {
   constexpr std::uint32_t header = 64;
   const auto stride = static_cast<std::uint32_t>(image.bytesPerLine());
@@ -77,7 +77,7 @@ LabelPicture::LabelPicture(xcb::Connection& connection, const LabelAppearance& a
   xcb_create_gc(c, context, pixmap, 0, nullptr);
   upload(connection_, image, pixmap, context);
   xcb_render_create_picture(c, picture_, pixmap, connection_.argbFormat(), 0, nullptr);
-  // The picture keeps the pixmap.
+  // The picture keeps the pixmap alive.
   xcb_free_gc(c, context);
   xcb_free_pixmap(c, pixmap);
 }

@@ -1,9 +1,8 @@
-// A line of text as a picture with alpha in the X server: rendered here once, blended there as often as need be.
+// A line of text as a picture with alpha in the X server: rendered here once, blended there as often as needed.
 //
-// Threads: main thread (it uses the toolkit's fonts, so the toolkit's application object must exist).
-// Units: device pixels.
-// Ownership: the picture goes with the object; the connection outlives it.
-// Failure: a text that takes no room has size 0 and must not be blended.
+// Threads: main thread (it uses the toolkit's fonts, so the toolkit's application object must exist). Units: device
+// pixels. Ownership: owns the picture; the connection must outlive it. Failure: a text that takes no room has size 0
+// and must not be blended.
 #pragma once
 
 #include <xcb/render.h>

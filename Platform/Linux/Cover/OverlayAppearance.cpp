@@ -13,7 +13,7 @@ stream::Argb argbOf(const Color& color) { return toolkit::toQColor(color).rgba()
 
 std::int32_t rounded(double value) { return static_cast<std::int32_t>(std::lround(value)); }
 
-// Edges are rounded, not sizes, so that a layer that fills the window in points fills it in pixels.
+// Edges are rounded, not sizes, so that a layer that fills the window in points also fills it in pixels.
 xcb::PixelRect pixelsOf(const Rect& rect, std::int32_t windowHeight, double scale) {
   const std::int32_t left = rounded(rect.minX() * scale);
   const std::int32_t right = rounded(rect.maxX() * scale);

@@ -86,7 +86,7 @@ void OverlayPainter::restoreBackground() {
   xcb_change_window_attributes(connection_.get(), window_, XCB_CW_BACK_PIXEL, &pixel);
 }
 
-// Otherwise the background would flash wherever something that lay above the picture goes.
+// Otherwise the background would flash wherever something above the picture goes away.
 void OverlayPainter::giveUpBackground() {
   if (std::exchange(showsPicture_, true)) return;
   const std::uint32_t none = XCB_BACK_PIXMAP_NONE;
@@ -149,9 +149,9 @@ std::optional<stream::LiveTarget> OverlayPainter::liveTarget() const {
                             height_, appearance_.border};
 }
 
-// A frame of another size, as in the moments between a change of the window and the first frame made for it: a whole
-// one, painted aside. A stretched pixel reaches beyond its place, so all of it is painted, and the clip is left at the
-// target.
+// For a frame of another size, as between a resize of the window and the first frame made for it: paints the whole
+// frame aside and stretches it. A stretched pixel reaches beyond its place, so everything is painted, and the clip
+// stays at the target.
 void OverlayPainter::stretch(const stream::Frame& frame, const xcb::PixelRect& target) {
   xcb_connection_t* const c = connection_.get();
   constexpr std::string_view filter = "bilinear";
@@ -164,7 +164,7 @@ void OverlayPainter::stretch(const stream::Frame& frame, const xcb::PixelRect& t
                             XCB_RENDER_CP_REPEAT, &repeat);
   xcb_free_pixmap(c, aside);
   frame.paint(c, source, 0, 0);
-  // As a source, a picture is read within its clip.
+  // A source picture is read within its clip.
   xcb_xfixes_set_picture_clip_region(c, source, XCB_NONE, 0, 0);
   const xcb_render_transform_t transform{fixed(double(frame.width()) / target.width),
                                          0,

@@ -1,10 +1,11 @@
 // Paints an overlay window: background, live frames, label and border.
 //
 // Frames are painted inside the server, and only where they changed. What lies over the picture is translucent, so it
-// is blended again exactly where the picture below it was just renewed, and nowhere else: alpha never adds up. Threads:
-// that of the connection. Nothing here waits for the server. Units and axes: device pixels, origin at the window's
-// top-left corner, y down. Ownership: the window belongs to the caller and outlives the painter, as the connection
-// does. Failure: without the extensions for blending (RENDER, XFIXES) only the background is painted.
+// is blended again exactly where the picture below was just renewed, and nowhere else: alpha never adds up.
+// Threads: that of the connection. Nothing here waits for the server.
+// Units and axes: device pixels, origin at the window's top-left corner, y down.
+// Ownership: the window belongs to the caller; window and connection must outlive the painter.
+// Failure: without the extensions for blending (RENDER, XFIXES) only the background is painted.
 #pragma once
 
 #include <xcb/render.h>
@@ -24,38 +25,38 @@ namespace platform::linux::cover {
 
 class OverlayPainter {
  public:
-  // The window has the root window's visual.
+  // The window must have the root window's visual.
   OverlayPainter(xcb::Connection& connection, xcb_window_t window, std::int32_t width, std::int32_t height);
   ~OverlayPainter();
   OverlayPainter(const OverlayPainter&) = delete;
   OverlayPainter& operator=(const OverlayPainter&) = delete;
 
   [[nodiscard]] const OverlayAppearance& appearance() const { return appearance_; }
-  // Neither of the two paints anything yet. From then on the server fills with the background what is newly seen of the
-  // window, but not once a frame was painted: it leaves there what was seen before, until the next frame comes.
+  // Neither of the two paints anything yet. From then on the server fills newly exposed parts of the window with the
+  // background. Once a frame was painted it leaves the old content there instead, until the next frame comes.
   void setAppearance(const OverlayAppearance& appearance);
   void setSize(std::int32_t width, std::int32_t height);
 
-  // No frame is seen any more.
+  // No frame is shown any more.
   void restoreBackground();
   // Background, label and border, without the picture.
   void paintAll() { paint({0, 0, width_, height_}); }
   void paint(const xcb::PixelRect& part);
-  // Over what is there already: only while the window shows no label.
+  // Blends over what is there already: only while the window shows no label.
   void blendLabel();
 
-  // From then on, as far as it can, the stream paints by itself what changes: until `Frame::endLive`.
-  // False when there is nowhere to show it, or it was read before, or it is part of a picture of another size.
+  // From then on the stream itself paints changes as far as it can, until `Frame::endLive`. False when there is nowhere
+  // to show the frame, when it was read before, or when it is part of a picture of another size.
   bool paintFrame(const stream::Frame& frame);
 
-  // Where the label lies; empty without one.
+  // The label's place; empty without one.
   [[nodiscard]] xcb::PixelRect labelRect() const;
 
  private:
   void giveUpBackground();
   [[nodiscard]] std::optional<stream::LiveTarget> liveTarget() const;
   void stretch(const stream::Frame& frame, const xcb::PixelRect& target);
-  // No region: everything.
+  // Without a region: everything.
   void setClip(xcb_xfixes_region_t region, std::int32_t x, std::int32_t y);
   void blendLabelInClip();
   void blendBorderInClip();

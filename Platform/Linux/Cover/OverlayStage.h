@@ -1,7 +1,7 @@
-// The windows of ours that lie over everything else, as a group: their events, and their place on top.
+// Our windows that lie over everything else, as a group: their events, and their place on top.
 //
-// Threads: main thread only.
-// Ownership: keeps references to everything that it is given; windows are added and removed by their owners.
+// Threads: main thread only. Ownership: keeps references to everything that it is given; the windows' owners add and
+// remove them.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -32,16 +32,16 @@ class OverlayStage {
   // Shows the window on top of everything that it may lie above.
   void orderFront(OverlayWindow& window);
 
-  // Which windows that could be lock screens ours may lie above. To be decided anew when `reconsider` says so.
+  // `mayOverlap` says which windows that could be lock screens ours may lie above. `reconsider` asks it again.
   void setMayOverlap(std::function<bool(const CaptureWindow&)> mayOverlap);
   void reconsider();
 
   // Whether the scene still lacks a window that was ordered to the front.
   [[nodiscard]] bool awaitsWindows() const { return !awaited_.empty(); }
 
-  // After the scene and the window list have seen the event.
+  // Call it after the scene and the window list have seen the event.
   void handle(const xcb_generic_event_t& event);
-  // To be called after each batch of events.
+  // Call it after each batch of events.
   void settle();
 
  private:

@@ -58,7 +58,7 @@ void OverlayWindow::setProperties() {
   setText("_NET_WM_NAME", "UTF8_STRING", "Quillfade");
   setText("WM_CLIENT_MACHINE", "STRING", posix::hostName());
   setNumber("_NET_WM_PID", XCB_ATOM_CARDINAL, static_cast<std::uint32_t>(getpid()));
-  // Compositing managers keep their decorations (shadows, round corners, dimming, blur) off docks as a rule.
+  // As a rule, compositing managers keep their decorations (shadows, round corners, dimming, blur) off docks.
   setNumber("_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, connection_.atom("_NET_WM_WINDOW_TYPE_DOCK"));
   setNumber("_COMPTON_SHADOW", XCB_ATOM_CARDINAL, 0);
   constexpr std::uint32_t neverBypass = 2;
@@ -110,12 +110,12 @@ void OverlayWindow::setAppearance(const OverlayAppearance& appearance) {
   restore();
 }
 
-// What is painted here next comes after everything that the stream has painted.
+// What is painted here next follows everything that the stream has painted.
 void OverlayWindow::endLive() {
   if (lastFrame_) lastFrame_->endLive(connection_.get());
 }
 
-// Only its stream can paint the picture again. Until it does, the window stays as it is.
+// Only its stream can paint the picture again. Until then the window stays as it is.
 void OverlayWindow::restore() {
   if (lastFrame_) {
     lastFrame_->requestWhole();
@@ -157,8 +157,8 @@ bool OverlayWindow::presentFrame(std::shared_ptr<const stream::Frame> frame) {
   return true;
 }
 
-// While a restart takes place two streams run, and the older one would show again what the newer one leaves out. It has
-// the window again when the newer one has ended: that one's start was overtaken, and the start after it may fail.
+// During a restart two streams run, and the older one would show again what the newer one leaves out. The older one
+// gets the window back when the newer one has ended: that one's start was overtaken, and the start after it may fail.
 bool OverlayWindow::mayShow(const stream::Frame& frame) const {
   const auto newer = [&](const auto& other) { return other->streamSerial() > frame.streamSerial(); };
   if (std::ranges::none_of(streams_, newer)) return true;
@@ -189,7 +189,7 @@ void OverlayWindow::handle(const xcb_generic_event_t& event) {
   exposed({expose.x, expose.y, expose.width, expose.height});
 }
 
-// Without a picture the part is painted from the background up: the event may come late, when it was painted meanwhile.
+// Without a picture the part is painted from the background up: the event may come late, after the part was painted.
 void OverlayWindow::exposed(const xcb::PixelRect& part) {
   if (lastFrame_)
     lastFrame_->requestWhole();

@@ -1,10 +1,12 @@
 // A window over everything else that shows a live picture or a plain cover and lets every click through.
 //
-// No window manager places it, nothing focuses it, no compositing manager gives it a shadow or steps aside for it.
+// No window manager places it, it never gets the focus, and no compositing manager gives it a shadow or steps aside for
+// it.
 // Threads: main thread, on the main connection; its events come through `handle`. Requests are buffered: whoever runs
-// the event loop flushes before it waits. Units and axes: device pixels; `setFrame` in root coordinates. Ownership: the
-// window goes with the object; the connection outlives it. Failure: none that the caller could act on. Frames that
-// cannot be shown are dropped.
+// the event loop flushes before it waits.
+// Units and axes: device pixels; `setFrame` in root coordinates.
+// Ownership: owns the X window; the connection must outlive it.
+// Failure: none that the caller could act on. Frames that cannot be shown are dropped.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -23,7 +25,7 @@ namespace platform::linux::cover {
 
 class OverlayWindow {
  public:
-  // Not on the screen yet. Whatever is empty of the frame is taken as one pixel.
+  // Not on the screen yet. An empty width or height counts as one pixel.
   OverlayWindow(xcb::Connection& connection, const xcb::PixelRect& frame, const OverlayAppearance& appearance);
   ~OverlayWindow();
   OverlayWindow(const OverlayWindow&) = delete;
@@ -36,12 +38,12 @@ class OverlayWindow {
   void setFrame(const xcb::PixelRect& frame);
   void setAppearance(const OverlayAppearance& appearance);
 
-  // On top of everything, or directly below the given window (a screen locker) when it is still there.
+  // On top of everything, or directly below the given window (a screen locker) if it still exists.
   void orderFront(std::optional<xcb_window_t> below);
   void orderOut();
 
   // Shows what the frame changes. The newest stream that still runs has the window: a frame of an older one is dropped,
-  // and so is a part of the picture of a stream other than the one that is seen. False when dropped.
+  // and so is a partial frame of a stream other than the one shown. False when dropped.
   bool presentFrame(std::shared_ptr<const stream::Frame> frame);
   // Takes the picture away.
   void forgetFrames();
@@ -65,7 +67,7 @@ class OverlayWindow {
   std::optional<OverlayPainter> painter_;
   // The last one shown. It keeps the way to its stream.
   std::shared_ptr<const stream::Frame> lastFrame_;
-  // One of each stream that was shown and may still run, the oldest first.
+  // One of each stream that was shown and may still run, oldest first.
   std::vector<std::shared_ptr<const stream::Frame>> streams_;
 };
 

@@ -11,7 +11,7 @@ namespace {
 
 std::uint8_t channel(Argb color, unsigned shift) { return static_cast<std::uint8_t>(color >> shift); }
 
-// Premultiplied, with 16 bits for each component.
+// Premultiplied, with 16 bits per component.
 xcb_render_color_t renderColor(Argb color) {
   const std::uint32_t alpha = channel(color, 24);
   const auto scaled = [&](unsigned shift) {

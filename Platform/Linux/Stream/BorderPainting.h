@@ -1,4 +1,4 @@
-// Blends a border over what a window shows.
+// Blends a border over the content of a window.
 //
 // Threads: that of the connection. Units and axes: device pixels, origin at the window's top-left corner, y down.
 // Failure: a picture that is gone paints nothing.
@@ -13,7 +13,7 @@
 
 namespace platform::linux::stream {
 
-// Within the clip of `target`, a picture of a window of this size.
+// Paints within the clip of `target`, a picture of a window of this size.
 void blendBorder(xcb::Connection& connection, xcb_render_picture_t target, std::int32_t width, std::int32_t height,
                  const BorderAppearance& border);
 

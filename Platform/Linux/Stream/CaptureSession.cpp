@@ -15,10 +15,10 @@ namespace {
 // The protocol's coordinates have 16 bits.
 constexpr std::int32_t largestExtent = 32767;
 
-// A client that makes changes faster than they can be taken in must not keep frames from being made.
+// A client whose changes come faster than we can process them must not prevent frames.
 constexpr int mostReadsAtOnce = 10;
 
-// A read that brings fewer events than these has left none behind: it has room for many more.
+// A read that returns fewer events than this has left none behind: there is room for many more.
 constexpr int manyEvents = 32;
 
 constexpr std::chrono::milliseconds longestWaitForAnswer{20};
@@ -132,11 +132,11 @@ std::shared_ptr<const Frame> CaptureSession::compose() {
 }
 
 std::optional<CaptureSession::Clock::time_point> CaptureSession::nextDeadline(Clock::time_point now) const {
-  // Looking for one answer may read another one, which then does not make the descriptor readable again.
+  // Looking for one reply may read another, which then no longer makes the descriptor readable.
   if (compositor_.isExamining()) return now + longestWaitForAnswer;
   const compositor::Compositor::Changes changes = compositor_.changes();
   if (!isWholeWanted_ && changes == compositor::Compositor::Changes::none) return std::nullopt;
-  // Giving a frame back notifies.
+  // Returning a frame notifies.
   if (loan_->isLent()) return std::nullopt;
   if (isWholeWanted_ || changes == compositor::Compositor::Changes::certain) return pace_.due();
   return std::max(pace_.due(), nextExaminationDue_);
@@ -144,14 +144,15 @@ std::optional<CaptureSession::Clock::time_point> CaptureSession::nextDeadline(Cl
 
 void CaptureSession::wait() {
   connection_->flush();
-  // Sending may have read answers and events: they would not make the descriptor readable again.
+  // Sending may have read replies and events, which then no longer make the descriptor readable.
   if (scene_.collectReplies() || compositor_.collectReplies()) return;
   if (const xcb::Event event = connection_->nextQueuedEvent()) return takeIn(*event);
   const Clock::time_point now = Clock::now();
   const auto deadline = nextDeadline(now);
   timespec limit{};
   if (deadline) limit = toTimespec(std::max(*deadline - now, Clock::duration::zero()));
-  // What is to be shown has to wait, and hearing of more would only wake the stream. A negative descriptor is left out.
+  // What there is to show has to wait, and further events would only wake the stream. poll ignores a negative
+  // descriptor.
   const bool isResting = deadline && *deadline <= pace_.due() && !compositor_.isExamining() && !isMoreToTakeIn_;
   std::array<pollfd, 2> descriptors{
       {{isResting ? -1 : connection_->fileDescriptor(), POLLIN, 0}, {wakeup_->descriptor(), POLLIN, 0}}};

@@ -1,8 +1,8 @@
-// A capture that runs: one connection, the scene on it, the compositor, and the pace at which frames are made.
+// A running capture: one connection, the scene on it, the compositor, and the pace of its frames.
 //
 // Threads: everything on one thread, which alternates `nextFrame` and `wait`.
-// Ownership: RAII. The picture lives on as long as a frame of it does.
-// Failure: `open` says in a sentence why it cannot run; a connection that is lost later shows in `isLost`.
+// Ownership: owns all of these. The picture lives on as long as a frame of it does.
+// Failure: `open` says in a sentence why it cannot run; `isLost` says that the connection was lost later.
 #pragma once
 
 #include <chrono>
@@ -33,15 +33,15 @@ class CaptureSession {
   CaptureSession& operator=(const CaptureSession&) = delete;
 
   [[nodiscard]] bool isLost() const { return connection_->isBroken(); }
-  // Takes in what has happened. A frame if there is something new to show, the last frame has been given back, and it
-  // is time. Never blocks. Where the picture is shown already and kept up to date, it paints there, and there is no
+  // Handles what has happened. Returns a frame if there is something new to show, the last frame has been returned, and
+  // it is time. Never blocks. Where the picture is already shown and kept up to date, it paints there and returns no
   // frame.
   [[nodiscard]] std::shared_ptr<const Frame> nextFrame();
-  // What is known of the windows by now is taken in first.
+  // Handles pending news of the windows first.
   void admit(std::span<const xcb_window_t> windows);
   [[nodiscard]] bool isHoldingBack() const { return compositor_.isHoldingBack(); }
   void forgetWallpaper() { compositor_.forgetWallpaper(); }
-  // Until there may be a next frame, the wakeup was notified, or the connection was lost.
+  // Waits until the next frame may be possible, the wakeup is notified, or the connection is lost.
   void wait();
 
  private:
@@ -50,14 +50,14 @@ class CaptureSession {
   CaptureSession(const CaptureStreamSettings& settings, std::shared_ptr<xcb::Connection> connection,
                  std::shared_ptr<FrameLoan> loan, std::shared_ptr<posix::Wakeup> wakeup);
   void takeIn(const xcb_generic_event_t& event);
-  // As much as one read of the connection brings: what it leaves behind keeps the descriptor readable. How many events
-  // that were.
+  // Handles what one read of the connection brings; what is left keeps the descriptor readable. Returns the number of
+  // events.
   int takeInSome();
   // Whether that was all that has arrived.
   bool takeInMost();
-  // When there will be something to do without anything further happening.
+  // When there will be something to do even if nothing further happens.
   [[nodiscard]] std::optional<Clock::time_point> nextDeadline(Clock::time_point now) const;
-  // Whether the picture is kept up to date where it is shown; then it is up to date now.
+  // Whether the picture is kept up to date where it is shown; if so, it is up to date now.
   bool paintLive();
   [[nodiscard]] std::shared_ptr<const Frame> compose();
 

@@ -12,13 +12,13 @@
 
 namespace platform::linux::stream {
 
-// What happens on the stream's thread. `start`, `stop`, `end` and `setOutput` are called by other threads.
+// What happens on the stream's thread. Other threads call `start`, `stop`, `end` and `setOutput`.
 class CaptureStream::Worker {
  public:
   Worker(CaptureStreamSettings settings, std::weak_ptr<StreamDelegate> delegate)
       : settings_(std::move(settings)), delegate_(std::move(delegate)) {}
 
-  // Before the thread runs.
+  // Call it before the thread runs.
   void setOutput(std::weak_ptr<StreamOutput> output, std::shared_ptr<SerialQueue> queue) {
     output_ = std::move(output);
     queue_ = std::move(queue);
@@ -40,7 +40,7 @@ class CaptureStream::Worker {
     bool isHoldingBack = false;
     {
       const std::lock_guard lock(mutex_);
-      // The last word counts: who is not named any more is gone, or is to be left out.
+      // The last call counts: a window that it no longer names is gone, or is to be left out.
       admitted_ = windows;
       isHoldingBack = isHoldingBack_;
     }
@@ -129,7 +129,7 @@ class CaptureStream::Worker {
     if (isBackgroundChanged) session.forgetWallpaper();
   }
 
-  // Says that windows are held back, and whether they may be admitted already.
+  // Notes whether windows are held back, and returns whether they may already be admitted.
   [[nodiscard]] bool mayAdmit(bool isHoldingBack) {
     const std::lock_guard lock(mutex_);
     isHoldingBack_ = isHoldingBack;

@@ -1,10 +1,11 @@
-// A stream of live frames of a part of the screen, on a thread and an X connection of its own.
+// A stream of live frames of a part of the screen, with a thread and an X connection of its own.
 //
 // Threads: as the port says. The thread starts with the capture and ends with the stream. Destroying a stream stops it
-// and waits for the thread, which at that point is at most composing one frame; on the stream's own thread it does not
-// wait. Ownership and failure: as the port says. Frames are of the type `Frame` and outlive the stream. Order: on
-// success the completion of the start is called before the first frame is delivered. Precondition: the screen's windows
-// are redirected by a connection that lives on (`Redirection`).
+// and waits for the thread, which at that point is composing one frame at most. On the stream's own thread it does not
+// wait.
+// Ownership and failure: as the port says. Frames are of the type `Frame` and outlive the stream.
+// Order: on success, the completion of the start is called before the first frame is delivered.
+// Precondition: the screen's windows are redirected by a connection that lives on (`Redirection`).
 #pragma once
 
 #include <memory>
@@ -27,9 +28,9 @@ class CaptureStream final : public platform::CaptureStream {
   void startCapture(Completion completion) override;
   void stopCapture(Completion completion) override;
   void admit(const std::vector<std::uint32_t>& windowIDs) override;
-  // The background of the root window is another one, which nothing announces.
+  // Call it when the root window's background has changed, which no event announces.
   void backgroundChanged();
-  // Ends its thread, whoever still holds the stream: nothing is called back any more once this returns.
+  // Ends the thread, whoever still holds the stream. Nothing is called back once this returns.
   void finish();
 
  private:
@@ -37,7 +38,7 @@ class CaptureStream final : public platform::CaptureStream {
 
   void runWorker();
 
-  // Shared with the thread, which may outlive this object for a moment.
+  // Shared with the thread, which may briefly outlive this object.
   std::shared_ptr<Worker> worker_;
   std::thread thread_;
 };

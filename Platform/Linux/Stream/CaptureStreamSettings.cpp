@@ -8,16 +8,17 @@ namespace platform::linux::stream {
 CaptureStreamSettings captureStreamSettings(const StreamConfiguration& configuration,
                                             const xcb::ScreenGeometry& display) {
   CaptureStreamSettings settings;
-  // Frames show the screen pixel by pixel, so the size in pixels rules and the source only says where.
+  // Frames show the screen pixel for pixel, so the size in pixels decides, and the source only says where.
   settings.source = xcb::capturedPixels(configuration.sourceRect, configuration.width, configuration.height, display);
   const MediaTime interval = configuration.minimumFrameInterval;
   if (interval.value > 0 && interval.timescale > 0) {
     const double seconds = static_cast<double>(interval.value) / interval.timescale;
     settings.minimumFrameInterval = std::chrono::nanoseconds(std::llround(std::min(seconds, 3600.0) * 1e9));
   }
-  // `showsCursor` needs nothing: the server draws the real pointer above every window, so also above the one that shows
-  // the frames. One painted into them would be a second pointer that lags behind. `queueDepth` is an upper limit, and a
-  // stream has one frame under way. `pixelFormat` is that of the root window, whose windows the frames are copied to.
+  // `showsCursor` needs nothing: the server draws the real pointer above every window, including the one that shows the
+  // frames. One painted into the frames would be a second pointer that lags behind. `queueDepth` is an upper limit, and
+  // a stream has one frame out at a time. `pixelFormat` is that of the root window, to whose windows the frames are
+  // copied.
   return settings;
 }
 

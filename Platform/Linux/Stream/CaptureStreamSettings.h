@@ -18,19 +18,19 @@
 namespace platform::linux::stream {
 
 struct CaptureStreamSettings {
-  std::string displayName;  // of the X server; empty: the one that the environment names
+  std::string displayName;  // of the X server; empty: the one named by the environment
   xcb::PixelRect source;    // its size is that of the frames
   std::chrono::nanoseconds minimumFrameInterval{};
   std::vector<xcb_window_t> excludedWindows;  // top-level windows to leave out
-  std::vector<std::uint32_t> ownClients;      // resource bases of our connections: their windows are left out, too
-  // New windows of this area and more, in square pixels, are left out until they are admitted.
+  std::vector<std::uint32_t> ownClients;      // resource bases of our connections: their windows are left out as well
+  // New windows of at least this area, in square pixels, are left out until they are admitted.
   struct HoldBack {
     double fromArea = 0;
     std::vector<xcb_window_t> admitted;
   };
   std::optional<HoldBack> holdBack;
   std::uint64_t serial = 0;                       // larger than that of every earlier stream of this process
-  xcb::Connection::ErrorHandler unexpectedError;  // none: they are logged
+  xcb::Connection::ErrorHandler unexpectedError;  // if empty, errors are logged
 };
 
 // The source and the pace that the configuration asks for on this display.

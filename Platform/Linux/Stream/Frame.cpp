@@ -31,7 +31,7 @@ bool Frame::beginReading(xcb_connection_t* reader) const {
   return true;
 }
 
-// A window may have gone since the frame was planned, and so may the stream: then that step paints nothing.
+// A window, or the stream itself, may have gone since the frame was planned: that step then paints nothing.
 void Frame::paint(xcb_connection_t* reader, xcb_render_picture_t target, std::int32_t x, std::int32_t y) const {
   const auto offset = [](std::int32_t origin, std::int32_t place) { return static_cast<std::int16_t>(origin + place); };
   for (const compositor::PaintStep& step : loan_->steps()) {

@@ -30,7 +30,7 @@ FrameLoan::FrameLoan(std::shared_ptr<xcb::Connection> connection, std::int32_t w
       changed_(*connection_) {}
 
 FrameLoan::~FrameLoan() {
-  // What the last reader sent names pictures that go with the connection.
+  // The last reader's requests name pictures that go with the connection.
   if (state_ != State::read || connection_->isBroken()) return;
   awaitRead();
   connection_->synchronize(longestWaitForServer);
@@ -41,7 +41,7 @@ void FrameLoan::createFences() {
   consumed_ = connection_->newId();
   xcb_sync_create_fence(connection_->get(), connection_->root(), composed_, 0);
   xcb_sync_create_fence(connection_->get(), connection_->root(), consumed_, 0);
-  // A reader may name them at once, on a connection that the server gets to first: they must be there by then.
+  // A reader may name them at once, on a connection that the server reaches first: they must exist by then.
   connection_->synchronize(longestWaitForServer);
 }
 
@@ -66,7 +66,7 @@ bool FrameLoan::takeWholeRequest() {
   return std::exchange(isWholeRequested_, false);
 }
 
-// The lock is held while the requests are sent: whoever ends this must find them on their way.
+// The lock is held while the requests are sent, so that whoever ends this finds them on their way.
 bool FrameLoan::paintLive(const std::function<void(const LiveTarget&)>& paint) {
   const std::lock_guard lock(mutex_);
   if (!target_) return false;
@@ -91,7 +91,7 @@ FrameLoan::Reading FrameLoan::reclaim() {
     return Reading::done;
   }
   if (outcome == State::dropped) {
-    // Whether the reader waits for a fence is not known. A fence that goes lets go of all who wait for it.
+    // We cannot know whether the reader waits for a fence. Destroying a fence releases everybody who waits for it.
     destroyFences();
     createFences();
   }
@@ -110,11 +110,11 @@ std::shared_ptr<const Frame> FrameLoan::lend(std::vector<compositor::PaintStep> 
   return std::make_shared<const Frame>(shared_from_this(), isWhole);
 }
 
-// The stream may have gone, and its fences with it, only if the server has: errors mean nothing to the reader.
+// The stream and its fences can be gone only if the server is: errors mean nothing to the reader.
 void FrameLoan::awaitComposed(xcb_connection_t* reader) const {
   xcb_discard_reply(reader, xcb_sync_await_fence_checked(reader, 1, &composed_).sequence);
-  // Each side resets the fence that it waits for. Were it reset by the other side, whose requests the server may get to
-  // later, a reader could find the fence as the frame before left it, and copy that one again.
+  // Each side resets the fence that it waits for. If the other side did, whose requests the server may reach later, a
+  // reader could find the fence as the previous frame left it, and copy that frame again.
   xcb_discard_reply(reader, xcb_sync_reset_fence_checked(reader, composed_).sequence);
 }
 
@@ -138,7 +138,7 @@ void FrameLoan::endLive(xcb_connection_t* reader) {
   awaitComposed(reader);
   triggerConsumed(reader);
   state_ = State::read;
-  // Sending may have read what the stream waits for: that does not make its descriptor readable again.
+  // Sending may have read what the stream waits for, which then no longer makes its descriptor readable.
   wakeup_->notify();
 }
 

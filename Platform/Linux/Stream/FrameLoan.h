@@ -1,11 +1,11 @@
 // What a stream lends to one frame at a time: a region in the X server that says what has changed, the steps that paint
 // it, and the fences that keep stream and reader in order.
 //
-// Threads: the stream's thread plans, lends and reclaims; the frame that has the loan may live on another thread. Only
-// the state of the loan is shared, under a lock.
+// Threads: the stream's thread plans, lends and reclaims; the frame that has the loan may live on another thread. They
+// share only the state of the loan, under a lock.
 // Units and axes: device pixels, origin at the picture's top-left corner.
-// Ownership: shared by the stream and its frames; it keeps the connection, and so what the steps name, alive.
-// Destroying it waits for the server, a second at most, if a reader's last requests may still be on their way there.
+// Ownership: shared by the stream and its frames. It keeps the connection alive, and with it what the steps name.
+// Destroying it waits for the server, at most a second, if a reader's last requests may still be on their way there.
 // Failure: none of its own.
 #pragma once
 
@@ -31,7 +31,7 @@ class Frame;
 
 class FrameLoan : public std::enable_shared_from_this<FrameLoan> {
  public:
-  // `wakeup` is notified when a loan ends that somebody has asked about, and when a whole frame is asked for.
+  // `wakeup` is notified when a loan ends that somebody has asked about, and when a whole frame is requested.
   static std::shared_ptr<FrameLoan> make(std::shared_ptr<xcb::Connection> connection, std::int32_t width,
                                          std::int32_t height, std::uint64_t streamSerial,
                                          std::shared_ptr<posix::Wakeup> wakeup);
@@ -47,37 +47,38 @@ class FrameLoan : public std::enable_shared_from_this<FrameLoan> {
 
   // The stream's side.
   [[nodiscard]] xcb::Region& changed() { return changed_; }
-  // If so, the end of the loan is notified.
+  // If so, the end of the loan will be notified.
   [[nodiscard]] bool isLent();
-  // Once for each time that frames asked for a whole one.
+  // True once for each time that a frame requested a whole one.
   [[nodiscard]] bool takeWholeRequest();
   enum class Reading : std::uint8_t {
     done,
-    missed,  // what the last frame held is still to be seen: all of `changed`
-    never,   // nobody has read a frame of this stream: all of the picture is still to be seen
+    missed,  // what the last frame held still has to be shown: all of `changed`
+    never,   // nobody has read a frame of this stream: the whole picture still has to be shown
   };
-  // Whether there is a target that is to be kept up to date: then calls this, behind all that the last reader sent, and
-  // sends off what it asks of the server.
+  // If there is a target to keep up to date, returns true after calling `paint`, whose requests follow all that the
+  // last reader sent, and flushing.
   bool paintLive(const std::function<void(const LiveTarget&)>& paint);
-  // Before planning, while nothing is lent: puts what follows behind all that the last reader sent. Says what has
-  // become of the last frame.
+  // Before planning, while nothing is lent: orders what follows after all that the last reader sent, and says what
+  // became of the last frame.
   Reading reclaim();
   // After planning: `changed` is what the steps paint.
   [[nodiscard]] std::shared_ptr<const Frame> lend(std::vector<compositor::PaintStep> steps, bool isWhole);
 
-  // The stream makes no more frames, and paints nothing more. Whoever it took the window from is asked for the picture.
+  // The stream makes no more frames and paints nothing more. The stream that it took the window from is asked for the
+  // picture.
   void endStream();
 
   // The side of the frame that has the loan.
   void awaitComposed(xcb_connection_t* reader) const;
   void finishReading(xcb_connection_t* reader, const std::optional<LiveTarget>& target);
   void drop();
-  // Of the stream that this one took the window from, and so on, where this one has ended.
+  // If this stream has ended, asks the one that it took the window from, and so on.
   void requestWhole();
   [[nodiscard]] bool hasEnded();
-  // Where a frame of the other stream, an older one, was shown, one of this stream is shown now.
+  // A frame of this stream is now shown where a frame of the other, older stream was.
   void tookOverFrom(const std::shared_ptr<FrameLoan>& older);
-  // The side of any frame: no target any more. What the reader sends next comes after what was painted there.
+  // The side of any frame: gives up the target. The reader's next requests follow what was painted there.
   void endLive(xcb_connection_t* reader);
 
  private:

@@ -1,12 +1,12 @@
-// When a stream may make its frames: one in an interval, counted over time, with one in reserve after a rest, and never
-// more in a second than intervals fit into it.
+// When a stream may make its frames: one per interval on average, with one in reserve after a rest, and never more in a
+// second than intervals fit into it.
 //
-// So the first change after a rest is shown at once, and so is a second one, for many things change in two steps. And
-// what changes nearly as often as frames may be made is shown as it comes. Were each frame kept at its distance from
-// the last one, many of those changes would come a moment too early, and wake the stream twice.
+// So the first change after a rest is shown at once, and so is a second one, since many things change in two steps.
+// Changes nearly as frequent as frames are shown as they come. With a fixed gap between frames, many of them would come
+// a moment too early and wake the stream twice.
 //
-// No second has more than thirty frames where the interval is a thirtieth of one: each frame comes a second or more
-// after the thirtieth before it, so thirty-one never fit into less. The reserve alone would allow one more.
+// With an interval of a thirtieth of a second, no second has more than thirty frames: each frame comes at least a
+// second after the thirtieth before it, so thirty-one never fit. The reserve alone would allow one more.
 //
 // Threads: any one.
 #pragma once
@@ -29,7 +29,7 @@ class FramePace {
   [[nodiscard]] Clock::time_point due() const {
     return latest_.empty() ? due_ : std::max(due_, latest_[oldest_] + std::chrono::seconds(1));
   }
-  // Not before it was due.
+  // Not before the frame was due.
   void madeFrame(Clock::time_point now) {
     due_ = std::clamp(due() + interval_, now, now + interval_);
     if (latest_.empty()) return;
@@ -45,7 +45,7 @@ class FramePace {
 
   Clock::duration interval_;
   Clock::time_point due_;
-  // When as many frames were made as a second may have, the oldest of them at `oldest_`.
+  // The last frames, once there are as many as a second may have; the oldest is at `oldest_`.
   std::vector<Clock::time_point> latest_;
   std::size_t oldest_ = 0;
 };

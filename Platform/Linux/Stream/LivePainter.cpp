@@ -6,7 +6,7 @@ namespace platform::linux::stream {
 
 namespace {
 
-// Of the picture, what the border leaves free.
+// The part of the picture that the border leaves free.
 xcb::PixelRect withoutBorder(const LiveTarget& target) {
   const std::int32_t line = target.border ? target.border->width : 0;
   return {line - target.x, line - target.y, target.windowWidth - 2 * line, target.windowHeight - 2 * line};
@@ -26,7 +26,7 @@ void LivePainter::paint(compositor::Compositor& compositor, const LiveTarget& ta
   const xcb::PixelRect clear = withoutBorder(target);
   const xcb::PixelRect painted = compositor.paintTo({picture_, target.x, target.y, clear}, changed);
   if (!target.border || intersection(painted, clear) == painted) return;
-  // It is translucent, so it is blended again just where the picture below it was renewed.
+  // The border is translucent, so it is blended again exactly where the picture below it was renewed.
   connection_.ignoreErrors(xcb_xfixes_set_picture_clip_region(
       c, picture_, changed.id(), static_cast<std::int16_t>(target.x), static_cast<std::int16_t>(target.y)));
   blendBorder(connection_, picture_, target.windowWidth, target.windowHeight, *target.border);

@@ -1,8 +1,8 @@
-// Keeps a stream's picture up to date in the window that shows it: on the stream's own thread and connection, so that a
+// Keeps a stream's picture up to date in the window that shows it, on the stream's own thread and connection, so that a
 // change wakes nobody else.
 //
-// Threads: that of the connection. Ownership: the connection outlives it; the window is somebody else's.
-// Failure: a window that is gone shows nothing, and that is all.
+// Threads: that of the connection. Ownership: the connection must outlive it; the window is somebody else's. Failure:
+// nothing is shown in a window that is gone.
 #pragma once
 
 #include <xcb/render.h>
@@ -21,7 +21,7 @@ class LivePainter {
   LivePainter(const LivePainter&) = delete;
   LivePainter& operator=(const LivePainter&) = delete;
 
-  // Paints what has changed. `changed` means nothing afterwards.
+  // Paints what has changed. Leaves `changed` with arbitrary content.
   void paint(compositor::Compositor& compositor, const LiveTarget& target, xcb::Region& changed);
 
  private:

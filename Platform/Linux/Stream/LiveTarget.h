@@ -1,6 +1,6 @@
-// Where a stream's picture is shown, for the stream to keep it up to date there by itself.
+// Where a stream's picture is shown, so that the stream can keep it up to date there by itself.
 //
-// Units and axes: device pixels of the window; (x, y) is where the picture's top-left corner lies.
+// Units and axes: device pixels of the window; (x, y) is the picture's top-left corner.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -18,7 +18,7 @@ struct LiveTarget {
   std::int32_t y = 0;
   std::int32_t windowWidth = 0;
   std::int32_t windowHeight = 0;
-  std::optional<BorderAppearance> border;  // goes over the picture
+  std::optional<BorderAppearance> border;  // over the picture
 };
 
 }  // namespace platform::linux::stream
