@@ -46,7 +46,7 @@ std::optional<HotKeyReference> HotKeys::registerHotKey(std::uint32_t keyCode, st
     return std::nullopt;
   }
   const Binding binding{keyCode, modifiers, id, *key, stateFor(modifiers, modifiers_), true, std::nullopt};
-  // The server lets one client grab a combination twice; releasing one of the two would then release both.
+  // The server lets one client grab a combination twice; releasing one of the two grabs would then release both.
   const bool isTaken = std::ranges::any_of(bindings_ | std::views::values, [&](const Binding& other) {
     return other.key == binding.key && other.state == binding.state;
   });
@@ -101,7 +101,7 @@ bool HotKeys::grab(const Binding& binding) {
   }
   bool hasAll = true;
   for (const auto& [state, cookie] : requests) {
-    // BadAccess is expected: another client has this variant.
+    // BadAccess is expected: another client holds this variant.
     const xcb::Reply<xcb_generic_error_t> error(xcb_request_check(connection_.get(), cookie));
     hasAll = hasAll && !error;
   }
@@ -109,7 +109,7 @@ bool HotKeys::grab(const Binding& binding) {
   return hasAll && !connection_.isBroken();
 }
 
-// Releasing what is not held is no error, and never touches another client's grab.
+// Releasing a key that is not held is no error, and never touches another client's grab.
 void HotKeys::ungrab(const Binding& binding) {
   for (const std::uint16_t state : withEveryLock(binding.state, modifiers_)) {
     xcb_ungrab_key(connection_.get(), binding.key, connection_.root(), state);
@@ -132,7 +132,7 @@ void HotKeys::keyPressed(const xcb_key_press_event_t& event) {
   }
 }
 
-// The modifiers may have been let go first, so the key alone counts.
+// The modifiers may be released first, so the key alone counts.
 void HotKeys::keyReleased(const xcb_key_release_event_t& event) {
   for (Binding& binding : bindings_ | std::views::values) {
     if (binding.key == event.detail) binding.releasedAt = event.time;
@@ -155,8 +155,8 @@ void HotKeys::keyboardChanged() {
   }
 }
 
-// The last handler first, until one has handled the press. A handler may unregister and remove whatever it likes, so
-// nothing of this object is held across the call.
+// The last handler first, until one has handled the press. A handler may unregister and remove anything, so nothing of
+// this object is held across the call.
 void HotKeys::dispatch(HotKeyID id) {
   const Press press(id);
   std::vector<HotKeyHandlerReference> references;

@@ -1,9 +1,9 @@
 // System-wide hot keys: passive grabs on the root window.
 //
 // Threads: main thread only, on the connection given at construction, whose events the owner passes to `handle`.
-// Lifetime: the connection outlives the object; what is still registered is given back at the end.
-// Failure: a combination that another program holds gives no reference, and a line in `failures`. Registering waits for
-// the server's answer (one round trip); dispatching does not.
+// Lifetime: the connection must outlive the object, whose destructor releases all keys still registered.
+// Failure: a combination that another program holds gives no reference, and an entry in `failures`. Registering waits
+// for the server's reply (one round trip); dispatching does not.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -21,8 +21,8 @@
 namespace platform::linux::input {
 
 struct HotKeyFailure {
-  std::uint32_t keyCode = 0;    // as it was asked for
-  std::uint32_t modifiers = 0;  // as it was asked for
+  std::uint32_t keyCode = 0;    // as requested
+  std::uint32_t modifiers = 0;  // as requested
   HotKeyID id;
   std::string reason;  // a sentence
 };
@@ -38,13 +38,13 @@ class HotKeys final : public platform::HotKeys {
   void removeHandler(HotKeyHandlerReference handler) override;
   std::optional<HotKeyReference> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) override;
   void unregisterHotKey(HotKeyReference reference) override;
-  // Not when another program had it first as the keyboard's modifiers changed.
+  // False if another program took the key first when the keyboard's modifiers changed.
   [[nodiscard]] bool isHeld(HotKeyReference reference) const override;
 
-  // Takes any event of the connection; those that are none of its own are ignored.
+  // Accepts any event of the connection and ignores those of others.
   void handle(const xcb_generic_event_t& event);
 
-  // One for each combination that could not be had, in the order in which they were asked for.
+  // One for each combination that could not be had, in the order of the requests.
   [[nodiscard]] const std::vector<HotKeyFailure>& failures() const { return failures_; }
 
  private:
@@ -53,9 +53,9 @@ class HotKeys final : public platform::HotKeys {
     std::uint32_t modifiers;
     HotKeyID id;
     xcb_keycode_t key;
-    std::uint16_t state;  // without any lock
+    std::uint16_t state;  // without any lock bit
     bool isHeld;
-    // The time of the last release: a held key repeats as releases and presses of one time.
+    // The time of the last release: a held key repeats as releases and presses with the same time.
     std::optional<xcb_timestamp_t> releasedAt;
   };
   struct Handler {

@@ -1,7 +1,7 @@
-// Key positions: from the virtual key codes that the bindings state to the key codes of an X server.
+// Key positions: from the virtual key codes of the bindings to the key codes of an X server.
 //
 // Both number physical positions, whatever is printed on the keys and whatever the layout makes of them, so the table
-// holds for every keyboard. The X server's codes are those of the kernel's input devices, shifted by eight.
+// holds for every keyboard. The X server's codes are those of the kernel's input devices plus eight.
 // Threads: pure function.
 #pragma once
 

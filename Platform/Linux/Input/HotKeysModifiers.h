@@ -1,8 +1,9 @@
 // Which bits of a key event's state stand for which modifier on this keyboard.
 //
 // Shift, Lock and Control have bits of their own; Alt, Super and the other locks share the five bits that the
-// keyboard's modifier map hands out. Threads: one at a time. `readModifiers` waits for the server's answer (one round
-// trip). Failure: what the keyboard does not say, or a lost connection, leaves the usual assignment.
+// keyboard's modifier map assigns.
+// Threads: one at a time. `readModifiers` waits for the server's reply (one round trip).
+// Failure: what the keyboard does not say, or a lost connection, leaves the usual assignment.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -26,7 +27,7 @@ struct Modifiers {
   friend bool operator==(const Modifiers&, const Modifiers&) = default;
 };
 
-// The keyboard's tables as the server hands them out.
+// The keyboard's tables as the server returns them.
 struct KeyboardTables {
   std::uint8_t keysPerModifier = 0;
   std::vector<xcb_keycode_t> modifierKeys;  // eight rows: Shift, Lock, Control, Mod1 to Mod5
@@ -38,10 +39,10 @@ struct KeyboardTables {
 [[nodiscard]] Modifiers modifiersOf(const KeyboardTables& tables);
 [[nodiscard]] Modifiers readModifiers(xcb_connection_t* connection);
 
-// The state bits of a combination that is stated with the bindings' modifier mask (Platform/HotKeys.h).
+// The state bits of a combination given with the bindings' modifier mask (Platform/HotKeys.h).
 [[nodiscard]] std::uint16_t stateFor(std::uint32_t hotKeyModifiers, const Modifiers& modifiers);
 
-// Every combination of the lock bits, the empty one included, that adds to this state.
+// This state with every combination of the lock bits, including none.
 [[nodiscard]] std::vector<std::uint16_t> withEveryLock(std::uint16_t state, const Modifiers& modifiers);
 
 }  // namespace platform::linux::input

@@ -18,7 +18,7 @@ EventMonitor KeyMonitors::add(std::function<bool(const KeyEvent&)> handler) {
 void KeyMonitors::remove(EventMonitor monitor) { handlers_.erase(std::to_underlying(monitor)); }
 
 bool KeyMonitors::eventFilter(QObject* watched, QEvent* event) {
-  // Qt hands a key to the window first and then to the widget that has the focus in it; once is enough.
+  // Qt delivers a key to the window first and then to its focused widget; once is enough.
   if (event->type() != QEvent::KeyPress || !watched->isWindowType()) return false;
   const KeyEvent key = toKeyEvent(*static_cast<QKeyEvent*>(event));
   const auto handlers = handlers_;

@@ -17,9 +17,9 @@ class KeyMonitors : private QObject {
  public:
   KeyMonitors();
 
-  // True from the handler swallows the key. A handler may remove monitors, its own included.
+  // If the handler returns true, the key goes no further. A handler may remove monitors, its own included.
   EventMonitor add(std::function<bool(const KeyEvent&)> handler);
-  // Harmless for one that was removed before.
+  // Harmless if it was removed before.
   void remove(EventMonitor monitor);
 
  private:
@@ -29,8 +29,8 @@ class KeyMonitors : private QObject {
   std::uint64_t last_ = 0;
 };
 
-// The key as a virtual key code of the ANSI layout: by what it means for Escape, by its position for all others.
-// A key that this layout does not have gives 0xFFFF.
+// The key as a virtual key code of the ANSI layout: Escape by its meaning, all others by position. A key that this
+// layout lacks gives 0xFFFF.
 [[nodiscard]] KeyEvent toKeyEvent(const QKeyEvent& event);
 
 }  // namespace platform::linux::input

@@ -11,7 +11,7 @@ class FocusLoan {
   ~FocusLoan() {
     if (!isRealWindow(before_) || isRealWindow(current())) return;
     xcb_connection_t* connection = toolkit::qtConnection();
-    // The window may have gone meanwhile: the error is expected, and asked for so that nobody logs it.
+    // The window may have gone meanwhile: the error is expected, and collected so that nobody logs it.
     const auto cookie =
         xcb_set_input_focus_checked(connection, XCB_INPUT_FOCUS_POINTER_ROOT, before_, XCB_CURRENT_TIME);
     const std::unique_ptr<xcb_generic_error_t, xcb::FreeDeleter> ignored(xcb_request_check(connection, cookie));
@@ -26,7 +26,7 @@ class FocusLoan {
     const auto reply = xcb::awaitReply(connection, xcb_get_input_focus_reply, xcb_get_input_focus(connection));
     return reply ? reply->focus : xcb_window_t{XCB_NONE};
   }
-  // Apart from nobody and whatever is under the pointer; the root is where the focus falls when its window goes.
+  // Neither nobody nor whatever is under the pointer; and not the root, to which the focus falls when its window goes.
   [[nodiscard]] static bool isRealWindow(xcb_window_t window) {
     return window != XCB_NONE && window != XCB_INPUT_FOCUS_POINTER_ROOT &&
            window != toolkit::rootWindow(toolkit::qtConnection());
@@ -47,8 +47,8 @@ void KeyboardFocus::give(QWidget& window) {
     window.activateWindow();
     return;
   }
-  // The server has mapped the window by the time that it reads this, as no window manager stands in between. Qt would
-  // wait for the map's event, and then the window mapped last would win, not the one asked for last.
+  // No window manager stands in between, so the server has mapped the window by the time it reads this. Qt would wait
+  // for the map's event, and then the window mapped last would win, not the one requested last.
   xcb_set_input_focus(connection, XCB_INPUT_FOCUS_PARENT, static_cast<xcb_window_t>(window.winId()), XCB_CURRENT_TIME);
   xcb_flush(connection);
 }

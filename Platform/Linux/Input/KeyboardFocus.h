@@ -1,6 +1,6 @@
-// The keyboard for windows that no window manager manages.
+// The keyboard focus for windows that no window manager manages.
 //
-// Nobody gives such windows the focus, and nobody gives it back to the program that had it: both are done here.
+// Nobody gives such windows the focus, and nobody returns it to the program that had it: this does both.
 // Threads: main thread only.
 #pragma once
 
@@ -9,7 +9,7 @@
 
 namespace platform::linux::input {
 
-// While a loan is held, the focus may be moved among our windows. When the last holder lets go, with its window already
+// While a loan is held, the focus may move among our windows. When the last holder releases it, with its window already
 // off the screen, the focus returns to where it was, unless it has moved elsewhere by itself.
 class FocusLoan;
 

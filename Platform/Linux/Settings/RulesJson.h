@@ -17,7 +17,7 @@ class RulesJson final : public RulesFile {
   explicit RulesJson(std::string path) : path_(std::move(path)) {}
 
   [[nodiscard]] std::string path() const override { return path_; }
-  // Reads the file only when it is another one, or another version, than the last time.
+  // Reads the file only if it, or its version, is not the one read last.
   std::expected<std::optional<RulesFileEntries>, Error> read() override;
 
  private:

@@ -29,11 +29,11 @@ std::optional<QJsonObject> parse(const std::string& bytes) {
   return document.object();
 }
 
-// Never over something that is there. Zero, or the error number.
+// Never replaces anything. Returns zero or the error number.
 int renameToUnusedName(const std::string& from, const std::string& to) {
   if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
   if (errno != EINVAL && errno != ENOSYS) return errno;
-  // The file system has no such operation; a hard link never replaces anything either.
+  // The file system lacks this operation; a hard link never replaces anything either.
   if (::link(from.c_str(), to.c_str()) != 0) return errno;
   return ::unlink(from.c_str()) == 0 ? 0 : errno;
 }
@@ -123,7 +123,7 @@ std::optional<std::string> settingsFault(const std::string& path) {
   if (!bytes && bytes.error() != ENOENT)
     return posix::systemError("Could not read", target, bytes.error()).localizedDescription;
   if (bytes && !parse(*bytes)) return target + " is damaged: it is not one JSON object.";
-  // It is replaced as a whole, so it is the directory that counts; one that is not there yet will be made.
+  // The file is replaced as a whole, so the directory counts; a missing one will be created.
   auto directory = std::filesystem::path(target).parent_path();
   while (!directory.empty() && !std::filesystem::exists(directory) && directory != directory.parent_path()) {
     directory = directory.parent_path();

@@ -1,9 +1,9 @@
 // The settings as one JSON object in a file of the user's.
 //
 // Threads: main thread only.
-// Failure: a file that cannot be understood is moved aside and nothing in it is lost; one that cannot be read, or that
-// is no regular file, is left alone. Where settings cannot be saved they still hold for this process. Each of these is
-// told once, in one line on standard error.
+// Failure: a file that cannot be understood is moved aside, and nothing in it is lost. One that cannot be read, or is
+// no regular file, is left alone. Settings that cannot be saved still hold for this process. Each failure is reported
+// once, in one line on standard error.
 #pragma once
 
 #include <QJsonObject>
@@ -22,7 +22,7 @@ class SettingsFile : public Settings {
   explicit SettingsFile(std::string path);
 
   [[nodiscard]] std::optional<SettingValue> object(const std::string& key) const override;
-  // On the disk when it returns.
+  // The value is on disk when this returns.
   void set(const std::string& key, SettingValue value) override;
 
  private:
@@ -32,16 +32,16 @@ class SettingsFile : public Settings {
   void reportOnce(const std::string& reason);
 
   std::string path_;
-  QJsonObject values_;  // with everything that was in the file, known or not
+  QJsonObject values_;  // everything in the file, known or not
   bool mayReplaceFile_ = true;
   bool reported_ = false;
 };
 
-// What keeps the settings in this file from being read or kept, without touching it: a sentence; nothing when all is
-// well, also when the file is not there yet.
+// Why the settings in this file cannot be read or kept, as a sentence; nothing when all is well, even if the file does
+// not exist yet. Does not touch the file.
 [[nodiscard]] std::optional<std::string> settingsFault(const std::string& path);
 
-// What is stored in this file under these keys, without touching it.
+// What is stored in this file under these keys. Does not touch the file.
 [[nodiscard]] std::map<std::string, SettingValue> storedSettings(const std::string& path,
                                                                  const std::vector<std::string>& keys);
 

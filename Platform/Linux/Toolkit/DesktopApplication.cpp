@@ -12,14 +12,14 @@ namespace platform::linux::toolkit {
 
 namespace {
 
-// Under a Wayland session with an X server beside it, the X server is the one that this adapter talks to.
+// In a Wayland session with an X server beside it, this adapter talks to the X server.
 void preferX11() {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY"))
     qputenv("QT_QPA_PLATFORM", "xcb");
 }
 
-// Others may wish the program to end, such as a session manager. Qt would close all windows first: an alert would take
-// that for an answer.
+// Others, such as a session manager, may ask the program to end. Qt would close all windows first, and an alert would
+// take that for an answer.
 class EndOnWish : public QObject {
  public:
   using QObject::QObject;

@@ -1,7 +1,7 @@
 // The application object: Qt's, as an accessory that lives in the tray and owns no main window.
 //
-// Threads: main thread only; make it before anything else of Qt, and destroy it after.
-// SIGTERM, SIGINT and SIGHUP end `run` as `terminate` does.
+// Threads: main thread only. Create it before anything else of Qt, and destroy it last. SIGTERM, SIGINT and SIGHUP end
+// `run` as `terminate` does.
 #pragma once
 
 #include <QApplication>
@@ -21,7 +21,7 @@ class DesktopApplication : public Application {
   explicit DesktopApplication(std::span<char* const> arguments);
 
   void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override { delegate_ = std::move(delegate); }
-  // Only its dialogs ever show. As an accessory's they are on no task list, from the next that opens on.
+  // It only shows dialogs. Those of an accessory are on no task list, starting with the next one that opens.
   void setActivationPolicy(ActivationPolicy policy) override;
   void run() override;
   // Brings its dialogs to the front. Windows that open later come to the front by themselves.

@@ -20,7 +20,7 @@ std::vector<QScreen*> screensInOrder() {
   return screens;
 }
 
-// Qt rounds a screen's size to whole points. The server's own list gives back the pixels lost, and tells a screen from
+// Qt rounds a screen's size to whole points. The server's own list restores the lost pixels, and tells a screen from
 // the placeholder that Qt keeps when there is none.
 std::optional<xcb::PixelRect> exactPixels(const QScreen& screen,
                                           const std::optional<std::vector<xcb::PixelRect>>& monitors) {
@@ -114,7 +114,7 @@ std::optional<Screen> DesktopScreens::main() const {
   return screens.front();
 }
 
-// From the server, in pixels: Qt rounds to whole points, and so beyond the edges of a scaled screen.
+// From the server, in pixels: Qt rounds to whole points, and thus beyond the edges of a scaled screen.
 Point DesktopScreens::mouseLocation() const {
   xcb_connection_t* server = qtConnection();
   if (server == nullptr) return {};
@@ -140,7 +140,7 @@ void DesktopScreens::scheduleCheck() {
 
 void DesktopScreens::check() {
   checkIsScheduled_ = false;
-  // The server may have gone on since the last signal.
+  // The server may have moved on since the last signal.
   layout_.reset();
   std::vector<Screen> now = all();
   if (now == lastSeen_) return;

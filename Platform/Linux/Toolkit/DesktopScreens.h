@@ -1,7 +1,7 @@
 // The screens as Qt knows them, with their exact sizes in pixels from the X server.
 //
-// The desktop's order is Qt's: the primary screen first. X11 has no notion of a screen with the keyboard focus, so the
-// primary screen is the main one.
+// The order is Qt's, with the primary screen first. X11 knows no screen with the keyboard focus, so the primary screen
+// counts as the main one.
 // Threads: main thread only; observers are called there, from the event loop.
 #pragma once
 
@@ -27,14 +27,15 @@ class DesktopScreens : public Screens {
   [[nodiscard]] std::optional<Screen> main() const override;
   // The middle of its pixel, so that it lies on the screen that shows it.
   [[nodiscard]] Point mouseLocation() const override;
-  // The observers are called once when the list of screens differs from what they last saw, however many signals the
-  // change takes.
+  // Calls the observers once when the list of screens differs from what they last saw, however many signals the change
+  // takes.
   void observeChanges(std::function<void()> observer) override;
 
-  // In the order of `all`, for those who work in pixels.
+  // In the order of `all`, for callers that work in pixels.
   [[nodiscard]] std::vector<xcb::ScreenGeometry> geometries() const;
 
-  // The server announced a change. Qt passes on most of them, but not that the last screen goes or comes back.
+  // Call it when the server announces a change. Qt passes on most of them, but not that the last screen goes or comes
+  // back.
   void serverChanged() { scheduleCheck(); }
 
  private:
@@ -50,13 +51,13 @@ class DesktopScreens : public Screens {
 
   QObject context_;
   std::vector<std::function<void()>> observers_;
-  // Asking the server takes round trips, and the answer holds until Qt signals a change.
+  // Asking the server takes round trips, and the reply holds until Qt signals a change.
   mutable std::optional<Layout> layout_;
   std::vector<Screen> lastSeen_;
   bool checkIsScheduled_ = false;
 };
 
-// A number other than zero for each screen name; the same name gets the same number as long as no two names collide.
+// A non-zero number for each screen name; the same name gets the same number as long as no two names collide.
 [[nodiscard]] std::vector<std::uint32_t> displayIdentifiers(std::span<const std::string> names);
 
 }  // namespace platform::linux::toolkit

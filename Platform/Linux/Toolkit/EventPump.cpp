@@ -11,11 +11,11 @@ namespace {
 
 [[noreturn]] void endAsLost() {
   std::cerr << "quillfade: " << xcb::connectionLostSentence << std::endl;
-  // Without destructors: they would talk to the server that is gone.
+  // Without destructors: they would talk to the lost server.
   std::_Exit(EXIT_FAILURE);
 }
 
-// Qt watches its own connection, and on losing it warns and calls exit. Whoever notices first, the end is the same.
+// Qt watches its own connection; on losing it, Qt warns and calls exit. The outcome is the same, whoever notices first.
 void endWhenQtLosesItsConnection() {
   static const QtMessageHandler otherwise = qInstallMessageHandler(nullptr);
   qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& context, const QString& message) {

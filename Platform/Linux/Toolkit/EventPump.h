@@ -1,9 +1,8 @@
 // Feeds the events of an X connection to their handlers from Qt's event loop.
 //
-// Threads: main thread only.
-// Ownership: keeps a reference to the connection, which must outlive it.
-// Failure: when the connection is lost, the process has nothing left to show or to cover: it says so on standard error
-// and ends at once with status 1.
+// Threads: main thread only. Ownership: keeps a reference to the connection, which must outlive it.
+// Failure: without the connection the process can neither show nor cover anything, so it says so on standard error and
+// ends at once with status 1.
 #pragma once
 
 #include <xcb/xcb.h>

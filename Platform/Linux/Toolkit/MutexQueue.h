@@ -1,7 +1,7 @@
-// A serial queue without a thread of its own: a job runs at once on the thread that hands it over.
+// A serial queue without a thread of its own: a job runs at once on the thread that posts it.
 //
-// The threads that hand jobs over belong to this adapter and have nothing better to do, so a frame reaches the
-// application without a switch of threads. Jobs of one queue never overlap; a job must not hand one to its own queue.
+// The posting threads belong to this adapter and have nothing better to do, so a frame reaches the application without
+// a thread switch. Jobs of one queue never overlap; a job must not post to its own queue.
 // Threads: any but the main thread, which must never wait for a frame; a call there ends the process.
 #pragma once
 

@@ -10,7 +10,7 @@ namespace platform::linux::toolkit {
 
 namespace {
 
-// A window that is not mapped yet states its wishes in the property itself. Qt adds its own to what it finds there.
+// A window that is not mapped yet states its wishes in the property itself. Qt adds its own to those it finds there.
 void requestNoEntry(xcb_connection_t* connection, xcb_window_t window) {
   const std::array states{atomNamed(connection, "_NET_WM_STATE_SKIP_TASKBAR"),
                           atomNamed(connection, "_NET_WM_STATE_SKIP_PAGER")};
@@ -23,7 +23,7 @@ void requestNoEntry(xcb_connection_t* connection, xcb_window_t window) {
 OffTaskLists::OffTaskLists() { QCoreApplication::instance()->installEventFilter(this); }
 
 bool OffTaskLists::eventFilter(QObject* watched, QEvent* event) {
-  // A spontaneous one is the window manager's, of a window that is mapped.
+  // A spontaneous show event comes from the window manager, for a window that is already mapped.
   if (event->type() != QEvent::Show || event->spontaneous()) return false;
   const auto* widget = qobject_cast<QWidget*>(watched);
   xcb_connection_t* connection = qtConnection();

@@ -1,6 +1,6 @@
 // Keeps the application's windows off task bars, pagers and window switchers.
 //
-// Threads: main thread only. Lifetime: windows that are shown while it lives stay off for as long as they are shown.
+// Threads: main thread only. Lifetime: windows shown while this object lives stay off them as long as they are shown.
 #pragma once
 
 #include <QEvent>
@@ -8,7 +8,7 @@
 
 namespace platform::linux::toolkit {
 
-// Of a window that stands above all others. It cannot be minimised, since no task list would lead back to it.
+// For a window above all others. It cannot be minimised, since no task list would lead back to it.
 inline constexpr Qt::WindowFlags dialogFlags =
     Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint;
 

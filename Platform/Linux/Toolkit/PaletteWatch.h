@@ -1,4 +1,4 @@
-// Tells when the desktop's light or dark look changed.
+// Reports when the desktop switches between light and dark.
 //
 // Threads: main thread only. Lifetime: nothing is called once the watch is gone.
 #pragma once

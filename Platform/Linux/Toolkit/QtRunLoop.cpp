@@ -30,7 +30,8 @@ class TimerHandle : public DelayedTask, public Timer {
   void invalidate() override { end(); }
 
  private:
-  // May be called from inside the timer's own job, so the timer goes later; the job goes as soon as it has returned.
+  // May be called from inside the timer's own job, so the timer is deleted later, and the job as soon as it has
+  // returned.
   void end() {
     QTimer* timer = std::exchange(timer_, nullptr);
     if (!timer) return;
@@ -61,7 +62,7 @@ void QtRunLoop::Inbox::put(Job job) {
 }
 
 void QtRunLoop::Inbox::close() {
-  // Destroyed outside the lock: a job that goes may take along somebody who posts another.
+  // Destroyed outside the lock: destroying a job may destroy an object that posts another.
   std::deque<Job> dropped;
   const std::scoped_lock lock(mutex_);
   isClosed_ = true;

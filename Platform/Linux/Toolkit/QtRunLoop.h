@@ -1,6 +1,6 @@
 // The run loop port on Qt's event loop.
 //
-// Timers keep firing inside the loops that alerts and pop-up menus run, as Qt's timers all do.
+// Timers also fire inside the loops that alerts and pop-up menus run, as all Qt timers do.
 #pragma once
 
 #include <QObject>
@@ -11,7 +11,7 @@
 
 namespace platform::linux::toolkit {
 
-// Make it on the main thread, after the application object.
+// Create it on the main thread, after the application object.
 class QtRunLoop : public RunLoop {
  public:
   void post(Job job) override;
@@ -19,14 +19,14 @@ class QtRunLoop : public RunLoop {
   std::shared_ptr<Timer> every(double seconds, Job job) override;
   // Every timer fires in all loops.
   void addToCommonModes(Timer& /*timer*/) override {}
-  // Drops the jobs that wait, and every later one: what they hold may need what is about to go.
+  // Drops all waiting jobs, and every later one: they may hold objects that use what is destroyed next.
   void close() { inbox_.close(); }
 
   std::shared_ptr<SerialQueue> makeSerialQueue(const std::string& label, QualityOfService quality) override;
 
  private:
-  // Where posted jobs wait. The toolkit is only asked to come for them, one at a time: its own way of handing work from
-  // one thread to another cannot be checked for races.
+  // Where posted jobs wait. The toolkit is only asked to fetch them, one at a time: race checkers cannot follow its own
+  // way of handing work from one thread to another.
   class Inbox : public QObject {
    public:
     void put(Job job);
@@ -40,7 +40,7 @@ class QtRunLoop : public RunLoop {
     bool isClosed_ = false;
   };
 
-  Inbox inbox_;  // also the owner of all timers
+  Inbox inbox_;  // also owns all timers
 };
 
 }  // namespace platform::linux::toolkit

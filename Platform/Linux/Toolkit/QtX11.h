@@ -7,7 +7,7 @@
 
 namespace platform::linux::toolkit {
 
-// Null when Qt runs on something else than an X server.
+// Null when Qt does not run on an X server.
 [[nodiscard]] xcb_connection_t* qtConnection();
 // Of the first screen.
 [[nodiscard]] xcb_window_t rootWindow(xcb_connection_t* connection);

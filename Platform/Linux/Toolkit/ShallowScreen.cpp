@@ -14,7 +14,7 @@
 namespace platform::linux::toolkit {
 namespace {
 
-// The one that servers still offer; they keep a pixel of it in a byte.
+// The only such depth that servers still offer; a pixel takes one byte.
 constexpr int shallowDepth = 8;
 constexpr int shades = 16;
 
@@ -22,7 +22,7 @@ const xcb_screen_t* screenOf(xcb_connection_t* connection) {
   return xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
 }
 
-// Paints the window whenever Qt would, or whenever something happened to it that may have changed its look.
+// Paints the window whenever Qt would, and whenever something happened that may have changed its look.
 class ShallowPainter : public QObject {
  public:
   ShallowPainter(QWidget& window, xcb_connection_t* connection) : QObject(&window), window_(window), c_(connection) {
@@ -47,7 +47,7 @@ class ShallowPainter : public QObject {
   }
 
  private:
-  // What the colour map has no room for is black or white.
+  // A shade that the colour map has no room for becomes black or white.
   void allocateShades() {
     const xcb_screen_t* screen = screenOf(c_);
     for (int shade = 0; shade < shades; ++shade) {
@@ -66,7 +66,7 @@ class ShallowPainter : public QObject {
     window_.render(&picture);
     isPainting_ = false;
     const QImage grey = picture.convertToFormat(QImage::Format_Grayscale8);
-    // Rows of whole words, as the server wants them, and as an image keeps them.
+    // The server wants rows of whole words, which is how an image keeps them.
     QByteArray pixels(reinterpret_cast<const char*>(grey.constBits()), grey.sizeInBytes());
     for (char& pixel : pixels) pixel = pixels_[static_cast<std::uint8_t>(pixel) * std::size_t{shades} / 256];
     const auto id = static_cast<xcb_window_t>(window_.winId());

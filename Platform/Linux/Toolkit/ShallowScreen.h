@@ -1,4 +1,4 @@
-// Dialogs on a screen of 256 colours, where Qt shows its windows and cannot paint them.
+// Dialogs on a screen of 256 colours, where Qt shows its windows but cannot paint them.
 //
 // Threads: main thread only.
 #pragma once
@@ -7,8 +7,8 @@
 
 namespace platform::linux::toolkit {
 
-// On such a screen, paints the window in shades of grey in Qt's place for as long as it lives; elsewhere it does
-// nothing. Call it before the window is shown.
+// On such a screen, paints the window in shades of grey in Qt's place for as long as it lives; elsewhere does nothing.
+// Call it before the window is shown.
 void paintOnShallowScreen(QWidget& window);
 
 }  // namespace platform::linux::toolkit

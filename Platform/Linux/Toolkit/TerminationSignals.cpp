@@ -12,14 +12,14 @@ namespace platform::linux::toolkit {
 
 namespace {
 
-// A signal handler is given nothing but a number, so the one thing that it needs has to have a fixed place.
+// A signal handler gets nothing but a number, so what it needs must have a fixed place.
 std::atomic<int> pipeOfHandler{-1};
 static_assert(std::atomic<int>::is_always_lock_free);
 
 void handle(int /*signal*/) {
   const int savedError = errno;
   const char byte = 0;
-  // A full pipe already says what there is to say.
+  // A full pipe already says all there is to say.
   (void)!::write(pipeOfHandler.load(), &byte, 1);
   errno = savedError;
 }
@@ -28,7 +28,7 @@ void handle(int /*signal*/) {
 
 TerminationSignals::TerminationSignals(std::function<void()> received) {
   std::array<int, 2> ends{-1, -1};
-  if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;  // the signals then end the process as they always do
+  if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;  // the signals then end the process as usual
   readEnd_ = posix::FileDescriptor(ends[0]);
   writeEnd_ = posix::FileDescriptor(ends[1]);
   notifier_.emplace(readEnd_.get(), QSocketNotifier::Read);

@@ -1,8 +1,8 @@
 // SIGTERM, SIGINT and SIGHUP as ordinary events of the main loop.
 //
 // The handler only writes a byte to a pipe; everything else happens in the event loop. Child processes are not
-// affected: a handler, unlike a blocked signal, is not inherited. Threads: main thread only. One object at a time; the
-// previous handlers come back when it goes.
+// affected: unlike a blocked signal, a handler is not inherited.
+// Threads: main thread only. One object at a time; destroying it restores the previous handlers.
 #pragma once
 
 #include <QSocketNotifier>

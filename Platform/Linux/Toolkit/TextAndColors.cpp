@@ -63,7 +63,7 @@ QColor toQColor(const Color& color) {
 QFont toQFont(const Font& font) {
   const QFont plain = sized(QFontDatabase::systemFont(QFontDatabase::GeneralFont), font);
   if (font.design == FontDesign::system || digitsAreEquallyWide(plain)) return plain;
-  // The interface font has old-style or proportional digits, and this Qt cannot ask a font for its tabular ones.
+  // The interface font may have old-style or proportional digits, and this Qt cannot request tabular ones.
   return sized(QFontDatabase::systemFont(QFontDatabase::FixedFont), font);
 }
 

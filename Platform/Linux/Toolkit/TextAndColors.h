@@ -1,8 +1,6 @@
-// The application's colours and fonts in Qt's terms. Both roles and faces follow the desktop's settings at the moment
-// of asking.
+// The application's colours and fonts in Qt's terms. Colour roles and typefaces follow the desktop's current settings.
 //
-// Threads: main thread only.
-// Units: a font size in points is the same number of Qt's device-independent pixels.
+// Threads: main thread only. Units: a font size in points is the same number of Qt's device-independent pixels.
 #pragma once
 
 #include <QColor>

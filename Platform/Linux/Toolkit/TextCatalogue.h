@@ -1,4 +1,4 @@
-// Translations as JSON objects, one a language, in the program's resources: English texts and what they become.
+// Translations in the program's resources, one JSON object per language: English texts and their translations.
 //
 // Threads: main thread only.
 #pragma once
@@ -12,8 +12,8 @@ namespace platform::linux::toolkit {
 
 class TextCatalogue final : public Texts {
  public:
-  // The first of the languages that there is a translation into; English needs none. `languages` are as in "de-AT",
-  // the most welcome first.
+  // Uses the first of the languages that has a translation; English needs none. `languages` are as in "de-AT", most
+  // preferred first.
   explicit TextCatalogue(const QStringList& languages);
 
   [[nodiscard]] std::string translated(std::string_view english) const override;
@@ -22,7 +22,7 @@ class TextCatalogue final : public Texts {
   QJsonObject texts_;
 };
 
-// The languages that the user's environment names.
+// The languages named by the user's environment.
 [[nodiscard]] QStringList userLanguages();
 
 }  // namespace platform::linux::toolkit

@@ -7,7 +7,7 @@ namespace platform::linux::toolkit {
 
 namespace {
 
-// Where the origin of the points lies for Qt: the bottom-left corner of the primary screen.
+// The origin of the points in Qt's coordinates: the bottom-left corner of the primary screen.
 QPointF originOfPoints(std::span<const xcb::ScreenGeometry> screens) {
   if (screens.empty()) return {0, 0};
   const xcb::ScreenGeometry& primary = screens.front();
@@ -15,7 +15,7 @@ QPointF originOfPoints(std::span<const xcb::ScreenGeometry> screens) {
 }
 
 int up(double value) {
-  constexpr double noise = 1e-6;  // of the division by a scale factor
+  constexpr double noise = 1e-6;  // from dividing by a scale factor
   return static_cast<int>(std::ceil(value - noise));
 }
 

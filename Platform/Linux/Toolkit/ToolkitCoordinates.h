@@ -1,6 +1,6 @@
 // From points to the coordinates that Qt gives windows.
 //
-// Qt measures in points, too, but with y down, and every screen's top-left corner stays where it is in device pixels.
+// Qt also measures in points, but with y down, and every screen's top-left corner stays where it is in device pixels.
 // Threads: pure functions.
 #pragma once
 
@@ -11,8 +11,8 @@
 
 namespace platform::linux::toolkit {
 
-// The first screen is the primary one. Whole numbers: the least such rectangle that holds the given one and keeps its
-// top-left corner.
+// The first screen is the primary one. In whole numbers: the smallest rectangle that contains the given one and keeps
+// its top-left corner.
 [[nodiscard]] QRect toToolkit(const Rect& points, std::span<const xcb::ScreenGeometry> screens);
 
 }  // namespace platform::linux::toolkit

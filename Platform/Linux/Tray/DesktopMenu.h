@@ -1,7 +1,7 @@
-// The status menu as a Qt menu, which a tray's host or this process shows.
+// The status menu as a Qt menu, shown by a tray's host or by this process.
 //
-// Threads: main thread only. Actions run from the event loop, after the menu has closed: whatever they do, the menu
-// that they came from is no longer on the stack.
+// Threads: main thread only. Actions run from the event loop, after the menu has closed, so the menu that they came
+// from is no longer on the stack.
 #pragma once
 
 #include <QMenu>
@@ -25,12 +25,12 @@ class DesktopMenu : public Menu {
   void addItem(MenuItem item) override { items_.push_back(std::move(item)); }
 
   [[nodiscard]] QMenu& qtMenu() { return menu_; }
-  // Lists its lines without opening it: some hosts ask for them before they announce the first opening, and show a menu
-  // of their own in place of an empty one.
+  // Lists its lines without opening it: some hosts ask for them before they announce the first opening, and replace an
+  // empty menu by one of their own.
   void list();
   // Opens it at the pointer, in this process.
   void popUpAtPointer();
-  // The program that showed the menu has gone.
+  // Call it when the program that showed the menu has gone.
   void hostVanished() { session_.close(); }
 
  private:
@@ -43,7 +43,7 @@ class DesktopMenu : public Menu {
   QMenu menu_;
   MenuLines lines_;
   bool popsUpHere_ = false;
-  MenuSession session_;  // last: it may end while the rest still stands
+  MenuSession session_;  // last, so destroyed first: its end may use the rest
 };
 
 }  // namespace platform::linux::tray

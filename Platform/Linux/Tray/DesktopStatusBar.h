@@ -1,6 +1,6 @@
 // The status item in whatever tray the desktop has.
 //
-// The item exists from the moment it is made; it shows up when there is a tray, and again when a tray comes back.
+// The item exists from the moment it is made; it shows once there is a tray, and again when a tray comes back.
 #pragma once
 
 #include "Platform/Linux/Tray/HostMenus.h"
@@ -14,7 +14,7 @@ class DesktopStatusBar : public StatusBar {
  public:
   DesktopStatusBar(RunLoop& runLoop, HostMenus& hostMenus) : runLoop_(runLoop), hostMenus_(hostMenus) {}
 
-  // Every item is as wide as the tray makes its icons.
+  // The tray decides how wide its icons are, so the length is ignored.
   std::shared_ptr<StatusItem> makeStatusItem(double length) override;
   std::shared_ptr<Menu> makeMenu() override;
   std::shared_ptr<Image> systemSymbol(const std::string& name, const std::string& accessibilityDescription) override;

@@ -19,8 +19,8 @@ void DesktopStatusItem::setMenu(std::shared_ptr<platform::Menu> menu) {
   if (icon_) icon_->setContextMenu(&menu_->qtMenu());
 }
 
-// The toolkit asks whether there is a tray on the bus that it joined first, so on another bus it would make an icon of
-// the older kind. The one that there is joins the new bus, once its own old connection is forgotten.
+// The toolkit looks for a tray on the bus that it joined first, so on another bus a new icon would be of the older
+// kind. The existing icon joins the new bus once its own old connection is forgotten.
 void DesktopStatusItem::showAgain() {
   icon_->hide();
   QDBusConnection::disconnectFromBus(
@@ -31,8 +31,7 @@ void DesktopStatusItem::showAgain() {
 void DesktopStatusItem::show() {
   if (icon_) return showAgain();
   icon_.emplace();
-  // Trays open the context menu by themselves; a plain click is left to us, and there is nothing else that it could
-  // mean.
+  // Trays open the context menu themselves. A plain click is left to us, and opening the menu is all that it can mean.
   QObject::connect(&*icon_, &QSystemTrayIcon::activated, &*icon_, [this](QSystemTrayIcon::ActivationReason reason) {
     if (reason == QSystemTrayIcon::Trigger && menu_) menu_->popUpAtPointer();
   });
@@ -51,7 +50,7 @@ void DesktopStatusItem::setImage(std::shared_ptr<Image> image) {
   image_ = std::dynamic_pointer_cast<SymbolImage>(std::move(image));
   if (image_) {
     image_->setListener([this] { draw(); });
-    // Screen readers say the item's title, for which Qt has nothing but the name of the application.
+    // Screen readers say the item's title, for which Qt offers only the name of the application.
     QCoreApplication::setApplicationName(QString::fromStdString(image_->accessibilityDescription()));
   }
   draw();
@@ -63,7 +62,7 @@ void DesktopStatusItem::setToolTip(const std::string& text) {
 }
 
 void DesktopStatusItem::draw() {
-  // A tray does not tell its colours; the desktop's own text colour is the best guess at an ink that can be read on it.
+  // A tray does not tell its colours; the desktop's own text colour is the best guess at one that stands out on it.
   if (icon_ && image_) icon_->setIcon(image_->icon(QGuiApplication::palette().color(QPalette::WindowText)));
 }
 

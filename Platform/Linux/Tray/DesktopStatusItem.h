@@ -1,4 +1,4 @@
-// One tray icon with its tooltip and its menu. Its image's accessibility description is the title that hosts read.
+// One tray icon with its tooltip and its menu. The accessibility description of its image is the title that hosts read.
 //
 // Threads: main thread only.
 #pragma once
@@ -26,13 +26,13 @@ class DesktopStatusItem : public StatusItem, private StatusButton {
   void setMenu(std::shared_ptr<platform::Menu> menu) override;
   [[nodiscard]] std::shared_ptr<platform::Menu> menu() const override { return menu_; }
 
-  // Once a tray is there; it must not be earlier.
+  // Call it once a tray is there, not earlier.
   void show();
   void hostVanished();
   [[nodiscard]] const QSystemTrayIcon* trayIcon() const { return icon_ ? &*icon_ : nullptr; }
 
  private:
-  // On the session bus that has come back.
+  // Shows it on the session bus that has come back.
   void showAgain();
   void setImage(std::shared_ptr<Image> image) override;
   [[nodiscard]] std::shared_ptr<Image> image() const override { return image_; }

@@ -10,7 +10,7 @@ namespace platform::linux::tray {
 
 namespace {
 
-// What a host cannot be told anew of a line.
+// What a host cannot be told again about a line.
 enum class Kind : std::uint8_t { separator, submenu, toggle, plain };
 
 Kind kindOf(const MenuItem& item) {
@@ -19,7 +19,7 @@ Kind kindOf(const MenuItem& item) {
   return item.state ? Kind::toggle : Kind::plain;
 }
 
-// An ampersand would underline the letter after it.
+// A single ampersand would underline the letter after it.
 QString titleOf(const MenuItem& item) {
   return QString::fromStdString(item.title).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
@@ -39,7 +39,7 @@ QKeySequence shortcutOf(const MenuItem& item) {
 struct MenuLines::Line {
   Kind kind;
   std::shared_ptr<const MenuItem> item;
-  std::unique_ptr<QObject> object;  // the action, or the menu that the action opens
+  std::unique_ptr<QObject> object;  // the action, or the menu that it opens
   QAction* action = nullptr;
   std::unique_ptr<MenuLines> lines;  // of that menu
 };

@@ -1,9 +1,9 @@
-// The lines of a Qt menu, which stay as long as they are of one kind.
+// The lines of a Qt menu, which are kept as long as their kinds stay the same.
 //
-// A tray's host shows the menu in its own process, and gets to know what it shows now when it has begun to open it.
-// Some hosts lose the menu when lines go at that moment, even if others take their place.
+// A tray's host shows the menu in its own process, and learns the current lines when it has begun to open it. Some
+// hosts lose the menu when lines go at that moment, even if others take their place.
 //
-// Threads: main thread only. Ownership: the lines and the menus that they open belong to this.
+// Threads: main thread only. Ownership: owns the lines and the menus that they open.
 #pragma once
 
 #include <QMenu>
@@ -17,10 +17,10 @@ namespace platform::linux::tray {
 
 class MenuLines {
  public:
-  // With a line that was chosen.
+  // Called with the chosen line.
   using Choose = std::function<void(const std::shared_ptr<const MenuItem>&)>;
 
-  // The menu must outlive this.
+  // The menu must outlive this object.
   MenuLines(QMenu& menu, Choose choose);
   ~MenuLines();
   MenuLines(const MenuLines&) = delete;

@@ -1,8 +1,8 @@
-// One opening of a menu, from its beginning to its end, whatever the program that shows it reports.
+// One opening of a menu, from beginning to end, whatever the program that shows it reports.
 //
 // A tray's host shows the menu in another process. It may ask for the content without opening anything, report an
-// opening twice, never report the end, or go away in between. Each beginning has exactly one end all the same. Threads:
-// main thread only; both callbacks come there, from inside the calls below or from the run loop.
+// opening twice, never report the end, or go away in between. Even so, each beginning has exactly one end.
+// Threads: main thread only; both callbacks come there, from inside the calls below or from the run loop.
 #pragma once
 
 #include <functional>
@@ -16,29 +16,28 @@ namespace platform::linux::tray {
 class MenuSession {
  public:
   // For hosts whose menu neither reports its closing nor can be seen on screen: long enough for anyone to read a dozen
-  // lines and choose, short enough that what waits for the closing is not given up for lost.
+  // lines and choose, short enough that whatever waits for the closing is not given up for lost.
   static constexpr double longestUnreportedOpening = 60;
 
-  // Much longer than a message takes from one program to another, and not long for who waits for the cover.
+  // Much longer than a message takes from one program to another, yet no long wait for the cover.
   static constexpr double longestWaitForChoice = 0.1;
 
-  // `isShownHere`: whether this process has the menu on screen, at the request of whichever program.
+  // `isShownHere`: whether this process has the menu on screen, whichever program asked for it.
   MenuSession(RunLoop& runLoop, HostMenus& hostMenus, std::function<bool()> isShownHere, std::function<void()> willOpen,
               std::function<void()> didClose);
-  // Ends an opening that is under way.
+  // Ends the current opening.
   ~MenuSession();
   MenuSession(const MenuSession&) = delete;
   MenuSession& operator=(const MenuSession&) = delete;
 
-  // A menu that is seen, here or on the screen, may stay open for as long as the user likes: its end is noticed. An
-  // opening that comes while one is under way ends that first: its closing was not reported, and the new one needs
-  // fresh content.
+  // A visible menu, here or on the screen, may stay open as long as the user likes: its end is noticed. A new opening
+  // ends the current one first, whose closing was not reported: the new one needs fresh content.
   enum class Closing { reported, perhapsUnreported };
   void open(Closing closing);
   // Harmless when nothing is open.
   void close();
-  // The menu has left the screen. Hosts report that before or after what was chosen: a choice that is on its way ends
-  // the opening itself.
+  // The menu has left the screen. Hosts report that before or after the choice; a choice that is on its way ends the
+  // opening itself.
   void closeUnlessChosen();
   [[nodiscard]] bool isOpen() const { return isOpen_; }
 

@@ -12,7 +12,7 @@ void PopUpMenus::whenClosed(std::function<void()> callback) {
 
 void PopUpMenus::settle() {
   if (!closed_) return;
-  // A host announces the opening before its window is there.
+  // A host announces the opening before its window exists.
   const bool isOpen =
       std::ranges::any_of(scene_.windows(), [this](const scene::SceneWindow& window) { return isMenu(window); });
   if (!isOpen && wasOpen_) {

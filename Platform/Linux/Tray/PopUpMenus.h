@@ -1,7 +1,7 @@
-// Sees from the windows on screen when the menus of other programs have closed: many a tray's host never says so.
+// Sees from the windows on screen when other programs' menus have closed: many a tray's host never reports it.
 //
 // Threads: main thread, on the main connection. Ownership: keeps references to the scene and the window list, which
-// outlive it. Costs nothing while nobody waits for a menu.
+// must outlive it. Costs nothing while nobody waits for a menu.
 #pragma once
 
 #include "Platform/Linux/Scene/Scene.h"

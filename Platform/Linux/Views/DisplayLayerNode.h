@@ -1,9 +1,8 @@
 // The part of a view that shows live frames. The picture itself belongs to the window: the layer only says where it
-// goes and hands the frames on.
+// goes and passes the frames on.
 //
-// Threads: main thread only.
-// Failure: a frame that the window cannot show puts the renderer into the failed state until it is flushed; frames that
-// come outside a window are dropped, as nobody can see them.
+// Threads: main thread only. Failure: a frame that the window cannot show puts the renderer into the failed state until
+// it is flushed. Frames that come outside a window are dropped, since nobody can see them.
 #pragma once
 
 #include "Platform/Views.h"
@@ -14,7 +13,7 @@ class ViewNode;
 
 class DisplayLayerNode : public DisplayLayer, private SampleBufferRenderer {
  public:
-  // The picture always fills the frame: `resize` is what live frames need, since they are made in the window's size.
+  // The picture always fills the frame, which amounts to `resize`: live frames are made in the window's size.
   void setVideoGravity(VideoGravity gravity) override;
   void setFrame(const Rect& frame) override;
   [[nodiscard]] SampleBufferRenderer& sampleBufferRenderer() override { return *this; }

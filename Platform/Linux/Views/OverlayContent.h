@@ -1,8 +1,7 @@
-// What a click-through window has to show, flattened from its views: a background, a live picture, one line of text and
-// a border. Listed from back to front.
+// What a click-through window shows, flattened from its views: a background, a live picture, one line of text and a
+// border. Listed back to front.
 //
-// Threads: plain values.
-// Units and axes: points in the window's own space, origin at its bottom-left corner, y up.
+// Threads: plain values. Units and axes: points in the window's own space, origin at its bottom-left corner, y up.
 #pragma once
 
 #include <optional>

@@ -6,7 +6,7 @@ namespace platform::linux::views {
 
 namespace {
 
-// Later nodes lie above earlier ones, so what is found last wins.
+// Later nodes lie above earlier ones, so the last one found wins.
 void collect(const ViewNode& node, OverlayContent& content) {
   if (node.isHidden()) return;
   if (node.background()) content.background = *node.background();

@@ -8,8 +8,8 @@
 
 namespace platform::linux::views {
 
-// Such a window shows one of each: where the tree holds several visible ones, the one that lies on top counts. Hidden
-// views count for nothing, nor do their subviews.
+// Such a window shows one of each: of several visible ones, the topmost counts. Hidden views and their subviews do not
+// count.
 [[nodiscard]] OverlayContent describe(const ViewNode& root);
 
 }  // namespace platform::linux::views

@@ -1,7 +1,6 @@
 // What a tree of views asks of the window that shows it.
 //
-// Threads: main thread only.
-// Lifetime: a host leaves its tree (`ViewNode::leaveWindow`) before it goes.
+// Threads: main thread only. Lifetime: a host leaves its tree (`ViewNode::leaveWindow`) before it is destroyed.
 #pragma once
 
 #include <memory>
@@ -14,7 +13,7 @@ namespace platform::linux::views {
 class ViewHost {
  public:
   virtual ~ViewHost() = default;
-  // Something that the window's picture depends on has changed. Comes in bursts: the host marks itself and redraws
+  // Something that the window's picture depends on has changed. Calls come in bursts: the host sets a flag and redraws
   // later.
   virtual void viewsChanged() = 0;
   // Shows the frame in the tree's display layer until the next one. False when it could not be shown.

@@ -1,8 +1,8 @@
-// A view as a plain retained node: it remembers what it should look like, and the window that hosts its tree renders it
-// with whatever that window draws with.
+// A view as a plain retained node: it remembers how it should look, and the window that hosts its tree renders it by
+// its own means.
 //
-// Threads: main thread only; responders are called there.
-// Units and axes: points, y up; a node's frame is in its parent's space.
+// Threads: main thread only; responders are called there. Units and axes: points, y up; a node's frame is in its
+// parent's space.
 // Ownership: a node shares its children and its layers, and refers to its parent, its responder and its host without
 // owning them. A child may outlive its parent.
 #pragma once
@@ -26,7 +26,7 @@ class ViewNode {
   ViewNode(const ViewNode&) = delete;
   ViewNode& operator=(const ViewNode&) = delete;
 
-  // For the host of a tree's root. Entering gives the root this size and lays the whole tree out.
+  // For the host of a tree's root. Entering gives the root this size and lays out the whole tree.
   void enterWindow(ViewHost& host, Size size);
   void leaveWindow();
 
@@ -73,7 +73,7 @@ class ViewNode {
   std::vector<std::shared_ptr<ViewNode>> subviews_;
   std::vector<std::shared_ptr<DisplayLayerNode>> layers_;
   ViewNode* parent_ = nullptr;
-  ViewHost* host_ = nullptr;  // of a root only
+  ViewHost* host_ = nullptr;  // set in a root only
 };
 
 }  // namespace platform::linux::views

@@ -1,9 +1,9 @@
 // The views that the application holds: thin handles on nodes, so that a label can be both a `Label` and a node of the
 // same tree as everything else.
 //
-// Threads: main thread only.
-// Ownership: a handle shares its node; a tree shares nodes, so a handle may be dropped while its view stays in a
-// window. Every view that reaches this adapter was made by it: a view of another desktop ends the process.
+// Threads: main thread only. Ownership: a handle shares its node; a tree shares nodes, so a handle may be dropped while
+// its view stays in a window. Every view passed to this adapter must be its own: a view of another desktop ends the
+// process.
 #pragma once
 
 #include <memory>

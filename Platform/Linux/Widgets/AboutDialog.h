@@ -1,4 +1,4 @@
-// The About panel's look.
+// The About panel's appearance.
 #pragma once
 
 #include <QDialog>

@@ -21,7 +21,7 @@ void setTexts(QMessageBox& box, const Alert& alert) {
   box.setTextFormat(Qt::PlainText);
   box.setText(QString::fromStdString(alert.messageText));
   box.setInformativeText(QString::fromStdString(alert.informativeText));
-  // It has no title for a screen reader to say.
+  // The box has no title for a screen reader to say.
   box.setAccessibleName(QString::fromStdString(alert.messageText));
   box.setAccessibleDescription(QString::fromStdString(alert.informativeText));
   // The box passes its text format on to the first of its two labels only.
@@ -30,8 +30,7 @@ void setTexts(QMessageBox& box, const Alert& alert) {
 }
 
 std::vector<QPushButton*> addButtons(QMessageBox& box, const Alert& alert) {
-  // Desktops arrange buttons by their roles, each in its own way; this layout and one role for all keep the given
-  // order.
+  // Desktops arrange buttons by role, each in its own way. This layout and one role for all keep the given order.
   box.setStyleSheet(QStringLiteral("QDialogButtonBox { button-layout: 0 }"));
   std::vector<QPushButton*> buttons;
   for (const std::string& title : alert.buttons)

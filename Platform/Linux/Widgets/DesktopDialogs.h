@@ -1,7 +1,7 @@
 // Alerts and the About panel as Qt dialogs, above everything else.
 //
-// An alert that the end of the process interrupts never answers: no choice is made, let alone stored, in the user's
-// name. The process then ends at once, with status 0.
+// An alert that the end of the process interrupts never answers: no choice is made in the user's name, let alone
+// stored. The process then ends at once, with status 0.
 #pragma once
 
 #include <QDialog>

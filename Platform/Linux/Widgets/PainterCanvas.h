@@ -12,7 +12,7 @@ namespace platform::linux::widgets {
 
 class PainterCanvas : public Canvas {
  public:
-  // `bottomLeft`: where the view's origin lies in the painter's coordinates, which have y down.
+  // `bottomLeft`: the view's origin in the painter's coordinates, which have y down.
   PainterCanvas(QPainter& painter, QPointF bottomLeft);
 
   void fillEvenOdd(std::span<const Rect> rects, const Color& color) override;

@@ -9,7 +9,7 @@
 
 namespace platform::linux::widgets {
 
-// `bottomLeft`: where the root's origin lies in the painter's coordinates.
+// `bottomLeft`: the root's origin in the painter's coordinates.
 void paintViews(const views::ViewNode& root, QPainter& painter, QPointF bottomLeft);
 
 }  // namespace platform::linux::widgets

@@ -4,8 +4,8 @@ namespace platform::linux::widgets {
 
 namespace {
 
-// In the window, which the widget fills. The widget's own are rounded to whole points: on a scaled screen, the last
-// pixel would lie outside.
+// The position in the window, which the widget fills. The widget's own is rounded to whole points, and on a scaled
+// screen the last pixel would then lie outside.
 QPointF positionOf(const QMouseEvent& event) { return event.scenePosition(); }
 
 }  // namespace

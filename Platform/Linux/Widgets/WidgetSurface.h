@@ -1,9 +1,8 @@
 // The Qt widget of a window that takes input: it turns Qt's events into calls and decides nothing.
 //
-// Threads: main thread only.
-// Ownership: an event may well end the window that it came to, so the widget is let go of and deletes itself from the
-// event loop, when Qt is no longer busy with it.
-// Units and axes: Qt's, y down from the widget's top-left corner. A drag that leaves the widget goes on being reported.
+// Threads: main thread only. Ownership: an event may end the window that it came to, so the owner lets go of the
+// widget, which deletes itself from the event loop once Qt has finished with it.
+// Units and axes: Qt's, y down from the widget's top-left corner. A drag that leaves the widget is still reported.
 #pragma once
 
 #include <QKeyEvent>
@@ -18,11 +17,11 @@ class SurfaceOwner {
  public:
   virtual ~SurfaceOwner() = default;
   virtual void paint(QPainter& painter) = 0;
-  // Of the main mouse button.
+  // With the main mouse button.
   virtual void pressed(QPointF position) = 0;
   virtual void dragged(QPointF position) = 0;
   virtual void released(QPointF position) = 0;
-  // False when nothing was done with the key.
+  // False if the key was not used.
   virtual bool keyPressed(const QKeyEvent& event) = 0;
 };
 
@@ -30,7 +29,7 @@ class WidgetSurface : public QWidget {
  public:
   // No window manager decorates, moves or stacks it.
   explicit WidgetSurface(SurfaceOwner& owner);
-  // Off the screen, and no further calls to the owner.
+  // Takes it off the screen; the owner gets no further calls.
   void letGo();
 
  private:

@@ -97,7 +97,7 @@ void WidgetWindow::orderOut() {
   backdrop_ = {};
 }
 
-// Live pictures need a window of the other kind.
+// Live pictures need a click-through window.
 bool WidgetWindow::presentSample(std::shared_ptr<const SampleBuffer> /*sample*/) { return false; }
 
 void WidgetWindow::paint(QPainter& painter) {
@@ -111,7 +111,7 @@ void WidgetWindow::paint(QPainter& painter) {
 }
 
 void WidgetWindow::pressed(QPointF position) {
-  // Of the pixel, the position is the top-left corner: with y up, that of the topmost row lies outside of the window.
+  // A position names the pixel's top-left corner. With y up, that corner of the topmost row lies outside the window.
   const QPointF middle = position + QPointF(0.5, 0.5) / surface_->devicePixelRatioF();
   const views::ViewNode* view = content_ ? viewAt(*content_, toWindow(middle)) : nullptr;
   const auto responder = view ? view->responder() : nullptr;
@@ -138,7 +138,7 @@ bool WidgetWindow::keyPressed(const QKeyEvent& event) {
 
 void WidgetWindow::place() {
   const QRect geometry = toolkit::toToolkit(frame_, screens_.geometries());
-  // Qt scales a window by the screen that it belongs to.
+  // Qt scales a window by the screen to which it belongs.
   if (QScreen* screen = QGuiApplication::screenAt(geometry.center())) surface_->setScreen(screen);
   surface_->setGeometry(geometry);
 }

@@ -1,8 +1,8 @@
 // A window that takes mouse and keyboard, such as one for selecting an area: a Qt widget that shows a tree of views.
 //
-// It lies above all windows, panels and full-screen programs, on every desktop, and no window manager has a say in it.
-// What is clear in it shows the screen beneath: live while a compositing manager runs when the window comes up, else as
-// a picture of that part of the screen, taken just before, so that both look alike.
+// It lies above all windows, panels and full-screen programs, on every desktop, and no window manager manages it. Where
+// it is clear it shows the screen beneath: live if a compositing manager runs when the window opens, otherwise as a
+// picture of that part of the screen, taken just before, so that both look alike.
 #pragma once
 
 #include <QImage>
@@ -18,7 +18,7 @@
 
 namespace platform::linux::widgets {
 
-// A picture of a part of the screen as it is now, in device pixels; a null image when there is none to be had.
+// A picture of a part of the screen as it is now, in device pixels; a null image when none can be had.
 using GrabScreen = std::function<QImage(xcb::PixelRect)>;
 
 class WidgetWindow : public Window, private views::ViewHost, private SurfaceOwner {
@@ -38,7 +38,7 @@ class WidgetWindow : public Window, private views::ViewHost, private SurfaceOwne
   void makeFirstResponder(View& view) override;
   void orderOut() override;
 
-  // Ours, for whoever must know the application's own windows.
+  // For whoever must know the application's own windows.
   [[nodiscard]] WId windowId() const { return surface_->winId(); }
 
  private:
