@@ -157,7 +157,7 @@ Examination examineDesktop(const ExaminationRequest& request) {
   using namespace platform::linux;
   int argumentCount = 0;
   QCoreApplication application(argumentCount, nullptr);
-  qRegisterMetaType<QDBusVariant>();  // before the bus library's thread, which needs it to the very end
+  qRegisterMetaType<QDBusVariant>();  // before the bus library's thread starts, which needs it to the very end
   Examination examination;
   auto& findings = examination.findings;
   auto connection = xcb::Connection::open("");

@@ -1,6 +1,6 @@
-// The look at an X11 desktop, one finding at a time.
+// Examines an X11 desktop, one finding at a time.
 //
-// Threads: main thread. Blocks for the answers of the display server and of the session bus.
+// Threads: main thread. Blocks for the replies of the display server and of the session bus.
 #pragma once
 
 #include <string>
@@ -11,12 +11,12 @@
 
 namespace platform::linux {
 
-// Without a display only what the session says of itself counts.
+// Without a display, only what the session says of itself counts.
 [[nodiscard]] Finding sessionFinding(const xcb::Connection* connection);
 [[nodiscard]] std::vector<Finding> extensionFindings(const xcb::Connection& connection);
 [[nodiscard]] Finding compositingFinding(xcb::Connection& connection);
 [[nodiscard]] Finding busFinding();
-// Without a display only the session bus is asked.
+// Without a display, only the session bus is asked.
 [[nodiscard]] Finding trayFinding(xcb::Connection* connection);
 [[nodiscard]] Finding settingsFinding(const std::string& path);
 [[nodiscard]] Finding logFinding(const std::string& path);

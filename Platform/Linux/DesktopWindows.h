@@ -1,4 +1,5 @@
-// Makes the application's windows: those that nothing can touch on overlay windows of X, the others on widgets of Qt.
+// Makes the application's windows: those that the pointer passes through on overlay windows of X, the others on Qt
+// widgets.
 //
 // Threads: main thread only.
 #pragma once
@@ -19,7 +20,7 @@ class DesktopWindows final : public Windows {
   explicit DesktopWindows(const cover::ClickThroughWindow::Surroundings& surroundings) : surroundings_(surroundings) {}
 
   std::unique_ptr<Window> makeWindow(const WindowAttributes& attributes) override;
-  // X11 has no levels: windows at this one are kept on top of all others by raising them.
+  // X11 has no levels: windows at this one are kept on top by raising them.
   [[nodiscard]] WindowLevel shieldingLevel() const override { return 2147483628; }
   void setMayOverlap(std::function<bool(const CaptureWindow&)> mayOverlap) override {
     surroundings_.stage.setMayOverlap(std::move(mayOverlap));

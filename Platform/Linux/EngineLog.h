@@ -1,5 +1,5 @@
-// What the capture engine does, for whoever works on it: the logging category "quillfade.x11", off unless
-// QT_LOGGING_RULES="quillfade.x11.debug=true" switches it on. It goes to standard error and has nothing to do with the
+// What the capture engine does, for its developers: the logging category "quillfade.x11", off unless
+// QT_LOGGING_RULES="quillfade.x11.debug=true" switches it on. It writes to standard error and is unrelated to the
 // product's own log.
 #pragma once
 

@@ -45,7 +45,7 @@ std::vector<std::uint32_t> resourceBases(const xcb::Connection& connection) {
   return bases;
 }
 
-// Without the extensions, or below another desktop, there is nothing to redirect for: the solid cover needs none of it.
+// Without the extensions, or in a Wayland session, redirecting is no use: the solid cover does not need it.
 std::unique_ptr<scene::Redirection> redirectWindows(xcb::Connection& connection, const scene::Scene& scene,
                                                     const std::vector<std::uint32_t>& ownClients) {
   if (!connection.missingExtensions().empty() || session::isWaylandSession(connection)) return nullptr;
@@ -80,13 +80,13 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
                  session::isWaylandSession(*connection_) ? session::waylandSentence : ""),
       events_(*connection_, [this](const xcb_generic_event_t& event) { handle(event); }, [this] { settle(); }) {
   scene_.addListener(windowList_);
-  // What covers a whole monitor decides about lockers, whether or not anything is captured.
+  // Needed even if nothing is captured: a window that covers a whole monitor may be a locker.
   selectScreenEvents(*connection_);
   windowList_.setScreens(screens_.geometries());
   screens_.observeChanges([this] { windowList_.setScreens(screens_.geometries()); });
 }
 
-// A job that waits may hold the last mirror, whose window needs the stage.
+// A waiting job may hold the last mirror, whose window needs the stage.
 LinuxPlatform::~LinuxPlatform() { runLoop_.close(); }
 
 void LinuxPlatform::handle(const xcb_generic_event_t& event) {

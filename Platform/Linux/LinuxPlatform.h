@@ -1,7 +1,7 @@
-// The Linux/X11 desktop: everything that makes up the adapter, assembled.
+// The Linux/X11 desktop: assembles everything that makes up the adapter.
 //
-// Threads: main thread only.
-// Lifetime: members are in the order in which they are made; each needs only those before it.
+// Threads: main thread only. Lifetime: members are listed in the order of their construction; each needs only those
+// before it.
 #pragma once
 
 #include <span>
@@ -72,7 +72,8 @@ class LinuxPlatform final : public Platform {
   void settle();
 
   posix::CrashSignals crashSignals_;
-  // The product's own, apart from Qt's, and before it: without a display this ends the process in a sentence.
+  // The product's own connection, apart from Qt's and opened before it: without a display this ends the process with
+  // one sentence.
   std::unique_ptr<xcb::Connection> connection_;
   toolkit::DesktopApplication application_;
   std::vector<std::uint32_t> ownClients_;
@@ -89,7 +90,7 @@ class LinuxPlatform final : public Platform {
   views::DesktopViews views_;
   scene::Scene scene_;
   scene::WindowList windowList_;
-  std::unique_ptr<scene::Redirection> redirection_;  // where anything can be captured
+  std::unique_ptr<scene::Redirection> redirection_;  // only where anything can be captured
   cover::OverlayStage stage_;
   session::DesktopSessionLock sessionLock_;
   DesktopWindows windows_;

@@ -21,8 +21,8 @@ ScreenCapture::ScreenCapture(xcb::Connection& connection, const toolkit::Desktop
   windows_.setChanged([this] { contentChanged(); });
 }
 
-// Steps that were under way when the application ended hold their streams for ever. Those end here, while there is
-// still a run loop for their last words.
+// Steps that were pending when the application ended hold their streams for ever. End those here, while there is still
+// a run loop for their last callbacks.
 ScreenCapture::~ScreenCapture() {
   windows_.setChanged(nullptr);
   for (const auto& weakStream : streams_)
@@ -49,8 +49,7 @@ void ScreenCapture::shareableContent(ShareableContentOptions options, ContentCom
   settle();
 }
 
-// A window of ours that is about to appear belongs on the list: without it, the next look at the list would find a
-// change.
+// A window of ours that is about to appear belongs on the list; otherwise the next look would find a change.
 void ScreenCapture::settle() {
   if (stage_.awaitsWindows()) return;
   for (auto& request : std::exchange(waiting_, {})) {
@@ -85,7 +84,7 @@ std::shared_ptr<platform::CaptureStream> ScreenCapture::makeStream(const Content
   auto stream = std::make_shared<stream::CaptureStream>(std::move(settings), std::move(delegate));
   streams_.push_back(stream);
   watchBackground();
-  // A stream is often made because other windows are to be left out: those may be overlapped, too.
+  // A stream is often made because other windows are to be left out, and those may be overlapped, too.
   stage_.reconsider();
   return stream;
 }
@@ -96,8 +95,8 @@ void ScreenCapture::watchBackground() {
   windows_.leaveOut(background_->window());
 }
 
-// The application looks at the content from time to time, and every other time is as good a moment as any for what is
-// not announced: it takes an answer from the server.
+// The application lists the content from time to time. Every other time is a good moment to look for what no event
+// announces, which costs a reply from the server.
 void ScreenCapture::checkBackground() {
   std::erase_if(streams_, [](const auto& stream) { return stream.expired(); });
   if (streams_.empty()) return background_.reset();
@@ -112,7 +111,7 @@ xcb::ScreenGeometry ScreenCapture::geometry(const CaptureDisplay& display) const
   const auto geometries = screens_.geometries();
   const auto found = std::ranges::find(screens, display.displayID, &Screen::displayID);
   const auto index = static_cast<std::size_t>(found - screens.begin());
-  // A display that went since it was listed has no pixels; the stream then has nothing to show but starts all the same.
+  // A display that went away since it was listed has no pixels; the stream starts all the same, with nothing to show.
   return index < geometries.size() ? geometries[index] : xcb::ScreenGeometry{};
 }
 

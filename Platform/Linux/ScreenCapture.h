@@ -1,7 +1,7 @@
 // The capture service of an X11 desktop, and the permission to use it.
 //
-// X11 asks nobody's permission: capturing is allowed exactly where the server has the extensions that it is built on,
-// but for the X server of a Wayland session, which has only a part of what is on the screen.
+// X11 asks nobody's permission. Capturing is allowed wherever the server has the extensions it needs, except on the X
+// server of a Wayland session, which has only part of what is on the screen.
 // Threads, ownership, failure: as the ports say.
 #pragma once
 
@@ -39,7 +39,7 @@ class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
                                                       const StreamConfiguration& configuration,
                                                       std::weak_ptr<StreamDelegate> delegate) override;
 
-  // Answers what waits for an event. To be called after each batch of events.
+  // Answers requests that wait for an event. Call it after each batch of events.
   void settle();
 
   [[nodiscard]] bool preflight() override { return !isWayland_ && connection_.missingExtensions().empty(); }
@@ -66,7 +66,7 @@ class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
   cover::OverlayStage& stage_;
   std::vector<Request> waiting_;
   std::vector<std::weak_ptr<std::function<void()>>> observers_;
-  // Looked after while there are streams.
+  // Watched while there are streams.
   std::optional<compositor::RootBackground> background_;
   bool isBackgroundDue_ = false;
   std::vector<std::weak_ptr<stream::CaptureStream>> streams_;

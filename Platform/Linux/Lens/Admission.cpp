@@ -27,7 +27,7 @@ Admission::Verdict Admission::advance() {
       (void)::send(socket_.get(), answer.data(), answer.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
       return Verdict::refused;
     }
-    // Byte by byte would do; the least that is still missing is what cannot belong to anything after the setup.
+    // Byte by byte would do. Reading only as much as certainly belongs to the setup saves calls.
     std::array<std::byte, 4> next{};
     const std::size_t wanted = 4 - received_.size() % 4;
     const ssize_t count = ::recv(socket_.get(), next.data(), wanted, MSG_DONTWAIT);

@@ -1,6 +1,6 @@
-// A program that has connected and has yet to show that it may.
+// A program that has connected and must still prove that it may.
 //
-// Threads: one at a time. Ownership: of the socket, until it is taken.
+// Threads: one at a time. Ownership: owns the socket until it is taken.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@ class Admission {
   enum class Verdict : std::uint8_t {
     undecided,  // more is to come
     admitted,
-    refused,  // it has been told so, if it speaks the protocol
+    refused,  // the program was told so, if it speaks the protocol
     gone,
   };
 
@@ -26,13 +26,13 @@ class Admission {
       : socket_(std::move(socket)), authority_(authority) {}
 
   [[nodiscard]] int descriptor() const { return socket_.get(); }
-  // To be called when the socket is readable. Never reads more than the setup.
+  // Call it when the socket is readable. Never reads beyond the setup.
   [[nodiscard]] Verdict advance();
 
-  // Once it is admitted.
+  // Once the program is admitted.
   [[nodiscard]] posix::FileDescriptor takeSocket() { return std::move(socket_); }
   [[nodiscard]] const protocol::SetupRequest& request() const { return request_; }
-  // Why it was refused, for a person; empty when that is nothing unusual.
+  // Why it was refused, for the user; empty when there is nothing unusual.
   [[nodiscard]] const std::string& complaint() const { return complaint_; }
 
  private:

@@ -19,7 +19,7 @@ void BusyPolling::noteTurn(int descriptor, Duration waited) {
 
 void BusyPolling::noteOther(Duration waited) {
   shortWaits_ = waited <= longestAnswer ? std::min(shortWaits_ + 1, eventsOfSeries) : 0;
-  // A turn is as long as its message.
+  // The parts of one message count as one turn.
   const bool goesOn = std::exchange(passing_, Passing::shortMessages) != Passing::shortMessages;
   turns_ = goesOn ? std::min(turns_, shortWaits_) : 0;
 }

@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t bufferSize = std::size_t{128} * 1024;
 constexpr std::size_t leastRoom = std::size_t{32} * 1024;
 constexpr std::size_t pipeSize = std::size_t{256} * 1024;
-constexpr std::size_t mostDescriptors = 253;  // that the system lets travel at once
+constexpr std::size_t mostDescriptors = 253;  // the most that the system transfers at once
 
 using Control = std::array<std::byte, CMSG_SPACE(sizeof(int) * mostDescriptors)>;
 
@@ -81,7 +81,7 @@ Channel::Outcome Channel::send() {
   return Outcome::done;
 }
 
-// As far as the next descriptors, which go with the byte that follows.
+// Sends bytes up to the next descriptors, which go with the byte that follows.
 Channel::Outcome Channel::sendSome() {
   std::size_t length = released_ - begin_;
   alignas(cmsghdr) Control control;
@@ -103,7 +103,7 @@ Channel::Outcome Channel::sendSome() {
   const std::size_t next = carries ? 1 : 0;
   if (next < descriptors_.size()) {
     length = static_cast<std::size_t>(std::min<std::uint64_t>(length, descriptors_[next].position - position_));
-    // Two that came with the same byte cannot be told apart.
+    // Descriptors that came with the same byte cannot be told apart.
     length = std::max<std::size_t>(length, 1);
   }
   iovec part{buffer_.data() + begin_, length};
@@ -126,7 +126,7 @@ Channel::Outcome Channel::move(std::uint64_t count, std::uint64_t& moved) {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) return Outcome::closed;
     pipe_ = {posix::FileDescriptor(ends[0]), posix::FileDescriptor(ends[1])};
-    // Smaller where the user has many pipes already; it works all the same.
+    // Smaller if the user has many pipes already; it works all the same.
     ::fcntl(pipe_[1].get(), F_SETPIPE_SZ, static_cast<int>(pipeSize));
   }
   const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(count, pipeSize));

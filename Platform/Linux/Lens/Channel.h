@@ -1,10 +1,10 @@
 // One direction of a connection: bytes, and the file descriptors that travel with them, from one socket to another.
 //
-// What was received is pending until it is released; what was released is sent. Descriptors go with the byte with which
-// they came, or before it. Long stretches that nobody looks at go from socket to socket without being copied here.
+// Received bytes are pending until they are released; released bytes are sent. Descriptors go with the byte with which
+// they came, or before it. Long stretches that nobody needs to see go from socket to socket without being copied here.
 //
-// Threads: one at a time. Both sockets do not block.
-// Ownership: not of the sockets; descriptors under way are closed with the channel.
+// Threads: one at a time. Neither socket may block. Ownership: does not own the sockets; descriptors in transit are
+// closed with the channel.
 #pragma once
 
 #include <sys/socket.h>
@@ -33,29 +33,29 @@ class Channel {
 
   Channel(int from, int to) : from_(from), to_(to) {}
 
-  // Receives what there is, as far as there is room, and no more than that.
+  // Receives what has arrived, as far as there is room, but no more than `most`.
   [[nodiscard]] Outcome receive(std::uint64_t most = everything);
   // Sends what was released.
   [[nodiscard]] Outcome send();
-  // Moves up to `count` bytes, none of which anybody looks at, and of which none belongs to a message that could carry
-  // descriptors. Only when nothing is pending and nothing is left to be sent. `moved` says how many were taken in.
+  // Moves up to `count` bytes that nobody needs to see and that belong to no message with descriptors. Only when
+  // nothing is pending and nothing is left to send. `moved` says how many were taken in.
   [[nodiscard]] Outcome move(std::uint64_t count, std::uint64_t& moved);
 
   [[nodiscard]] protocol::Bytes pending() { return protocol::Bytes(buffer_).subspan(released_, end_ - released_); }
   void release(std::size_t count) { released_ += count; }
-  // Takes the first pending bytes out of the stream.
+  // Removes the first pending bytes from the stream.
   void drop(std::size_t count);
-  // Puts bytes into the stream, before the pending ones, and releases them.
+  // Inserts bytes before the pending ones, and releases them.
   void insert(std::span<const std::byte> bytes);
 
   [[nodiscard]] bool hasPending() const { return released_ < end_; }
-  // Whether the last `receive` or `move` may have left something behind.
+  // Whether the last `receive` or `move` may have left something in the socket.
   [[nodiscard]] bool mayHaveLeft() const { return mayHaveLeft_; }
   [[nodiscard]] bool hasReleased() const { return begin_ < released_ || inPipe_ > 0; }
 
  private:
   struct Descriptors {
-    std::uint64_t position = 0;  // of the byte they travel with, counted from the stream's beginning
+    std::uint64_t position = 0;  // of the byte they travel with, counted from the beginning of the stream
     std::vector<posix::FileDescriptor> descriptors;
   };
 

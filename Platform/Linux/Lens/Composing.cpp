@@ -6,8 +6,8 @@ namespace platform::linux::lens {
 
 namespace {
 
-// A program that films the screen is going to ask again, which is soon enough to take in what has happened: to listen
-// meanwhile would be to be woken up by all that is drawn.
+// A program that films the screen will ask again soon, and until then handling events would only mean waking up for
+// everything that is drawn.
 constexpr std::chrono::seconds restAfterPicture{1};
 // Nobody looks more often than sixty times a second.
 constexpr std::chrono::microseconds restWhileFollowed{16'667};
@@ -20,7 +20,7 @@ std::uint64_t Composing::request() {
   return requested_;
 }
 
-// One picture answers everybody who asked before it was begun.
+// One picture answers all requests made before it was begun.
 void Composing::begin() {
   begun_ = requested_;
   restsUntil_.reset();
@@ -41,7 +41,7 @@ std::optional<Composing::Picture> Composing::advance() {
   return Picture{finished_, screen_->pixmap()};
 }
 
-// Changes may be known already of which no further event tells.
+// Changes may already be known that no further event will report.
 void Composing::follow(bool isFollowed) {
   isFollowed_ = isFollowed;
   if (isFollowed_ && !isUnderWay()) restsUntil_ = Clock::now();

@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view mark = "X-Quillfade-Share=true";
 constexpr std::string_view suffix = " (through Quillfade)";
 
-// Without its language: "Name" of "Name[de]=Karte".
+// The key without its language: "Name" of "Name[de]=Karte".
 std::string_view keyOf(std::string_view line) {
   const std::string_view key = line.substr(0, line.find('='));
   const std::string_view plain = key.substr(0, key.find('['));

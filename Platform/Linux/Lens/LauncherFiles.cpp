@@ -1,4 +1,4 @@
-// Where the entries of applications are found, and where launchers are put.
+// Finds the entries of applications, and the place for launchers.
 #include <fcntl.h>
 #include <unistd.h>
 

@@ -33,7 +33,7 @@ Lens::Lens(ServerAddress server, PrivateDisplay display, PrivateAuthority author
 
 posix::ChildProgram::Variables Lens::variables() const {
   const std::string screen = server_.screen() == 0 ? "" : "." + std::to_string(server_.screen());
-  // A program that could choose another way to a screen would not go through the lens.
+  // A program that could reach the screen in another way would bypass the lens.
   return {{"DISPLAY", ":" + std::to_string(display_.number()) + screen},
           {"XAUTHORITY", authority_.path()},
           {"WAYLAND_DISPLAY", ""},
@@ -90,7 +90,7 @@ void Lens::connect(Admission& admission) {
   poller_.add(key->client(), 0, [this, key](std::uint32_t events) { ready(key, false, events); });
   poller_.add(key->server(), 0, [this, key](std::uint32_t events) { ready(key, true, events); });
   sessions_[key].relay = std::move(relay);
-  // The setup is to be sent.
+  // The setup has to be sent.
   ready(key, true, EPOLLOUT);
 }
 

@@ -1,8 +1,6 @@
-// A lens: a private display that stands before the real one, and the program that runs behind it.
+// A lens: a private display in front of the real one, and the program that runs behind it.
 //
-// Threads: the main thread.
-// Ownership: RAII; display, authority and connections go with it.
-// Failure: sentences.
+// Threads: the main thread. Ownership: owns display, authority and connections. Failure: sentences.
 #pragma once
 
 #include <expected>
@@ -30,10 +28,10 @@ class Lens final : public PictureSource {
   Lens(const Lens&) = delete;
   Lens& operator=(const Lens&) = delete;
 
-  // What tells a program where its display is.
+  // Tells a program where its display is.
   [[nodiscard]] posix::ChildProgram::Variables variables() const;
   [[nodiscard]] std::uint64_t requestPicture() override;
-  // Until the program ends; its exit status.
+  // Runs until the program ends; returns its exit status.
   [[nodiscard]] int run(const posix::ChildProgram& program, const posix::SignalWatch& signals);
 
  private:
@@ -53,7 +51,7 @@ class Lens final : public PictureSource {
   void goOnComposing();
   void watchComposing();
   void followDamage();
-  // Ends a session that is over; otherwise waits for what it waits for.
+  // Ends a session that is over; otherwise updates the events that it waits for.
   void follow(Relay* relay, bool isAlive);
   void end(Relay* relay);
 

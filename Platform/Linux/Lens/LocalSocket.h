@@ -1,4 +1,4 @@
-// Where the local sockets of a display are, and how much they hold.
+// Where a display's local sockets are, and how much they hold.
 //
 // Threads: any.
 #pragma once
@@ -25,8 +25,8 @@ struct LocalAddress {
   [[nodiscard]] const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&address); }
 };
 
-// The one in the file system, or the one that has the same name but no file. Clients try the latter first, so whoever
-// serves a display must have both.
+// The address in the file system, or the abstract one of the same name without a file. Clients try the latter first, so
+// a display must serve both.
 [[nodiscard]] inline LocalAddress localAddress(std::string_view path, bool isAbstract) {
   LocalAddress result;
   result.address.sun_family = AF_UNIX;
@@ -37,8 +37,8 @@ struct LocalAddress {
   return result;
 }
 
-// Makes a local socket hold more of what its other end has not taken yet, as far as the system lets a user have it. A
-// long message then comes in fewer pieces, for each of which somebody would have to wake up.
+// Lets a local socket hold more of what the other end has not read yet, up to the system's limit for a user. A long
+// message then comes in fewer pieces, each of which would wake somebody up.
 inline void enlargeSendBuffer(int socket) {
   constexpr int size = 1024 * 1024;
   ::setsockopt(socket, SOL_SOCKET, SO_SNDBUF, &size, sizeof size);

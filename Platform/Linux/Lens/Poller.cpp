@@ -14,14 +14,14 @@ using Clock = Poller::Clock;
 
 constexpr int forever = -1;
 
-// For epoll, in milliseconds.
+// In milliseconds, for epoll.
 int timeUntil(std::optional<Clock::time_point> deadline) {
   if (!deadline) return forever;
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(*deadline - Clock::now());
   return static_cast<int>(std::max(left, std::chrono::milliseconds::zero()).count());
 }
 
-// Polling would keep the only processor from whoever is waited for.
+// With one processor, polling would keep it from whoever is waited for.
 bool canPollBusily() { return std::thread::hardware_concurrency() > 1; }
 
 }  // namespace
@@ -69,7 +69,7 @@ void Poller::wait(std::optional<Clock::time_point> deadline) {
     const epoll_event& event = events[static_cast<std::size_t>(index)];
     const auto found = handlers_.find(event.data.fd);
     if (found == handlers_.end()) continue;
-    // Kept while it runs: it may remove itself.
+    // Kept alive while it runs: it may remove itself.
     const auto handler = found->second;
     (*handler)(event.events);
   }

@@ -1,6 +1,6 @@
-// Waits for descriptors, and calls those who want to know.
+// Waits for descriptors and calls their handlers.
 //
-// Threads: one at a time. Ownership: not of the descriptors; remove one before it is closed.
+// Threads: one at a time. Ownership: does not own the descriptors; remove one before it is closed.
 #pragma once
 
 #include <sys/epoll.h>
@@ -21,7 +21,7 @@ namespace platform::linux::lens {
 class Poller {
  public:
   using Clock = std::chrono::steady_clock;
-  // With the events that came, as for epoll. May come when there is nothing to do.
+  // Called with the events that came, as for epoll; perhaps when there is nothing to do.
   using Handler = std::function<void(std::uint32_t events)>;
 
   Poller();
@@ -29,10 +29,10 @@ class Poller {
   void add(int descriptor, std::uint32_t events, Handler handler);
   void change(int descriptor, std::uint32_t events);
   void remove(int descriptor);
-  // Waits, asleep or awake, and calls the handlers. They may add and remove, themselves included. Returns at the
-  // deadline.
+  // Waits, asleep or polling, and calls the handlers. They may add and remove handlers, themselves included. Returns at
+  // the deadline.
   void wait(std::optional<Clock::time_point> deadline = std::nullopt);
-  // For handlers: of a long message more, or another, is to be expected at once.
+  // For handlers: says what was just passed on. After a long message, more is expected at once.
   void notePassing(Passing passing) { busyPolling_.notePassing(passing); }
 
  private:

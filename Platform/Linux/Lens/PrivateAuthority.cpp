@@ -27,7 +27,7 @@ std::string runtimeDirectory() {
   return directory && directory->starts_with('/') && ::access(directory->c_str(), W_OK) == 0 ? *directory : "/tmp";
 }
 
-// For this machine's name, which is what libraries look for first, and for whatever its name becomes.
+// Writes an entry for this machine's name, which libraries look up first, and one for whatever its name becomes.
 bool writeEntries(FILE* file, int displayNumber, protocol::Credential& credential) {
   std::string name = posix::hostName();
   std::string number = std::to_string(displayNumber);

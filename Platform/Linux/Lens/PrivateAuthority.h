@@ -1,8 +1,6 @@
-// What lets the programs behind a lens connect to it: a fresh cookie, in a file for them alone.
+// Lets the programs behind a lens connect to it: a fresh cookie, in a file for them alone.
 //
-// Threads: any.
-// Ownership: RAII; the file and its directory go with the object. Only this user can read them.
-// Failure: sentences.
+// Threads: any. Ownership: owns the file and its directory, which only this user can read. Failure: sentences.
 #pragma once
 
 #include <expected>

@@ -23,7 +23,7 @@ constexpr int waitingPrograms = 128;
 
 std::string lockPath(int number) { return "/tmp/.X" + std::to_string(number) + "-lock"; }
 
-// As display servers write it.
+// In the format of display servers.
 std::string lockText() {
   std::array<char, 16> text{};
   std::snprintf(text.data(), text.size(), "%10d\n", static_cast<int>(::getpid()));
@@ -32,14 +32,15 @@ std::string lockText() {
 
 bool isHeldByTheLiving(const std::string& path) {
   const auto file = posix::openRegularFile(path, O_RDONLY);
-  // It went in this moment; whoever comes first gets it.
+  // It went away at this moment; whoever comes first gets it.
   if (!file) return file.error() != ENOENT;
   const auto text = posix::readAll(file->get());
   const int process = text ? std::atoi(text->c_str()) : 0;
   return process <= 0 || ::kill(process, 0) == 0 || errno != ESRCH;
 }
 
-// Appears with its content, since servers take an empty lock for a stale one. The error number, 0 for none.
+// Appears together with its content, because servers take an empty lock for a stale one. Returns the error number, 0
+// for none.
 int writeLock(const std::string& path) {
   std::string draft = path + "-XXXXXX";
   const posix::FileDescriptor file(::mkostemp(draft.data(), O_CLOEXEC));
@@ -53,7 +54,7 @@ int writeLock(const std::string& path) {
 posix::FileDescriptor listeningSocket(const LocalAddress& address) {
   posix::FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
   if (!socket.isOpen()) return socket;
-  // The file takes over the mode of the socket.
+  // The file inherits the mode of the socket.
   ::fchmod(socket.get(), 0600);
   const bool isListening =
       ::bind(socket.get(), address.get(), address.length) == 0 && ::listen(socket.get(), waitingPrograms) == 0;
@@ -115,7 +116,7 @@ posix::FileDescriptor PrivateDisplay::accept(const posix::FileDescriptor& socket
   ucred peer{};
   socklen_t length = sizeof peer;
   const bool isKnown = ::getsockopt(connection.get(), SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0;
-  // The superuser needs no socket to look at everything.
+  // The superuser can look at everything even without a socket.
   const bool isAllowed = isKnown && (peer.uid == ::geteuid() || peer.uid == 0);
   return isAllowed ? std::move(connection) : posix::FileDescriptor();
 }

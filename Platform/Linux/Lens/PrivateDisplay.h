@@ -1,8 +1,6 @@
 // A display number of our own, and the sockets at which programs find it.
 //
-// Threads: one at a time.
-// Ownership: RAII; the lock and the sockets go with the object.
-// Failure: sentences.
+// Threads: one at a time. Ownership: owns the lock and the sockets. Failure: sentences.
 #pragma once
 
 #include <array>
@@ -16,7 +14,7 @@ namespace platform::linux::lens {
 
 class PrivateDisplay {
  public:
-  // Takes the first number that no server has, from a range where none looks for one.
+  // Takes the first number that no server has, from a range where no server looks for one.
   static std::expected<PrivateDisplay, Error> make();
   ~PrivateDisplay();
   PrivateDisplay(PrivateDisplay&& other) noexcept;
@@ -25,13 +23,13 @@ class PrivateDisplay {
   [[nodiscard]] int number() const { return number_; }
   // The listening sockets.
   [[nodiscard]] const std::array<posix::FileDescriptor, 2>& sockets() const { return sockets_; }
-  // Takes in who waits at the socket; a descriptor that is not open when nobody does. Other users' processes are turned
-  // away. The connection does not block.
+  // Accepts a connection that waits at the socket; a closed descriptor when none does. Turns away other users'
+  // processes. The connection does not block.
   [[nodiscard]] static posix::FileDescriptor accept(const posix::FileDescriptor& socket);
 
  private:
   PrivateDisplay() = default;
-  // False when somebody else has it.
+  // False when somebody else has the number.
   [[nodiscard]] bool claim(int number);
   [[nodiscard]] bool lock(int number);
   [[nodiscard]] bool listen();

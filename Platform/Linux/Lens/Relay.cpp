@@ -10,15 +10,15 @@ namespace platform::linux::lens {
 
 namespace {
 
-// Others want their turn. A round ends before anything is taken in: what is in the socket is told of again, what is
-// here is not.
+// Stop after this many rounds, so that others get a turn, but before reading: epoll reports socket data again, but not
+// data already buffered.
 constexpr int mostRounds = 16;
 
-// What is left of a long message goes from socket to socket, but for its end: that may have come in one piece with the
-// beginning of the next message, which may carry descriptors. Programs gather as much before they send it.
+// The rest of a long message goes from socket to socket, except for its end. Programs collect about this much before
+// they send it, so the end may come in one piece with the beginning of the next message, which may carry descriptors.
 constexpr std::uint64_t endOfMessage = std::uint64_t{16} * 1024;
 constexpr std::uint64_t worthMoving = endOfMessage + std::uint64_t{16} * 1024;
-// After a long message, what is received at once, so that most of the next long one can be moved.
+// How much to receive at once after a long message, so that most of the next long one can be moved.
 constexpr std::uint64_t nextBeginning = std::uint64_t{4} * 1024;
 
 constexpr std::uint8_t getInputFocus = 43;
@@ -97,7 +97,7 @@ bool Relay::pumpRequests() {
     passing_ = requestStream_.lastLength() >= worthMoving ? Passing::longRequest : Passing::shortMessages;
     if (sent == Channel::Outcome::closed) return false;
     isServerFull_ = sent == Channel::Outcome::blocked;
-    // Nobody tells again of what a program that is gone has left behind.
+    // Once a program is gone, no event reports what it left behind.
     const bool isTurnOver = !isClientGone_ && (!mayBeMore || round >= mostRounds);
     if (isServerFull_ || waiting_ != Waiting::no || isTurnOver) return true;
     const Channel::Outcome taken = takeIn(toServer_, requestStream_, true, mayBeMore);
@@ -115,7 +115,7 @@ bool Relay::pumpReplies() {
     if (sent == Channel::Outcome::closed) return false;
     isClientFull_ = sent == Channel::Outcome::blocked;
     if (isClientFull_ || !mayBeMore || round >= mostRounds) return true;
-    // The server sends a descriptor with whatever it has not sent yet, be it the middle of a long reply.
+    // The server sends a descriptor with whatever bytes it has not sent yet, even in the middle of a long reply.
     const bool mayMove = !requestStream_.asksForDescriptors();
     const Channel::Outcome taken = takeIn(toClient_, replyStream_, mayMove, mayBeMore);
     if (taken == Channel::Outcome::closed) return false;
@@ -154,7 +154,7 @@ void Relay::askForPicture() {
   awaitedPicture_ = pictures_.requestPicture();
 }
 
-// As the server does for whoever begins to follow a window's damage.
+// As the server does for a client that begins to follow a window's damage.
 void Relay::reportWholeScreen() {
   std::array<std::byte, 12> report{std::byte{names_.extensions.damage}, std::byte{damageAdd}};
   const protocol::Wire wire(order_);

@@ -1,10 +1,9 @@
-// One program's connection through a lens: what it sends, what the server sends, and the waiting for a picture of the
+// One program's connection through a lens: what it sends, what the server sends, and the wait for a picture of the
 // screen before a read goes on.
 //
-// Before a read, everything that the program sent earlier has been carried out by the server (where that is not known
-// already, a question of the lens's own finds out), then the picture is brought up to date, then the read is passed on.
-// Threads: one at a time.
-// Ownership: of both sockets; keeps references to names and composing, which outlive it.
+// Before a read, the server has carried out everything that the program sent earlier (if that is not known, the lens
+// asks a question of its own). Then the picture is brought up to date, and the read is passed on.
+// Threads: one at a time. Ownership: owns both sockets; keeps references to names and pictures, which must outlive it.
 // Failure: `complaint` says in a sentence what was wrong, if it was more than somebody hanging up.
 #pragma once
 
@@ -23,11 +22,11 @@
 
 namespace platform::linux::lens {
 
-// Where pictures of the screen come from.
+// Provides pictures of the screen.
 class PictureSource {
  public:
   virtual ~PictureSource() = default;
-  // Wants one of the screen as it is from now on; the number says which answer is late enough.
+  // Requests a picture of the screen as it is from now on; the number says which answer is late enough.
   [[nodiscard]] virtual std::uint64_t requestPicture() = 0;
 };
 
@@ -43,15 +42,15 @@ class Relay {
   // False when the connection is over.
   [[nodiscard]] bool clientReady(std::uint32_t events);
   [[nodiscard]] bool serverReady(std::uint32_t events);
-  // A picture that answers all requests up to this number.
+  // This picture answers all requests up to this number.
   [[nodiscard]] bool pictureReady(std::uint64_t request, std::uint32_t pixmap);
 
   // The events to wait for now, as for epoll.
   [[nodiscard]] std::uint32_t clientEvents() const;
   [[nodiscard]] std::uint32_t serverEvents() const;
-  // Its socket is to be read no more than the server takes, and must not be waited for.
+  // Read its socket only as fast as the server takes the data, and do not wait for it.
   [[nodiscard]] bool isClientGone() const { return isClientGone_; }
-  // What was passed on last, in whichever direction.
+  // What was passed on last, in either direction.
   [[nodiscard]] Passing passing() const { return passing_; }
   // Whether the program follows the screen's damage, so that the picture has to be kept up to date.
   [[nodiscard]] bool followsDamage() const { return requestStream_.followsDamage(); }
@@ -82,7 +81,7 @@ class Relay {
   protocol::ReplyStream replyStream_;
   std::optional<std::uint64_t> setupLeft_;  // of the server's answer to the setup; absent until its length is known
   Waiting waiting_ = Waiting::no;
-  std::uint64_t question_ = 0;  // the number of the lens's own that the server was asked last
+  std::uint64_t question_ = 0;  // the number of the lens's own last question to the server
   std::uint64_t awaitedPicture_ = 0;
   Passing passing_ = Passing::shortMessages;
   bool isClientGone_ = false;

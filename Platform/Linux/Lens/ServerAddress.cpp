@@ -77,8 +77,8 @@ posix::FileDescriptor ServerAddress::connectOverNetwork() const {
   return posix::FileDescriptor();
 }
 
-// The names under which a display is in the file are a local one for this machine, whichever way one connects to it,
-// and addresses for others. Forwarded displays of other machines are local ones, too.
+// In the file, this machine's displays have a local name, however one connects to them; displays of others have
+// addresses. Forwarded displays of other machines are local as well.
 protocol::Credential ServerAddress::credential() const {
   const std::string name = posix::hostName();
   const std::string number = std::to_string(number_);

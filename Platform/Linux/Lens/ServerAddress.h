@@ -1,4 +1,4 @@
-// The display that a lens stands before: where its sockets are, and what lets one connect.
+// The display in front of which a lens stands: where its sockets are, and the credential for them.
 //
 // Threads: any. Failure: sentences.
 #pragma once
@@ -15,12 +15,12 @@ namespace platform::linux::lens {
 
 class ServerAddress {
  public:
-  // `display` as in DISPLAY; absent when that is no name of a display.
+  // `display` as in DISPLAY; absent when it is not the name of a display.
   static std::optional<ServerAddress> parse(const std::string& display);
 
   // A connected socket that does not block.
   [[nodiscard]] std::expected<posix::FileDescriptor, Error> connect() const;
-  // What the user's authority file holds for it; empty without one, for servers that let everybody in.
+  // What the user's authority file holds for it; empty without an entry, for servers that let everybody in.
   [[nodiscard]] protocol::Credential credential() const;
   [[nodiscard]] int screen() const { return screen_; }
 

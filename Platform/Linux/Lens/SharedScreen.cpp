@@ -17,7 +17,7 @@ namespace platform::linux::lens {
 
 namespace {
 
-// Somebody outside may hold the server grabbed. The program then gets an old picture rather than none.
+// Another program may hold the server grabbed. The reader then gets an old picture rather than none.
 constexpr std::chrono::milliseconds longestWaitForServer{1000};
 constexpr int mostRounds = 4;
 
@@ -75,7 +75,7 @@ SharedScreen::SharedScreen(std::unique_ptr<xcb::Connection> connection, LensRule
       whole_(*connection_) {
   scene_.addListener(windowList_);
   windowList_.setChanged([this] { isListStale_ = true; });
-  // A change of the monitors alone shows as a root window that is configured to be as it was.
+  // If only the monitors change, the root window is merely reported as configured, with its old size.
   connection_->addRootEvents(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
   findServerWindow();
   makeRootPictures();
@@ -109,8 +109,8 @@ void SharedScreen::handle(const xcb_generic_event_t& event) {
       isScreenStale_ || (configured.window == connection_->root() && configured.event == configured.window);
 }
 
-// One that came before this: no list has it, but the server says which window lies at a point. Asked after the scene
-// has begun to listen, so that none is missed.
+// Finds a window of the server that came before this object. No list has it, but the server says which window lies at a
+// point. Asked after the scene has begun to listen, so that none is missed.
 void SharedScreen::findServerWindow() {
   xcb_connection_t* c = connection_->get();
   const xcb_window_t root = connection_->root();
@@ -146,7 +146,7 @@ void SharedScreen::blacken() {
   if (!std::exchange(isBlack_, true)) report(whole_);
 }
 
-// It takes an eighth of a byte for each pixel. Whoever follows an older one is told of what lies within that.
+// A board takes an eighth of a byte per pixel. Whoever follows an older one hears of changes within that.
 void SharedScreen::makeBoard() {
   const xcb::PixelRect& screen = target_.source;
   whole_.set(screen);
@@ -164,7 +164,7 @@ void SharedScreen::report(const xcb::Region& changed) {
   for (const xcb_pixmap_t board : names_.boards.pixmaps) xcb_damage_add(connection_->get(), board, changed.id());
 }
 
-// Each answer may lead to a question, and each may bring events along.
+// Each reply may lead to a question, and each may bring events along.
 void SharedScreen::takeIn() {
   bool isAny = true;
   while (std::exchange(isAny, false)) {
@@ -193,7 +193,7 @@ bool SharedScreen::isAnswered() {
   return true;
 }
 
-// Without an older picture there is nothing but to wait on.
+// Without an older picture we can only keep waiting.
 bool SharedScreen::isTooLate() {
   if (Clock::now() < deadline_) return false;
   deadline_ = Clock::now() + longestWaitForServer;
@@ -254,7 +254,7 @@ std::vector<xcb_window_t> SharedScreen::windowsToLeaveOut() {
   return windows;
 }
 
-// What another set of windows changes is no damage: the whole picture is painted anew.
+// Another set of windows changes the picture without damage, so the whole picture is painted anew.
 void SharedScreen::leaveOut(std::vector<xcb_window_t> windows) {
   if (compositor_ && windows == leftOut_) return;
   leftOut_ = std::move(windows);
@@ -283,8 +283,8 @@ bool SharedScreen::paint() {
   return true;
 }
 
-// What is known already is painted first: mostly that is all, and then one answer of the server tells both that it is
-// there and that nothing else has happened.
+// Paints at once what is already known. Mostly that is everything, and one reply of the server then says both that it
+// is done and that nothing else has happened.
 void SharedScreen::beginUpdate() {
   isPainted_ = false;
   questions_ = 0;
@@ -295,7 +295,7 @@ void SharedScreen::beginUpdate() {
   ask();
 }
 
-// Each round may find windows to ask about, whose answers the next one takes in.
+// Each round may find windows to ask about; the next round handles the replies.
 bool SharedScreen::isUpToDate() {
   if (isLost()) return true;
   if (!isAnswered()) return isTooLate();

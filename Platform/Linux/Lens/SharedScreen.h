@@ -1,15 +1,14 @@
-// The picture that programs behind a lens read in the screen's place, in the X server.
+// The picture in the X server that programs behind a lens read instead of the screen.
 //
-// It is black while the server itself hides the screen: by its screen saver, or, where no compositing manager uses it,
-// by the overlay window, which lockers take because no window can come above it.
+// It is black while the server itself hides the screen: by its screen saver or, where no compositing manager uses it,
+// by the overlay window, which lockers take because no window can be above it.
 //
-// What changes in it is reported on the damage boards.
+// Changes of the picture are reported on the damage boards.
 //
-// Threads: one at a time.
-// Units and axes: the picture is as large as the root window.
-// Lifetime: windows that were redirected stay so as long as this object lives: those that were read, or, where the rule
-// concerns others than our own, all of them from the beginning.
-// Failure: `open` says in a sentence why it cannot be had; later ones leave the picture as it was.
+// Threads: one at a time. Units and axes: the picture is as large as the root window.
+// Lifetime: windows redirected by this object stay redirected as long as it lives. These are the windows that were read
+// or, where the rule concerns windows other than our own, all windows from the beginning.
+// Failure: `open` says in a sentence why there can be no picture; later failures leave the picture as it was.
 #pragma once
 
 #include <xcb/render.h>
@@ -45,15 +44,16 @@ class SharedScreen {
   [[nodiscard]] int fileDescriptor() const { return connection_->fileDescriptor(); }
   [[nodiscard]] bool isLost() const { return connection_->isBroken(); }
 
-  // Takes in what has happened, without painting anything. Never waits.
+  // Handles what has happened, without painting anything. Never waits.
   void takeIn();
-  // Begins to bring the picture up to date with everything that any client has made the server do before.
+  // Begins to bring the picture up to date with everything that any client has had the server do before.
   void beginUpdate();
-  // Goes on with that; to be asked again when the descriptor can be read or the deadline has passed. Once it is true,
-  // whoever reads the pixmap finds the picture so. One that was handed out before stays valid until the next but one.
+  // Continues the update. Call it again when the descriptor is readable or the deadline has passed. Once it returns
+  // true, whoever reads the pixmap finds the picture up to date. A pixmap handed out before stays valid until the next
+  // but one.
   [[nodiscard]] bool isUpToDate();
   [[nodiscard]] Clock::time_point deadline() const { return deadline_; }
-  // Whether an update would change the picture, as far as that is known.
+  // Whether an update would change the picture, as far as known.
   [[nodiscard]] bool hasChanged() const;
   [[nodiscard]] xcb_pixmap_t pixmap() const { return target_.pixmap; }
 
@@ -91,7 +91,7 @@ class SharedScreen {
   scene::Scene scene_;
   scene::WindowList windowList_;
   xcb::ServerScreenSaver screenSaver_;
-  // The server's own that are on the screen: they are in no list of windows.
+  // The server's own windows on the screen, which are in no list of windows.
   std::set<xcb_window_t> serverWindows_;
   Target target_;
   Target formerTarget_;
@@ -104,7 +104,7 @@ class SharedScreen {
   bool isListStale_ = false;
   std::vector<Screen> screens_;
   bool isScreenStale_ = true;
-  // What the server is asked during an update, to learn that it is past all that came before.
+  // Asked during an update to learn that the server is past everything that came before.
   std::uint32_t question_ = 0;
   int questions_ = 0;
   Clock::time_point deadline_;

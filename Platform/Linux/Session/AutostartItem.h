@@ -9,10 +9,10 @@ namespace platform::linux::session {
 
 class AutostartItem : public LoginItem {
  public:
-  // The user's configuration directory, and the absolute path of the program to start.
+  // Takes the user's configuration directory and the absolute path of the program to start.
   AutostartItem(const std::string& configurationDirectory, std::string program);
 
-  // Enabled while the entry is there and neither it nor the desktop's settings have switched it off.
+  // Enabled while the entry exists and neither it nor the desktop's settings switch it off.
   [[nodiscard]] LoginItemStatus status() const override;
   std::expected<void, Error> registerItem() override;
   std::expected<void, Error> unregisterItem() override;

@@ -33,7 +33,7 @@ void BusFlag::ask() {
   auto* call = new QDBusPendingCallWatcher(source_.bus.asyncCall(source_.question), &context_);
   QObject::connect(call, &QDBusPendingCallWatcher::finished, &context_, [this, call, number = ++lastQuestion_] {
     call->deleteLater();
-    // An answer that another question has overtaken says nothing about now.
+    // An answer overtaken by another question says nothing about now.
     if (number == lastQuestion_) set(isTrue(call->reply()));
   });
 }

@@ -1,7 +1,7 @@
-// Something on a bus that is true or false, followed: asked for once, and again whenever a signal hints at a change.
+// Follows something on a bus that is true or false: asks once, and again whenever a signal hints at a change.
 //
-// Threads: main thread only; the callback comes from the event loop.
-// Failure: what a service does not know, or a service that is gone, is false. Services are never started for this.
+// Threads: main thread only; the callback comes from the event loop. Failure: what a service does not know, or a
+// service that is gone, is false. Services are never started for this.
 #pragma once
 
 #include <QDBusConnection>
@@ -22,7 +22,7 @@ class BusFlag {
     QString path;
     QString signalInterface;
     QString signal;
-    // Answered with a boolean, or with a variant that holds one.
+    // The answer is a boolean, or a variant that holds one.
     QDBusMessage question;
   };
 

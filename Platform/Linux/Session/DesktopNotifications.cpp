@@ -23,7 +23,7 @@ void DesktopNotifications::showOnce(const std::string& name, const Notification&
   constexpr uint replacesNone = 0;
   constexpr int asLongAsUsual = -1;
   const QVariantMap hints{{QStringLiteral("desktop-entry"), QString::fromLatin1(posix::applicationIdentifier)}};
-  // The text is read as markup.
+  // The service reads the text as markup.
   call << QStringLiteral("Quillfade") << replacesNone << QString::fromLatin1(posix::applicationIdentifier)
        << QString::fromStdString(notification.title) << QString::fromStdString(notification.text).toHtmlEscaped()
        << QStringList{} << hints << asLongAsUsual;
@@ -31,7 +31,7 @@ void DesktopNotifications::showOnce(const std::string& name, const Notification&
 }
 
 bool DesktopNotifications::claim(const std::string& name) const {
-  std::error_code ignored;  // the file then cannot be made either
+  std::error_code ignored;  // the file then cannot be created either
   std::filesystem::create_directories(stateDirectory_, ignored);
   return posix::openRegularFile(stateDirectory_ + '/' + name, O_WRONLY | O_CREAT | O_EXCL).has_value();
 }

@@ -57,7 +57,7 @@ void DesktopSessionLock::requested() {
 
 void DesktopSessionLock::update() {
   if (std::exchange(isLocked_, signs_.isLocked()) == isLocked_) return;
-  // On a turn of its own: whoever is told takes windows off the screen, and events are being handled here.
+  // In a turn of its own: observers take windows off the screen, and events are being handled here.
   QMetaObject::invokeMethod(
       &context_,
       [this] {

@@ -1,8 +1,8 @@
 // The lock screen of a Linux desktop: the login manager, the screen savers of the session bus, and the X server's own.
 //
 // Monitors that merely save power (DPMS) do not count: they hide what is beneath anyway, and announce nothing.
-// Threads: main thread only; observers are called from the event loop.
-// Ownership: keeps references to everything that it is given.
+// Threads: main thread only; observers are called from the event loop. Ownership: keeps references to everything that
+// it is given.
 #pragma once
 
 #include <QObject>
@@ -23,7 +23,7 @@ namespace platform::linux::session {
 
 class DesktopSessionLock final : public SessionLock {
  public:
-  // `patience`: how many seconds a locker that was asked for may take to show.
+  // `patience`: how many seconds a requested locker may take to appear.
   DesktopSessionLock(xcb::Connection& connection, const scene::Scene& scene, scene::WindowList& windows,
                      RunLoop& runLoop, double patience = 10);
   ~DesktopSessionLock() override;
@@ -34,7 +34,7 @@ class DesktopSessionLock final : public SessionLock {
   void observeChanges(std::function<void()> observer) override { observers_.push_back(std::move(observer)); }
 
   void handle(const xcb_generic_event_t& event);
-  // To be called after each batch of events, once the window list has seen them.
+  // Call it after each batch of events, once the window list has seen them.
   void settle();
 
  private:

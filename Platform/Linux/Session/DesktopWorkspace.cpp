@@ -55,7 +55,7 @@ void DesktopWorkspace::openURL(const std::string& url) {
     QDesktopServices::openUrl(link);
 }
 
-// No settings program says which extension the display lacks, and none helps against anything else that is in the way.
+// No settings program says which extension the display lacks, and none helps against any other obstacle.
 void DesktopWorkspace::openSettings() {
   const bool isOpen = obstacle_.empty() && startSettings();
   if (!isOpen || !missingExtensions_.empty()) explain();

@@ -1,7 +1,7 @@
-// Opening links on this desktop.
+// Opens links on this desktop.
 //
-// A link into the system settings becomes the desktop's own settings program, and a message that says what the display
-// lacks, since that is what the user was sent to the settings for.
+// A link into the system settings opens the desktop's own settings program, and a message that says what the display
+// lacks, since that is why the user was sent to the settings.
 #pragma once
 
 #include <QMessageBox>
@@ -15,8 +15,8 @@ namespace platform::linux::session {
 
 class DesktopWorkspace : public Workspace {
  public:
-  // The X extensions that capturing needs and that this display does not have, by name; and what else stands in the
-  // way of capturing, if anything, which no settings program could change.
+  // Takes the names of the X extensions that capturing needs and this display lacks, and any other obstacle to
+  // capturing, which no settings program could remove.
   explicit DesktopWorkspace(std::vector<std::string> missingExtensions, std::string obstacle = {});
   ~DesktopWorkspace() override;
   DesktopWorkspace(const DesktopWorkspace&) = delete;

@@ -1,7 +1,7 @@
-// Whether the session counts as locked, from signs that come from several places and none of which every desktop has.
+// Whether the session counts as locked, judged by signs from several places, none of which every desktop has.
 //
-// A request to lock counts at once, before any sign shows: the desktop's own locker may take a while. It ends with the
-// signs that follow it, or is given up when none follows; for not every locker that answers a request tells of its end.
+// A request to lock counts at once, before any sign appears: the desktop's own locker may take a while. It ends with
+// the signs that follow, or is given up when none does, since not every locker that answers a request reports its end.
 // Threads: plain value.
 #pragma once
 
@@ -14,13 +14,13 @@ namespace platform::linux::session {
 
 class LockSigns {
  public:
-  // A locker's window confirms a request; without one it is no more than a large window.
+  // A locker's window confirms a request; without a request it is only a large window.
   static constexpr std::string_view lockerWindow = "locker window";
 
   void set(std::string_view sign, bool shows);
   void lockRequested() { isRequested_ = true; }
   void unlockRequested() { isRequested_ = false; }
-  // So long after the request, some sign should show.
+  // Call it so long after the request that a sign should have appeared.
   void requestGrewOld();
 
   [[nodiscard]] bool isLocked() const;

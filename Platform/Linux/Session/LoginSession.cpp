@@ -15,7 +15,7 @@ const QString managerPath = QStringLiteral("/org/freedesktop/login1");
 const QString managerInterface = QStringLiteral("org.freedesktop.login1.Manager");
 const QString sessionInterface = QStringLiteral("org.freedesktop.login1.Session");
 const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
-// The session of the caller, else the one of the user's display.
+// The caller's session, else that of the user's display.
 constexpr const char* anySession = "auto";
 
 }  // namespace

@@ -1,7 +1,7 @@
 // This user's session as the login manager (logind, elogind) keeps it.
 //
-// Threads: main thread only; callbacks come from the event loop.
-// Failure: without a login manager, or without a session, there is nothing to tell.
+// Threads: main thread only; callbacks come from the event loop. Failure: without a login manager, or without a
+// session, nothing is reported.
 #pragma once
 
 #include <QAction>
@@ -15,10 +15,10 @@
 namespace platform::linux::session {
 
 struct LoginSessionListener {
-  // Somebody asked for the session to be locked, or unlocked; the desktop's locker has yet to follow.
+  // Somebody asked for the session to be locked or unlocked; the desktop's locker has yet to follow.
   std::function<void()> lockRequested;
   std::function<void()> unlockRequested;
-  // What the desktop says of the session.
+  // What the desktop says about the session.
   std::function<void(bool locked)> lockedHintChanged;
 };
 
@@ -34,7 +34,7 @@ class LoginSession {
   QDBusConnection bus_;
   QObject context_;
   QDBusServiceWatcher watcher_;
-  // Bus signals can only be connected to named slots; an action's `trigger` is one, and calls back at once, so that
+  // Bus signals can only be connected to named slots. An action's `trigger` is one, and it calls back at once, so
   // requests keep their place among the answers.
   QAction lock_;
   QAction unlock_;

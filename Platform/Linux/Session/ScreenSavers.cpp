@@ -6,7 +6,7 @@
 namespace platform::linux::session {
 namespace {
 
-// They all have the same method and signal, on an interface and an object of their own name.
+// They all have the same method and signal, on an interface and an object named after themselves.
 constexpr std::array<std::string_view, 5> services{
     "org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.cinnamon.ScreenSaver",
     "org.mate.ScreenSaver",        "org.xfce.ScreenSaver",
@@ -16,7 +16,7 @@ constexpr std::array<std::string_view, 5> services{
 
 ScreenSavers::ScreenSavers(std::function<void(std::string_view, bool)> changed)
     : changed_(std::move(changed)), busReturn_([this](const QDBusConnection& bus) {
-        // What went with the old bus hides nothing any more.
+        // Savers that went with the old bus no longer hide anything.
         for (const std::string_view service : services) changed_(service, false);
         follow(bus);
       }) {

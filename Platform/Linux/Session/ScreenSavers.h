@@ -1,7 +1,7 @@
-// The screen savers and lock screens of the session bus: the common interface and the ones of single desktops.
+// The screen savers and lock screens of the session bus: the common interface and those of individual desktops.
 //
-// Threads: main thread only; the callback comes from the event loop.
-// Failure: one that is not there, or does not answer, is not active.
+// Threads: main thread only; the callback comes from the event loop. Failure: one that does not exist, or does not
+// answer, is not active.
 #pragma once
 
 #include <functional>
@@ -16,7 +16,7 @@ namespace platform::linux::session {
 
 class ScreenSavers {
  public:
-  // `changed`: the service by its bus name, and whether it hides the screen now.
+  // `changed`: the service's bus name, and whether it hides the screen now.
   explicit ScreenSavers(std::function<void(std::string_view service, bool isActive)> changed);
 
  private:

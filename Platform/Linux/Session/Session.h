@@ -1,7 +1,7 @@
-// What kind of session the program runs in.
+// The kind of session that the program runs in.
 //
-// X11 programs also start in a Wayland session, on the X server that it keeps for them; but there the X server has only
-// the windows of X11 programs, and a copy of its screen would miss all others.
+// X11 programs also start in a Wayland session, on the X server that it keeps for them. But that server has only the
+// windows of X11 programs, and a copy of its screen would miss all others.
 #pragma once
 
 #include <string>
@@ -10,11 +10,11 @@
 
 namespace platform::linux::session {
 
-// By what the session says of itself: `XDG_SESSION_TYPE`, or else whether there is a Wayland display.
+// Judges by what the session says of itself: `XDG_SESSION_TYPE`, or else whether there is a Wayland display.
 [[nodiscard]] bool isWaylandSession();
-// The same, or because the X server is one that a Wayland session keeps.
+// Also true if the X server is one that a Wayland session keeps.
 [[nodiscard]] bool isWaylandSession(const xcb::Connection& connection);
-// "x11", "wayland", "tty" and so on; what it is taken for when it says nothing.
+// "x11", "wayland", "tty" and so on; our guess if the session says nothing.
 [[nodiscard]] std::string sessionType();
 
 inline constexpr const char* waylandSentence =

@@ -47,7 +47,7 @@ class SessionBus::Object final : public QDBusVirtualObject {
     return path == objectPath ? introspection : QString{};
   }
 
-  // Anything but the one method is left to the bus library, which refuses it.
+  // Everything but this one method is left to the bus library, which refuses it.
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
     if (message.interface() != interfaceName || message.member() != runMethod || message.signature() != runSignature) {
       return false;
@@ -94,7 +94,7 @@ void SessionBus::announceQuestion() {
 
 bool SessionBus::own(const QDBusConnection& bus) {
   bus_ = bus;
-  // The object first: whoever sees the name may send at once.
+  // The object comes first: whoever sees the name may send at once.
   bus_.registerVirtualObject(objectPath, object_.get());
   if (bus_.registerService(busName)) return true;
   bus_.unregisterObject(objectPath);
@@ -110,8 +110,8 @@ std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::s
                                                         const std::function<void()>& onQuestion) {
   int argumentCount = 0;
   QCoreApplication application(argumentCount, nullptr);
-  // First of all, so that it goes last: the bus library's thread reads messages until the very end of the process, and
-  // needs the register of types for that.
+  // First of all, so that it is destroyed last: the bus library's thread reads messages until the very end of the
+  // process, and needs the type registry for that.
   qRegisterMetaType<QDBusVariant>();
   QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) {

@@ -1,8 +1,8 @@
-// The way in over D-Bus: one instance owns the name, and others hand it their commands.
+// The entrance over D-Bus: one instance owns the name, and others send it their commands.
 //
-// A bus that dies and comes back is joined anew, for whoever owned the name before.
-// The interface has one method, `Run`: the words of a command in, an exit status and a text out; and one signal,
-// `Question`: the user is being asked something, so a reply may be long in coming.
+// The owner of the name rejoins a bus that dies and comes back. The interface has one method, `Run` (the words of a
+// command in, an exit status and a text out), and one signal, `Question` (the user is being asked something, so a reply
+// may take long).
 // Threads: main thread only.
 #pragma once
 

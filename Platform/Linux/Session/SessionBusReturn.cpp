@@ -21,19 +21,19 @@ SessionBusReturn::SessionBusReturn(std::function<void(const QDBusConnection&)> r
 }
 
 SessionBusReturn::~SessionBusReturn() {
-  // Before the connection: the library still reaches for what it calls while it closes one, on a thread of its own.
+  // Before the connection: while the library closes one, on a thread of its own, it still uses what it calls back.
   query_.reset();
   QDBusConnection::disconnectFromBus(name_);
 }
 
 void SessionBusReturn::watch(QDBusConnection bus) {
-  // No bus sends this: the library does, to its own process.
+  // No bus sends this signal: the library sends it to its own process.
   bus.connect(QString{}, QStringLiteral("/org/freedesktop/DBus/Local"), QStringLiteral("org.freedesktop.DBus.Local"),
               QStringLiteral("Disconnected"), &*query_, SLOT(start()));
 }
 
 void SessionBusReturn::query() {
-  // What is left of the last connection; the library would hand it out again.
+  // Drops what is left of the last connection, which the library would otherwise hand out again.
   QDBusConnection::disconnectFromBus(name_);
   const QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name_);
   if (!bus.isConnected()) return;

@@ -1,9 +1,9 @@
-// The session bus's return: a bus that dies and comes back at its address is joined anew.
+// The session bus's return: rejoins a bus that dies and comes back at its address.
 //
-// The toolkit keeps its own connection to the session bus for as long as the process lives, also when the bus has died;
-// so whoever is on the bus has to be told of another one.
+// The toolkit keeps its own connection to the session bus for the life of the process, even when the bus has died, so
+// users of the bus must be told of a new connection.
 // Threads: main thread only; the callback comes from the event loop.
-// Ownership: the new connection is dropped with this object, or with the next one.
+// Ownership: the new connection is dropped with this object, or for the next one.
 // Failure: without a bus from the beginning there is none to come back; one that is gone is looked for every second.
 #pragma once
 
@@ -28,7 +28,7 @@ class SessionBusReturn {
 
   std::function<void(const QDBusConnection&)> returned_;
   QString name_;
-  // Started by the bus library when the bus is gone.
+  // The bus library starts it when the bus is gone.
   std::optional<QTimer> query_;
 };
 

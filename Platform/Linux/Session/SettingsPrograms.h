@@ -9,8 +9,8 @@
 
 namespace platform::linux::session {
 
-// Commands (program and arguments) to try in this order, those of the running desktop first.
-// `currentDesktop`: names separated by colons, as in XDG_CURRENT_DESKTOP.
+// Commands (program and arguments) to try in this order, those of the running desktop first. `currentDesktop`: names
+// separated by colons, as in XDG_CURRENT_DESKTOP.
 [[nodiscard]] std::vector<std::vector<std::string>> settingsPrograms(std::string_view currentDesktop);
 
 }  // namespace platform::linux::session
