@@ -20,7 +20,7 @@ xcb_render_picture_t Composition::makeTarget(xcb::Connection& connection, xcb_pi
   const xcb_render_picture_t target = connection.newId();
   xcb_render_create_picture(connection.get(), target, pixmap, connection.formatOfVisual(connection.rootVisual()), 0,
                             nullptr);
-  // A colour that no test uses, so that a pixel that was never painted shows.
+  // A colour that no test uses, so that unpainted pixels show.
   const xcb_rectangle_t everything{0, 0, static_cast<std::uint16_t>(source.width),
                                    static_cast<std::uint16_t>(source.height)};
   xcb_render_fill_rectangles(connection.get(), XCB_RENDER_PICT_OP_SRC, target, {0xffff, 0x1111, 0xdddd, 0xffff}, 1,
@@ -29,7 +29,7 @@ xcb_render_picture_t Composition::makeTarget(xcb::Connection& connection, xcb_pi
 }
 
 void Composition::catchUp(int mostEvents) {
-  // Each round may send questions, whose answers the next one takes in.
+  // Each round may send questions; the next round handles the replies.
   for (int round = 0; round < 3; ++round) {
     if (!connection_->synchronize(10'000)) throw std::runtime_error("The X server does not answer.");
     for (int taken = 0; taken < mostEvents; ++taken) {

@@ -22,7 +22,7 @@ inline void failOnError(const xcb_generic_error_t& error) {
                 << error.minor_code << ", resource " << error.resource_id;
 }
 
-// A connection on which every error that nobody expected fails the test.
+// A connection on which every unexpected error fails the test.
 inline std::unique_ptr<xcb::Connection> connectTo(const std::string& display) {
   auto connection = xcb::Connection::open(display);
   if (!connection) throw std::runtime_error(connection.error().localizedDescription);
@@ -36,8 +36,8 @@ class Composition {
   Composition(const std::string& display, const xcb::PixelRect& source, std::vector<xcb_window_t> excluded = {},
               std::vector<std::uint32_t> ownClients = {});
 
-  // Takes in everything that other clients have synchronised with the server before; or just a part of it, when another
-  // client may be faster than this one.
+  // Handles everything that other clients have synchronised with the server before; or only part of it, for the case
+  // that another client is faster.
   void catchUp(int mostEvents = std::numeric_limits<int>::max());
   // Paints what has changed. False when there was nothing to paint.
   bool update(int mostEvents = std::numeric_limits<int>::max());
@@ -45,7 +45,7 @@ class Composition {
   [[nodiscard]] support::Picture picture();
   // The rectangles that the last painting may have changed.
   [[nodiscard]] std::vector<xcb::PixelRect> painted();
-  // From now on nobody asks for those.
+  // From now on nobody asks what was painted.
   void needNotTell() { clear_ = {-source_.width, -source_.height, 3 * source_.width, 3 * source_.height}; }
   [[nodiscard]] compositor::Compositor& compositor() { return compositor_; }
   [[nodiscard]] xcb::Connection& connection() { return *connection_; }

@@ -1,4 +1,4 @@
-// The compositor against a real X server: what it paints must be, pixel by pixel, what the screen shows without the
+// The compositor against a real X server: what it paints must match, pixel by pixel, what the screen shows without the
 // windows that are left out.
 #include "Platform/Linux/Compositor/Compositor.h"
 
@@ -58,7 +58,7 @@ class CompositorTest : public ::testing::Test {
     client.sync();
   }
 
-  // Without the windows that are left out the screen shows this.
+  // What the screen shows without these windows.
   Picture screenWithout(const std::vector<xcb_window_t>& windows, const xcb::PixelRect& part = wholeScreen) {
     for (const xcb_window_t window : windows) client.unmap(window);
     client.sync();
@@ -76,7 +76,7 @@ class CompositorTest : public ::testing::Test {
 
   support::XServer server{{.width = 400, .height = 300, .depth = 24, .arguments = {}}};
   support::XClient client{server.display()};
-  // As the process's main connection does for its whole life.
+  // Stands in for the process's main connection, which lives as long as the process.
   std::unique_ptr<xcb::Connection> keeper = connectTo(server.display());
 };
 
@@ -134,7 +134,7 @@ TEST_F(CompositorTest, AWindowThatIsLeftOutShowsWhatIsBeneath) {
   client.sync();
   Composition composition(server.display(), wholeScreen, {overlay});
   EXPECT_TRUE(composition.update());
-  // What is drawn beneath it while it is there counts as well.
+  // What is drawn beneath the window meanwhile counts as well.
   client.setFrame(beneath, {80, 80, 100, 100});
   client.setBackground(beneath, 0x0a0b0c);
   client.sync();
@@ -152,7 +152,7 @@ TEST_F(CompositorTest, AWindowThatIsLeftOutMayDrawAndGrowWithoutBeingNoticed) {
   client.setFrame(overlay, {20, 10, 300, 280});
   client.sync();
   EXPECT_FALSE(composition.update());
-  // Where it uncovers others the server itself draws them again.
+  // Where it uncovers other windows, the server itself draws them again.
   client.setFrame(overlay, {200, 10, 100, 100});
   client.lower(overlay);
   client.raise(overlay);

@@ -1,4 +1,4 @@
-// A background of the root window that changes without a word.
+// A background of the root window that changes without notice.
 #include "Platform/Linux/Compositor/RootBackground.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-// What lies beneath all windows, where nobody has set a wallpaper and around one that is small: each compositing
-// manager paints that in its own way.
+// What lies beneath all windows, without a wallpaper and around a small one: each compositing manager paints that in
+// its own way.
 #include "Platform/Linux/Compositor/Wallpaper.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +33,7 @@ class WallpaperTest : public ::testing::Test {
     client.sync();
   }
 
-  // Takes the screen over from whoever has it.
+  // Takes over the screen from its present owner.
   void claimToComposite(const std::string& name, const std::string& version) {
     const auto window = client.createWindow({.mapped = false});
     if (!name.empty()) client.setText(window, "WM_NAME", "STRING", name);
@@ -48,7 +48,7 @@ class WallpaperTest : public ::testing::Test {
   }
   std::uint32_t shown() { return shownAt(200, 150); }
 
-  // Of another colour at its right edge.
+  // With a different colour at its right edge.
   void setSmallWallpaper() {
     const xcb_pixmap_t wallpaper = xcb_generate_id(client.connection());
     xcb_create_pixmap(client.connection(), 24, wallpaper, client.root(), 60, 40);
@@ -60,7 +60,7 @@ class WallpaperTest : public ::testing::Test {
 
   support::XServer server{{.width = 400, .height = 300, .depth = 24, .arguments = {}}};
   support::XClient client{server.display()};
-  // As the process's main connection does for its whole life.
+  // Stands in for the process's main connection, which lives as long as the process.
   std::unique_ptr<xcb::Connection> keeper = connectTo(server.display());
   std::optional<Composition> composition;
 };
@@ -104,7 +104,7 @@ TEST_F(WallpaperTest, ASmallOneIsRepeatedOrSpreadOrLeftAlone) {
   EXPECT_EQ(takenOver("xcompmgr", ""), wallpaperColor);
 }
 
-// Waits until a compositing manager has painted the screen otherwise than the root window is.
+// Waits until a compositing manager paints the screen differently from the root window.
 void expectTheScreen(support::XClient& client, Composition& composition) {
   EXPECT_TRUE(support::waitUntil([&] {
     composition.update();

@@ -1,4 +1,4 @@
-// Windows that a compositing manager shows otherwise than their pixels say: pixels read back from a real X server.
+// Windows that a compositing manager shows differently from their pixels: pixels read back from a real X server.
 #include "Platform/Linux/Compositor/WindowEffects.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ namespace platform::linux::compositor {
 namespace {
 
 constexpr xcb::PixelRect wholeScreen{0, 0, 400, 300};
-constexpr std::uint32_t grey = 0x808080;  // of what lies beneath
+constexpr std::uint32_t grey = 0x808080;  // the colour beneath
 constexpr std::uint32_t half = 0x80000000;
 
 class WindowEffectsTest : public ::testing::Test {
@@ -28,14 +28,14 @@ class WindowEffectsTest : public ::testing::Test {
     client.sync();
   }
 
-  // All that it takes to count as a compositing manager.
+  // Does all it takes to count as a compositing manager.
   void claimToComposite() {
     const auto window = manager.createWindow({.mapped = false});
     xcb_set_selection_owner(manager.connection(), window, manager.atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
     manager.sync();
   }
 
-  // A frame of a window manager with a client's window inside: ten pixels of edges, of which four are to be seen.
+  // A window manager's frame with a client's window inside: ten pixels of edges, of which four are visible.
   void makeFrame(std::uint8_t depth = 32) {
     frame = manager.createWindow({.frame = {50, 40, 120, 100}, .color = 0xff000000, .depth = depth});
     inner =
@@ -63,7 +63,7 @@ class WindowEffectsTest : public ::testing::Test {
   support::XServer server{{.width = 400, .height = 300, .depth = 24, .arguments = {}}};
   support::XClient client{server.display()};
   support::XClient manager{server.display()};
-  // As the process's main connection does for its whole life.
+  // Stands in for the process's main connection, which lives as long as the process.
   std::unique_ptr<xcb::Connection> keeper = connectTo(server.display());
   std::optional<Composition> composition;
   xcb_window_t frame = XCB_NONE;

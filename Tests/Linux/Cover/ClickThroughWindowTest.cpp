@@ -1,4 +1,4 @@
-// The window of a mirror as the application fills it: its text, its picture, and when each of them is seen.
+// A mirror's window as the application fills it: its text, its picture, and when each is seen.
 #include "Platform/Linux/Cover/ClickThroughWindow.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +24,7 @@ constexpr Rect place{{200, 300}, {400, 300}};
 constexpr xcb::PixelRect pixels{200, 200, 400, 300};
 constexpr std::uint32_t beneath = 0x205030;
 
-// Posted jobs run when the test says so, delayed ones never.
+// Posted jobs run when the test says so; delayed ones never run.
 class PostingRunLoop : public RunLoop {
  public:
   void post(Job job) override { jobs_.push_back(std::move(job)); }

@@ -34,7 +34,7 @@ constexpr stream::Argb halfWhite = 0x80FFFFFF;
 
 OverlayAppearance mirrorLook() { return {.background = blue, .picture = inside, .label = {}, .border = {}}; }
 
-// Half white over this, as RENDER rounds; off by one at most.
+// Half white over `below`, as RENDER rounds; off by one at most.
 bool isHalfWhiteOver(std::uint32_t pixel, std::uint32_t below) {
   for (const unsigned shift : {0U, 8U, 16U}) {
     const int value = static_cast<int>((pixel >> shift) & 0xFFU);
@@ -44,7 +44,7 @@ bool isHalfWhiteOver(std::uint32_t pixel, std::uint32_t below) {
   return true;
 }
 
-// A stream's side of the frames, with pictures that the test paints.
+// The stream's side of the frames, with pictures that the test paints.
 class Source {
  public:
   Source(const std::string& display, std::int32_t width, std::int32_t height, std::uint64_t serial)
@@ -58,7 +58,7 @@ class Source {
                               connection_->formatOfVisual(connection_->rootVisual()), 0, nullptr);
   }
 
-  // Paints the rectangle and lends a frame in which just that has changed; a whole one before any was read.
+  // Paints the rectangle and lends a frame in which only that has changed; a whole frame if none was read before.
   std::shared_ptr<const stream::Frame> paint(const xcb::PixelRect& rect, std::uint32_t color, bool isWhole = false) {
     isWhole = buffer_->reclaim() == stream::FrameLoan::Reading::never || isWhole;
     const auto wide = [](std::uint32_t value) { return static_cast<std::uint16_t>((value & 0xFFU) * 257); };
@@ -73,7 +73,7 @@ class Source {
                            .height = static_cast<std::uint16_t>(everything.height)}},
                          isWhole);
   }
-  // What a stream does with a change while its picture is shown: fills that part of the window, if there is one.
+  // Does what a stream does with a change while its picture is shown: fills that part of the window, if there is one.
   std::optional<stream::LiveTarget> paintLive(const xcb::PixelRect& rect, std::uint32_t color) {
     std::optional<stream::LiveTarget> shownIn;
     buffer_->paintLive([&](const stream::LiveTarget& target) {
@@ -105,7 +105,7 @@ class OverlayWindowOnX : public testing::Test {
     settle();
   }
 
-  // Everything sent has been carried out, and what it led to was handled.
+  // When this returns, everything sent has been carried out, and its consequences have been handled.
   void settle() {
     for (int i = 0; i < 2; ++i) {
       ASSERT_TRUE(connection_->synchronize(5000));
@@ -242,7 +242,7 @@ TEST_F(OverlayWindowOnX, AFrameIsShownExactlyAndLaterOnesWhereTheyChange) {
   Source source(server_.display(), 400, 300, 1);
   EXPECT_TRUE(window_->presentFrame(source.paint(inside, green)));
   EXPECT_EQ(picture().count(greenPixel), std::size_t{400} * 300);
-  // What the window shows outside of the change stays.
+  // Outside the change, the window keeps what it shows.
   client_.fill(window_->id(), {0, 0, 10, 10}, 0xFFFF0000);
   client_.sync();
   EXPECT_TRUE(window_->presentFrame(source.paint({50, 60, 20, 30}, 0xFFFFFF)));
@@ -261,7 +261,7 @@ TEST_F(OverlayWindowOnX, BorderAndLabelDoNotAddUpOverManyFrames) {
   EXPECT_TRUE(window_->presentFrame(source.paint(inside, green)));
   const support::Picture first = picture();
   EXPECT_TRUE(isHalfWhiteOver(first.at(0, 0), greenPixel));
-  // Frames that touch the border and the label in part.
+  // Frames that partly touch the border and the label.
   for (const xcb::PixelRect& part :
        {xcb::PixelRect{0, 0, 50, 50}, {0, 0, 30, 300}, {190, 140, 30, 20}, {100, 100, 300, 200}}) {
     EXPECT_TRUE(window_->presentFrame(source.paint(part, green)));
@@ -481,7 +481,7 @@ TEST_F(OverlayWindowOnX, AFrameOfANewerStreamEndsThePaintingOfTheOlder) {
   EXPECT_EQ(picture().count(greenPixel), std::size_t{400} * 300);
 }
 
-// The server gets to its clients in an order of its own. While it is held, much piles up on both connections.
+// The server serves its clients in an order of its own. While it is grabbed, much piles up on both connections.
 TEST_F(OverlayWindowOnX, WhatTheStreamHasPaintedNeverShowsOverWhatCameLater) {
   show(mirrorLook());
   Source source(server_.display(), 400, 300, 1);

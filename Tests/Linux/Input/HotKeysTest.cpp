@@ -104,7 +104,7 @@ class HotKeysOnX : public testing::Test {
     return 0;
   }
 
-  // Hands over what has arrived.
+  // Passes on what has arrived.
   void dispatchEvents() {
     while (const xcb::Event event = connection_->nextEvent()) {
       if (xcb::eventType(*event) == XCB_KEY_PRESS) ++keyPresses_;
@@ -122,8 +122,8 @@ class HotKeysOnX : public testing::Test {
   void pressD() { press(XK_d); }
   void pressP() { press(XK_p); }
   void press(support::KeySymbol symbol) {
-    // A press in the millisecond of the last release is a repetition; no hand is that fast. The server tells its time
-    // by the same clock.
+    // A press in the millisecond of the last release is a repetition: no hand is that fast. The server's time runs on
+    // the same clock.
     const auto start = std::chrono::steady_clock::now();
     ASSERT_TRUE(
         support::waitUntil([&] { return std::chrono::steady_clock::now() - start > std::chrono::milliseconds(2); }));
@@ -183,7 +183,7 @@ TEST_F(HotKeysOnX, AHeldKeyFiresOnce) {
     return keyPresses_ >= 4;
   })) << "the server repeats a held key";
   EXPECT_EQ(ids_, std::vector<std::uint32_t>{7});
-  // Letting go of the modifiers first does not confuse the next press.
+  // Releasing the modifiers first does not confuse the next press.
   for (const auto symbol : allKeys) input_.keyUp(input_.keyCode(symbol));
   pressD();
   EXPECT_TRUE(hasFired({7, 7}));

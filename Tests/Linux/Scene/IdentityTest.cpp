@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(
                     OwnerCase{"", "com.slack.Slack", "", "com.tinyspeck.slackmacgap"},
                     OwnerCase{"", "com.discordapp.Discord", "", "com.hnc.Discord"}));
 
-// The rules take every identifier for a conferencing program's that has such a program's name anywhere in it.
+// The rules take any identifier that contains a conferencing program's name for that program's.
 INSTANTIATE_TEST_SUITE_P(ProgramsWhoseNameHoldsAConferencingProgramsName, Owner,
                          testing::Values(OwnerCase{"xzoom", "XZoom", "", std::nullopt},
                                          OwnerCase{"", "", "xzoom", std::nullopt},
@@ -115,7 +115,7 @@ TEST_P(Layer, FollowsFromTheWindowsProperties) {
 
 std::string layerCaseName(const testing::TestParamInfo<LayerCase>& info) { return info.param.name; }
 
-// As gromit-mpx 1.4.3 shows itself on a screen of 1280 by 800, with and without window managers.
+// As gromit-mpx 1.4.3 presents itself on a screen of 1280 by 800, with and without window managers.
 WindowProperties gromitMpx() {
   return {.instanceName = "gromit-mpx",
           .className = "Gromit-mpx",
@@ -131,7 +131,7 @@ WindowProperties with(WindowProperties window, const std::function<void(WindowPr
   return window;
 }
 
-// A window without edges and title bar, as large as the monitor, through which one sees what lies beneath.
+// An undecorated, see-through window as large as the monitor.
 WindowProperties managedPane(std::string className) {
   return {.instanceName = className,
           .className = className,

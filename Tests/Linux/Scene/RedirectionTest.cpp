@@ -1,4 +1,4 @@
-// Which windows are kept off-screen: only of those can the pixels be named.
+// Which windows are kept off-screen: only those have pixels that can be named.
 #include "Platform/Linux/Scene/Redirection.h"
 
 #include <gtest/gtest.h>
@@ -79,7 +79,7 @@ TEST_F(RedirectionTest, InsideAFrameItIsTheFrameThatIsKeptOffScreen) {
 
 TEST_F(RedirectionTest, WhatAHiddenWindowDrawsIsThereEvenIfItWasHiddenFirst) {
   redirect();
-  // Over everything, as a cover is.
+  // Over everything, like a cover.
   own.createWindow({.frame = {0, 0, 400, 300}, .color = 0xff808080});
   own.sync();
   const auto window = client.createWindow({.frame = {10, 10, 50, 50}, .color = 0xff00aa00});

@@ -1,4 +1,4 @@
-// The model of the window stack alone: plain events in, changes out.
+// The model of the window stack on its own: plain events in, changes out.
 #include "Platform/Linux/Scene/SceneModel.h"
 
 #include <gmock/gmock.h>
@@ -39,7 +39,7 @@ class Recorder final : public SceneListener {
   void note(const std::string& what, xcb_window_t window) { changes.push_back(what + " " + std::to_string(window)); }
 };
 
-// Three windows, 1 to 3 from the bottom, and a listener that has not heard of their making.
+// Three windows, 1 to 3 from the bottom, and a listener that was added after their creation.
 class SceneModelTest : public ::testing::Test {
  protected:
   SceneModelTest() {

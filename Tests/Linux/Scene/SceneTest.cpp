@@ -1,4 +1,4 @@
-// The scene against a real X server: what it says from events alone must be what the server says when asked.
+// The scene against a real X server: what it knows from events alone must be what the server answers when asked.
 #include "Platform/Linux/Scene/Scene.h"
 
 #include <gmock/gmock.h>
@@ -22,7 +22,7 @@ namespace {
 using support::XClient;
 using support::XServer;
 
-// What the server says about its top-level windows, bottom to top; generations are the scene's own affair.
+// What the server says about its top-level windows, bottom to top. Generations exist in the scene only.
 std::vector<SceneWindow> askServer(xcb_connection_t* c, xcb_window_t root, std::uint32_t mask) {
   std::vector<SceneWindow> windows;
   const auto tree = xcb::awaitReply(c, xcb_query_tree_reply, xcb_query_tree(c, root));
@@ -51,9 +51,9 @@ std::vector<SceneWindow> askServer(xcb_connection_t* c, xcb_window_t root, std::
 
 class SceneTest : public ::testing::Test {
  protected:
-  // Takes in everything that other clients have synchronised with the server before.
+  // Handles everything that other clients have synchronised with the server before.
   void catchUp() {
-    // Each round may send questions about new windows, whose answers the next one takes in.
+    // Each round may send questions about new windows; the next round handles the replies.
     for (int round = 0; round < 3; ++round) {
       ASSERT_TRUE(connection->synchronize(10'000));
       while (const xcb::Event event = connection->nextEvent()) scene->handle(*event);
@@ -99,7 +99,7 @@ TEST_F(SceneTest, WindowsThatExistedBeforeAreKnownWithoutFurtherEvents) {
 }
 
 TEST_F(SceneTest, WhatHappenedBeforeItWasBuiltIsNotTakenInTwice) {
-  // Somebody else on the same connection listens to the root window already.
+  // Somebody else on the same connection already listens to the root window.
   connection->addRootEvents(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
   ASSERT_TRUE(connection->synchronize(10'000));
   const auto first = client.createWindow({});
@@ -119,7 +119,7 @@ TEST_F(SceneTest, AnAnswerDoesNotUndoWhatHappenedAfterIt) {
   client.sync();
   ASSERT_TRUE(connection->synchronize(10'000));
   while (const xcb::Event event = connection->nextEvent()) scene->handle(*event);
-  // The answers to its questions are here, but not taken in, when the next changes arrive.
+  // The replies have arrived, but are not handled yet, when the next changes come.
   ASSERT_TRUE(connection->synchronize(10'000));
   client.map(window);
   client.setFrame(window, {5, 6, 70, 80});
@@ -238,7 +238,7 @@ TEST_F(SceneTest, IsRightEvenWhenItIsBuiltInTheMiddleOfChanges) {
         xcb_flush(own.connection());
       }
       own.sync();
-      // Its windows must still be there when they are compared.
+      // The windows must still exist when they are compared.
       storm.keepWindows();
     });
     scene.emplace(*connection);

@@ -129,7 +129,7 @@ TEST_F(StackKeeperRules, AWindowAboveALockerGoesBeneathIt) {
   EXPECT_EQ(lowestLocker(std::vector{foreign(), own()}), std::nullopt);
 }
 
-// A connection with what it takes to keep a window on top, as the program runs it.
+// A connection and everything that keeps a window on top, as the program runs it.
 class Keeper {
  public:
   explicit Keeper(const std::string& display) : connection_(connectTo(display)), scene_(*connection_) {
@@ -199,7 +199,7 @@ TEST(StackKeeperOnX, TwoKeepersOfDifferentProgramsDoNotLoop) {
     second.run();
     return std::chrono::steady_clock::now() - start > 2s;
   }));
-  // 0, 250, 750 and 1750 ms each.
+  // 0, 250, 750 and 1750 ms for each.
   EXPECT_GE(first.moves() + second.moves(), 2) << "they do compete";
   EXPECT_LE(first.moves(), 4);
   EXPECT_LE(second.moves(), 4);
@@ -220,7 +220,7 @@ TEST(StackKeeperOnX, ALockerStaysOnTop) {
     return keeper.moves() >= 1 &&
            client.children(client.root()) == std::vector{rivalWindow, keeper.window(), screenLock};
   }));
-  // Whoever brings us above the locker, we go back.
+  // If somebody raises our window above the locker, it goes back.
   client.raise(keeper.window());
   client.sync();
   EXPECT_TRUE(support::waitUntil([&] {

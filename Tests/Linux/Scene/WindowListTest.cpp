@@ -60,7 +60,7 @@ class WindowListOnX : public testing::Test {
     return found == all.end() ? std::nullopt : std::optional(*found);
   }
 
-  // The top-level that a window manager made for this class.
+  // The top-level window that holds the window of this class.
   std::optional<CaptureWindow> entryOf(const std::string& owner) {
     const auto all = windows();
     const auto found = std::ranges::find_if(all, [&](const CaptureWindow& window) {
@@ -69,7 +69,7 @@ class WindowListOnX : public testing::Test {
     return found == all.end() ? std::nullopt : std::optional(*found);
   }
 
-  // Waits for the moment when it is on the screen with this layer.
+  // Waits until it is on the screen with this layer.
   testing::AssertionResult reachesLayer(const std::string& owner, std::int64_t layer) {
     std::optional<CaptureWindow> last;
     const bool reached = support::waitUntil([&] {
@@ -194,7 +194,7 @@ TEST_F(WindowListOnX, AWindowWithoutAClassBelongsToTheProcessThatMadeIt) {
   const xcb_window_t window = client_.createWindow({});
   const xcb_window_t blank = client_.createWindow({});
   client_.setClass(blank, "", " ");
-  // What a window claims counts for nothing where the server knows better.
+  // A window's claim counts for nothing where the server knows better.
   client_.setNumbers(blank, "_NET_WM_PID", "CARDINAL", {1});
   client_.sync();
   observe();

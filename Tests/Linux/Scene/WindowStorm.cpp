@@ -15,7 +15,7 @@ constexpr std::size_t mostWindows = 14;
 }  // namespace
 
 std::uint32_t WindowStorm::color() {
-  // Premultiplied, so that it is right for windows with alpha, too.
+  // Premultiplied, so that it also suits windows with alpha.
   const auto alpha = static_cast<std::uint32_t>(between(0, 255));
   const auto part = [&] { return static_cast<std::uint32_t>(between(0, static_cast<int>(alpha))); };
   return alpha << 24U | part() << 16U | part() << 8U | part();
@@ -127,7 +127,7 @@ void WindowStorm::reparent() {
   const xcb_window_t window = any();
   const xcb_window_t parent = any();
   if (window == parent) return;
-  // A window without pixels cannot hold one that has some; the server refuses, and the window stays where it is.
+  // A window without pixels cannot contain one that has some: the server refuses, and the window stays where it is.
   const auto refused =
       xcb_request_check(client_.connection(), xcb_reparent_window_checked(client_.connection(), window, parent, 3, 4));
   if (refused != nullptr) {
@@ -139,7 +139,7 @@ void WindowStorm::reparent() {
 }
 
 void WindowStorm::draw() {
-  // The part may lie outside the window, or the window have no pixels.
+  // The part may lie outside the window, or the window may have no pixels.
   client_.fill(any(), place(), color());
 }
 

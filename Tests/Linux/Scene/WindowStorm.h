@@ -1,6 +1,6 @@
 // Random changes to the windows of a screen, always the same ones for the same seed.
 //
-// Threads: that of the client, which must outlive it.
+// Threads: that of the client, which must outlive the storm.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -17,7 +17,7 @@ class WindowStorm {
   WindowStorm(support::XClient& client, unsigned seed)
       : client_(client), random_(seed), screen_(client.screenFrame()) {}
 
-  // One change; what it needs of the server is sent but not waited for.
+  // Makes one change. Sends requests without waiting for them.
   void change();
   // Lets the windows outlive the client's connection.
   void keepWindows();
@@ -39,7 +39,7 @@ class WindowStorm {
   std::mt19937 random_;
   support::PixelRect screen_;
   std::vector<xcb_window_t> windows_;
-  // Windows that are inside another one for now.
+  // Windows that are currently inside another one.
   std::vector<xcb_window_t> inner_;
 };
 

@@ -75,7 +75,7 @@ LockServices::LockServices(const std::string& busAddress) : services_(std::make_
 LockServices::~LockServices() {
   thread_.quit();
   thread_.wait();
-  // Before the connection: the library still reaches for its objects while it closes one, on a thread of its own.
+  // Before the connection: while the library closes one, on a thread of its own, it still uses its objects.
   services_.reset();
   QDBusConnection::disconnectFromBus(name_);
 }

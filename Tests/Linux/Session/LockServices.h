@@ -1,4 +1,5 @@
-// The login manager and a screen saver, as programs find them on a bus: both on one connection, both told what to say.
+// The login manager and a screen saver, as programs find them on a bus: both on one connection, both controlled by the
+// test.
 //
 // It serves the bus on a thread and a connection of its own, as other processes would.
 // Threads: main thread only. Failure: a name that is taken throws.
@@ -19,18 +20,18 @@ class LockServices {
   LockServices(const LockServices&) = delete;
   LockServices& operator=(const LockServices&) = delete;
 
-  // The signals that `loginctl lock-session` and `unlock-session` lead to.
+  // The signals that `loginctl lock-session` and `unlock-session` cause.
   void requestLock() { signalFromSession(QStringLiteral("Lock")); }
   void requestUnlock() { signalFromSession(QStringLiteral("Unlock")); }
   void setLockedHint(bool locked);
 
-  // A screen saver under a name of the session bus, as "org.freedesktop.ScreenSaver".
+  // A screen saver under a name of the session bus, such as "org.freedesktop.ScreenSaver".
   void startScreenSaver(const std::string& name);
   void setScreenSaverActive(const std::string& name, bool active);
   // As when the program crashes.
   void stopScreenSaver(const std::string& name);
 
-  // How often the session was asked for.
+  // How often clients have asked for the session.
   [[nodiscard]] int sessionRequests() const;
   void stopLoginManager();
   void startLoginManager();

@@ -1,4 +1,4 @@
-// The lock screen as the adapter hears of it, from services of the test's own on the bus.
+// The lock screen as the adapter hears of it, from the test's own services on the bus.
 
 #include <gtest/gtest.h>
 
@@ -27,7 +27,7 @@ class SessionLockTest : public qt::Test {
   [[nodiscard]] bool becomes(bool locked) {
     return qt::runUntil([&] { return lock_.isLocked() == locked && !heard_.empty() && heard_.back() == locked; });
   }
-  // After this, the services have answered what they were asked.
+  // Returns once the services have answered all questions.
   void settleFirst() {
     ASSERT_TRUE(qt::runUntil([&] { return services_.sessionRequests() > 0; }));
     services_.setLockedHint(true);

@@ -27,7 +27,7 @@ namespace {
 class SettingsTest : public ::testing::Test {
  protected:
   [[nodiscard]] SettingsFile open() const { return SettingsFile(path.string()); }
-  // What standard error got while this ran.
+  // What was written to standard error while this ran.
   template <typename Action>
   static std::string errorsOf(Action action) {
     ::testing::internal::CaptureStderr();
@@ -58,11 +58,11 @@ class SettingsTest : public ::testing::Test {
 };
 
 struct Outcome {
-  int status = 0;      // as waitpid gives it
-  std::string errors;  // what went to standard error
+  int status = 0;      // as from waitpid
+  std::string errors;  // what was written to standard error
 };
 
-// Runs `action` in a process of its own, in which no file grows beyond so many bytes; the process ends with 0 when
+// Runs `action` in a process of its own, in which no file grows beyond this many bytes; the process ends with 0 when
 // `action` returns true. Its standard error is a pipe, to which the limit does not apply.
 Outcome withFilesNoLargerThan(rlim_t bytes, const std::function<bool()>& action) {
   std::array<int, 2> ends{};
@@ -70,7 +70,7 @@ Outcome withFilesNoLargerThan(rlim_t bytes, const std::function<bool()>& action)
   const pid_t child = ::fork();
   if (child == 0) {
     const rlimit limit{bytes, bytes};
-    // Ignored, the signal leaves the write to fail with an error.
+    // With the signal ignored, the write fails with an error.
     const bool isSet = ::dup2(ends[1], STDERR_FILENO) >= 0 && ::setrlimit(RLIMIT_FSIZE, &limit) == 0 &&
                        std::signal(SIGXFSZ, SIG_IGN) != SIG_ERR;
     ::_exit(isSet && action() ? 0 : 1);
@@ -199,7 +199,7 @@ TEST_F(SettingsTest, AFileWhereADirectoryShouldBeStopsNothing) {
 }
 
 TEST_F(SettingsTest, ADirectoryThatCannotBeMadeStopsNothing) {
-  // Not even the superuser makes directories there.
+  // Not even the superuser can create directories there.
   path = "/proc/quillfade/settings.json";
   expectHoldsWithoutSaving();
 }

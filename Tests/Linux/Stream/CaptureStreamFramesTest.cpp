@@ -1,5 +1,5 @@
-// The order between the stream that paints a frame and the reader that copies it, when either of them is late. A fence
-// of the test's own holds one of them back inside the server.
+// The order between the stream that paints a frame and the reader that copies it, when either is late. A fence of the
+// test's own holds one of them back inside the server.
 #include <gtest/gtest.h>
 #include <xcb/sync.h>
 
@@ -76,7 +76,7 @@ class CaptureStreamFramesTest : public ::testing::Test {
   const xcb_sync_fence_t fence = holder->newId();
   const xcb_pixmap_t shown = reader->newId();
   const xcb_render_picture_t target = reader->newId();
-  // The one window, as it were, that the stream has.
+  // Stands in for the one window of the stream.
   const xcb_pixmap_t pixels = stream->newId();
   const xcb_render_picture_t picture = stream->newId();
 };
@@ -85,7 +85,7 @@ TEST_F(CaptureStreamFramesTest, AReaderGetsTheFinishedPictureOfALateStream) {
   hold(*stream);
   const auto frame = paint(red);
   read(*frame);
-  // Time enough for the reader to be wrong.
+  // Gives the reader time to go wrong.
   EXPECT_FALSE(support::waitReadable(reader->fileDescriptor(), 50ms));
   release();
   EXPECT_EQ(shownPixels(red), std::size_t{side} * side);
@@ -120,7 +120,7 @@ TEST_F(CaptureStreamFramesTest, AReaderThatNeverComesToReadDelaysTheEndBySeconds
   const auto begin = std::chrono::steady_clock::now();
   loan.reset();
   EXPECT_LT(std::chrono::steady_clock::now() - begin, 5s);
-  // The picture is gone when it does, which paints nothing.
+  // By then the picture is gone, so nothing is painted.
   release();
   EXPECT_TRUE(reader->synchronize(10'000)) << "the reader hangs";
 }

@@ -49,7 +49,7 @@ class Receiver final : public StreamOutput, public StreamDelegate {
     stopped_ = error.localizedDescription;
   }
 
-  // The next frame, or none at the deadline.
+  // The next frame, or null at the deadline.
   std::shared_ptr<const Frame> take(std::chrono::milliseconds deadline = support::defaultDeadline) {
     std::shared_ptr<const Frame> frame;
     (void)waitUntil(
@@ -79,7 +79,7 @@ class Receiver final : public StreamOutput, public StreamDelegate {
   std::optional<std::string> stopped_;
 };
 
-// Paints frames into a pixmap of its own, as into a window that shows them.
+// Paints frames into a pixmap of its own, as a window that shows them would.
 class Reader {
  public:
   explicit Reader(const std::string& display)
@@ -156,12 +156,12 @@ class CaptureStreamTest : public ::testing::Test {
     const auto first = receiver->take();
     EXPECT_NE(first, nullptr);
     reader.read(*first);
-    // From here on the server has carried out all that the stream sent.
+    // By now the server has carried out all that the stream sent.
     EXPECT_TRUE(reader.synchronize());
     return stream;
   }
 
-  // Draws until there is a frame: what is drawn before the server has got to the last one is in that one already.
+  // Draws until there is a frame: anything drawn before the server has finished the last frame is part of that one.
   std::shared_ptr<const Frame> frameOfDrawing(xcb_window_t window, const xcb::PixelRect& part) {
     std::shared_ptr<const Frame> frame;
     EXPECT_TRUE(waitUntil([&] {
@@ -259,8 +259,7 @@ TEST_F(CaptureStreamTest, ABusyClientBringsNoMoreFramesThanTheIntervalAllows) {
   }
   const auto arrivals = receiver->arrivals();
   ASSERT_GE(arrivals.size(), 21U);
-  // One frame is in reserve. Handing a frame over takes a moment, once more and once less: so the sum is held against
-  // the limit.
+  // One frame is in reserve. Delivering a frame takes a varying moment, so the limit is applied to the sum.
   EXPECT_GE(arrivals.back() - arrivals.front(), settings.minimumFrameInterval * (arrivals.size() - 2) - 20ms);
 }
 
@@ -330,7 +329,7 @@ TEST_F(CaptureStreamTest, AReaderThatGivesUpInTheMiddleHangsNobody) {
     auto frame = frameOfDrawing(window, {0, 0, 20, 20});
     ASSERT_NE(frame, nullptr);
     ASSERT_TRUE(frame->beginReading(reader.connection().get()));
-    // What it sent goes out only after the stream went on.
+    // Its requests go out only after the stream has gone on.
     if (round == 1) reader.connection().flush();
     frame.reset();
     const auto next = frameOfDrawing(window, {40, 40, 20, 20});
@@ -398,7 +397,7 @@ TEST_F(CaptureStreamTest, ALargeNewWindowIsInNoFrameBeforeItIsAdmitted) {
   const auto stream = startAndRead();
   const auto small = client.createWindow({.frame = {60, 50, 20, 20}, .color = 0x00ff00});
   const auto large = client.createWindow({.frame = {100, 50, 150, 150}, .color = 0xff00ff});
-  // Each frame is the answer to a drawing, long after the large window has come.
+  // Each frame follows a drawing, long after the large window appeared.
   for (int times = 0; times < 3; ++times) {
     reader.read(*frameOfDrawing(small, {0, 0, 10, 10}));
     EXPECT_EQ(shown().count(0xff00ff), 0U);
@@ -482,7 +481,7 @@ TEST_F(CaptureStreamTest, AFrameThatIsReadAfterTheStopDoesNoHarm) {
   stream.reset();
   reader.read(*frame);
   frame->requestWhole();
-  // The stream's connection goes with the frame, while the reader's requests may still be under way.
+  // The stream's connection goes with the frame, while the reader's requests may still be on their way.
   frame.reset();
   EXPECT_EQ(shown().differences(then), 0U) << "the windows' pixels went with the stream";
 }
@@ -516,7 +515,7 @@ TEST_F(CaptureStreamTest, AStreamMayBeDestroyedWithoutBeingStopped) {
     if (round % 2 == 0) {
       EXPECT_TRUE(waitUntil([&] { return isStarted.load(); }));
     }
-    // Destroying it waits for the completion, if it has not come.
+    // Destroying it waits for the completion, if that has not come yet.
     stream.reset();
   }
 }
@@ -548,7 +547,7 @@ TEST_F(CaptureStreamTest, TwoStreamsOfTheSameAreaGetAlong) {
   const auto older = startAndRead();
   const auto newer = startAndRead();
   ASSERT_TRUE(stop(*older).has_value());
-  // The older one may have noticed how the newer one looked at the wallpaper; nothing of that is new to see.
+  // The older one may have noticed that the newer one examined the wallpaper, but that shows nothing new.
   while (const auto late = receiver->take(100ms)) EXPECT_LE(late->streamSerial(), settings.serial);
   client.fill(window, {0, 0, 20, 20}, 0xff0000);
   client.sync();

@@ -1,4 +1,4 @@
-// Where a stream's frames arrive in tests, until somebody takes them.
+// Collects a stream's frames in tests, until somebody takes them.
 //
 // Threads: any.
 #pragma once

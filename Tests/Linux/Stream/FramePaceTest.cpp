@@ -17,7 +17,7 @@ class FramePaceTest : public testing::Test {
  protected:
   using Time = FramePace::Clock::time_point;
 
-  // When a change that happens then is shown.
+  // When a change made at this time is shown.
   Time shown(Time changed) {
     const Time now = std::max(changed, pace.due());
     pace.madeFrame(now);
@@ -32,7 +32,7 @@ class FramePaceTest : public testing::Test {
 // As streams are paced.
 constexpr auto thirtieth = std::chrono::nanoseconds(1s) / 30;
 
-// When changes that come so often, now and then after a rest, are shown.
+// When changes are shown that come this often, with a rest now and then.
 std::vector<FramePace::Clock::time_point> shownTimes(std::chrono::nanoseconds meanGap, unsigned seed) {
   FramePace pace(thirtieth);
   std::mt19937 random(seed);
@@ -87,7 +87,7 @@ TEST_F(FramePaceTest, ChangesWithoutEndAreShownOnceInAnInterval) {
   Time now = shown(shown(begin));
   for (int frame = 1; frame < 100; ++frame) {
     now = shown(now + 1us);
-    // Within a second, the one that came at once is made up for.
+    // Within a second, this makes up for the frame that came at once.
     EXPECT_EQ(now, begin + (frame * interval < 1s - interval ? frame : frame + 1) * interval);
   }
 }
@@ -98,7 +98,7 @@ TEST_F(FramePaceTest, ChangesAsFrequentAsFramesAreAllShownAndNoneWaitsLongerThan
     const Time changed = begin + frame * interval + lateness.at(static_cast<std::size_t>(frame) % 7);
     const Time now = shown(changed);
     EXPECT_LE(now, begin + frame * interval + 5ms);
-    // In the first second at once, though they are never quite on time.
+    // In the first second at once, although they are never quite on time.
     if (frame * interval < 1s) {
       EXPECT_EQ(now, changed);
     }

@@ -1,4 +1,4 @@
-// A stream and the window that shows it, together: what changes on the screen shows there without anybody in between.
+// A stream and the window that shows it, together: changes on the screen appear there with nobody in between.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -24,7 +24,7 @@ namespace {
 using namespace std::chrono_literals;
 using support::waitUntil;
 
-// Below the window that shows the copy lies what is copied, and beside both a client draws.
+// The window that shows the copy lies over what it copies: both have this area.
 constexpr xcb::PixelRect area{40, 30, 300, 220};
 constexpr Argb halfWhite = 0x80FFFFFF;
 
@@ -69,13 +69,13 @@ class LivePainting : public testing::Test {
     connection_->flush();
   }
 
-  // The first frame of the stream started last, which may have come already.
+  // The first frame of the last stream started, which may have come already.
   void presentFirst() {
     ASSERT_TRUE(waitUntil([&] { return arrivals_->count() > earlierFrames_; }));
     turn();
   }
 
-  // Draws in a colour that was never there before.
+  // Draws in a colour that was never used before.
   std::uint32_t draw(xcb_window_t window, const xcb::PixelRect& part) {
     const std::uint32_t color = ++lastColor_;
     client_.fill(window, part, 0xff000000U | color);
@@ -90,7 +90,7 @@ class LivePainting : public testing::Test {
     return support::wakeUps(::getpid()) - static_cast<std::size_t>(ours.ru_nvcsw);
   }
 
-  // A colour that was never there before, in the window below; whether the copy comes to show it.
+  // Draws in a new colour in the window below; returns whether the copy comes to show it.
   bool isShownOnceDrawn(bool turning) {
     const std::uint32_t color = draw(drawn_, {10, 10, 30, 20});
     return waitUntil([&] {
@@ -197,7 +197,7 @@ TEST_F(LivePainting, WhileChangesWaitForTheirFrameNoFurtherOneWakesTheStream) {
   };
   EXPECT_TRUE(waitUntil([&] {
     if (!isShownOnceDrawn(false)) return false;
-    // Just after a frame, with another one in reserve at most: then it has to hear of one change more.
+    // Just after a frame, with at most one more in reserve: the stream then has to hear of one more change.
     const auto begin = std::chrono::steady_clock::now();
     const bool isQuiet = movements() <= 2;
     return isQuiet && std::chrono::steady_clock::now() - begin < interval / 2;
@@ -234,7 +234,7 @@ TEST_F(LivePainting, WhatIsDrawnToAWindowThatReachesBeyondTheAreaIsShownWithoutA
     const std::uint32_t color = draw(reaching, {20, 20, 30, 20});
     ASSERT_TRUE(waitUntil([&] { return client_.screenshot({220, 170, 30, 20}).count(color) == std::size_t{30} * 20; }));
   }
-  // An answer to be waited for would wake it once more for each.
+  // Each reply that it waited for would wake it once more.
   EXPECT_LT(wakeUps() - before, changes + changes / 2);
 }
 
@@ -260,7 +260,7 @@ TEST_F(LivePainting, TheCopyStaysExactUnderABorderThatDoesNotAddUp) {
   presentFirst();
   ASSERT_TRUE(isShownOnceDrawn(false));
   const auto before = client_.screenshot(area);
-  // A window comes to lie over corner and edge, and goes.
+  // A window appears over the corner and the edge, and goes.
   const auto passing = client_.createWindow({.frame = {20, 20, 100, 100}, .color = 0xff806020});
   client_.lower(passing);
   client_.sync();

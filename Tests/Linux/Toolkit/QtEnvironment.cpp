@@ -27,7 +27,7 @@ struct Surroundings {
   Surroundings() {
     for (const auto& [variable, value] : home.environment(server.display())) qputenv(variable.c_str(), value.c_str());
     qputenv("DISPLAY", server.display().c_str());
-    // One bus for both: the names on them are different ones.
+    // One bus serves as both: the names on them differ.
     qputenv("DBUS_SESSION_BUS_ADDRESS", busAddress.c_str());
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", busAddress.c_str());
     qunsetenv("QT_QPA_PLATFORM");
@@ -44,7 +44,7 @@ struct Surroundings {
   std::unique_ptr<platform::linux::toolkit::DesktopApplication> application;
 };
 
-// The test framework ends it while everything that Qt needs is still there.
+// The test framework destroys it while everything that Qt needs still exists.
 class Environment : public ::testing::Environment {
  public:
   void TearDown() override { surroundings.reset(); }
@@ -57,7 +57,7 @@ Environment& environment() {
   return *registered;
 }
 
-// Before the tests begin, since the framework takes no further environments then.
+// Registered before the tests begin, since the framework accepts no environments later.
 [[maybe_unused]] const Environment& early = environment();
 
 Surroundings& surroundings() {

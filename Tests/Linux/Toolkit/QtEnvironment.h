@@ -1,7 +1,7 @@
 // The one Qt application of the test process, on a private X server with a private session bus and a private home.
 //
-// Made when a test first asks for it, gone before the process ends. Qt allows one application object at a time, so all
-// tests of the process share it; each leaves it without windows.
+// Created when a test first asks for it, and destroyed before the process ends. Qt allows one application object at a
+// time, so all tests of the process share it; each leaves it without windows.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -22,13 +22,13 @@ platform::linux::toolkit::DesktopApplication& application();
 [[nodiscard]] const std::string& display();
 [[nodiscard]] const std::string& busAddress();
 
-// A test whose members may use Qt: the application is there before them.
+// A test whose members may use Qt: the application is created before them.
 class Test : public ::testing::Test {
  protected:
   Test() { application(); }
 };
 
-// Runs Qt's event loop until the condition holds. False when the deadline passed first.
+// Runs Qt's event loop until the condition holds. False if the deadline passed first.
 [[nodiscard]] bool runUntil(const std::function<bool()>& condition,
                             std::chrono::milliseconds deadline = support::defaultDeadline);
 // Runs whatever is waiting now.

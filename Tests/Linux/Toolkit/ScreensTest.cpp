@@ -29,7 +29,7 @@ class ScreensTest : public qt::Test {
     EXPECT_TRUE(qt::runUntil([&] { return screens.all().size() == 1; }));
   }
 
-  // The left part and the right part of the server's one output as two monitors.
+  // Splits the server's one output into two monitors, left and right.
   void split() { split("480/100x800/150+0+0", "800/100x600/150+480+0"); }
   void split(const std::string& first, const std::string& second) {
     split_ = true;
@@ -61,7 +61,7 @@ TEST_F(ScreensTest, ThePointerIsMeasuredFromTheBottomLeftCorner) {
       << "the middle of its pixel";
 }
 
-// The monitors of a test: side by side, and one above the other.
+// Pairs of monitors: side by side, and one above the other.
 class EveryEdge : public ScreensTest, public testing::WithParamInterface<std::pair<std::string, std::string>> {};
 
 TEST_P(EveryEdge, HoldsThePointerOnTheScreenWhoseEdgeItIs) {
@@ -95,7 +95,7 @@ TEST_F(ScreensTest, AChangeOfTheConfigurationIsToldOnce) {
   ASSERT_TRUE(qt::runUntil([&] { return !counts.empty() && counts.back() == 2; }));
   const std::set<std::uint32_t> identifiers{*screens.all()[0].displayID, *screens.all()[1].displayID};
   EXPECT_EQ(identifiers.size(), 2U);
-  // Two commands, so at most two changes, however many signals each of them makes.
+  // Two commands, so two changes at most, however many signals each of them causes.
   EXPECT_LE(counts.size(), 2U);
   const std::size_t before = counts.size();
   qt::runPending();

@@ -31,7 +31,7 @@ namespace {
 
 constexpr std::uint32_t allModifiers = modifierflags::control | modifierflags::option | modifierflags::command;
 
-// Fills the menu anew at each opening, as the application does.
+// Refills the menu at each opening, as the application does.
 class Delegate : public MenuDelegate {
  public:
   Delegate() {
@@ -40,7 +40,7 @@ class Delegate : public MenuDelegate {
     MenuItem command = choosable("Hide Annotations");
     command.keyEquivalent = "d";
     command.keyEquivalentModifierMask = allModifiers;
-    command.isEnabled = false;  // a wish that its action overrules
+    command.isEnabled = false;  // a wish that its action overrides
     command.state = ControlState::on;
     MenuItem mode = titled("Mode");
     mode.submenu.push_back(choosable("Solid cover"));
@@ -80,7 +80,7 @@ class Delegate : public MenuDelegate {
   }
 };
 
-// A tray's host here shows nothing on screen.
+// A tray host that shows nothing on screen.
 class NoHostMenus : public HostMenus {
  public:
   void whenClosed(std::function<void()>) override {}
@@ -104,7 +104,7 @@ class StatusBarTest : public qt::Test {
     makeItem();
     ASSERT_TRUE(qt::runUntil([&] { return tray->hasItem(); }));
   }
-  // The item as it stands when its menu is opened for the first time.
+  // Shows the item as it is when its menu is opened for the first time.
   void showQuietItem() {
     showItem();
     delegate->calls.clear();
@@ -119,7 +119,7 @@ class StatusBarTest : public qt::Test {
   std::shared_ptr<StatusItem> item;
 };
 
-// Of all lines, a line's own before those of its submenu.
+// The identifiers of all lines, a line's own before those of its submenu.
 std::vector<int> identifiers(const std::vector<qt::ShownItem>& lines) {
   std::vector<int> result;
   for (const auto& line : lines) {
@@ -140,7 +140,7 @@ int countPixels(const QImage& picture, const std::function<bool(const QColor&)>&
   return count;
 }
 
-// How many pixels of a large picture have nothing but this ink.
+// How many pixels of a large picture consist of this ink alone.
 int inkOf(const QIcon& icon, const QColor& ink) {
   return countPixels(picture(icon, 64), [&](const QColor& pixel) { return pixel == ink; });
 }

@@ -110,7 +110,7 @@ TrayHost::TrayHost(const std::string& busAddress) : registry_(std::make_unique<R
 TrayHost::~TrayHost() {
   thread_.quit();
   thread_.wait();
-  // Before the connection: the library still reaches for its objects while it closes one, on a thread of its own.
+  // Before the connection: while the library closes one, on a thread of its own, it still uses its objects.
   registry_.reset();
   QDBusConnection::disconnectFromBus(name_);
 }

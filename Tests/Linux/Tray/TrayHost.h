@@ -1,7 +1,7 @@
 // A tray on the session bus: the list of items that programs register with, and the panel that shows them.
 //
 // It serves the bus on a thread and a connection of its own, as another process would.
-// Threads: main thread only. Every call runs Qt's event loop until it is answered; one that is not throws.
+// Threads: main thread only. Every call runs Qt's event loop until it is answered, and throws if it is not.
 #pragma once
 
 #include <QDBusConnection>
@@ -15,7 +15,7 @@
 
 namespace qt {
 
-// A line of a menu as the panel gets it.
+// A line of a menu as the panel receives it.
 struct ShownItem {
   int id = 0;
   QVariantMap properties;
@@ -37,14 +37,14 @@ class TrayHost {
   TrayHost(const TrayHost&) = delete;
   TrayHost& operator=(const TrayHost&) = delete;
 
-  // Until the only item has registered itself, and what it says of itself.
+  // Whether the only item has registered, and its properties.
   [[nodiscard]] bool hasItem() const;
   [[nodiscard]] QVariant itemProperty(const QString& name);
   void activateItem(int x, int y);
 
   void aboutToShow();
   [[nodiscard]] std::vector<ShownItem> items();
-  // Another one each time that the host has been told to read the lines anew.
+  // Grows each time the host is told to read the lines again.
   [[nodiscard]] unsigned menuRevision();
   void event(int id, const QString& name);
 

@@ -1,4 +1,4 @@
-// Views inside each other in a widget window: what is painted where, and which of them a press goes to.
+// Nested views in a widget window: what is painted where, and which of them gets a press.
 
 #include <gtest/gtest.h>
 
@@ -27,7 +27,7 @@ class Pressed : public ViewResponder {
   std::optional<Point> at;
 };
 
-// A red view over the whole window, and a green one of 100 x 50 in it, (20, 30) from its bottom-left corner.
+// A red view over the whole window, and in it a green one of 100 x 50, (20, 30) from its bottom-left corner.
 class NestedViews : public qt::Test {
  public:
   ~NestedViews() override {

@@ -31,7 +31,7 @@ const Alert permission{
 
 class DialogsTest : public qt::Test {
  protected:
-  // Answers the alert from inside its own loop, once it is up.
+  // Answers the alert from inside its own loop, once it is open.
   template <typename Action>
   int answer(const Alert& alert, Action action) {
     const auto timer = runLoop.every(0.005, [&] {
@@ -163,7 +163,7 @@ TEST_F(DialogsTest, TheAboutPanelIsOneAndClosesWithEscape) {
   EXPECT_EQ(credits->palette().color(QPalette::WindowText), toolkit::toQColor(colors::secondaryLabel));
   EXPECT_TRUE(credits->textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
 
-  // The server has no window manager that gives windows the keyboard, so this key comes from Qt's side.
+  // No window manager gives windows the keyboard here, so this key comes from Qt's side.
   QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
   QCoreApplication::sendEvent(dialog, &escape);
   EXPECT_TRUE(qt::runUntil([] { return visibleDialog() == nullptr; }));

@@ -26,7 +26,7 @@ constexpr Rect hole{{200, 100}, {300, 150}};
 constexpr xcb::PixelRect holeInPixels{200, 550, 300, 150};
 constexpr std::uint32_t desktopColor = 0x00c08040;
 
-// Dims everything but a hole and notes what comes in.
+// Dims everything but a hole, and records its input.
 class Responder : public ViewResponder {
  public:
   void draw(Canvas& canvas) override {

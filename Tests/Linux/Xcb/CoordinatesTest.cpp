@@ -83,8 +83,8 @@ TEST(Coordinates, EveryPixelRectangleSurvivesTheWayToPointsAndBack) {
 
 TEST(Coordinates, ARectangleInAGapBelongsToTheNearestScreen) {
   const auto screens = placed({{{0, 0, 3840, 2160}, 2, {}}, {{3840, 0, 1920, 1080}, 1, {}}});
-  EXPECT_EQ(toPixels({{2000, 500}, {10, 10}}, screens), (PixelRect{4000, 1140, 20, 20}));  // scaled as the first one
-  EXPECT_EQ(toPixels({{3700, 500}, {10, 10}}, screens), (PixelRect{3700, 570, 10, 10}));   // as the second one
+  EXPECT_EQ(toPixels({{2000, 500}, {10, 10}}, screens), (PixelRect{4000, 1140, 20, 20}));  // scaled like the first one
+  EXPECT_EQ(toPixels({{3700, 500}, {10, 10}}, screens), (PixelRect{3700, 570, 10, 10}));   // like the second one
 }
 
 TEST(Coordinates, TheMiddleOfAPixelLiesOnItsOwnScreenAndOnNoOther) {
