@@ -1,4 +1,4 @@
-// What a screen reader is told, asked over the accessibility bus as one would.
+// What a screen reader is told, asked over the accessibility bus as a screen reader would.
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -24,7 +24,7 @@ struct Spoken {
 
 void PrintTo(const Spoken& spoken, std::ostream* out) { *out << spoken.role << " \"" << spoken.name << '"'; }
 
-// A place in the tree of what can be spoken: a program on the bus, and an object of it.
+// A place in the accessibility tree: a program on the bus, and one of its objects.
 struct Place {
   QString service;
   QString path;
@@ -46,7 +46,7 @@ class AccessibilityBus {
   AccessibilityBus(const AccessibilityBus&) = delete;
   AccessibilityBus& operator=(const AccessibilityBus&) = delete;
 
-  // Everything that there is to hear now.
+  // Everything that a screen reader can say now.
   [[nodiscard]] std::vector<Spoken> everything() const {
     std::vector<Spoken> all;
     collect({QStringLiteral("org.a11y.atspi.Registry"), QStringLiteral("/org/a11y/atspi/accessible/root")}, all);

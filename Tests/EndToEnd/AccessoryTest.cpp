@@ -1,4 +1,4 @@
-// What window managers are told of the program's dialogs: they belong to no task of the user's.
+// What window managers are told about the program's dialogs: they are not tasks of the user's.
 
 #include <algorithm>
 
@@ -28,7 +28,7 @@ class Accessory : public DrivenDesktop, public testing::WithParamInterface<Kind>
              has("_NET_WM_STATE_SKIP_PAGER") && has("_NET_WM_STATE_ABOVE");
     });
   }
-  // As the window asks its manager, by what it can do and by the buttons of its title bar.
+  // Asks as a window asks its manager: by its functions and by the buttons of its title bar.
   [[nodiscard]] bool canBeMinimised(xcb_window_t window) {
     constexpr std::uint32_t minimiseFunction = 0x8;
     constexpr std::uint32_t minimiseButton = 0x20;

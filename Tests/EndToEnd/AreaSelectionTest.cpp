@@ -33,7 +33,7 @@ class AreaSelection : public DrivenDesktop {
  protected:
   void setMonitors(const std::string& left, const std::string& right) {
     const std::string display = server_.display();
-    // The one whose name begins with a star is the primary one; the first takes the server's only output.
+    // The monitor whose name begins with a star is the primary one; the first takes the server's only output.
     const std::string primary = left.starts_with('*') ? left : right;
     for (const std::string& monitor : {primary, primary == left ? right : left}) {
       const auto blank = monitor.find(' ');
@@ -54,7 +54,7 @@ class AreaSelection : public DrivenDesktop {
   [[nodiscard]] bool isStored(const std::string& region) {
     return support::waitUntil([&] { return support::readFile(quillfade().settingsPath()).contains(region); });
   }
-  // Presses at one corner and moves to the other one, without letting go.
+  // Presses at one corner and moves to the other, without releasing the button.
   void holdDrag(int fromX, int fromY, int toX, int toY) {
     input_.moveTo(fromX, fromY);
     input_.buttonDown();
@@ -80,7 +80,7 @@ TEST_P(OnEachDesktop, TheDragIsAHoleInTheDimmingWithABorderAndAReadout) {
   start(solidOff);
   beginSelecting();
   holdDrag(300, 300, 700, 600);
-  // The border lies half inside, half outside of the rectangle.
+  // The border lies half inside and half outside the rectangle.
   EXPECT_TRUE(shows([](const Picture& screen) {
     return screen.count(accent, {320, 299, 360, 2}, 1) == 720 && screen.count(accent, {320, 599, 360, 2}, 1) == 720 &&
            screen.count(accent, {299, 320, 2, 100}, 1) == 200 && screen.count(accent, {699, 320, 2, 100}, 1) == 200;
@@ -90,7 +90,7 @@ TEST_P(OnEachDesktop, TheDragIsAHoleInTheDimmingWithABorderAndAReadout) {
   EXPECT_EQ(screen.count(boardColor, {301, 301, 398, 200}), std::size_t{398} * 200) << "The hole is not dimmed.";
   EXPECT_EQ(screen.count(under(0.38, boardColor), {200, 200, 99, 500}, 1), std::size_t{99} * 500);
   EXPECT_EQ(screen.count(accent, {320, 298, 360, 1}, 1) + screen.count(accent, {320, 301, 360, 1}, 1), 0U);
-  // The readout's backing starts 8 points inside of the bottom-left corner; its ink is white.
+  // The readout's backing starts 8 points inside the bottom-left corner; its ink is white.
   EXPECT_EQ(screen.count(accent, {307, 570, 1, 15}, 1), 0U);
   EXPECT_GT(screen.count(accent, {308, 575, 60, 10}, 1), 60U);
   EXPECT_EQ(screen.count(accent, {340, 592, 20, 6}, 1), 0U);
@@ -122,7 +122,7 @@ TEST_F(AreaSelection, TheInstructionStandsInTheMiddleBelowTheTopEdge) {
   start(solidOff);
   beginSelecting();
   const std::uint32_t backing = under(0.55, under(0.38, boardColor));
-  // 74 points down to the foot of the text, 11 more to the foot of its backing.
+  // 74 points down to the bottom of the text, 11 more to the bottom of its backing.
   EXPECT_TRUE(shows([&](const Picture& screen) { return isColor(screen, 640, 84, backing); }));
   const Picture screen = client_.screenshot();
   keepPicture(screen, "instruction");
@@ -164,7 +164,7 @@ TEST_F(AreaSelection, AScreenLeftOfAndBelowThePrimaryOneHasNegativeCoordinates) 
   }));
 }
 
-// Two screens, and their scale factors as the toolkit is told.
+// Two screens, and their scale factors as given to the toolkit.
 struct Screens {
   std::string name;
   std::string left;
@@ -173,7 +173,7 @@ struct Screens {
   std::vector<platform::linux::xcb::ScreenGeometry> geometries;
 };
 
-// As it stands in the settings.
+// As stored in the settings.
 std::string storedText(const platform::Rect& region) {
   std::ostringstream text;
   text << "{{" << region.minX() << ", " << region.minY() << "}, {" << region.width() << ", " << region.height() << "}}";
@@ -244,7 +244,7 @@ TEST_F(AreaSelection, OnAScreenOfTwiceTheScaleEverythingIsTwiceAsLargeAndTheArea
   }));
   keepPicture(client_.screenshot(), "scaled");
   input_.buttonUp();
-  // R starts at 640 and is 320 x 400 points large; its top edge is as high as that of L, 800.
+  // R starts at 640 and is 320 x 400 points large; its top edge is level with that of L, at 800.
   EXPECT_TRUE(isStored("{{670, 550}, {200, 150}}")) << support::readFile(quillfade().settingsPath());
   EXPECT_TRUE(shows([](const Picture& screen) {
     const std::uint32_t color = screen.at(700, 200);

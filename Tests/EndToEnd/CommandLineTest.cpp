@@ -1,4 +1,4 @@
-// The program's command line, with a running instance, with none, and without any way to reach one.
+// The program's command line: with a running instance, with none, and with no way to reach one.
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
 

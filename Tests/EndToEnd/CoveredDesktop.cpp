@@ -50,7 +50,7 @@ void CoveredDesktop::drawInk() {
   gromit_.emplace(server_.display());
   gromit_->draw(crossingStrokes());
   const PixelRect below{0, area.bottom(), wholeScreen.width, wholeScreen.height - area.bottom()};
-  // The last of it comes a moment after the first: nothing tells that it is all there but that no more comes.
+  // The picture arrives in parts, and only silence tells that it is complete.
   constexpr int looksAlike = 20;
   int alike = 0;
   Picture last{1, 1, 0U};

@@ -1,4 +1,4 @@
-// What the end-to-end tests share: a private X server, a board of checks on it, and the real program over a part of it.
+// What the end-to-end tests share: a private X server, a board of checks on it, and the real program over part of it.
 //
 // Units and axes: device pixels, y down, on a screen of 1280 x 800.
 #pragma once
@@ -31,7 +31,7 @@ inline const std::string firstFrame = "first live frame received";
 inline const std::string overlaysChanged = "overlay set changed, restarting capture";
 
 [[nodiscard]] std::size_t ink(const Picture& picture, const PixelRect& part);
-// `part` of the screen that the program calls a region, as it stands in its settings.
+// `part` of the screen, which the program calls a region, as stored in its settings.
 [[nodiscard]] std::string regionText(const PixelRect& part);
 [[nodiscard]] std::string settingsWithRegion(const PixelRect& part, bool outline = false);
 
@@ -43,12 +43,12 @@ class CoveredDesktop : public testing::Test {
   support::QuillfadeProgram& cover(const support::QuillfadeOptions& options = {});
   [[nodiscard]] support::QuillfadeProgram& quillfade() { return *quillfade_; }
 
-  // The monitors L and R, 640 pixels wide each; L is the primary one.
+  // Makes the monitors L and R, each 640 pixels wide; L is the primary one.
   void splitIntoTwoScreens();
 
   // Lines that cross the edges of the area.
   static std::vector<support::Stroke> crossingStrokes();
-  // Starts gromit-mpx and draws them; waits until they show below the area.
+  // Starts gromit-mpx and draws the crossing strokes; waits until they show below the area.
   void drawInk();
 
   [[nodiscard]] bool shows(const std::function<bool(const Picture&)>& condition,

@@ -25,7 +25,7 @@ class Deprived : public DrivenDesktop {
     return run({"toggle"}).status == 0 && showsCover() && run({"toggle"}).status == 0 && showsNoCover();
   }
 
-  // Switches the only output off, as unplugging does; the mode that it had.
+  // Switches the only output off, as unplugging does; returns the mode that it had.
   xcb_randr_mode_t switchScreenOff() {
     const auto info = support::waitForReply(connection(), xcb_randr_get_crtc_info_reply,
                                             xcb_randr_get_crtc_info(connection(), crtc(), XCB_CURRENT_TIME));
@@ -69,12 +69,12 @@ TEST_F(Deprived, ASessionBusThatDiesTakesTheCommandsWithItButNotTheCover) {
 // A session bus that dies, and another one at its address.
 class BusReturn : public Deprived {
  protected:
-  // Without the number of the one bus, as a desktop's address is.
+  // Without the bus's own identifier, like a desktop's address.
   std::string busAddress() override { return bus_.address().substr(0, bus_.address().find(',')); }
 
   void replaceBus() {
     bus_.kill();
-    // Keys and cover do without.
+    // Keys and cover work without it.
     press(XK_d);
     ASSERT_TRUE(showsNoCover());
     press(XK_d);
@@ -132,7 +132,7 @@ TEST_F(BusReturn, ThePanelOfTheNewBusShowsTheItemWithItsMenu) {
 }
 
 TEST_F(Deprived, AHomeThatCannotBeWrittenIsToldAndTheCoverWorks) {
-  // Not even root can make a directory where a file is.
+  // Not even root can create a directory where there is a file.
   const support::TemporaryDirectory directory;
   support::writeFile(directory.path() / "file", "");
   start({},
@@ -158,7 +158,7 @@ TEST_F(Deprived, AMissingHomeIsMade) {
   for (const auto& made : {home / "quillfade", home, home.parent_path()}) EXPECT_EQ(modeOf(made), 0700U) << made;
 }
 
-// A settings file of another kind, or none that can be read.
+// A settings file of another kind, or one that cannot be read.
 class OddSettings : public Deprived, public testing::WithParamInterface<const char*> {};
 
 TEST_P(OddSettings, NeitherBlocksNorIsReplacedAndTheCoverWorks) {
@@ -197,8 +197,8 @@ TEST_F(Deprived, ALinkToNowhereIsFilledWhereItPoints) {
   EXPECT_TRUE(std::filesystem::is_symlink(path));
 }
 
-// The wall clock of the program runs as the file says; its other clocks and the times of files stay true: with those
-// the library that fakes the clock may lock itself out.
+// The program's wall clock runs as the file says. Its other clocks and the times of files stay true: with those, the
+// library that fakes the clock may lock itself out.
 TEST_F(Deprived, AWallClockThatJumpsBackAndForthLeavesPeeksTheirLength) {
   constexpr std::string_view sanitizers = QUILLFADE_SANITIZE;
   if (!sanitizers.empty())
@@ -264,7 +264,7 @@ TEST_P(WithoutNeededExtension, LiveIsRefusedWithItsNameAndTheSolidCoverCovers) {
 INSTANTIATE_TEST_SUITE_P(Each, WithoutNeededExtension,
                          testing::Values("Composite", "DAMAGE", "RANDR", "SYNC", "XFIXES"));
 
-// Those that only tell more.
+// Those that only provide more information.
 class WithoutUsefulExtension : public WithoutNeededExtension {};
 
 TEST_P(WithoutUsefulExtension, LiveWorksAllTheSame) {

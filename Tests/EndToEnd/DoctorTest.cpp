@@ -1,4 +1,4 @@
-// "quillfade doctor" on desktops that have what is needed, and on some that do not; and the user's own rules.
+// "quillfade doctor" on desktops that have all that is needed, and on some that do not; and the user's own rules.
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
 #include "Tests/Linux/Tray/TrayHost.h"
@@ -96,7 +96,7 @@ TEST_F(Doctor, ACompositingManagerIsKnownWhateverItCallsItself) {
 
 TEST_F(Doctor, AKeyOfAnotherProgramIsAProblem) {
   auto& program = start(solidOff);
-  // The other Quillfade holds the keys, but is on a bus where this one does not find it.
+  // The other Quillfade holds the keys, but is on a bus where this one cannot find it.
   const support::SessionBus other;
   const Answer answer = examine({{"DBUS_SESSION_BUS_ADDRESS", other.address()}});
   EXPECT_THAT(answer.output, says("problem", "Control.Alt.Super.D", "another program holds it")) << answer.output;
@@ -157,7 +157,7 @@ TEST_F(WithoutDamage, TheMissingExtensionIsNamed) {
 
 class UsersRules : public DrivenDesktop {
  protected:
-  // The program with rules of the user's.
+  // The program with the user's rules.
   void startWith(const std::string& rules) {
     start(solidOff);
     support::writeFile(quillfade().settingsPath().parent_path() / "rules.json", rules);

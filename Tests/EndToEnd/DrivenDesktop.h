@@ -1,5 +1,5 @@
 // What the tests of the commands share: a private X server with a board of one colour, a private session bus, and the
-// real program, driven by keys and by command lines.
+// real program, driven by keys and command lines.
 //
 // Units and axes: device pixels, y down, on a screen of 1280 x 800.
 #pragma once
@@ -23,7 +23,7 @@ namespace endtoend {
 
 using support::PixelRect;
 
-// What a command line ends with and prints.
+// A command line's exit status and output.
 struct Answer {
   int status = -1;
   std::string output;
@@ -44,19 +44,19 @@ class DrivenDesktop : public testing::Test {
 
   explicit DrivenDesktop(const support::XServerOptions& server = {});
 
-  // Starts the program on the session bus and waits until it takes commands.
+  // Starts the program on the session bus and waits until it accepts commands.
   support::QuillfadeProgram& start(const std::string& settings = {}, const support::Environment& environment = {});
   // Starts it without waiting.
   support::QuillfadeProgram& launch(const std::string& settings, const support::Environment& environment);
   [[nodiscard]] support::QuillfadeProgram& quillfade() { return *quillfade_; }
-  // A command line of its own.
+  // Runs a command line.
   Answer run(const std::vector<std::string>& words);
   [[nodiscard]] std::string status() { return run({"status", "--json"}).output; }
   [[nodiscard]] bool becomes(const std::string& partOfStatus);
   // The bus that the program and the command lines use, unless a test wants another one.
   virtual std::string busAddress() { return bus_.address(); }
 
-  // A combination of Control, Alt and Super with this key.
+  // Presses Control, Alt and Super with this key.
   void press(support::KeySymbol key) { input_.chord({XK_Control_L, XK_Alt_L, XK_Super_L, key}); }
   [[nodiscard]] bool shows(const std::function<bool(const Picture&)>& condition,
                            std::chrono::milliseconds deadline = support::defaultDeadline);
@@ -64,9 +64,9 @@ class DrivenDesktop : public testing::Test {
   [[nodiscard]] bool showsCover();
   [[nodiscard]] bool showsNoCover();
   [[nodiscard]] xcb_window_t focusedWindow();
-  // A window of the program, other than a selection's, that stands on the screen now.
+  // A window of the program that is on the screen now and not part of a selection.
   [[nodiscard]] std::optional<xcb_window_t> waitForDialog();
-  // Dark ink where the window lies, on whatever the screen shows there.
+  // Whether there is dark ink within the window, on whatever the screen shows there.
   [[nodiscard]] bool showsText(xcb_window_t window);
 
   support::XServer server_;

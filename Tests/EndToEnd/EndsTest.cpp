@@ -1,5 +1,4 @@
-// However the program ends, nothing of it stays on the screen, no key and no pointer stays grabbed, and no setting is
-// lost.
+// However the program ends, nothing of it stays on the screen, no key or pointer stays grabbed, and no setting is lost.
 
 #include <xcb/composite.h>
 
@@ -15,7 +14,8 @@ class Ends : public DrivenDesktop {
  protected:
   static constexpr const char* liveOn = R"({"enabled": true, "outline": true, "region": "{{200, 300}, {400, 200}}"})";
 
-  // Every resource of the program has gone: windows, redirection, the grabs of the four keys, of keyboard and pointer.
+  // Every resource of the program is gone: windows, redirection, and the grabs of the four keys, the keyboard and the
+  // pointer.
   void expectNothingLeft() {
     EXPECT_TRUE(support::waitUntil([&] { return client_.children(client_.root()) == std::vector{board_}; }))
         << "A window of the program is left.";
@@ -29,7 +29,7 @@ class Ends : public DrivenDesktop {
   }
 
  private:
-  // Redirected windows have a pixmap of their own that can be named; others have not.
+  // Redirected windows have a pixmap of their own that can be named; others have none.
   bool redirectionIsFree() {
     return support::waitUntil([&] {
       const auto pixmap = xcb_generate_id(client_.connection());

@@ -40,7 +40,7 @@ TEST(Incapable, AServerWithoutOffScreenWindowsGetsTheFailureTextAndTheLogSaysWhy
   EXPECT_TRUE(quillfade.waitForMessage("exclusion refresh failed: " + sentence, 2))
       << support::readFile(quillfade.logPath());
   EXPECT_EQ(quillfade.messages().front(), "show region=520x340 at 240,240 permission=false");
-  // White text at 65 % on black, nothing else being on this screen. It starts where no shorter text would.
+  // White text at 65 % on black; nothing else is on this screen. It starts where no shorter text would.
   const PixelRect firstWord{area.x + 30, area.y + area.height / 2 - 15, 60, 30};
   EXPECT_TRUE(support::waitUntil([&] {
     const Picture screen = client.screenshot();

@@ -1,6 +1,6 @@
-// What happens around the cover in hours of use, all at once: storms of windows, managers that crash, monitors that
-// come and go, programs that hold the server, a stopped process. The cover is right afterwards, and nothing was
-// complained of.
+// What happens around the cover in hours of use, all at once: storms of windows, crashing managers, monitors that come
+// and go, programs that hold the server, a stopped process. Afterwards the cover is right, and there were no
+// complaints.
 
 #include <array>
 #include <cstdlib>
@@ -61,7 +61,7 @@ TEST_F(Faults, AStormOfWindowsFromFourClientsLeavesTheCoverRight) {
     for (auto& client : clients) client->sync();
     EXPECT_TRUE(quillfade().process().isRunning()) << quillfade().process().output();
   }
-  // The clients are gone, and all their windows with them. They have sent the ink to the bottom now and then.
+  // The clients are gone with all their windows. Now and then they have sent the ink to the bottom.
   client_.lower(board_);
   client_.raise(gromit_->window());
   client_.sync();
@@ -118,7 +118,7 @@ TEST_F(Faults, MonitorsMayComeGoChangePlacesAndSizes) {
   EXPECT_TRUE(coverIsRight());
   xrandr({"--delmonitor", "R"});
   xrandr({"--delmonitor", "L"});
-  // One above the other: the area moves with the primary one's bottom edge.
+  // One above the other: the area moves with the bottom edge of the primary monitor.
   xrandr({"--setmonitor", "T", "1280/340x400/105+0+0", "screen"});
   xrandr({"--setmonitor", "B", "1280/340x400/105+0+400", "none"});
   const PixelRect onTop{area.x, 0, area.width, 160};
@@ -134,7 +134,7 @@ TEST_F(Faults, AnotherClientThatHoldsTheServerOnlyDelaysTheCover) {
   xcb_grab_server(holder.connection());
   const auto window = holder.createWindow({.frame = {300, 300, 100, 100}, .color = 0xff00ff00});
   holder.sync();
-  // Longer than a refresh, during which the program can get no answer.
+  // Longer than a refresh, during which the program can get no reply.
   EXPECT_FALSE(quillfade().process().waitForExit(milliseconds(2500))) << quillfade().process().output();
   xcb_ungrab_server(holder.connection());
   holder.sync();
@@ -156,7 +156,7 @@ TEST_F(Faults, PointerAndKeyboardHeldByAnotherClientDoNotMatter) {
 TEST_F(Faults, AProcessThatWasStoppedCatchesUpAndHoldsNobodyUp) {
   ASSERT_NO_FATAL_FAILURE(coverInk());
   quillfade().process().signal(SIGSTOP);
-  // Thousands of changes that nobody takes in; the server and its other clients go on.
+  // Thousands of changes that the stopped program does not read; the server and its other clients go on.
   support::XClient busy(server_.display());
   const auto window = busy.createWindow({.frame = {260, 240, 200, 200}, .color = 0xff2d6a4f});
   for (int step = 0; step < 5000; ++step) {

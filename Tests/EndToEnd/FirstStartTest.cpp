@@ -1,4 +1,4 @@
-// What the program tells whoever starts it for the first time, and in which language.
+// What the program tells a user who starts it for the first time, and in which language.
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
 
@@ -13,7 +13,7 @@ std::size_t count(const std::string& text, const std::string& part) {
   return times;
 }
 
-// Listens to what is sent to the notification service, which need not be there.
+// Listens to what is sent to the notification service, which need not exist.
 class FirstStart : public DrivenDesktop {
  protected:
   const std::string interface_ = "org.freedesktop.Notifications";
@@ -24,7 +24,7 @@ class FirstStart : public DrivenDesktop {
   [[nodiscard]] support::Environment onBus() { return {{"DBUS_SESSION_BUS_ADDRESS", busAddress()}}; }
   [[nodiscard]] std::string heard() const { return monitor_.output(); }
   [[nodiscard]] std::size_t notifications() const { return count(heard(), "member=Notify"); }
-  // Until everything that was sent so far has been heard.
+  // Waits until everything sent so far has been heard.
   void hearEverything() {
     const std::size_t before = count(heard(), "member=GetCapabilities");
     support::ChildProcess marker({"dbus-send", "--session", "--type=method_call", "--dest=" + interface_,

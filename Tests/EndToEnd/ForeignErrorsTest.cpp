@@ -1,4 +1,5 @@
-// Every request of the program about windows of others fails in turn, as if each window had gone a moment earlier.
+// Each of the program's requests about other programs' windows fails in turn, as if the window had gone a moment
+// earlier.
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
 #include "Tests/Support/TamperingProxy.h"
@@ -12,7 +13,7 @@ class ForeignErrors : public DrivenDesktop {
   static constexpr int mostTurns = 3;
   static constexpr const char* liveOn = R"({"enabled": true, "outline": false, "region": "{{200, 300}, {400, 200}}"})";
 
-  // Everything that makes the program ask about windows: they come, change in every way, are listed, and go.
+  // Everything that makes the program ask about windows: they appear, change in every way, are listed, and go.
   void stir() {
     const auto window =
         client_.createWindow({.frame = {260, 340, 300, 200}, .color = 0xff556677, .overrideRedirect = false});
@@ -32,7 +33,7 @@ class ForeignErrors : public DrivenDesktop {
     client_.sync();
     xcb_reparent_window(client_.connection(), inner, window, 5, 5);
     ASSERT_NO_FATAL_FAILURE(listWindows());
-    // The covers are made anew, and with them all that they know of windows.
+    // The covers are made anew, and with them all that they know about windows.
     ASSERT_EQ(run({"toggle"}).status, 0);
     ASSERT_EQ(run({"toggle"}).status, 0);
     client_.destroy(pane);
@@ -59,7 +60,7 @@ TEST_F(ForeignErrors, OfEveryKindOfRequestLeaveTheProgramAtWork) {
     SCOPED_TRACE("request " + name);
     proxy.forgetSeen();
     proxy.tamperWith(kind);
-    // Some are made once, or not at all when another request tells first that the window has gone.
+    // Some requests are made once, or not at all when another request reveals first that the window has gone.
     for (int turn = 0; turn < mostTurns && proxy.seen()[kind] == 0; ++turn) ASSERT_NO_FATAL_FAILURE(stir());
     proxy.tamperWith(std::nullopt);
     EXPECT_GT(proxy.seen()[kind], 0U) << "No request of this kind was made again.";
@@ -68,7 +69,7 @@ TEST_F(ForeignErrors, OfEveryKindOfRequestLeaveTheProgramAtWork) {
     tried += " " + name + " (" + std::to_string(proxy.seen()[kind]) + ")";
   }
   RecordProperty("kinds", tried);
-  // What comes afterwards is shown as ever.
+  // What comes afterwards is shown as usual.
   const auto window = client_.createWindow({.frame = {250, 350, 100, 100}, .color = 0xff00ff00});
   EXPECT_TRUE(
       shows([](const Picture& screen) { return screen.count(0x00ff00, storedArea) == std::size_t{100} * 100; }));

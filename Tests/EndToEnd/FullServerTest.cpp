@@ -1,4 +1,4 @@
-// An X server that takes no further client: a live cover has no connection to make its pictures with.
+// An X server that accepts no further client: a live cover gets no connection for its pictures.
 #include <memory>
 #include <vector>
 

@@ -19,7 +19,7 @@ class Keys : public DrivenDesktop {
     xcb_set_input_focus(client_.connection(), XCB_INPUT_FOCUS_PARENT, editor_, XCB_CURRENT_TIME);
     client_.sync();
   }
-  // Which of the locks are on, as the server says.
+  // Which locks are on, according to the server.
   [[nodiscard]] int locks() {
     const auto reply = support::waitForReply(client_.connection(), xcb_query_pointer_reply,
                                              xcb_query_pointer(client_.connection(), client_.root()));

@@ -113,7 +113,8 @@ TEST_F(LiveCover, AnUnchangingDesktopNeitherRestartsTheCaptureNorWakesTheProgram
   const auto changed = [&] { return quillfade().messages().size() != lines; };
   const std::size_t before = support::wakeUps(quillfade().process().id());
   EXPECT_FALSE(support::waitUntil(changed, std::chrono::seconds(4)));
-  // One for each frame at thirty a second. In fact those take more than 300, and reading the window list about 50.
+  // One for each frame at thirty a second. In fact frames would take more than 300, and reading the window list takes
+  // about 50.
   const std::size_t woken = support::wakeUps(quillfade().process().id()) - before;
   EXPECT_LT(woken, 120U);
   EXPECT_GT(woken, 0U) << "The window list was not read.";

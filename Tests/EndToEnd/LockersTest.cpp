@@ -1,4 +1,4 @@
-// Real lock screens, and windows like theirs, over and under the real cover. What hides a session stays in front.
+// Real lock screens, and windows like theirs, over and under the real cover. Whatever hides a session stays in front.
 
 #include <memory>
 
@@ -11,7 +11,7 @@ using std::chrono::milliseconds;
 
 struct Locker {
   const char* name;
-  std::vector<std::string> command;  // empty: just a window that has all that makes a locker
+  std::vector<std::string> command;  // empty: just a window with everything that makes a locker
   std::uint32_t color = 0;
 };
 

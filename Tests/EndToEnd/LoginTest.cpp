@@ -52,7 +52,7 @@ TEST_F(Login, TheCommandOfTheEntryStartsTheProgram) {
   EXPECT_EQ(run({"quit"}), (Answer{0, ""}));
   ASSERT_EQ(quillfade().process().waitForExit(), 0);
   ASSERT_TRUE(showsNoCover());
-  // A path without anything that shells and desktop entries quote differently.
+  // The path contains nothing that shells and desktop entries quote differently.
   const std::string home = quillfade().settingsPath().parent_path().parent_path().parent_path().string();
   support::ChildProcess atLogin({"sh", "-c", "exec " + commandLine()}, {{"DISPLAY", server_.display()},
                                                                         {"HOME", home},
@@ -73,7 +73,7 @@ TEST_F(Login, AnEntryThatTheUserHasHiddenCountsAsOff) {
 
 TEST_F(Login, AChangeThatTheSystemRefusesIsAnAlertWithItsReason) {
   start(solidOff);
-  // Not a directory, so that nothing can be written into it.
+  // Not a directory, so nothing can be written into it.
   support::writeFile(entry().parent_path(), "");
   choose();
   const auto alert = waitForDialog();

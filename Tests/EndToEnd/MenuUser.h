@@ -1,6 +1,6 @@
-// A tray's host on the session bus and someone who uses the menu that it shows.
+// A tray's host on the session bus, and a user of the menu that it shows.
 //
-// Threads: one at a time. Every call is answered when it returns, or throws.
+// Threads: one at a time. Every call returns when it is answered, or throws.
 #pragma once
 
 #include <string>
@@ -12,14 +12,14 @@ namespace endtoend {
 
 class MenuUser {
  public:
-  // Waits until the program's item has come to the tray.
+  // Waits until the program's item is in the tray.
   MenuUser();
 
-  // The lines of the menu as the host gets them when it opens; "" for a separator.
+  // Opens the menu and returns its lines as the host gets them; "" for a separator.
   std::vector<qt::ShownItem> open();
   [[nodiscard]] std::vector<qt::ShownItem> lines() { return host_.items(); }
   void close() { host_.event(0, QStringLiteral("closed")); }
-  // Opens the menu, and chooses the line of this title, submenus included.
+  // Opens the menu and chooses the line with this title, submenus included.
   void choose(const std::string& title);
   // The title of the item's tooltip.
   [[nodiscard]] std::string toolTip();

@@ -7,7 +7,7 @@ namespace {
 
 using support::WindowManager;
 
-// Two ordinary windows and a real annotation program; nothing but the ink may be missing from the cover.
+// Two ordinary windows and a real annotation program; only the ink may be missing from the cover.
 class Neighbours : public CoveredDesktop {
  protected:
   void openWindows() {
@@ -21,7 +21,7 @@ class Neighbours : public CoveredDesktop {
     }
     settle();
   }
-  // A window manager draws its frames, and a compositing manager the screen, in its own time.
+  // A window manager draws its frames, and a compositing manager the screen, in their own time.
   void settle() {
     std::optional<Picture> last;
     int same = 0;

@@ -9,7 +9,7 @@ using std::chrono::milliseconds;
 
 class OverlaySet : public CoveredDesktop {
  protected:
-  // The refresh looks every 1.5 seconds; the rest is for the restart, on a machine that is busy with other tests.
+  // The refresh runs every 1.5 seconds; the rest is for the restart, on a machine busy with other tests.
   static constexpr milliseconds refreshAndRestart{1500 + 1500};
 };
 
@@ -35,7 +35,7 @@ TEST_F(OverlaySet, NewInkInAnOverlayThatIsLeftOutAlreadyNeverShows) {
   drawInk();
   auto& quillfade = cover();
   gromit_->draw({{250, 300, 740, 310}});
-  // Whenever painting is turned on or off the program raises its window, and the cover comes back on top in a moment.
+  // Whenever painting is turned on or off, the program raises its window, and the cover returns to the top in a moment.
   EXPECT_TRUE(showsNoInk(area, milliseconds(300)));
   EXPECT_FALSE(shows([](const Picture& screen) { return ink(screen, area) > 0; }, milliseconds(500)));
   EXPECT_EQ(quillfade.countMessages(overlaysChanged), 0U);
@@ -51,7 +51,7 @@ TEST_F(OverlaySet, AnOverlayIsNeverInThePictureNotEvenWhenItOpens) {
     const auto overlay =
         client_.createWindow({.frame = wholeScreen, .color = 0xffff00ff, .depth = 32, .mapped = false});
     client_.setInputShape(overlay, {});
-    // Beneath the mirror from the start, so that all that is seen in the area is the mirror's picture.
+    // Beneath the mirror from the start, so that everything seen in the area is the mirror's picture.
     client_.restack(overlay, XCB_STACK_MODE_BELOW, *mirror);
     client_.map(overlay);
     client_.sync();
@@ -85,7 +85,7 @@ TEST_F(OverlaySet, AnOverlayThatBlinksIsNeverSeenAndRestartsTheCaptureAFewTimesA
     ++blinks;
   }
   const std::chrono::duration<double> lasted = std::chrono::steady_clock::now() - begin;
-  // Two a second for what is announced, and one at most for each look of the refresh.
+  // Two a second for announced changes, and at most one for each run of the refresh.
   const double most = lasted.count() * (2 + 1 / 1.5) + 1;
   ASSERT_GT(2 * blinks, most) << "So few blinks would not even bring them if each brought two.";
   const auto restarts = static_cast<double>(quillfade.countMessages(overlaysChanged));
@@ -108,7 +108,7 @@ TEST_F(OverlaySet, AnOverlayThatTakesThePointerToDrawStaysLeftOutUntilItIsUnmapp
   client_.sync();
   EXPECT_FALSE(shows(hasInk, refreshAndRestart));
   EXPECT_EQ(quillfade.countMessages(overlaysChanged), 1U);
-  // Whatever comes then is another thing, and may be a locker.
+  // Whatever comes then is a different window, and may be a locker.
   client_.unmap(overlay);
   client_.sync();
   ASSERT_TRUE(quillfade.waitForMessage(overlaysChanged, 2));

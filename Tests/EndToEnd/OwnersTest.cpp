@@ -1,4 +1,4 @@
-// Whose windows count as a conferencing program's: large ones that float, of every kind of name.
+// Whose windows count as a conferencing program's: large floating windows, with every kind of name.
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
 

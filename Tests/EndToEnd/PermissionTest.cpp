@@ -1,4 +1,4 @@
-// A display on which nothing can be captured: the alert, and what follows each of its answers.
+// A display on which nothing can be captured: the alert, and what follows each answer.
 
 #include <algorithm>
 #include <cstdlib>
@@ -32,14 +32,14 @@ class PermissionRefused : public DrivenDesktop {
     EXPECT_EQ(command_->waitForExit(), status) << command_->output();
     EXPECT_TRUE(support::waitUntil([&] { return !client_.isViewable(*alert_); }));
   }
-  // How many dialogs of the program are on the screen.
+  // How many of the program's dialogs are on the screen.
   [[nodiscard]] std::ptrdiff_t dialogs() {
     return std::ranges::count_if(client_.children(client_.root()), [&](xcb_window_t window) {
       const auto types = client_.numbers(window, "_NET_WM_WINDOW_TYPE");
       return client_.isViewable(window) && !types.empty() && types[0] == client_.atom("_NET_WM_WINDOW_TYPE_DIALOG");
     });
   }
-  // A program of this name at the front of PATH that leaves a trace.
+  // A program of this name at the front of PATH, which leaves a trace.
   support::Environment withProgram(const std::string& name) {
     const auto program = directory_.path() / name;
     support::writeFile(program, "#!/bin/sh\necho \"$0 $*\" > " + trace().string() + "\n");
@@ -154,7 +154,8 @@ class OnAScreenOf256Colours : public PermissionRefused {
  protected:
   OnAScreenOf256Colours() : PermissionRefused(support::XServerOptions{.depth = 8}) {}
 
-  // How many pixels of the window are black, by the screen's own word for it; none in colours that nobody sees.
+  // How many pixels of the window are black, by the screen's own definition; none if the window has colours that nobody
+  // sees.
   std::ptrdiff_t blackPixels(xcb_window_t window) {
     const auto frame = client_.frame(window).value_or(PixelRect{});
     xcb_connection_t* c = client_.connection();
@@ -201,7 +202,7 @@ TEST_F(PermissionRefused, TheListOfWindowsIsAFailureWithAReason) {
   EXPECT_THAT(answer.output, HasSubstr("Composite"));
 }
 
-// With an X server that could do everything, but that has only a part of the screen.
+// With an X server that could do everything, but has only part of the screen.
 class InAWaylandSession : public PermissionRefused {
  protected:
   InAWaylandSession() : PermissionRefused(support::XServerOptions{}) {}

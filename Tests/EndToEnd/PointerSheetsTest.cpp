@@ -1,5 +1,5 @@
-// See-through sheets over the whole screen that take the pointer and that no window manager places: drawing programs
-// have such, and so have some lockers. What is a sheet's own, nobody can tell; the user's rule does.
+// See-through sheets over the whole screen that take the pointer and that no window manager places. Drawing programs
+// have such sheets, and so do some lockers. Only the user's rule can say which is which.
 
 #include "Tests/EndToEnd/CoveredDesktop.h"
 #include "Tests/Support/Desktop.h"
@@ -17,7 +17,7 @@ class PointerSheets : public CoveredDesktop, public testing::WithParamInterface<
     if (GetParam()) compositor_.emplace(server_.display());
   }
 
-  // Strokes on nothing, but for the pointer.
+  // Strokes on a sheet that is otherwise empty, yet takes the pointer.
   xcb_window_t openSheet(const std::string& className, int depth = 32) {
     const auto sheet =
         client_.createWindow({.frame = wholeScreen, .color = 0x00000000, .depth = depth, .mapped = false});
@@ -67,7 +67,7 @@ TEST_P(PointerSheets, ARuleThatIsWrittenWhileItIsOnHoldsFromTheNextRefreshOn) {
   openSheet("QtInk");
   auto& program = coverWith("");
   EXPECT_FALSE(showsSheetOnlyOutside(milliseconds(300)));
-  // Nothing but the program itself stirs on the desktop.
+  // Nothing moves on the desktop but the program itself.
   support::writeFile(program.rulesPath(), R"({"alwaysExclude": ["QtInk"]})");
   EXPECT_TRUE(showsSheetOnlyOutside());
   EXPECT_TRUE(std::filesystem::remove(program.rulesPath()));
@@ -109,7 +109,7 @@ TEST_P(PointerSheets, ASolidCoverHidesTheOneThatARuleNames) {
 INSTANTIATE_TEST_SUITE_P(With, PointerSheets, testing::Bool(),
                          [](const auto& parameter) { return parameter.param ? "Picom" : "NoCompositingManager"; });
 
-// A real locker whose name stands in the rules is a locker all the same.
+// A real locker whose name is in the rules is a locker all the same.
 class NamedLockers : public CoveredDesktop, public testing::WithParamInterface<std::string> {};
 
 TEST_P(NamedLockers, AreNeitherOverlappedNorLeftOut) {

@@ -28,7 +28,7 @@ TEST_P(ScaledCover, EveryPixelOfTheAreaIsShownInItsPlace) {
   const Picture inked = client_.screenshot();
   auto& quillfade =
       cover({.demonstration = false, .settings = settingsWith(region), .environment = {{"QT_SCALE_FACTOR", factor}}});
-  // An edge between two pixels belongs to either of them.
+  // An edge between two pixels may fall on either.
   EXPECT_TRUE(shows([&](const Picture& screen) { return screen.differences(clean, grown(pixels, -1)) == 0; }));
   const Picture covered = client_.screenshot();
   EXPECT_EQ(covered.differences(inked), covered.differences(inked, grown(pixels, 1)));
@@ -53,7 +53,7 @@ using ScaledScreens = CoveredDesktop;
 
 TEST_F(ScaledScreens, OfDifferentScaleEachShowTheirPart) {
   const Picture clean = client_.screenshot();
-  // The drawing program would draw on the first of two screens only.
+  // The drawing program only draws on the first of two screens.
   drawInk();
   const Picture inked = client_.screenshot();
   splitIntoTwoScreens();
@@ -61,7 +61,7 @@ TEST_F(ScaledScreens, OfDifferentScaleEachShowTheirPart) {
          .settings = settingsWith("{{540, 350}, {300, 200}}"),
          .environment = {{"QT_SCREEN_SCALE_FACTORS", "L=1;R=2"}}});
   constexpr PixelRect left{540, 250, 100, 200};
-  constexpr PixelRect right{640, 500, 400, 300};  // the upper edges of the screens are level, the lower ones are not
+  constexpr PixelRect right{640, 500, 400, 300};  // the screens' top edges are level, their bottom edges are not
   ASSERT_GT(ink(inked, left), 0U);
   ASSERT_GT(ink(inked, right), 0U);
   EXPECT_TRUE(shows([&](const Picture& screen) {

@@ -1,4 +1,4 @@
-// What the screen shows, waited for, and kept where it is not what was expected.
+// Waits for what the screen shows, and keeps a picture when it is not what was expected.
 #pragma once
 
 #include <chrono>
@@ -12,11 +12,11 @@ namespace endtoend {
 
 using support::Picture;
 
-// Takes screenshots until the condition holds for one. False at the deadline; the last one is kept then.
+// Takes screenshots until one meets the condition. False at the deadline; the last one is then kept.
 [[nodiscard]] bool showsOn(support::XClient& client, const std::function<bool(const Picture&)>& condition,
                            std::chrono::milliseconds deadline);
 
-// Keeps the screen as a PNG in the directory that QUILLFADE_TEST_PICTURES names, if it names one.
+// Saves the screen as a PNG in the directory named by QUILLFADE_TEST_PICTURES, if set.
 void keepPicture(const Picture& picture, const std::string& name);
 
 }  // namespace endtoend

@@ -1,4 +1,4 @@
-// A session that is locked, in each of the ways in which a desktop tells so, and the cover that stays away meanwhile.
+// A locked session, reported in each of the ways that desktops have, and the cover that stays away meanwhile.
 
 #include <algorithm>
 
@@ -20,7 +20,7 @@ class SessionLock : public DrivenDesktop {
     client_.sync();
     return window;
   }
-  // Whether some window other than the board shows there; it may lie beneath others.
+  // Whether some window other than the board is mapped there; it may lie beneath others.
   [[nodiscard]] bool hasWindow(const PixelRect& place) {
     return std::ranges::any_of(client_.children(client_.root()), [&](xcb_window_t window) {
       return window != board_ && client_.isViewable(window) && client_.frame(window) == place;
@@ -61,7 +61,7 @@ TEST_F(SessionLock, ALockerThatTellsNobodyOfItsEndIsKnownByItsWindow) {
   ASSERT_TRUE(shows([](const Picture& screen) { return screen.count(0) == std::size_t{1280} * 800; }));
   client_.destroy(locker);
   client_.sync();
-  // Well before a request without an answer would be given up.
+  // Well before an unanswered request would be given up.
   EXPECT_TRUE(shows([](const Picture& screen) { return screen.at(storedArea.x, storedArea.y) != boardColor; },
                     std::chrono::seconds(5)));
 }
@@ -140,7 +140,7 @@ TEST_F(SessionLock, TheCoverIsAwayWhileTheServersOwnScreenSaverIsOn) {
   for (const char* blanking : {"blank", "noblank"}) {
     support::runToEnd({"xset", "s", blanking}, {{"DISPLAY", server_.display()}});
     support::runToEnd({"xset", "s", "activate"}, {{"DISPLAY", server_.display()}});
-    // A server that does not blank shows a window of its own, a logo on black.
+    // A server that does not blank shows a window of its own, with a logo on black.
     EXPECT_TRUE(support::waitUntil([&] { return !hasWindow(storedArea); })) << blanking;
     support::runToEnd({"xset", "s", "reset"}, {{"DISPLAY", server_.display()}});
     EXPECT_TRUE(showsCover()) << blanking;

@@ -39,9 +39,9 @@ class SessionManager : public DrivenDesktop {
     support::writeFile(home_.configuration() / "xfce4/xfconf/xfce-perchannel-xml/xfce4-session.xml", sessionSettings);
     environment_ = home_.environment(server_.display());
     environment_["DBUS_SESSION_BUS_ADDRESS"] = busAddress();
-    // Nothing that the machine starts with every session.
+    // Leaves out what the machine starts with every session.
     environment_["XDG_CONFIG_DIRS"] = home_.path().string();
-    // The bus starts the service that reads the settings, in surroundings of its own.
+    // The bus starts the service that reads the settings, in the bus's own environment.
     support::runToEnd({"dbus-update-activation-environment", "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS", "HOME", "DISPLAY"},
                       environment_);
   }

@@ -1,4 +1,4 @@
-// Real trays: a panel that shows items of the session bus, and an older one that takes windows in.
+// Real trays: panels that show items of the session bus, and an older tray that embeds windows.
 
 #include "Tests/EndToEnd/DrivenDesktop.h"
 
@@ -45,7 +45,7 @@ plugins=statusnotifier
 type=statusnotifier
 )";
 
-// A place inside the tray's first icon, on each tray.
+// A place inside the tray's first icon, in each tray.
 constexpr int iconX = 11;
 constexpr int iconY = 20;
 
@@ -59,7 +59,7 @@ class TrayPrograms : public DrivenDesktop {
     support::writeFile(settings / "lxqt/panel.conf", lxqtSettings);
     auto environment = home_.environment(server_.display());
     environment["DBUS_SESSION_BUS_ADDRESS"] = busAddress();
-    // The bus starts the service that reads the settings, in surroundings of its own.
+    // The bus starts the service that reads the settings, in the bus's own environment.
     support::runToEnd({"dbus-update-activation-environment", "XDG_CONFIG_HOME", "HOME", "DISPLAY"}, environment);
     using Command = std::vector<std::string>;
     tray_.emplace(panel == Panel::xfce ? Command{"xfce4-panel", "--disable-wm-check"} : Command{"lxqt-panel"},
@@ -71,7 +71,7 @@ class TrayPrograms : public DrivenDesktop {
   [[nodiscard]] bool showsIcon() {
     return shows([this](const Picture& screen) { return inkOfIcon(screen) > 20; }) && stands({0, 0, 200, 60});
   }
-  // Panels lay themselves out in their own time, and fill a menu anew when it is on screen already.
+  // Panels lay themselves out in their own time, and refill a menu that is already on screen.
   [[nodiscard]] bool stands(const PixelRect& part) {
     std::optional<Picture> last;
     int same = 0;
@@ -82,7 +82,7 @@ class TrayPrograms : public DrivenDesktop {
       return same == 12;
     });
   }
-  // The menu's ground, large and in one colour that is not the board's.
+  // The menu's background, large and in one colour that is not the board's.
   [[nodiscard]] bool showsMenu() {
     return shows([](const Picture& screen) { return screen.count(boardColor, {30, 45, 200, 150}) < 3'000; }) &&
            stands({0, 40, 310, 300});
@@ -98,7 +98,7 @@ class TrayPrograms : public DrivenDesktop {
   }
   // A pointer that rests on the icon brings up its tooltip.
   void leaveTheIcon() { input_.moveTo(900, 700); }
-  // Under load, a panel loses a menu that it is to open while it is still at work on the last one.
+  // Under load, a panel loses a menu that it has to open while it is still busy with the last one.
   void openTheMenu(int button) {
     ASSERT_TRUE(showsIcon());
     input_.moveTo(iconX + 1, iconY);
@@ -136,18 +136,17 @@ TEST_P(EachPanel, OnTheSessionBusShowsTheItemAndItsMenu) {
   start(solidOn);
   ASSERT_TRUE(showsIcon()) << tray_->output();
   ASSERT_TRUE(showsCover());
-  // The right button's menu is drawn by the panel, which may never say that it closed; the left button's by the
-  // program.
+  // The panel draws the right button's menu, and may never say that it closed; the program draws the left button's.
   openAndCloseTheMenu(3);
   openAndCloseTheMenu(1);
   chooseTheFirstCommand(3);
   EXPECT_TRUE(showsNoCover());
   EXPECT_THAT(status(), HasSubstr("\"enabled\": false"));
-  // It has other content now.
+  // The menu now has other content.
   openTheMenu(3);
 }
 
-// As large as no menu can show.
+// An area larger than any menu can show.
 TEST_P(EachPanel, StartsTheProgramWhateverAreaIsStoredAndOpensItsMenuOnceAnotherIsChosen) {
   const support::WindowManager manager(server_.display());
   startPanel(GetParam());
@@ -193,7 +192,7 @@ class TaskList : public TrayPrograms {
  protected:
   TaskList() : TrayPrograms({.arguments = {"-extension", "Composite"}}) {}
 
-  // The panel's end is a handle, which is there at once.
+  // The panel's end is a handle, which appears at once.
   [[nodiscard]] bool showsPanel() {
     return shows([](const Picture& screen) { return screen.count(boardColor, panel_) < 1'000; }) && stands(panel_);
   }
@@ -215,7 +214,7 @@ TEST_F(TaskList, OfAPanelShowsNoneOfTheProgramsDialogs) {
   ASSERT_TRUE(stands(panel_));
   EXPECT_EQ(panel().differences(before), 0U);
   keepPicture(client_.screenshot(), "task-list");
-  // The list is one that shows windows.
+  // Proves that the list does show windows.
   client_.setClass(client_.createWindow({.frame = {600, 500, 200, 100}, .overrideRedirect = false}), "a", "A");
   client_.sync();
   EXPECT_TRUE(shows([&](const Picture& screen) { return screen.cropped(panel_).differences(before) > 100; }));

@@ -18,7 +18,7 @@ class Tray : public DrivenDesktop {
  protected:
   std::string busAddress() override { return qt::busAddress(); }
 
-  // Starts the program beside a tray that is there already.
+  // Starts the program beside an existing tray.
   void startWithTray(const std::string& settings = {}) {
     start(settings);
     user_.emplace();
@@ -28,7 +28,7 @@ class Tray : public DrivenDesktop {
   std::optional<MenuUser> user_;
 };
 
-// A line as a person reads it: its title, a check mark, in brackets when it cannot be chosen.
+// A line as a user reads it: its title, with a check mark, and in brackets when it cannot be chosen.
 std::string read(const qt::ShownItem& line) {
   if (line.isSeparator()) return "-";
   std::string text = line.isChecked() ? "\xE2\x9C\x93 " + line.title() : line.title();
@@ -111,7 +111,7 @@ TEST_F(Tray, HideAnnotationsSwitchesTheCover) {
   EXPECT_TRUE(becomes("\"enabled\": false"));
 }
 
-// A live cover and a solid one; both of the stored area, on.
+// A live cover and a solid one, both switched on over the stored area.
 class MenuOfACoveredScreen : public Tray, public testing::WithParamInterface<std::string> {
  protected:
   void startCovered() {
@@ -121,7 +121,7 @@ class MenuOfACoveredScreen : public Tray, public testing::WithParamInterface<std
     client_.selectInput(client_.root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
     client_.sync();
   }
-  // Whether some window has come to the screen since the last call.
+  // Whether any window has been mapped since the last call.
   [[nodiscard]] bool hasShownAWindow() {
     client_.sync();
     return client_.waitForEvent(XCB_MAP_NOTIFY, std::chrono::milliseconds(0));
@@ -169,7 +169,7 @@ TEST_P(MenuOfACoveredScreen, TakesNoTimeToSpeakOfForTheCoverThatIsNeverSeen) {
   std::ranges::sort(other);
   RecordProperty("hiding", std::to_string(hiding[5]));
   RecordProperty("other", std::to_string(other[5]));
-  // A picture of a film lasts longer.
+  // Shorter than one frame of a film.
   EXPECT_LT(hiding[5] - other[5], 0.033) << "beyond " << other[5] << " for a line that shows and hides nothing";
 }
 

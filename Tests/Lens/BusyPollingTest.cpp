@@ -67,7 +67,7 @@ TEST(BusyPolling, StaysAwakeWhileALongAnswerGoesBy) {
   polling.noteTurn(server, 33ms);
   polling.notePassing(Passing::longReply);
   expectStaysAwake(polling);
-  // Its next part, with which it ends.
+  // The reply's next part, which is its last.
   polling.noteTurn(server, 10us);
   polling.notePassing(Passing::shortMessages);
   expectSleeps(polling);
@@ -81,7 +81,7 @@ TEST(BusyPolling, StaysAwakeForAShortWhileAmidALongRequestEvenInADialogue) {
   }
 }
 
-// An answer in many parts, amid which the client may be slow to take them.
+// A reply in many parts, while the client may be slow to read them.
 TEST(BusyPolling, ATurnIsAsLongAsItsMessage) {
   BusyPolling polling = afterTurns(manyEvents);
   polling.noteTurn(server, 50us);

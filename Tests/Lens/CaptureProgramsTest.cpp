@@ -20,11 +20,11 @@ using support::PixelRect;
 
 constexpr std::chrono::seconds patience{30};
 
-// Where two strokes cross inside the cover, and a place on a stroke outside of it.
+// Where two strokes cross inside the cover, and a place on a stroke outside it.
 constexpr std::array<int, 2> inkInside{500, 400};
 constexpr std::array<int, 2> inkOutside{820, 600};
 
-// As ImageMagick reads the file, whatever its format.
+// Lets ImageMagick read the file, whatever its format.
 Picture readPicture(const std::filesystem::path& path) {
   const std::filesystem::path raw = path.string() + ".rgb";
   support::runToEnd({"convert", path, "-depth", "8", "rgb:" + raw.string()});
@@ -53,7 +53,7 @@ class Captures : public endtoend::CoveredDesktop {
     ASSERT_NE(covered_, clean_);
   }
 
-  // Outside the lens without a view. To its end; what it printed.
+  // Runs the program to its end and returns its output; without a view, outside the lens.
   std::string run(const std::string& view, const std::vector<std::string>& program) {
     ChildProcess process(view.empty() ? program : throughLens(view, program),
                          {{"DISPLAY", server_.display()}, {"HOME", directory_.path()}});
@@ -94,8 +94,8 @@ TEST_P(EveryProgram, SeesTheMirrorOutsideTheLensAndNotThroughIt) {
   EXPECT_EQ(capture("clean").differences(clean_, part), 0U);
 }
 
-// Where the screen has windows with alpha, as the ink's, xwd reads these one by one, with the lens or without. Its
-// picture of them is not what the screen shows; the cover lies on top of the ink.
+// Where the screen has windows with alpha, such as the ink's, xwd reads them one by one, with or without the lens. Its
+// picture of them is not what the screen shows; the cover lies above the ink.
 INSTANTIATE_TEST_SUITE_P(
     Programs, EveryProgram,
     testing::Values(Program{"Import", ".png", {"import", "-window", "root"}},
@@ -119,7 +119,7 @@ INSTANTIATE_TEST_SUITE_P(
                              "-frames:v 1 \"$0\""}}),
     [](const auto& program) { return program.param.name; });
 
-// One line a frame; the last word is a checksum of its pixels.
+// One line per frame; the last word is a checksum of its pixels.
 std::vector<std::string> checksums(const std::string& output) {
   std::vector<std::string> result;
   std::istringstream lines(output);
@@ -141,7 +141,7 @@ TEST_F(Captures, ARecordingOfTenSecondsHasTheMirrorInNoFrame) {
   const auto frames = checksums(run("unmirrored", recording("300")));
   const auto clean = checksums(run("clean", recording("5")));
   ASSERT_EQ(frames.size(), 300U);
-  // What the truth would be without the cover.
+  // What should be seen: the screen without the cover.
   quillfade().process().terminate();
   ASSERT_TRUE(shows([&](const Picture& screen) { return screen == inked_; }));
   const auto truth = checksums(run("", recording("1")));
@@ -162,7 +162,7 @@ bool isNear(std::uint32_t color, const std::string& triple) {
   return true;
 }
 
-// The title of the browser's window, once its page has captured the screen so often that the picture has settled.
+// The title of the browser's window, once its page has captured the screen often enough for the picture to settle.
 std::string capturedByBrowser(support::XClient& client, ChildProcess& browser, std::array<std::uint32_t, 2> expected) {
   std::string title;
   const bool isAsExpected = support::waitUntil(
@@ -180,7 +180,7 @@ std::string capturedByBrowser(support::XClient& client, ChildProcess& browser, s
   return isAsExpected && browser.isRunning() ? "as expected" : title + "\n" + browser.output();
 }
 
-// Its film is lossy: two pixels tell what was seen.
+// The film is lossy, so two pixels tell what was seen.
 TEST_F(Captures, RecordmydesktopFilmsWithoutTheMirror) {
   for (const auto& [view, truth] : {std::pair{"", &covered_}, {"unmirrored", &inked_}, {"clean", &clean_}}) {
     const auto film = directory_.path() / (std::string("film") + view + ".ogv");
@@ -188,7 +188,7 @@ TEST_F(Captures, RecordmydesktopFilmsWithoutTheMirror) {
                                          "--fps",           "5",          "-o",          film};
     ChildProcess recorder(*view == '\0' ? words : throughLens(view, words),
                           {{"DISPLAY", server_.display()}, {"HOME", directory_.path()}});
-    // It has begun; its end writes the rest.
+    // The recording has begun; stopping it writes the rest.
     ASSERT_TRUE(support::waitUntil(
         [&] {
           return !recorder.isRunning() || (std::filesystem::exists(film) && std::filesystem::file_size(film) > 0);

@@ -1,4 +1,5 @@
-// Real programs that read the screen where they are told that it has changed, while a solid cover lies over what moves.
+// Real programs that read the screen where they are told that it has changed, while a solid cover lies over the
+// changes.
 
 #include <algorithm>
 #include <set>
@@ -47,7 +48,7 @@ class DamagePrograms : public endtoend::CoveredDesktop {
   std::optional<support::QuillfadeProgram> cover_;
 };
 
-// A new colour each time the test looks whether the program has ended.
+// Shows a new colour each time the test checks whether the program has ended.
 void DamagePrograms::showFilmWhile(ChildProcess& program) {
   std::uint32_t color = 1;
   ASSERT_TRUE(support::waitUntil(

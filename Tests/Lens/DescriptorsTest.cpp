@@ -1,4 +1,4 @@
-// Descriptors that the server sends come through the lens, whatever else is under way.
+// Descriptors that the server sends come through the lens, whatever else is on its way.
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -21,7 +21,7 @@ namespace lens = platform::linux::lens;
 namespace protocol = platform::linux::protocol;
 using platform::linux::posix::FileDescriptor;
 
-// Reads the stream as it comes: client libraries may themselves lose a descriptor that comes early.
+// Reads the raw stream: client libraries may themselves lose a descriptor that comes early.
 class RawClient {
  public:
   explicit RawClient(const OpenLens& open) : socket_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
@@ -41,7 +41,7 @@ class RawClient {
     }
   }
 
-  // So many bytes, and on the way whatever descriptors come.
+  // Receives this many bytes, and any descriptors that come with them.
   std::vector<std::byte> receive(std::size_t count) {
     std::vector<std::byte> bytes(count);
     for (std::size_t done = 0; done < count;) {
@@ -66,7 +66,7 @@ class RawClient {
   }
 
   [[nodiscard]] std::size_t descriptors() const { return descriptors_.size(); }
-  // The first of the ids that are this client's to give.
+  // The first resource id that this client may use.
   [[nodiscard]] std::uint32_t firstId() const { return protocol::Wire(protocol::ByteOrder::little).get32(&setup_[4]); }
 
  private:
@@ -75,7 +75,7 @@ class RawClient {
   std::vector<FileDescriptor> descriptors_;
 };
 
-// The server, which cannot send the image at once, sends the descriptor along with the middle of it.
+// The server cannot send the whole image at once, so it sends the descriptor along with the middle of it.
 TEST(Descriptors, ComeThoughALongReplyIsUnderWay) {
   const support::XServer server;
   support::XClient outside(server.display());

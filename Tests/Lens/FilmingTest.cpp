@@ -1,4 +1,4 @@
-// A program that films the screen through a lens: nothing but its readings costs anything.
+// A program that films the screen through a lens: only its reads cost anything.
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ constexpr int steps = 20;
 
 class Filming : public testing::Test {
  protected:
-  // How often the lens wakes up while a window moves about, of which the server tells it each time.
+  // How often the lens wakes up while a window moves about, each step of which the server reports to it.
   std::size_t wakeUpsOfMovements() {
     const std::size_t before = support::wakeUps(open_.process().id());
     for (int step = 0; step < steps; ++step) {
@@ -42,7 +42,7 @@ TEST_F(Filming, BetweenTwoReadingsTheLensIsNotWokenUpByWhatHappensOnTheScreen) {
     EXPECT_EQ(program->screenshot().at(100, 100), client_.screenshot().at(100, 100));
     // The lens may only just be going to sleep.
     const bool isQuiet = wakeUpsOfMovements() <= 1;
-    // Nothing can be said where the machine took as long for this as a program that no longer films.
+    // Inconclusive if the machine took so long that the program no longer counts as filming.
     return isQuiet && Clock::now() - begin < std::chrono::seconds(1);
   };
   EXPECT_TRUE(support::waitUntil(isUndisturbed));

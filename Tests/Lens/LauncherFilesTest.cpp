@@ -1,4 +1,4 @@
-// `quillfade share --install` and `--uninstall`, as a user would say them.
+// `quillfade share --install` and `--uninstall`, as a user would type them.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The life of a lens: who may connect, what it leaves behind, and what its end is.
+// The life of a lens: who may connect, what it leaves behind, and how it ends.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -45,7 +45,7 @@ std::size_t descriptorsOf(pid_t process) {
   return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
 }
 
-// Whether something of the display is left. Another lens may have taken its number by now.
+// Whether anything of the display is left. Another lens may have taken its number by now.
 bool isLeft(int number, pid_t process) {
   std::ifstream file(lockPath(number));
   int holder = 0;
@@ -215,7 +215,7 @@ TEST_F(Lens, AServerThatDiesEndsTheConnectionsWhileTheProgramGoesOn) {
 
 TEST_F(Lens, OfAHundredProgramsHalfOfThemKilledNothingIsLeft) {
   OpenLens open(server_.display());
-  // Once it has been read through, nothing of the beginning is left open.
+  // After one complete read, no descriptors from the start-up are left open.
   const auto witness = open.connect();
   (void)witness->screenshot({0, 0, 10, 10});
   const std::size_t before = descriptorsOf(open.process().id());

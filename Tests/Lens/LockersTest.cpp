@@ -1,4 +1,4 @@
-// A real locker that hides the screen by the server's overlay window, before and behind lenses.
+// A real locker that hides the screen by the server's overlay window, in front of and behind lenses.
 
 #include "Tests/EndToEnd/CoveredDesktop.h"
 #include "Tests/Lens/OpenLens.h"
@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::size_t wholeScreen = std::size_t{1280} * 800;
 
-// Its obscurer is a window of its own beneath the overlay window, a pixel short of the screen on each side.
+// Its obscurer is a window of its own beneath the overlay window, one pixel short of the screen on each side.
 class LensesAndXsecurelock : public endtoend::CoveredDesktop, public testing::WithParamInterface<bool> {
  protected:
   void lock() {

@@ -1,4 +1,5 @@
-// A display that is reached over the network, as through a tunnel: a socket of the test's own on the loopback.
+// A display that is reached over the network, as through a tunnel: a socket of the test's own on the loopback
+// interface.
 
 #include <X11/Xauth.h>
 #include <arpa/inet.h>

@@ -1,7 +1,6 @@
 // A lens that stays open for a test: the real program, with one behind it that only waits.
 //
-// Ownership: it ends with the object.
-// Failure: a lens that does not open throws.
+// Ownership: the lens ends with the object. Failure: a lens that does not open throws.
 #pragma once
 
 #include <memory>
@@ -21,11 +20,11 @@ class OpenLens {
   explicit OpenLens(const std::string& realDisplay, const std::string& view = "unmirrored");
 
   [[nodiscard]] support::ChildProcess& process() { return process_; }
-  // As the program behind it sees them.
+  // As the program behind the lens sees them.
   [[nodiscard]] const std::string& display() const { return display_; }
   [[nodiscard]] const std::string& authority() const { return authority_; }
   [[nodiscard]] int number() const { return std::stoi(display_.substr(1)); }
-  // This test as a program behind the lens.
+  // Connects this test as a program behind the lens.
   [[nodiscard]] std::unique_ptr<support::XClient> connect() const;
 
  private:

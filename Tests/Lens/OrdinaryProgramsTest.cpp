@@ -1,4 +1,4 @@
-// Programs that do not capture anything run through the lens as they would without it.
+// Programs that capture nothing run through the lens as they would without it.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ class OrdinaryPrograms : public testing::Test {
     return colors.size();
   }
 
-  // Whether the program shows something with this many colours, and goes on to show other things.
+  // Whether the program shows something with this many colours, and then other things.
   testing::AssertionResult isAnimated(ChildProcess& program, std::size_t colors) {
     if (!support::waitUntil([&] { return colorsOnScreen() >= colors; })) {
       return testing::AssertionFailure() << "It shows nothing: " << program.output();

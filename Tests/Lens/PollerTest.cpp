@@ -56,7 +56,7 @@ class Timer {
   posix::FileDescriptor descriptor_{::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC)};
 };
 
-// Passes letters between two that answer each other.
+// Passes messages between two speakers that answer each other.
 class PollerTest : public testing::Test {
  protected:
   PollerTest() {
@@ -78,7 +78,7 @@ class PollerTest : public testing::Test {
     }
   }
 
-  // How often the poller has gone to sleep while they spoke in turn, once they had done so for a while.
+  // How often the poller went to sleep while they took turns, after they had done so for a while.
   long sleepsWhileTheySpeak(std::span<Timer> speakers) {
     for (Timer& each : speakers) poller_.add(each.descriptor(), EPOLLIN, [&each](std::uint32_t) { each.stop(); });
     constexpr std::size_t turnsBefore = BusyPolling::eventsOfSeries + 1;
@@ -112,7 +112,7 @@ TEST_F(PollerTest, FallsAsleepSoonAfterADialogueAndHearsWhatComesLater) {
   EXPECT_LT(processorTime() - before, 30ms);
 }
 
-// Nobody but this thread takes part, so a busy machine can only delay a turn. Then there is another dialogue.
+// Nobody but this thread takes part, so a busy machine can only delay a turn. Then another dialogue is tried.
 TEST_F(PollerTest, DoesNotSleepAmidADialogueWhereThereIsAnotherProcessor) {
   if (std::thread::hardware_concurrency() < 2) GTEST_SKIP() << "one processor";
   std::array<Timer, 2> speakers;

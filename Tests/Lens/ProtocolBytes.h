@@ -20,7 +20,7 @@ class ProtocolBytes {
     wire_.put16(at + 2, static_cast<std::uint16_t>(1 + words.size()));
     putWords(at + 4, words);
   }
-  // The same with a length of 32 bits, which counts itself; the body goes on for `more` words of 0.
+  // The same with a 32-bit length, which counts itself; the body goes on for `more` words of 0.
   void longRequest(std::uint8_t major, std::uint8_t minor, std::initializer_list<std::uint32_t> words,
                    std::size_t more = 0) {
     std::byte* at = append(8 + 4 * words.size() + 4 * more);

@@ -23,7 +23,7 @@ class NoPictures : public PictureSource {
   }
 };
 
-// A program and a server that have just been set up.
+// A program and a server whose connection has just been set up.
 class RelayTest : public testing::Test {
  protected:
   RelayTest() {

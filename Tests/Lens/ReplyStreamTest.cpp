@@ -11,7 +11,7 @@ constexpr std::uint32_t rootVisual = 0x21;
 
 class ReplyStreams : public testing::TestWithParam<protocol::ByteOrder> {
  protected:
-  // What comes out of everything that was written, in pieces of this size.
+  // What comes out after everything was written in pieces of this size.
   ProtocolBytes passOn(std::size_t piece = 1'000'000) {
     std::vector<std::byte> bytes = sent_.bytes();
     std::size_t done = 0;
@@ -92,7 +92,7 @@ TEST_P(ReplyStreams, OwnRequestsWithoutReplyAreNotCounted) {
   sent_.message(22, 2);
   sent_.message(22, 3);
   sent_.message(1, 4);
-  sent_.message(0, 5);  // an error that is none of the program's
+  sent_.message(0, 5);  // an error that is not the program's
   sent_.message(0, 7);
   sent_.message(1, 9);
   const ProtocolBytes out = passOn();

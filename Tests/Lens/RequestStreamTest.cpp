@@ -12,7 +12,7 @@ using Stop = protocol::RequestStream::Stop;
 constexpr std::uint32_t root = 0x50a;
 constexpr std::uint32_t overlay = 0x60b;
 constexpr std::uint32_t other = 0x200001;
-constexpr std::uint32_t shared = 0x400002;  // the pixmap in the screen's place
+constexpr std::uint32_t shared = 0x400002;  // the pixmap that stands for the screen
 constexpr std::uint8_t composite = 140;
 constexpr std::uint8_t bigRequests = 133;
 constexpr std::uint8_t sharedMemory = 130;
@@ -22,7 +22,7 @@ constexpr std::uint8_t damage = 143;
 
 class RequestStreams : public testing::TestWithParam<protocol::ByteOrder> {
  protected:
-  // Everything that was written, in one piece; stops are answered with the shared picture. How many there were.
+  // Passes on everything written, in one piece, and answers stops with the shared picture. Returns their number.
   int passOn() {
     int stops = 0;
     std::size_t done = 0;
@@ -49,12 +49,12 @@ class RequestStreams : public testing::TestWithParam<protocol::ByteOrder> {
 };
 
 TEST_P(RequestStreams, WhatDoesNotReadTheScreenPassesAsItIs) {
-  sent_.request(1, 24, {other, root, 0, 0, 0, 0, 0});  // CreateWindow below the root
+  sent_.request(1, 24, {other, root, 0, 0, 0, 0, 0});  // CreateWindow below the root window
   sent_.request(73, 2, {other, 0, 0, 0});              // GetImage of something else
-  sent_.request(62, 0, {other, root, 3, 0, 0, 0});     // CopyArea to the root
+  sent_.request(62, 0, {other, root, 3, 0, 0, 0});     // CopyArea to the root window
   sent_.request(render, 4, {1, other, 2, 0});
   sent_.request(sharedMemory, 4, {other, 0, 0, 0, 0, 0, 0});
-  sent_.request(sharedMemory, 3, {root, 0, 0, 0, 0, 0, 0, 0, 0});  // PutImage to the root
+  sent_.request(sharedMemory, 3, {root, 0, 0, 0, 0, 0, 0, 0, 0});  // PutImage to the root window
   const auto before = sent_.bytes();
   EXPECT_EQ(passOn(), 0);
   EXPECT_EQ(sent_.bytes(), before);
@@ -120,7 +120,7 @@ TEST_P(RequestStreams, ALongRequestHasItsNumbersAWordLater) {
 TEST_P(RequestStreams, WithoutTheExtensionALengthOfNothingIsOneWord) {
   sent_.longRequest(127, 0, {});
   EXPECT_EQ(passOn(), 0);
-  // The second word is a request, and its length, 0 or more than there is, leads on from there.
+  // The second word counts as a request, and its length, 0 or more than there is, leads on from there.
   EXPECT_GE(stream_.requestCount(), 1U);
   EXPECT_FALSE(stream_.advance({}).stop == Stop::malformed);
 }
@@ -212,7 +212,7 @@ TEST_P(RequestStreams, ARequestTooShortToNameTheScreenPasses) {
   EXPECT_EQ(sent_.bytes(), before);
 }
 
-// Wherever the stream is cut into pieces, the same bytes come out.
+// Wherever the stream is cut, the same bytes come out.
 TEST_P(RequestStreams, PiecesMakeNoDifference) {
   sent_.request(bigRequests, 0, {});
   sent_.request(73, 2, {root, 0, 0, 0});

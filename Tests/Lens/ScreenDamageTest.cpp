@@ -1,4 +1,4 @@
-// What a program behind a lens is told of the screen's damage is what it would see there.
+// What a program behind a lens is told about the screen's damage matches what it would see there.
 
 #include <gtest/gtest.h>
 #include <xcb/damage.h>
@@ -33,7 +33,7 @@ bool contains(const PixelRect& outer, const PixelRect& inner) {
   return outer.x <= inner.x && outer.y <= inner.y && outer.right() >= inner.right() && outer.bottom() >= inner.bottom();
 }
 
-// A program that reads the screen only where and when it is told that something has changed.
+// A program that reads the screen only where and when it is told of a change.
 class DamageReader {
  public:
   explicit DamageReader(XClient& client) : client_(client), damage_(xcb_generate_id(client.connection())) {
@@ -73,7 +73,7 @@ class DamageReader {
     }
     return false;
   }
-  // After this, nothing is under way.
+  // When this returns, no report is on its way.
   void settle() {
     while (next(milliseconds(200))) {
     }
@@ -100,7 +100,7 @@ class ScreenDamage : public testing::Test {
     client_.sync();
   }
 
-  // A solid cover, say, of another process of the product.
+  // For example a solid cover, of another process of the product.
   void showMirror() {
     platform::linux::scene::redirectSubwindows(*product_);
     mark_.emplace(*product_, std::array{product_->resourceBase()});

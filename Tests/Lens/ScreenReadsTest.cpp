@@ -1,4 +1,4 @@
-// Every way to read the screen gives, behind a lens, the picture without the windows that are to be left out.
+// Behind a lens, every way to read the screen gives the picture without the windows that are to be left out.
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
@@ -34,7 +34,7 @@ constexpr PixelRect screen{0, 0, 1280, 800};
 constexpr PixelRect mirror{200, 150, 400, 300};
 constexpr std::uint32_t mirrorColor = 0x123456;
 
-// What a pixmap of the client's own holds.
+// The content of a pixmap of the client's own.
 Picture readPixmap(XClient& client, const std::function<void(xcb_pixmap_t)>& draw) {
   xcb_connection_t* c = client.connection();
   const xcb_pixmap_t pixmap = xcb_generate_id(c);
@@ -135,7 +135,7 @@ class ScreenReads : public testing::Test {
     client_.sync();
   }
 
-  // What another process of the product would show there, which keeps what lies beneath.
+  // What another process of the product would show there; that process keeps what lies beneath off-screen.
   void showMirror() {
     platform::linux::scene::redirectSubwindows(*product_);
     mark_.emplace(*product_, std::array{product_->resourceBase()});
@@ -150,7 +150,7 @@ class ScreenReads : public testing::Test {
     ASSERT_TRUE(support::waitUntil([&] { return client_.screenshot().count(mirrorColor) == std::size_t{400} * 300; }));
   }
 
-  // Off screen, whatever lies above it.
+  // Off-screen, whatever lies above it.
   bool isKept(xcb_window_t window) {
     xcb_connection_t* c = client_.connection();
     const xcb_void_cookie_t named = xcb_composite_name_window_pixmap_checked(c, window, xcb_generate_id(c));
@@ -196,7 +196,7 @@ TEST_P(EveryReading, IsAsFreshAsItWouldBeWithoutTheLens) {
   const xcb_window_t own = program->createWindow({.frame = {250, 200, 60, 60}, .color = 0xff000000});
   const xcb_window_t foreign = client_.createWindow({.frame = {400, 300, 60, 60}, .color = 0xff000000});
   for (const std::uint32_t color : {0xff0000U, 0x00ff00U, 0x0000ffU, 0x10f0f0U}) {
-    // Others have done it before this; the program itself has only just said so.
+    // The others have finished drawing; the program itself has only just sent its request.
     client_.fill(foreign, {0, 0, 60, 60}, 0xff000000 | color);
     client_.sync();
     program->fill(own, {0, 0, 60, 60}, 0xff000000 | color);
@@ -250,7 +250,7 @@ TEST_F(ScreenReads, UnderACompositingManagerThePictureIsTheScreens) {
   EXPECT_EQ(program->screenshot().differences(truth), 0U);
 }
 
-// Screen lockers take the overlay window, and what lies beneath must not be seen then.
+// Screen lockers take the overlay window, and what lies beneath must then not be seen.
 TEST_F(ScreenReads, NothingIsSeenWhileTheServerItselfHidesTheScreen) {
   const OpenLens open(server_.display());
   const auto program = open.connect();
@@ -316,7 +316,7 @@ TEST_F(ScreenReads, AReadKeepsTheNumbersOfWhatFollows) {
   const xcb_window_t own = program->createWindow({.frame = {0, 0, 50, 50}});
   program->selectInput(own, XCB_EVENT_MASK_PROPERTY_CHANGE);
   for (int i = 0; i < 300; ++i) {
-    // Something that the server has yet to do, then the read, then something that fails and is noticed.
+    // A request that the server has yet to carry out, then the read, then one that fails and is noticed.
     program->setText(own, "NOTE", "STRING", std::to_string(i));
     EXPECT_EQ(program->screenshot({0, 0, 4, 4}).width(), 4);
     const auto failing = xcb_unmap_window_checked(program->connection(), 0x7fffffff);

@@ -11,7 +11,7 @@
 namespace platform::linux::lens {
 
 struct SocketPair {
-  // SOCK_NONBLOCK, or nothing.
+  // `flags`: SOCK_NONBLOCK, or nothing.
   explicit SocketPair(int flags = 0) {
     std::array<int, 2> ends{};
     EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | flags, 0, ends.data()), 0);

@@ -1,5 +1,5 @@
 // What the streams of a lens promise for any bytes at all: they come to an end, they never look beyond what they are
-// given (which the sanitizers see), and wherever the bytes are cut into pieces, the same comes out.
+// given (which the sanitizers would see), and the result is the same wherever the bytes are cut.
 //
 // The first two bytes of the input choose the byte order, the size of the pieces and what is awaited.
 #pragma once
@@ -82,7 +82,7 @@ inline Outcome passReplies(std::vector<std::byte> bytes, protocol::ByteOrder ord
   return {std::move(result), stream.lastRequest(), false};
 }
 
-// Whether all of it holds.
+// Whether all promises hold.
 inline bool keepsPromises(std::span<const std::byte> input) {
   (void)protocol::parseSetupRequest(input);
   (void)protocol::setupReplyLength(protocol::ByteOrder::big, input);

@@ -8,7 +8,7 @@
 namespace lens {
 namespace {
 
-// Mostly the beginnings of requests that matter, with short lengths, so that a stream stays one for a while.
+// Mostly the beginnings of requests that matter, with short lengths, so that a stream stays valid for a while.
 std::vector<std::byte> almostProtocol(std::mt19937& random) {
   static constexpr std::array<unsigned, 12> likely{0, 1, 4, 5, 7, 8, 0x0a, 36, 62, 73, 133, 138};
   std::vector<std::byte> bytes(2 + random() % 400);
