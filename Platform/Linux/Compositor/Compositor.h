@@ -52,8 +52,8 @@ class Compositor final : private scene::SceneListener {
     certain,
   };
   [[nodiscard]] Changes changes() const;
-  // Asks the server whether the possible changes are visible. `collectReplies`, which never blocks, says whether the reply
-  // has come.
+  // Asks the server whether the possible changes are visible. `collectReplies`, which never blocks, says whether the
+  // reply has come.
   void examine();
   bool collectReplies();
   [[nodiscard]] bool isExamining() const { return examination_.has_value(); }
