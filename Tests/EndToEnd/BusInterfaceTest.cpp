@@ -36,7 +36,7 @@ TEST_F(BusInterface, TheOneMethodTakesWords) {
   EXPECT_TRUE(reply.arguments().at(1).toString().contains("\"enabled\": false"));
 }
 
-TEST_F(BusInterface, WhateverElseIsAskedIsRefusedAndChangesNothing) {
+TEST_F(BusInterface, AnythingElseIsRefusedAndChangesNothing) {
   start(solidOff);
   const QVariantList words{QStringList{"toggle"}};
   for (const auto& reply : {call(path, name, "Quit", words), call(path, "org.example.Other", "Run", words),

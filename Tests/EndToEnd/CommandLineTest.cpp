@@ -82,7 +82,7 @@ TEST_F(CommandLine, ASecondStartLeavesTheFirstAloneAndEndsWithSuccess) {
   EXPECT_TRUE(showsCover());
 }
 
-TEST_F(CommandLine, ASecondStartThatIsToDemonstrateSaysThatItCannot) {
+TEST_F(CommandLine, ASecondStartAskedToDemonstrateSaysThatItCannot) {
   start(solidOff);
   const support::PrivateHome home;
   auto environment = home.environment(server_.display());
@@ -126,7 +126,7 @@ TEST_F(CommandLine, HelpAndVersionNeedNothing) {
   EXPECT_EQ(run({"--version"}), (Answer{0, "Quillfade 1.1\n"}));
 }
 
-TEST_F(CommandLine, WordsThatMakeNoCommandEndWithTwo) {
+TEST_F(CommandLine, WordsThatAreNoCommandEndWithStatusTwo) {
   EXPECT_EQ(run({"hide"}), (Answer{2, "There is no command \"hide\". Try \"quillfade --help\".\n"}));
   EXPECT_EQ(run({"style"}), (Answer{2, "A style is \"solid\" or \"live\". Try \"quillfade --help\".\n"}));
   EXPECT_EQ(run({"peek", "soon"}).status, 2);

@@ -131,7 +131,7 @@ TEST_F(BusReturn, ThePanelOfTheNewBusShowsTheItemWithItsMenu) {
   EXPECT_EQ(panel->items().size(), 16U);
 }
 
-TEST_F(Deprived, AHomeThatCannotBeWrittenIsToldAndTheCoverWorks) {
+TEST_F(Deprived, AnUnwritableHomeIsReportedAndTheCoverWorks) {
   // Not even root can create a directory where there is a file.
   const support::TemporaryDirectory directory;
   support::writeFile(directory.path() / "file", "");
@@ -143,7 +143,7 @@ TEST_F(Deprived, AHomeThatCannotBeWrittenIsToldAndTheCoverWorks) {
   EXPECT_THAT(quillfade().process().output(), HasSubstr("Settings will not be kept."));
 }
 
-TEST_F(Deprived, AMissingHomeIsMade) {
+TEST_F(Deprived, AMissingHomeIsCreated) {
   const support::TemporaryDirectory directory;
   const auto home = directory.path() / "not" / "there";
   start({}, {{"XDG_CONFIG_HOME", home.string()}, {"HOME", home.string()}});
@@ -185,7 +185,7 @@ TEST_P(OddSettings, NeitherBlocksNorIsReplacedAndTheCoverWorks) {
 INSTANTIATE_TEST_SUITE_P(Each, OddSettings, testing::Values("Directory", "Fifo", "LinkCircle"),
                          [](const auto& kind) { return std::string(kind.param); });
 
-TEST_F(Deprived, ALinkToNowhereIsFilledWhereItPoints) {
+TEST_F(Deprived, ASettingsLinkToNowhereIsFilledWhereItPoints) {
   const support::TemporaryDirectory directory;
   const auto path = directory.path() / "quillfade/settings.json";
   const auto target = directory.path() / "elsewhere.json";

@@ -77,7 +77,7 @@ TEST_F(Doctor, WithoutASessionBusItSaysWhatThatMeans) {
   EXPECT_THAT(answer.output, says("ok", "Tray", "XEmbed"));
 }
 
-TEST_F(Doctor, ACompositingManagerIsKnownWhateverItCallsItself) {
+TEST_F(Doctor, ACompositingManagerIsRecognisedWhateverItCallsItself) {
   const auto window = client_.createWindow({.frame = {0, 0, 1, 1}, .mapped = false});
   xcb_set_selection_owner(client_.connection(), window, client_.atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
   client_.sync();
@@ -166,7 +166,7 @@ class UsersRules : public DrivenDesktop {
   }
 };
 
-TEST_F(UsersRules, AHotKeyOfTheUsersWorksInPlaceOfTheBuiltInOne) {
+TEST_F(UsersRules, AUsersHotKeyReplacesTheBuiltInOne) {
   startWith(R"({"hotKeys": {"toggle": "Control+Alt+Super+K"}})");
   EXPECT_THAT(run({"keys"}).output, HasSubstr("Control+Alt+Super+K  toggle        bound\n"));
   press(XK_k);
@@ -189,7 +189,7 @@ TEST_F(UsersRules, AWindowIsLeftOutOrKeptByItsClass) {
                              ContainsRegex("\n" + std::to_string(ink) + inLine + "kept +never" + inLine + "Ink")));
 }
 
-TEST_F(UsersRules, FaultsAreToldAtTheStart) {
+TEST_F(UsersRules, FaultsAreReportedAtTheStart) {
   startWith(R"({"hotKeys": {"toggle": "K"}})");
   EXPECT_THAT(quillfade().process().output(),
               HasSubstr("rules.json: hotKeys toggle: A hot key needs Control, Alt or Super.\n"));

@@ -106,7 +106,7 @@ TEST_F(Faults, ACompositingManagerThatCrashesAgainAndAgainChangesNothing) {
   }
 }
 
-TEST_F(Faults, MonitorsMayComeGoChangePlacesAndSizes) {
+TEST_F(Faults, MonitorsMayComeGoMoveAndResize) {
   ASSERT_NO_FATAL_FAILURE(coverInk());
   xrandr({"--setmonitor", "L", "640/170x800/210+0+0", "screen"});
   xrandr({"--setmonitor", "R", "640/170x800/210+640+0", "none"});
@@ -153,7 +153,7 @@ TEST_F(Faults, PointerAndKeyboardHeldByAnotherClientDoNotMatter) {
   EXPECT_TRUE(coverIsRight());
 }
 
-TEST_F(Faults, AProcessThatWasStoppedCatchesUpAndHoldsNobodyUp) {
+TEST_F(Faults, AStoppedProcessCatchesUpAndBlocksNobody) {
   ASSERT_NO_FATAL_FAILURE(coverInk());
   quillfade().process().signal(SIGSTOP);
   // Thousands of changes that the stopped program does not read; the server and its other clients go on.

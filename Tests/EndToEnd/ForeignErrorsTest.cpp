@@ -47,7 +47,7 @@ class ForeignErrors : public DrivenDesktop {
   }
 };
 
-TEST_F(ForeignErrors, OfEveryKindOfRequestLeaveTheProgramAtWork) {
+TEST_F(ForeignErrors, OfEveryKindOfRequestLeaveTheProgramRunning) {
   support::TamperingProxy proxy(server_.display(), client_.connection());
   auto& program = start(liveOn, {{"DISPLAY", proxy.display()}});
   proxy.forgetSeen();

@@ -92,7 +92,7 @@ TEST_F(Keys, FCoversTheWholeScreen) {
       support::waitUntil([&] { return support::readFile(program.settingsPath()).contains("{{0, 0}, {1280, 800}}"); }));
 }
 
-TEST_F(Keys, ACombinationThatAnotherProgramHoldsLeavesTheOthersToWork) {
+TEST_F(Keys, ACombinationHeldByAnotherProgramLeavesTheOthersWorking) {
   const auto all = static_cast<std::uint16_t>(XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4);
   ASSERT_TRUE(client_.grabKey(input_.keyCode(XK_d), all));
   start(solidOff);

@@ -120,7 +120,7 @@ TEST_F(LiveCover, AnUnchangingDesktopNeitherRestartsTheCaptureNorWakesTheProgram
   EXPECT_GT(woken, 0U) << "The window list was not read.";
 }
 
-TEST_F(LiveCover, ABackgroundSetWithoutAWordShowsAfterAMoment) {
+TEST_F(LiveCover, AnUnannouncedBackgroundShowsAfterAMoment) {
   cover({.demonstration = false, .settings = settingsWithRegion(wholeScreen)});
   support::runToEnd({"xsetroot", "-display", server_.display(), "-solid", "#123456"});
   EXPECT_TRUE(shows([](const Picture& screen) { return screen.at(10, 10) == 0x123456; }, std::chrono::seconds(4)));

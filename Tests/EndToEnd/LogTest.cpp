@@ -32,7 +32,7 @@ TEST_F(Log, AnAnnotationProgramIsNamedAmongTheCandidatesAndTheExcluded) {
                                                                      testing::HasSubstr("\"Gromit-mpx/layer500\""))));
 }
 
-TEST_F(Log, ALogThatIsThereIsContinued) {
+TEST_F(Log, AnExistingLogIsContinued) {
   auto& quillfade = cover();
   const std::string before = support::readFile(quillfade.logPath());
   quillfade.restart();

@@ -33,7 +33,7 @@ class Login : public DrivenDesktop {
   }
 };
 
-TEST_F(Login, TheMenuWritesAValidEntryAndTakesItAwayAgain) {
+TEST_F(Login, TheMenuWritesAValidEntryAndRemovesItAgain) {
   start(solidOff);
   EXPECT_FALSE(isChecked());
   choose();
@@ -71,7 +71,7 @@ TEST_F(Login, AnEntryThatTheUserHasHiddenCountsAsOff) {
   EXPECT_TRUE(isChecked());
 }
 
-TEST_F(Login, AChangeThatTheSystemRefusesIsAnAlertWithItsReason) {
+TEST_F(Login, ARefusedChangeIsReportedInAnAlertWithTheReason) {
   start(solidOff);
   // Not a directory, so nothing can be written into it.
   support::writeFile(entry().parent_path(), "");

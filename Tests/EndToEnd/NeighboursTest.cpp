@@ -49,7 +49,7 @@ TEST_P(UnderAWindowManager, TheCoverShowsFramedWindowsExactly) {
   EXPECT_TRUE(coverShowsTheDesktopWithoutInk(clean));
 }
 
-TEST_P(UnderAWindowManager, AWindowThatIsRaisedStaysBeneathTheCover) {
+TEST_P(UnderAWindowManager, ARaisedWindowStaysBeneathTheCover) {
   const WindowManager manager(server_.display(), GetParam());
   openWindows();
   drawInk();

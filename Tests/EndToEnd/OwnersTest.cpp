@@ -47,7 +47,7 @@ TEST_F(Owners, AProgramWhoseNameHoldsThatOfAConferencingProgramIsNotTakenForOne)
   }
 }
 
-TEST_F(Owners, ARuleOfTheUsersFindsSuchAProgramByTheNameThatTheListShows) {
+TEST_F(Owners, AUsersRuleFindsSuchAProgramByTheNameThatTheListShows) {
   start(solidOff);
   support::writeFile(quillfade().settingsPath().parent_path() / "rules.json", R"({"alwaysExclude": ["XZoom"]})");
   EXPECT_THAT(run({"windows"}).output, saysOf(createFloatingWindow("XZoom"), "XZoom", "left out +always left out"));

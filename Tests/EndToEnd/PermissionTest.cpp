@@ -68,7 +68,7 @@ TEST_F(PermissionRefused, UseSolidCoverCovers) {
   EXPECT_TRUE(shows([](const Picture& screen) { return screen.count(boardColor) == 0; }));
 }
 
-TEST_F(PermissionRefused, OpenSystemSettingsChangesNothingAndOpensThemAndTellsWhatIsMissing) {
+TEST_F(PermissionRefused, OpenSystemSettingsOpensThemSaysWhatIsMissingAndChangesNothing) {
   auto environment = withProgram("mate-control-center");
   environment["XDG_CURRENT_DESKTOP"] = "MATE";
   start({}, environment);
@@ -87,7 +87,7 @@ TEST_F(PermissionRefused, OpenSystemSettingsChangesNothingAndOpensThemAndTellsWh
   EXPECT_TRUE(showsNoCover());
 }
 
-TEST_F(PermissionRefused, WithoutASettingsProgramASentenceTellsWhatIsMissing) {
+TEST_F(PermissionRefused, WithoutASettingsProgramASentenceSaysWhatIsMissing) {
   start({}, {{"PATH", "/nonexistent"}});
   ask({"toggle"});
   const xcb_window_t alert = *alert_;
@@ -212,7 +212,7 @@ class InAWaylandSession : public PermissionRefused {
       "This is a Wayland session, and the live style needs X11: log in to a session on X.Org, or use the solid cover.";
 };
 
-TEST_F(InAWaylandSession, ASentenceTellsAtOnceThatTheLiveStyleNeedsX11) {
+TEST_F(InAWaylandSession, ASentenceSaysAtOnceThatTheLiveStyleNeedsX11) {
   start({}, session_);
   EXPECT_THAT(quillfade().process().output(), HasSubstr("quillfade: " + sentence_ + "\n"));
 }

@@ -63,7 +63,7 @@ TEST_P(PointerSheets, TheOneThatARuleNamesIsLeftOutWhenItOpensOverTheCover) {
   EXPECT_TRUE(showsSheetOnlyOutside());
 }
 
-TEST_P(PointerSheets, ARuleThatIsWrittenWhileItIsOnHoldsFromTheNextRefreshOn) {
+TEST_P(PointerSheets, ARuleWrittenWhileTheCoverIsOnHoldsFromTheNextRefresh) {
   openSheet("QtInk");
   auto& program = coverWith("");
   EXPECT_FALSE(showsSheetOnlyOutside(milliseconds(300)));

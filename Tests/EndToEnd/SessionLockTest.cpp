@@ -53,7 +53,7 @@ TEST_F(SessionLock, ARequestToLockHidesTheCoverBeforeAnyLockerShows) {
   EXPECT_TRUE(showsCover());
 }
 
-TEST_F(SessionLock, ALockerThatTellsNobodyOfItsEndIsKnownByItsWindow) {
+TEST_F(SessionLock, ALockerThatDoesNotReportItsEndIsRecognisedByItsWindow) {
   startCovered();
   login_.requestLock();
   EXPECT_TRUE(showsNoCover());
@@ -66,7 +66,7 @@ TEST_F(SessionLock, ALockerThatTellsNobodyOfItsEndIsKnownByItsWindow) {
                     std::chrono::seconds(5)));
 }
 
-TEST_F(SessionLock, ASessionThatIsLockedAlreadyGetsItsCoverWhenItIsUnlocked) {
+TEST_F(SessionLock, ASessionThatIsAlreadyLockedGetsItsCoverWhenItIsUnlocked) {
   login_.setLockedHint(true);
   start(solidOn, {{"DBUS_SYSTEM_BUS_ADDRESS", systemBus_.address()}, {"XDG_SESSION_ID", "1"}});
   EXPECT_TRUE(showsNoCover());

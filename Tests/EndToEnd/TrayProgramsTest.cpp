@@ -177,7 +177,7 @@ TEST_F(TrayPrograms, AnOlderTrayShowsTheItemAndItsMenuWithEitherButton) {
   EXPECT_THAT(status(), HasSubstr("\"enabled\": false"));
 }
 
-TEST_F(TrayPrograms, APanelThatIsStartedAnewShowsTheItemAgain) {
+TEST_F(TrayPrograms, ARestartedPanelShowsTheItemAgain) {
   const support::WindowManager manager(server_.display());
   start(solidOff);
   for (int round = 0; round < 2; ++round) {

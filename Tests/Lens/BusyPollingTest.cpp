@@ -62,7 +62,7 @@ TEST(BusyPolling, ADialogueEndsWhenOneEndGoesOnSpeakingOrAnythingElseHappens) {
   expectSleeps(polling);
 }
 
-TEST(BusyPolling, StaysAwakeWhileALongAnswerGoesBy) {
+TEST(BusyPolling, StaysAwakeWhileALongReplyPasses) {
   BusyPolling polling;
   polling.noteTurn(server, 33ms);
   polling.notePassing(Passing::longReply);
@@ -82,7 +82,7 @@ TEST(BusyPolling, StaysAwakeForAShortWhileAmidALongRequestEvenInADialogue) {
 }
 
 // A reply in many parts, while the client may be slow to read them.
-TEST(BusyPolling, ATurnIsAsLongAsItsMessage) {
+TEST(BusyPolling, ALongMessageIsOneTurn) {
   BusyPolling polling = afterTurns(manyEvents);
   polling.noteTurn(server, 50us);
   for (int part = 0; part < 30; ++part) {

@@ -94,7 +94,7 @@ TEST_F(Channels, OnlyWhatIsReleasedIsSent) {
   EXPECT_EQ(receiveSome(sink_.far).text, "xyzdef");
 }
 
-TEST_F(Channels, InsertingComesBeforeAnythingWasReceived) {
+TEST_F(Channels, BytesCanBeInsertedBeforeAnythingWasReceived) {
   channel_.insert(bytesOf("hello"));
   EXPECT_EQ(channel_.send(), Outcome::done);
   EXPECT_EQ(receiveSome(sink_.far).text, "hello");
@@ -132,7 +132,7 @@ TEST_F(Channels, DescriptorsTravelWithTheirBytes) {
   EXPECT_LE(positions[1], 8U);
 }
 
-TEST_F(Channels, DescriptorsUnderWayAreClosedWithTheChannel) {
+TEST_F(Channels, DescriptorsInTransitAreClosedWithTheChannel) {
   const std::size_t before = openDescriptors();
   {
     Channel channel(source_.near.get(), sink_.near.get());
@@ -161,7 +161,7 @@ TEST_F(Channels, WhatTheOtherEndDoesNotTakeIsKept) {
   EXPECT_TRUE(got == sent);
 }
 
-TEST_F(Channels, AStretchThatNobodyLooksAtArrivesWhole) {
+TEST_F(Channels, AnUninspectedStretchArrivesComplete) {
   std::string sent(600'000, ' ');
   std::iota(sent.begin(), sent.end(), '\0');
   std::size_t written = 0;
@@ -182,7 +182,7 @@ TEST_F(Channels, AStretchThatNobodyLooksAtArrivesWhole) {
   EXPECT_TRUE(got == sent);
 }
 
-TEST_F(Channels, AnEndThatIsGoneIsNoticed) {
+TEST_F(Channels, AClosedEndIsNoticed) {
   source_.far = posix::FileDescriptor();
   EXPECT_EQ(channel_.receive(), Outcome::closed);
   sink_.far = posix::FileDescriptor();

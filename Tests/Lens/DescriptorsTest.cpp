@@ -76,7 +76,7 @@ class RawClient {
 };
 
 // The server cannot send the whole image at once, so it sends the descriptor along with the middle of it.
-TEST(Descriptors, ComeThoughALongReplyIsUnderWay) {
+TEST(Descriptors, ArriveDuringALongReply) {
   const support::XServer server;
   support::XClient outside(server.display());
   const auto extension = support::waitForReply(outside.connection(), xcb_query_extension_reply,

@@ -35,7 +35,7 @@ class Filming : public testing::Test {
   OpenLens open_{server_.display()};
 };
 
-TEST_F(Filming, BetweenTwoReadingsTheLensIsNotWokenUpByWhatHappensOnTheScreen) {
+TEST_F(Filming, BetweenTwoReadsScreenChangesDoNotWakeTheLens) {
   const auto program = open_.connect();
   const auto isUndisturbed = [&] {
     const auto begin = Clock::now();
@@ -48,7 +48,7 @@ TEST_F(Filming, BetweenTwoReadingsTheLensIsNotWokenUpByWhatHappensOnTheScreen) {
   EXPECT_TRUE(support::waitUntil(isUndisturbed));
 }
 
-TEST_F(Filming, OnceNobodyReadsAnyMoreTheLensTakesInWhatHappens) {
+TEST_F(Filming, OnceNobodyReadsAnyMoreTheLensHandlesEvents) {
   const auto program = open_.connect();
   (void)program->screenshot();
   EXPECT_TRUE(support::waitUntil([&] { return wakeUpsOfMovements() >= steps / 2; }));

@@ -33,18 +33,18 @@ TEST(LauncherEntries, ItsActionsKeepTheirNamesAndStartThroughTheLensToo) {
             "[Desktop Action new]\nName=New\nExec=\"/opt/quillfade\" share --view clean -- map --new\n");
 }
 
-TEST(LauncherEntries, NothingInItGoesRoundTheLens) {
+TEST(LauncherEntries, NothingInItBypassesTheLens) {
   EXPECT_EQ(launcherEntry("[Desktop Entry]\nName=Map\nExec=map\nDBusActivatable=true\nMimeType=image/png;\n", "x"),
             "[Desktop Entry]\nX-Quillfade-Share=true\nName=Map (through Quillfade)\nExec=x map\n");
 }
 
-TEST(LauncherEntries, CommentsAndWhatIsNotUnderstoodStay) {
+TEST(LauncherEntries, CommentsAndUnknownLinesStay) {
   EXPECT_EQ(
       launcherEntry("# Map\r\n\r\n[Desktop Entry]\r\nName=Map\r\nX-Other=Exec=1\r\nExec=map", "x"),
       "# Map\n\n[Desktop Entry]\nX-Quillfade-Share=true\nName=Map (through Quillfade)\nX-Other=Exec=1\nExec=x map\n");
 }
 
-TEST(LauncherEntries, WhatDoesNotSayHowItIsStartedIsNoApplication) {
+TEST(LauncherEntries, AnythingButACompleteEntryIsNoApplication) {
   EXPECT_EQ(launcherEntry("", "x"), std::nullopt);
   EXPECT_EQ(launcherEntry("Name=Map\nExec=map\n", "x"), std::nullopt);
   EXPECT_EQ(launcherEntry("[Desktop Entry]\nName=Map\nURL=https://example.org\n", "x"), std::nullopt);
@@ -53,7 +53,7 @@ TEST(LauncherEntries, WhatDoesNotSayHowItIsStartedIsNoApplication) {
   EXPECT_EQ(launcherEntry("[Desktop Entry]\nName=Map\nExec=map\nno entry at all\n", "x"), std::nullopt);
 }
 
-TEST(LauncherEntries, OneIsKnownByItsMark) {
+TEST(LauncherEntries, ALauncherIsRecognisedByItsMark) {
   constexpr std::string_view entry = "[Desktop Entry]\nName=Map\nExec=map\n";
   EXPECT_FALSE(isLauncherEntry(entry));
   const std::string made = launcherEntry(entry, "x").value();

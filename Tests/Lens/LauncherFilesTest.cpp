@@ -101,7 +101,7 @@ TEST_F(LauncherFiles, ASecondInstallationTakesTheFirstsPlace) {
   EXPECT_EQ(std::distance(fs::directory_iterator(applications_), {}), 1);
 }
 
-TEST_F(LauncherFiles, WhatWasInstalledIsTakenAwayAgainAndNothingElse) {
+TEST_F(LauncherFiles, OnlyWhatWasInstalledIsRemoved) {
   support::writeFile(system_ / "applications/map.desktop", std::string(map));
   support::writeFile(applications_ / "other.desktop", std::string(map));
   ASSERT_EQ(share({"--install", "map.desktop"}).status, 0);
@@ -115,13 +115,13 @@ TEST_F(LauncherFiles, WhatWasInstalledIsTakenAwayAgainAndNothingElse) {
   EXPECT_EQ(again.output, "There is no launcher for \"map.desktop\".\n");
 }
 
-TEST_F(LauncherFiles, AFileOfThatNameThatSomebodyElseMadeStays) {
+TEST_F(LauncherFiles, SomebodyElsesFileOfThatNameStays) {
   support::writeFile(launcher_, std::string(map));
   EXPECT_EQ(share({"--uninstall", "map.desktop"}).status, 1);
   EXPECT_EQ(support::readFile(launcher_), map);
 }
 
-TEST_F(LauncherFiles, AnEntryThatIsNotThereOrIsNoApplicationsIsRefusedInASentence) {
+TEST_F(LauncherFiles, AMissingEntryOrOneOfNoApplicationIsRefusedInASentence) {
   for (const std::string name : {"map.desktop", "/no/map.desktop"}) {
     const Said said = share({"--install", name});
     EXPECT_EQ(said.status, 1);

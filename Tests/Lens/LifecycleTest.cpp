@@ -99,7 +99,7 @@ TEST_F(Lens, SignalsGoOnToTheProgram) {
   }
 }
 
-TEST_F(Lens, SeveralStandSideBySide) {
+TEST_F(Lens, SeveralRunSideBySide) {
   const OpenLens first(server_.display());
   const OpenLens second(server_.display());
   EXPECT_NE(first.display(), second.display());
@@ -107,7 +107,7 @@ TEST_F(Lens, SeveralStandSideBySide) {
   EXPECT_EQ(first.connect()->screenFrame(), second.connect()->screenFrame());
 }
 
-TEST_F(Lens, OneWithinAnotherWorks) {
+TEST_F(Lens, OneInsideAnotherWorks) {
   const OpenLens outer(server_.display());
   ::setenv("XAUTHORITY", outer.authority().c_str(), 1);
   ChildProcess inner(throughLens("clean", {"sh", "-c", "exit 3"}),
@@ -122,7 +122,7 @@ TEST_F(Lens, WithoutADisplayItSaysSo) {
   EXPECT_EQ(process.output(), "The X11 display :98765 cannot be reached.\n");
 }
 
-TEST_F(Lens, WithoutTheRightCookieNobodyComesIn) {
+TEST_F(Lens, WithoutTheRightCookieNobodyConnects) {
   const OpenLens open(server_.display());
   const auto connect = [&](std::string name, std::string data) {
     xcb_auth_info_t info{static_cast<int>(name.size()), name.data(), static_cast<int>(data.size()), data.data()};
@@ -137,7 +137,7 @@ TEST_F(Lens, WithoutTheRightCookieNobodyComesIn) {
   EXPECT_TRUE(open.connect()->isConnected());
 }
 
-TEST_F(Lens, WhatIsNoXProtocolEndsThatConnectionAloneWithASentence) {
+TEST_F(Lens, AnythingButXProtocolEndsOnlyThatConnectionWithASentence) {
   OpenLens open(server_.display());
   const auto program = open.connect();
   const FileDescriptor stranger(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
@@ -178,7 +178,7 @@ TEST_F(Lens, ItEndsWithItsProgramEvenWhileSomebodyElseHoldsTheServer) {
   EXPECT_EQ(open.process().waitForExit(), 128 + SIGTERM);
 }
 
-TEST_F(Lens, WhoWaitedForTheServerGetsThePictureAfterAll) {
+TEST_F(Lens, WhoeverWaitedForTheServerGetsThePictureInTheEnd) {
   const OpenLens open(server_.display());
   const auto program = open.connect();
   for (int times = 0; times < 2; ++times) {
@@ -213,7 +213,7 @@ TEST_F(Lens, AServerThatDiesEndsTheConnectionsWhileTheProgramGoesOn) {
   EXPECT_EQ(open.process().waitForExit(), 128 + SIGTERM);
 }
 
-TEST_F(Lens, OfAHundredProgramsHalfOfThemKilledNothingIsLeft) {
+TEST_F(Lens, AHundredProgramsHalfOfThemKilledLeaveNothingBehind) {
   OpenLens open(server_.display());
   // After one complete read, no descriptors from the start-up are left open.
   const auto witness = open.connect();
@@ -277,7 +277,7 @@ TEST(PrivateAuthorities, TheCookieIsFoundInTheFileForThisDisplayAndNoOther) {
   EXPECT_TRUE(none.data.empty());
 }
 
-TEST(ServerAddresses, WhatIsNoNameOfADisplayIsNone) {
+TEST(ServerAddresses, AnInvalidDisplayNameGivesNoAddress) {
   EXPECT_FALSE(ServerAddress::parse("nonsense"));
   EXPECT_EQ(ServerAddress::parse("there:3.2")->screen(), 2);
 }

@@ -80,7 +80,7 @@ TEST_F(NetworkDisplay, IsReachedOverTcp) {
   ::close(server);
 }
 
-TEST_F(NetworkDisplay, ThatNobodyServesIsToldInASentence) {
+TEST_F(NetworkDisplay, ThatNobodyServesIsReportedInASentence) {
   ::close(std::exchange(listener_, -1));
   const auto program = address().connect();
   ASSERT_FALSE(program);

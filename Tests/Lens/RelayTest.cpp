@@ -104,7 +104,7 @@ TEST_F(RelayTest, TellsALongReplyFromAShortOne) {
   EXPECT_EQ(passing(), Passing::shortMessages);
 }
 
-TEST_F(RelayTest, ALongMessageOfTheOtherDirectionDoesNotCount) {
+TEST_F(RelayTest, ALongMessageInTheOtherDirectionDoesNotCount) {
   serverSends(reply(wordsOfLongMessage));
   programSends(request());
   EXPECT_EQ(passing(), Passing::shortMessages);

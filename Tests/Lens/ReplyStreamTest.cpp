@@ -42,7 +42,7 @@ class ReplyStreams : public testing::TestWithParam<protocol::ByteOrder> {
   ProtocolBytes sent_{GetParam()};
 };
 
-TEST_P(ReplyStreams, WhatNobodyAsksForPassesAsItIs) {
+TEST_P(ReplyStreams, OtherMessagesPassUnchanged) {
   sent_.message(1, 1, 5, 3);
   sent_.message(0, 2);
   sent_.message(22, 2);
@@ -52,7 +52,7 @@ TEST_P(ReplyStreams, WhatNobodyAsksForPassesAsItIs) {
   EXPECT_EQ(stream_.lastRequest(), 2U);
 }
 
-TEST_P(ReplyStreams, AnImageOfTheScreenSaysTheScreensVisual) {
+TEST_P(ReplyStreams, AnImageOfTheScreenGetsTheScreensVisual) {
   replies_ = {{1, protocol::ReplyTo::screenImage}, {3, protocol::ReplyTo::screenImage}};
   sent_.message(1, 1, 0, 2);
   sent_.message(1, 2, 0, 0);
@@ -133,7 +133,7 @@ TEST_P(ReplyStreams, TheAnswerToAQuestionOfTheLensIsLeftOutAndLaterNumbersAreThe
   EXPECT_EQ(stream_.lastRequest(), 5U);
 }
 
-TEST_P(ReplyStreams, NumbersGoRound) {
+TEST_P(ReplyStreams, NumbersWrapAround) {
   replies_ = {{70'000, protocol::ReplyTo::screenImage}};
   sent_.message(22, 60'000);
   sent_.message(1, static_cast<std::uint16_t>(70'000));

@@ -48,7 +48,7 @@ class RequestStreams : public testing::TestWithParam<protocol::ByteOrder> {
   ProtocolBytes sent_{GetParam()};
 };
 
-TEST_P(RequestStreams, WhatDoesNotReadTheScreenPassesAsItIs) {
+TEST_P(RequestStreams, RequestsThatDoNotReadTheScreenPassUnchanged) {
   sent_.request(1, 24, {other, root, 0, 0, 0, 0, 0});  // CreateWindow below the root window
   sent_.request(73, 2, {other, 0, 0, 0});              // GetImage of something else
   sent_.request(62, 0, {other, root, 3, 0, 0, 0});     // CopyArea to the root window
@@ -62,7 +62,7 @@ TEST_P(RequestStreams, WhatDoesNotReadTheScreenPassesAsItIs) {
   EXPECT_TRUE(replies_.empty());
 }
 
-TEST_P(RequestStreams, ReadsOfTheScreenReadThePictureInItsPlace) {
+TEST_P(RequestStreams, ReadsOfTheScreenReadThePictureInstead) {
   sent_.request(73, 2, {root, 0, 0, 0});
   sent_.request(62, 0, {root, other, 3, 0, 0, 0});
   sent_.request(63, 0, {overlay, other, 3, 0, 0, 0, 1});
@@ -106,7 +106,7 @@ TEST_P(RequestStreams, DamageOfTheScreenIsFollowedOnABoard) {
   EXPECT_FALSE(stream_.followsDamage());
 }
 
-TEST_P(RequestStreams, ALongRequestHasItsNumbersAWordLater) {
+TEST_P(RequestStreams, ALongRequestHasItsFieldsOneWordLater) {
   sent_.request(bigRequests, 0, {});
   sent_.longRequest(73, 2, {root, 0, 0, 0});
   sent_.longRequest(72, 2, {root, 3, 0, 0}, 100'000);  // PutImage
@@ -117,7 +117,7 @@ TEST_P(RequestStreams, ALongRequestHasItsNumbersAWordLater) {
   EXPECT_EQ(stream_.requestCount(), 4U);
 }
 
-TEST_P(RequestStreams, WithoutTheExtensionALengthOfNothingIsOneWord) {
+TEST_P(RequestStreams, WithoutTheExtensionAZeroLengthIsOneWord) {
   sent_.longRequest(127, 0, {});
   EXPECT_EQ(passOn(), 0);
   // The second word counts as a request, and its length, 0 or more than there is, leads on from there.

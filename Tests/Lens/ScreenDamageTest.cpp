@@ -128,7 +128,7 @@ TEST_F(ScreenDamage, BeginsWithTheWholeScreenAsWithoutALens) {
   EXPECT_EQ(DamageReader(*program).next(), everywhere);
 }
 
-TEST_F(ScreenDamage, BeneathTheCoverIsToldOfEachTimeAndThenSeen) {
+TEST_F(ScreenDamage, BeneathTheCoverIsReportedEachTimeAndThenSeen) {
   showMirror();
   const OpenLens open(server_.display());
   const auto program = open.connect();
@@ -144,7 +144,7 @@ TEST_F(ScreenDamage, BeneathTheCoverIsToldOfEachTimeAndThenSeen) {
   }
 }
 
-TEST_F(ScreenDamage, OfTheCoverItselfIsNotToldOf) {
+TEST_F(ScreenDamage, OfTheCoverItselfIsNotReported) {
   showMirror();
   const OpenLens open(server_.display());
   const auto program = open.connect();
@@ -158,7 +158,7 @@ TEST_F(ScreenDamage, OfTheCoverItselfIsNotToldOf) {
   EXPECT_EQ(reader.next(milliseconds(300)), std::nullopt);
 }
 
-TEST_F(ScreenDamage, OfInkIsNotToldOfInACleanViewOnlyOfWhatItHid) {
+TEST_F(ScreenDamage, OfInkIsNotReportedInACleanViewOnlyOfWhatItHid) {
   const OpenLens open(server_.display(), "clean");
   const auto program = open.connect();
   DamageReader reader(*program);
@@ -191,7 +191,7 @@ TEST_F(ScreenDamage, IsAllOfTheScreenWhenTheServerHidesItAndAgainWhenItShowsIt) 
   EXPECT_TRUE(reader.isTold(everywhere));
 }
 
-TEST_F(ScreenDamage, WhoBeginsToFollowItKeepsTheNumbersOfItsRequests) {
+TEST_F(ScreenDamage, FollowingItKeepsTheNumbersOfRequests) {
   const OpenLens open(server_.display());
   const auto program = open.connect();
   const xcb_window_t own = program->createWindow({.frame = {0, 0, 50, 50}});

@@ -297,7 +297,7 @@ TEST_F(ScreenReads, ALensThatStartsWhileTheServerItselfHidesTheScreenShowsNothin
   EXPECT_EQ(other->screenshot(), before);
 }
 
-TEST_F(ScreenReads, ImagesOfEverySizeArriveToTheirEnd) {
+TEST_F(ScreenReads, ImagesOfEverySizeArriveComplete) {
   const OpenLens open(server_.display());
   const auto program = open.connect();
   const Picture truth = client_.screenshot();
@@ -310,7 +310,7 @@ TEST_F(ScreenReads, ImagesOfEverySizeArriveToTheirEnd) {
   }
 }
 
-TEST_F(ScreenReads, AReadKeepsTheNumbersOfWhatFollows) {
+TEST_F(ScreenReads, AReadKeepsTheNumbersOfLaterRequests) {
   const OpenLens open(server_.display());
   const auto program = open.connect();
   const xcb_window_t own = program->createWindow({.frame = {0, 0, 50, 50}});

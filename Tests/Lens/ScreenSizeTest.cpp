@@ -43,7 +43,7 @@ class ScreenSize : public testing::Test {
   XClient client_{server_.display()};
 };
 
-TEST_F(ScreenSize, WhatIsCapturedHasTheSizeAndTheContentThatTheScreenHasThen) {
+TEST_F(ScreenSize, CapturesHaveTheScreensCurrentSizeAndContent) {
   const OpenLens open(server_.display());
   const auto program = open.connect();
   EXPECT_EQ(program->screenshot(large), client_.screenshot(large));
@@ -59,7 +59,7 @@ TEST_F(ScreenSize, WhatIsCapturedHasTheSizeAndTheContentThatTheScreenHasThen) {
   EXPECT_EQ(program->screenshot(large).count(0x00ff00), std::size_t{300} * 200);
 }
 
-TEST_F(ScreenSize, AProgramThatCapturesAllTheWhileGoesOn) {
+TEST_F(ScreenSize, AProgramThatKeepsCapturingGoesOn) {
   const OpenLens open(server_.display());
   const auto program = open.connect();
   for (int round = 0; round < 5; ++round) {

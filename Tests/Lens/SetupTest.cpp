@@ -45,7 +45,7 @@ TEST(Setup, ARefusalIsOneAServerCouldHaveGiven) {
             "Go away.");
 }
 
-TEST(Setup, AnAnswerThatIsNoneIsToldFromOne) {
+TEST(Setup, AnInvalidReplyIsAnErrorAndAnIncompleteOneIsNot) {
   EXPECT_FALSE(protocol::setupReplyLength(protocol::ByteOrder::little, std::vector{std::byte{9}}));
   EXPECT_FALSE(protocol::setupReplyLength(protocol::ByteOrder::little, std::vector{std::byte{1}}).value().has_value());
 }

@@ -18,7 +18,7 @@ std::vector<std::byte> almostProtocol(std::mt19937& random) {
   return bytes;
 }
 
-TEST(StreamPromises, HoldForAnythingThatComes) {
+TEST(StreamPromises, HoldForAnyBytes) {
   std::mt19937 random(20);
   for (int i = 0; i < 30'000; ++i) {
     const auto bytes = almostProtocol(random);

@@ -196,7 +196,7 @@ TEST_F(CompositorTest, WindowsOfOurOwnClientsAreNeverPainted) {
   EXPECT_EQ(composition.picture().differences(client.screenshot(wholeScreen)), 0U);
 }
 
-TEST_F(CompositorTest, PaintsJustWhatWasDrawn) {
+TEST_F(CompositorTest, PaintsOnlyWhatWasDrawn) {
   const auto window = client.createWindow({.frame = {100, 50, 200, 200}, .border = 5});
   client.sync();
   Composition composition(server.display(), {10, 20, 390, 280});
@@ -207,7 +207,7 @@ TEST_F(CompositorTest, PaintsJustWhatWasDrawn) {
   EXPECT_THAT(composition.painted(), ElementsAre(xcb::PixelRect{100 + 5 + 30 - 10, 50 + 5 + 40 - 20, 2, 12}));
 }
 
-TEST_F(CompositorTest, DrawingToAWindowThatLiesFreeTakesThreeRequests) {
+TEST_F(CompositorTest, DrawingInAnUncoveredWindowTakesThreeRequests) {
   const auto window = client.createWindow({.frame = {100, 50, 200, 200}, .border = 5});
   client.createWindow({.frame = {320, 50, 50, 50}});
   client.sync();
@@ -241,7 +241,7 @@ TEST_F(CompositorTest, WhatIsDrawnBeneathAnotherWindowDoesNotShowThere) {
   EXPECT_EQ(composition.picture().differences(client.screenshot(wholeScreen)), 0U);
 }
 
-TEST_F(CompositorTest, NothingIsToBePaintedWhileNothingChanges) {
+TEST_F(CompositorTest, NothingIsPaintedWhileNothingChanges) {
   fillTheScreen();
   Composition composition(server.display(), wholeScreen);
   EXPECT_TRUE(composition.update());
@@ -299,7 +299,7 @@ TEST_F(CompositorTest, AfterEachOfManyRandomChangesTheScreenIsReproduced) {
   }
 }
 
-TEST_F(CompositorTest, PaintingTheDamageComesToTheSameAsPaintingEverything) {
+TEST_F(CompositorTest, PaintingTheDamageGivesTheSameAsPaintingEverything) {
   const support::CompositingManager manager(server.display());
   const auto overlay = client.createWindow({.frame = {50, 50, 200, 150}, .color = 0xff00ff});
   client.sync();
@@ -318,7 +318,7 @@ TEST_F(CompositorTest, PaintingTheDamageComesToTheSameAsPaintingEverything) {
   }
 }
 
-TEST_F(CompositorTest, ChangesInTheMiddleOfPaintingAreCaughtUpWith) {
+TEST_F(CompositorTest, ChangesDuringPaintingAreCaughtUpWith) {
   for (unsigned round = 0; round < 6; ++round) {
     Composition composition(server.display(), wholeScreen);
     if (round % 2 == 0) composition.needNotTell();
@@ -362,7 +362,7 @@ TEST_F(CompositorTest, IsRightUnderACompositingManagerThatComesAndGoes) {
   expectPictureBecomesTheScreen(composition);
 }
 
-TEST_F(CompositorTest, WhatIsDrawnToATranslucentWindowThatLiesFreeIsBlendedUnderACompositingManager) {
+TEST_F(CompositorTest, DrawingInAnUncoveredTranslucentWindowIsBlendedUnderACompositingManager) {
   const support::CompositingManager manager(server.display());
   const auto window = makeChecks({.frame = {50, 40, 120, 90}, .depth = 32}, 0x60603010, 0xa0105040);
   client.sync();

@@ -25,7 +25,7 @@ class RootBackgroundTest : public ::testing::Test {
   std::unique_ptr<xcb::Connection> connection = connectTo(server.display());
 };
 
-TEST_F(RootBackgroundTest, AnotherBackgroundIsNoticedOnceEvenIfWindowsHideIt) {
+TEST_F(RootBackgroundTest, ANewBackgroundIsNoticedOnceEvenIfWindowsHideIt) {
   client.createWindow({.frame = {0, 0, 400, 300}, .color = 0x998877});
   client.sync();
   RootBackground background(*connection);
@@ -39,7 +39,7 @@ TEST_F(RootBackgroundTest, AnotherBackgroundIsNoticedOnceEvenIfWindowsHideIt) {
   EXPECT_TRUE(background.hasChanged());
 }
 
-TEST_F(RootBackgroundTest, LookingIsSeenByNobody) {
+TEST_F(RootBackgroundTest, NobodySeesTheCheck) {
   RootBackground background(*connection);
   EXPECT_TRUE(connection->synchronize(10'000));
   const auto before = client.screenshot();

@@ -71,7 +71,7 @@ TEST_F(WallpaperTest, WithoutOneCompositingManagersPaintBlack) {
   EXPECT_EQ(shown(), black);
 }
 
-TEST_F(WallpaperTest, WithoutOneThoseOfOldPaintGrey) {
+TEST_F(WallpaperTest, WithoutOneOldCompositingManagersPaintGrey) {
   composition.emplace(server.display(), wholeScreen);
   ASSERT_EQ(shown(), rootColor);
   const auto takenOver = [&](const std::string& name, const std::string& version) {
@@ -114,13 +114,13 @@ void expectTheScreen(support::XClient& client, Composition& composition) {
       << composition.picture().at(200, 150) << " instead of " << client.screenshot(wholeScreen).at(200, 150);
 }
 
-TEST_F(WallpaperTest, WithoutOneTheScreenIsAsPicomPaintsIt) {
+TEST_F(WallpaperTest, WithoutOneTheScreenLooksAsPicomPaintsIt) {
   composition.emplace(server.display(), wholeScreen);
   const support::CompositingManager picom(server.display());
   expectTheScreen(client, *composition);
 }
 
-TEST_F(WallpaperTest, WithoutOneTheScreenIsAsXfwm4PaintsIt) {
+TEST_F(WallpaperTest, WithoutOneTheScreenLooksAsXfwm4PaintsIt) {
   composition.emplace(server.display(), wholeScreen);
   const support::WindowManager xfwm4(server.display(), support::WindowManager::Kind::compositingXfwm4);
   expectTheScreen(client, *composition);

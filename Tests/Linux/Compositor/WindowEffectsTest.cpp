@@ -70,7 +70,7 @@ class WindowEffectsTest : public ::testing::Test {
   xcb_window_t inner = XCB_NONE;
 };
 
-TEST_F(WindowEffectsTest, TheEdgesOfAFrameThatNobodySeesAreNotPainted) {
+TEST_F(WindowEffectsTest, InvisibleEdgesOfAFrameAreNotPainted) {
   claimToComposite();
   makeFrame();
   composition.emplace(server.display(), wholeScreen);
@@ -83,7 +83,7 @@ TEST_F(WindowEffectsTest, TheEdgesOfAFrameThatNobodySeesAreNotPainted) {
   EXPECT_EQ(composition->picture().count(0x00aa00), std::size_t{100} * 80);
 }
 
-TEST_F(WindowEffectsTest, WhatIsDrawnToEdgesThatNobodySeesIsNotPainted) {
+TEST_F(WindowEffectsTest, DrawingOnInvisibleEdgesIsNotPainted) {
   claimToComposite();
   makeFrame(24);
   composition.emplace(server.display(), wholeScreen);
@@ -95,7 +95,7 @@ TEST_F(WindowEffectsTest, WhatIsDrawnToEdgesThatNobodySeesIsNotPainted) {
   EXPECT_EQ(pixel(55, 45), grey);
 }
 
-TEST_F(WindowEffectsTest, TheSeenPartFollowsTheExtentsAndTheWindowInside) {
+TEST_F(WindowEffectsTest, TheVisiblePartFollowsTheExtentsAndTheWindowInside) {
   claimToComposite();
   makeFrame();
   composition.emplace(server.display(), wholeScreen);
@@ -185,7 +185,7 @@ TEST_F(WindowEffectsTest, OpacityLooksAsUnderARealCompositingManager) {
   }
 }
 
-TEST_F(WindowEffectsTest, WindowsThatGoWhileTheyAreLookedAtDoNoHarm) {
+TEST_F(WindowEffectsTest, WindowsThatGoDuringTheQueriesDoNoHarm) {
   claimToComposite();
   composition.emplace(server.display(), wholeScreen);
   for (int round = 0; round < 50; ++round) {

@@ -168,7 +168,7 @@ TEST_F(ClickThroughWindowTest, ATextOverAPictureGoesWithTheNextFrame) {
   EXPECT_TRUE(showsOnly(0x00ff00));
 }
 
-TEST_F(ClickThroughWindowTest, OrderedOutInTheSameTurnItNeverComesToTheScreen) {
+TEST_F(ClickThroughWindowTest, OrderedOutInTheSameTurnItNeverAppears) {
   client_.selectInput(client_.root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
   client_.sync();
   window_->orderFrontRegardless();
@@ -182,7 +182,7 @@ TEST_F(ClickThroughWindowTest, OrderedOutInTheSameTurnItNeverComesToTheScreen) {
   EXPECT_TRUE(client_.waitForEvent(XCB_MAP_NOTIFY, support::defaultDeadline));
 }
 
-TEST_F(ClickThroughWindowTest, GoneInTheSameTurnItNeverComesToTheScreen) {
+TEST_F(ClickThroughWindowTest, DestroyedInTheSameTurnItNeverAppears) {
   client_.selectInput(client_.root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
   client_.sync();
   window_->orderFrontRegardless();

@@ -144,7 +144,7 @@ TEST_F(OverlayWindowOnX, ShowsItsBackgroundExactlyInItsFrame) {
   EXPECT_EQ(client_.screenshot().count(bluePixel), std::size_t{100} * 50);
 }
 
-TEST_F(OverlayWindowOnX, SaysOfItselfWhatManagersNeedToKnow) {
+TEST_F(OverlayWindowOnX, TellsManagersWhatTheyNeedToKnow) {
   show(mirrorLook());
   EXPECT_EQ(client_.text(window_->id(), "WM_CLASS"), std::string("quillfade\0Quillfade\0", 20));
   EXPECT_EQ(client_.text(window_->id(), "_NET_WM_NAME"), "Quillfade");
@@ -283,7 +283,7 @@ TEST_F(OverlayWindowOnX, HidingTheLabelAsksForAWholeFrame) {
   EXPECT_EQ(picture().count(greenPixel), std::size_t{400} * 300);
 }
 
-TEST_F(OverlayWindowOnX, AnExposedPartIsAskedForAgain) {
+TEST_F(OverlayWindowOnX, AnExposedPartIsRequestedAgain) {
   show(mirrorLook());
   Source source(server_.display(), 400, 300, 1);
   EXPECT_TRUE(window_->presentFrame(source.paint(inside, green)));

@@ -21,7 +21,7 @@ class FilesTest : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(FilesTest, WritingMakesTheBytesTheWholeContent) {
+TEST_F(FilesTest, WritingReplacesTheWholeContent) {
   EXPECT_FALSE(files.fileExists(path));
   EXPECT_TRUE(files.write(path, "a longer first content\n"));
   EXPECT_TRUE(files.fileExists(path));
@@ -29,7 +29,7 @@ TEST_F(FilesTest, WritingMakesTheBytesTheWholeContent) {
   EXPECT_EQ(readFile(path), std::string("\0short", 6));
 }
 
-TEST_F(FilesTest, AFileThatItMakesIsTheUsersAlone) {
+TEST_F(FilesTest, ANewFileIsPrivateToTheUser) {
   ASSERT_TRUE(files.write(path, "text"));
   struct stat status{};
   ASSERT_EQ(::stat(path.c_str(), &status), 0);

@@ -25,7 +25,7 @@ TEST(UserDirectories, AreBelowTheHomeUnlessVariablesNameOthers) {
   EXPECT_EQ(stateDirectory(), "/state");
 }
 
-TEST(UserDirectories, VariablesThatAreNoAbsolutePathsCountAsUnset) {
+TEST(UserDirectories, VariablesThatAreNotAbsolutePathsCountAsUnset) {
   const Variable home("HOME", "/home/presenter");
   const Variable configuration("XDG_CONFIG_HOME", "relative/path");
   const Variable state("XDG_STATE_HOME", "");
@@ -42,7 +42,7 @@ TEST(UserDirectories, AHomeThatIsTheRootDirectoryGivesNoDoubleSlash) {
   EXPECT_EQ(stateDirectory(), "/.local/state");
 }
 
-TEST(UserDirectories, WithoutAHomeTheUserDatabaseTells) {
+TEST(UserDirectories, WithoutAHomeTheUserDatabaseIsAsked) {
   const passwd* user = ::getpwuid(::getuid());
   ASSERT_NE(user, nullptr);
   for (const char* home : {static_cast<const char*>(nullptr), "", "home"}) {
@@ -51,7 +51,7 @@ TEST(UserDirectories, WithoutAHomeTheUserDatabaseTells) {
   }
 }
 
-TEST(UserDirectories, OnlyADirectoryThatIsThereCanTakeFiles) {
+TEST(UserDirectories, OnlyAnExistingDirectoryCanTakeFiles) {
   const support::TemporaryDirectory directory;
   support::writeFile(directory.path() / "file", "");
   EXPECT_TRUE(isWritableDirectory(directory.path().string()));

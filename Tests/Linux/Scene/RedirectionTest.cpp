@@ -77,7 +77,7 @@ TEST_F(RedirectionTest, InsideAFrameItIsTheFrameThatIsKeptOffScreen) {
   EXPECT_TRUE(isRedirected(window));
 }
 
-TEST_F(RedirectionTest, WhatAHiddenWindowDrawsIsThereEvenIfItWasHiddenFirst) {
+TEST_F(RedirectionTest, DrawingInAHiddenWindowIsKeptEvenIfItWasHiddenFirst) {
   redirect();
   // Over everything, like a cover.
   own.createWindow({.frame = {0, 0, 400, 300}, .color = 0xff808080});

@@ -109,7 +109,7 @@ TEST_F(SceneModelTest, ARaisedWindowIsOnTop) {
   EXPECT_THAT(order(), ElementsAre(2, 3, 1));
 }
 
-TEST_F(SceneModelTest, AWindowThatWasNeverSeenIsTakenUpOnce) {
+TEST_F(SceneModelTest, AnUnknownWindowIsAdoptedOnce) {
   model.adopt(7);
   model.adopt(7);
   EXPECT_THAT(order(), ElementsAre(1, 2, 3, 7));
@@ -139,7 +139,7 @@ TEST_F(SceneModelTest, AMappedWindowIsViewableUntilItIsUnmapped) {
   EXPECT_THAT(recorder.changes, ElementsAre("changed 2", "changed 2"));
 }
 
-TEST_F(SceneModelTest, AChangeTellsBothStates) {
+TEST_F(SceneModelTest, AChangeReportsBothStates) {
   model.configured(2, {{0, 0, 300, 200}, 0}, false);
   EXPECT_EQ(recorder.lastBefore.outer, place.outer);
   EXPECT_EQ(recorder.lastBefore.border, 2);
@@ -153,7 +153,7 @@ TEST_F(SceneModelTest, AMovedWindowKeepsItsSize) {
   EXPECT_THAT(recorder.changes, ElementsAre("changed 2"));
 }
 
-TEST_F(SceneModelTest, AnotherShapeIsToldEvenIfTheWindowWasShapedBefore) {
+TEST_F(SceneModelTest, ANewShapeIsReportedEvenIfTheWindowWasShapedBefore) {
   model.reshaped(2, true);
   model.reshaped(2, true);
   EXPECT_THAT(recorder.changes, ElementsAre("changed 2", "reshaped 2", "reshaped 2"));
@@ -224,7 +224,7 @@ TEST_F(SceneModelTest, AWindowThatIsGoneIsNotAskedAbout) {
   EXPECT_THAT(asked, ElementsAre(1, 3));
 }
 
-TEST_F(SceneModelTest, TheCompositingManagerIsToldOncePerChange) {
+TEST_F(SceneModelTest, TheCompositingManagerIsReportedOncePerChange) {
   EXPECT_FALSE(model.hasCompositingManager());
   model.compositingManagerIs(7);
   model.compositingManagerIs(7);

@@ -98,7 +98,7 @@ TEST_F(SceneTest, WindowsThatExistedBeforeAreKnownWithoutFurtherEvents) {
   expectSceneIsWhatTheServerSays();
 }
 
-TEST_F(SceneTest, WhatHappenedBeforeItWasBuiltIsNotTakenInTwice) {
+TEST_F(SceneTest, WhatHappenedBeforeItWasBuiltIsNotAppliedTwice) {
   // Somebody else on the same connection already listens to the root window.
   connection->addRootEvents(XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
   ASSERT_TRUE(connection->synchronize(10'000));
@@ -173,7 +173,7 @@ TEST_F(SceneTest, AnIdThatIsUsedAgainIsAnotherGeneration) {
   expectSceneIsWhatTheServerSays();
 }
 
-TEST_F(SceneTest, WindowsOfTheServerItselfNeverEnter) {
+TEST_F(SceneTest, TheServersOwnWindowsNeverEnter) {
   scene.emplace(*connection);
   const support::CompositingManager manager(server.display());
   catchUp();
@@ -227,7 +227,7 @@ TEST_F(SceneTest, FollowsThousandsOfRandomChanges) {
   }
 }
 
-TEST_F(SceneTest, IsRightEvenWhenItIsBuiltInTheMiddleOfChanges) {
+TEST_F(SceneTest, IsRightEvenIfItIsBuiltDuringChanges) {
   for (unsigned round = 0; round < 25; ++round) {
     std::atomic<bool> isEnough = false;
     std::thread other([&] {

@@ -100,7 +100,7 @@ TEST_F(StackKeeperRules, TheNextDecisionIsAskedForWhenTheWaitIsOver) {
   EXPECT_EQ(again(), 750ms);
 }
 
-TEST_F(StackKeeperRules, ANewRivalWaitsAQuarterOfASecondOnly) {
+TEST_F(StackKeeperRules, ANewRivalWaitsForOnlyAQuarterOfASecond) {
   const std::vector stack{own(), foreign()};
   for (const auto time : {0ms, 250ms, 750ms, 1750ms}) EXPECT_FALSE(moves(stack, time).empty());
   const std::vector both{own(), foreign(), foreign(other)};

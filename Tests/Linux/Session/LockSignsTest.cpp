@@ -18,7 +18,7 @@ TEST(LockSigns, EachSignLocksAndAllMustGo) {
   EXPECT_FALSE(signs.isLocked());
 }
 
-TEST(LockSigns, ALockersWindowAloneIsNoMoreThanALargeWindow) {
+TEST(LockSigns, ALockersWindowAloneIsOnlyALargeWindow) {
   LockSigns signs;
   signs.set(LockSigns::lockerWindow, true);
   EXPECT_FALSE(signs.isLocked());
@@ -26,7 +26,7 @@ TEST(LockSigns, ALockersWindowAloneIsNoMoreThanALargeWindow) {
   EXPECT_TRUE(signs.isLocked());
 }
 
-TEST(LockSigns, ARequestLocksAtOnceAndUntilItIsTakenBack) {
+TEST(LockSigns, ARequestLocksAtOnceUntilItIsWithdrawn) {
   LockSigns signs;
   signs.lockRequested();
   EXPECT_TRUE(signs.isLocked());
@@ -55,7 +55,7 @@ TEST(LockSigns, ARequestThatALockerFollowsLastsAsLongAsTheLocker) {
   }
 }
 
-TEST(LockSigns, TakingARequestBackDoesNotUnlockWhatIsLockedByOthers) {
+TEST(LockSigns, WithdrawingARequestDoesNotUnlockWhatOthersLocked) {
   LockSigns signs;
   signs.lockRequested();
   signs.set("one", true);

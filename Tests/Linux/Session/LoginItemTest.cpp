@@ -24,7 +24,7 @@ class LoginItemTest : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(LoginItemTest, RegisteringAndUnregisteringTurnsTheStatus) {
+TEST_F(LoginItemTest, RegisteringAndUnregisteringChangesTheStatus) {
   EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
   EXPECT_TRUE(item.registerItem());
   EXPECT_EQ(item.status(), LoginItemStatus::enabled);
@@ -55,7 +55,7 @@ TEST_F(LoginItemTest, AnEntryThatTheDesktopSwitchedOffIsNotEnabled) {
   EXPECT_EQ(item.status(), LoginItemStatus::enabled);
 }
 
-TEST_F(LoginItemTest, WhatIsNoEntryIsNotEnabled) {
+TEST_F(LoginItemTest, SomethingOtherThanAnEntryIsNotEnabled) {
   for (const char* text : {"", "nonsense", "[Other]\nType=Application\nExec=x\n", "[Desktop Entry]\nType=Application\n",
                            "[Desktop Entry]\nExec=x\nType=Link\n"}) {
     writeFile(entry, text);

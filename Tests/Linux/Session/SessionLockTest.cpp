@@ -120,7 +120,7 @@ TEST_F(SessionLockTest, TheServersScreenSaverCounts) {
   EXPECT_TRUE(becomes(false));
 }
 
-TEST_F(SessionLockTest, AServerScreenSaverThatIsOnAlreadyIsSeen) {
+TEST_F(SessionLockTest, AServerScreenSaverThatIsAlreadyOnIsNoticed) {
   xcb_force_screen_saver(client_.connection(), XCB_SCREEN_SAVER_ACTIVE);
   client_.sync();
   const auto connection = connectTo(qt::display());

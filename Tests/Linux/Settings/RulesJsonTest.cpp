@@ -18,7 +18,7 @@ class RulesJsonTest : public testing::Test {
   RulesJson rules_{path_};
 };
 
-TEST_F(RulesJsonTest, NoFileIsNoError) {
+TEST_F(RulesJsonTest, AMissingFileIsNoError) {
   EXPECT_EQ(rules_.read(), (std::expected<std::optional<RulesFileEntries>, Error>{std::nullopt}));
 }
 
@@ -30,7 +30,7 @@ TEST_F(RulesJsonTest, ListsAndObjectsBecomeEntries) {
                                     RulesFileEntry{"wrong", "", std::nullopt}));
 }
 
-TEST_F(RulesJsonTest, WhatIsNoJsonIsAnErrorThatNamesTheLine) {
+TEST_F(RulesJsonTest, InvalidJsonIsAnErrorThatNamesTheLine) {
   const auto broken = rulesFromJson("{\n \"always\": [\n \"a\" \"b\"]}");
   ASSERT_FALSE(broken);
   EXPECT_THAT(broken.error().localizedDescription, HasSubstr("not JSON from line 3 on"));
@@ -48,7 +48,7 @@ TEST_F(RulesJsonTest, AChangeIsSeenAtTheNextReading) {
   EXPECT_EQ(*rules_.read(), std::nullopt);
 }
 
-TEST_F(RulesJsonTest, AFileThatIsNoneIsAnError) {
+TEST_F(RulesJsonTest, ADirectoryInItsPlaceIsAnError) {
   std::filesystem::create_directory(path_);
   const auto read = rules_.read();
   ASSERT_FALSE(read);

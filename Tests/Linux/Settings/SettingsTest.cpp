@@ -185,7 +185,7 @@ TEST_F(SettingsTest, ADirectoryInItsPlaceIsLeftAloneAndValuesHoldForTheProcess) 
   EXPECT_TRUE(fs::is_directory(path / "inside"));
 }
 
-TEST_F(SettingsTest, APipeInItsPlaceNeitherBlocksNorGoes) {
+TEST_F(SettingsTest, APipeInItsPlaceNeitherBlocksNorIsReplaced) {
   fs::create_directories(path.parent_path());
   ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
   expectHoldsWithoutSaving();
@@ -198,7 +198,7 @@ TEST_F(SettingsTest, AFileWhereADirectoryShouldBeStopsNothing) {
   EXPECT_EQ(readFile(path.parent_path()), "in the way");
 }
 
-TEST_F(SettingsTest, ADirectoryThatCannotBeMadeStopsNothing) {
+TEST_F(SettingsTest, ADirectoryThatCannotBeCreatedStopsNothing) {
   // Not even the superuser can create directories there.
   path = "/proc/quillfade/settings.json";
   expectHoldsWithoutSaving();
@@ -236,7 +236,7 @@ TEST_F(SettingsTest, ALinkIsFollowedAndStaysALink) {
   EXPECT_NE(readFile(target).find("\"enabled\": true"), std::string::npos);
 }
 
-TEST_F(SettingsTest, ALinkToNothingIsFilledWhereItPoints) {
+TEST_F(SettingsTest, ADanglingLinkIsFilledWhereItPoints) {
   const fs::path target = directory.path() / "elsewhere/settings.json";
   fs::create_directories(path.parent_path());
   fs::create_symlink(target, path);
@@ -246,7 +246,7 @@ TEST_F(SettingsTest, ALinkToNothingIsFilledWhereItPoints) {
   EXPECT_TRUE(fs::is_regular_file(target));
 }
 
-TEST_F(SettingsTest, LinksInACircleStopNothing) {
+TEST_F(SettingsTest, ALoopOfLinksStopsNothing) {
   fs::create_directories(path.parent_path());
   fs::create_symlink("settings.json", path);
   expectHoldsWithoutSaving();

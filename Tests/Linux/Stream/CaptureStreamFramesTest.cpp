@@ -113,7 +113,7 @@ TEST_F(CaptureStreamFramesTest, ThePictureStaysUntilALateReaderHasReadIt) {
   EXPECT_EQ(shownPixels(red), std::size_t{side} * side);
 }
 
-TEST_F(CaptureStreamFramesTest, AReaderThatNeverComesToReadDelaysTheEndBySecondsAtMost) {
+TEST_F(CaptureStreamFramesTest, AReaderThatNeverReadsDelaysTheEndBySecondsAtMost) {
   hold(*reader);
   read(*paint(red));
   stream.reset();

@@ -206,7 +206,7 @@ TEST_F(CaptureStreamTest, TheFirstFrameIsTheWholePicture) {
   EXPECT_EQ(shown().differences(screen()), 0U);
 }
 
-TEST_F(CaptureStreamTest, AChangeArrivesAndOnlyWhatChangedIsNamed) {
+TEST_F(CaptureStreamTest, AChangeArrivesAndOnlyTheChangedPartIsNamed) {
   const auto window = client.createWindow({.frame = {100, 50, 120, 90}});
   client.sync();
   const auto stream = startAndRead();
@@ -277,7 +277,7 @@ TEST_F(CaptureStreamTest, ABusyClientGetsAlmostAllTheFramesThatTheIntervalAllows
   EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
 }
 
-TEST_F(CaptureStreamTest, TheNextFrameWaitsForTheLastOneToBeGivenBack) {
+TEST_F(CaptureStreamTest, TheNextFrameWaitsUntilTheLastOneIsReturned) {
   const auto window = client.createWindow({.frame = {100, 50, 120, 90}});
   client.sync();
   const auto stream = makeStream();
@@ -321,7 +321,7 @@ TEST_F(CaptureStreamTest, ADroppedWholeFrameIsFollowedByAWholeOne) {
   EXPECT_TRUE(next->isWhole());
 }
 
-TEST_F(CaptureStreamTest, AReaderThatGivesUpInTheMiddleHangsNobody) {
+TEST_F(CaptureStreamTest, AReaderThatGivesUpHalfwayBlocksNobody) {
   const auto window = client.createWindow({.frame = {100, 50, 120, 90}});
   client.sync();
   const auto stream = startAndRead();
@@ -339,7 +339,7 @@ TEST_F(CaptureStreamTest, AReaderThatGivesUpInTheMiddleHangsNobody) {
   }
 }
 
-TEST_F(CaptureStreamTest, AWindowThatGoesBeforeItsFrameIsReadIsPutRightByTheNext) {
+TEST_F(CaptureStreamTest, TheNextFrameCorrectsAWindowThatWentBeforeItsFrameWasRead) {
   const auto stream = startAndRead();
   const auto window = client.createWindow({.frame = {100, 50, 120, 90}, .color = 0x3355aa});
   client.sync();
@@ -541,7 +541,7 @@ TEST_F(CaptureStreamTest, AStreamThatNeverStartedCanBeStopped) {
   EXPECT_TRUE(stop(*stream).has_value());
 }
 
-TEST_F(CaptureStreamTest, TwoStreamsOfTheSameAreaGetAlong) {
+TEST_F(CaptureStreamTest, TwoStreamsOfTheSameAreaCoexist) {
   const auto window = client.createWindow({.frame = {100, 50, 120, 90}});
   client.sync();
   const auto older = startAndRead();
@@ -577,7 +577,7 @@ TEST_F(CaptureStreamTest, AFrameMayOutliveTheServer) {
   frame->endReading(reader.connection().get());
 }
 
-TEST_F(CaptureStreamTest, AServerThatCannotBeReachedIsASentence) {
+TEST_F(CaptureStreamTest, AnUnreachableServerIsReportedInASentence) {
   settings.displayName = ":4711";
   const auto stream = makeStream();
   const Result result = start(*stream);
@@ -586,7 +586,7 @@ TEST_F(CaptureStreamTest, AServerThatCannotBeReachedIsASentence) {
   EXPECT_TRUE(stop(*stream).has_value());
 }
 
-TEST_F(CaptureStreamTest, AMissingExtensionIsASentence) {
+TEST_F(CaptureStreamTest, AMissingExtensionIsReportedInASentence) {
   const support::XServer poor{{.width = 400, .height = 300, .depth = 24, .arguments = {"-extension", "Composite"}}};
   settings.displayName = poor.display();
   const auto stream = makeStream();
@@ -596,7 +596,7 @@ TEST_F(CaptureStreamTest, AMissingExtensionIsASentence) {
             "This display lacks the X extension Composite, without which nothing can be captured.");
 }
 
-TEST_F(CaptureStreamTest, AnEmptyOrEndlessAreaIsASentence) {
+TEST_F(CaptureStreamTest, AnEmptyOrOversizedAreaIsReportedInASentence) {
   settings.source.width = 0;
   EXPECT_EQ(start(*makeStream()).error().localizedDescription, "The area to show is empty.");
   settings.source.width = 1 << 20;
@@ -621,7 +621,7 @@ TEST(CaptureStreamSettings, TheSourceIsPlacedByScaleAndSizedByTheConfiguration) 
   EXPECT_EQ(settings.minimumFrameInterval, 33'333'333ns);
 }
 
-TEST(CaptureStreamSettings, NonsenseIsHeldWithinBounds) {
+TEST(CaptureStreamSettings, NonsenseIsKeptWithinBounds) {
   StreamConfiguration configuration;
   configuration.sourceRect = {1e300, -1e300, 1, 1};
   configuration.width = -5;

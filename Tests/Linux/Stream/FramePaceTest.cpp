@@ -58,7 +58,7 @@ TEST_F(FramePaceTest, NoSecondHasMoreThanThirtyFrames) {
   }
 }
 
-TEST_F(FramePaceTest, ChangesWithoutEndBringThirtyFramesASecond) {
+TEST_F(FramePaceTest, EndlessChangesBringThirtyFramesASecond) {
   const auto times = shownTimes(1us, 1);
   EXPECT_LT(times.back() - times.front(), 5'000 * thirtieth + 100 * 300ms);
   FramePace busy(thirtieth);
@@ -83,7 +83,7 @@ TEST_F(FramePaceTest, TheFirstTwoChangesAfterARestAreShownAtOnce) {
   }
 }
 
-TEST_F(FramePaceTest, ChangesWithoutEndAreShownOnceInAnInterval) {
+TEST_F(FramePaceTest, EndlessChangesAreShownOncePerInterval) {
   Time now = shown(shown(begin));
   for (int frame = 1; frame < 100; ++frame) {
     now = shown(now + 1us);
@@ -112,7 +112,7 @@ TEST_F(FramePaceTest, ARestLeavesNoMoreThanOneFrameInReserve) {
   EXPECT_EQ(shown(begin + 1h), begin + 1h + interval);
 }
 
-TEST_F(FramePaceTest, AFrameThatIsLateDoesNotLetTheOthersComeMoreOften) {
+TEST_F(FramePaceTest, ALateFrameDoesNotMakeTheOthersComeMoreOften) {
   shown(begin);
   shown(begin);
   const Time late = pace.due() + 10 * interval;

@@ -157,7 +157,7 @@ TEST_F(LivePainting, WhatChangesWhileTheNewerStreamEndsIsShownByTheOlder) {
   }
 }
 
-TEST_F(LivePainting, APartThatComesIntoViewIsAskedOfTheStreamThatStillRuns) {
+TEST_F(LivePainting, APartThatComesIntoViewIsRequestedFromTheStreamThatStillRuns) {
   const auto older = start();
   show(mirrorLook());
   presentFirst();
@@ -179,7 +179,7 @@ TEST_F(LivePainting, APartThatComesIntoViewIsAskedOfTheStreamThatStillRuns) {
   }));
 }
 
-TEST_F(LivePainting, WhileChangesWaitForTheirFrameNoFurtherOneWakesTheStream) {
+TEST_F(LivePainting, WhileChangesWaitForAFrameFurtherOnesDoNotWakeTheStream) {
   constexpr auto interval = 300ms;
   const auto moving = client_.createWindow({.frame = {270, 60, 40, 40}, .color = 0xff604020});
   client_.sync();
@@ -205,7 +205,7 @@ TEST_F(LivePainting, WhileChangesWaitForTheirFrameNoFurtherOneWakesTheStream) {
   EXPECT_TRUE(isShownOnceDrawn(false));
 }
 
-TEST_F(LivePainting, ThirtyChangesASecondWakeTheStreamTwiceForEachAtMost) {
+TEST_F(LivePainting, ThirtyChangesASecondWakeTheStreamAtMostTwiceEach) {
   const auto stream = start(std::chrono::nanoseconds(1s) / 30);
   show(mirrorLook());
   presentFirst();
@@ -222,7 +222,7 @@ TEST_F(LivePainting, ThirtyChangesASecondWakeTheStreamTwiceForEachAtMost) {
   EXPECT_LE(woken, 2 * changes + changes / 4);
 }
 
-TEST_F(LivePainting, WhatIsDrawnToAWindowThatReachesBeyondTheAreaIsShownWithoutAskingWhere) {
+TEST_F(LivePainting, DrawingInAWindowThatReachesBeyondTheAreaIsShownWithoutAskingWhere) {
   const auto reaching = client_.createWindow({.frame = {200, 150, 190, 140}, .color = 0xff604020});
   client_.sync();
   const auto stream = start(0ms);
@@ -270,7 +270,7 @@ TEST_F(LivePainting, TheCopyStaysExactUnderABorderThatDoesNotAddUp) {
   EXPECT_TRUE(waitUntil([&] { return client_.screenshot(area) == before; }));
 }
 
-TEST_F(LivePainting, ALabelStopsItAndItsEndBringsItBack) {
+TEST_F(LivePainting, ALabelStopsLivePaintingAndItsRemovalResumesIt) {
   const auto stream = start();
   show(mirrorLook());
   presentFirst();
@@ -308,7 +308,7 @@ TEST_F(LivePainting, StreamsTakeOverFromEachOtherWhileMuchIsDrawn) {
   }
 }
 
-TEST_F(LivePainting, AWindowThatGoesWhileItIsPaintedDisturbsNobody) {
+TEST_F(LivePainting, AWindowThatGoesWhileItIsPaintedDoesNoHarm) {
   const auto stream = start();
   for (int round = 0; round < 10; ++round) {
     show(mirrorLook());

@@ -64,7 +64,7 @@ TEST_F(RunLoopTest, JobsPostedOnOtherThreadsRunOnTheMainThread) {
   EXPECT_TRUE(allOnMain);
 }
 
-TEST_F(RunLoopTest, AClosedLoopDropsWhatWaitsAndWhatComesLater) {
+TEST_F(RunLoopTest, AClosedLoopDropsWaitingAndLaterJobs) {
   const auto held = std::make_shared<int>();
   bool hasRun = false;
   runLoop.post([&, held] { hasRun = true; });
@@ -92,7 +92,7 @@ TEST_F(RunLoopTest, ADelayedJobRunsOnceAndNotTooEarly) {
   EXPECT_GE(elapsed, 50);
 }
 
-TEST_F(RunLoopTest, ACancelledJobNeverRunsAndIsLetGoOfAtOnce) {
+TEST_F(RunLoopTest, ACancelledJobNeverRunsAndIsDestroyedAtOnce) {
   const auto captured = std::make_shared<int>(0);
   const auto task = runLoop.after(0.01, [captured] { ++*captured; });
   EXPECT_EQ(captured.use_count(), 2);
@@ -117,7 +117,7 @@ TEST_F(RunLoopTest, CancellingFromInsideTheJobOrAfterItIsHarmless) {
   task->cancel();
 }
 
-TEST_F(RunLoopTest, ATimerRepeatsUntilItIsInvalidatedAlsoFromItsOwnJob) {
+TEST_F(RunLoopTest, ATimerRepeatsUntilItIsInvalidatedEvenFromItsOwnJob) {
   int firings = 0;
   std::shared_ptr<Timer> timer;
   timer = runLoop.every(0.005, [&] {
@@ -131,7 +131,7 @@ TEST_F(RunLoopTest, ATimerRepeatsUntilItIsInvalidatedAlsoFromItsOwnJob) {
   EXPECT_EQ(firings, 4);
 }
 
-TEST_F(RunLoopTest, JobsThatNeverCameToRunAreDestroyedUnrun) {
+TEST_F(RunLoopTest, JobsThatNeverRanAreStillDestroyed) {
   const auto captured = std::make_shared<int>(0);
   {
     QtRunLoop shortLived;
@@ -144,7 +144,7 @@ TEST_F(RunLoopTest, JobsThatNeverCameToRunAreDestroyedUnrun) {
   EXPECT_EQ(*captured, 0);
 }
 
-TEST_F(RunLoopTest, JobsOfASerialQueueNeverOverlapAndRunOnTheThreadThatHandsThemOver) {
+TEST_F(RunLoopTest, JobsOfASerialQueueNeverOverlapAndRunOnTheThreadThatPostsThem) {
   const auto queue = runLoop.makeSerialQueue("org.quillfade.Quillfade.mirror", QualityOfService::userInteractive);
   int unprotected = 0;
   std::atomic<bool> elsewhere = false;
@@ -176,7 +176,7 @@ TEST_F(RunLoopTest, TheApplicationTellsItsDelegateOnceFromInsideTheLoopAndEndsWh
   EXPECT_EQ(launches, 1);
 }
 
-TEST_F(RunLoopTest, ASignalThatAsksTheProcessToEndEndsTheLoop) {
+TEST_F(RunLoopTest, ATerminationSignalEndsTheLoop) {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     bool launched = false;
     const auto delegate = std::make_shared<Delegate>([&] {

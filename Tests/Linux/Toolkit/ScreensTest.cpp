@@ -86,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(OfTwoScreens, EveryEdge,
                          testing::Values(std::pair{"480/100x800/150+0+0", "800/100x600/150+480+0"},
                                          std::pair{"1280/300x300/80+0+0", "800/100x500/100+0+300"}));
 
-TEST_F(ScreensTest, AChangeOfTheConfigurationIsToldOnce) {
+TEST_F(ScreensTest, AConfigurationChangeIsReportedOnce) {
   DesktopScreens screens;
   std::vector<std::size_t> counts;
   screens.observeChanges([&] { counts.push_back(screens.all().size()); });
@@ -115,7 +115,7 @@ TEST_F(ScreensTest, TwoMonitorsLieSideBySideInPointsAsInPixels) {
     EXPECT_EQ(xcb::toPixels(screen.points, geometries), screen.pixels);
 }
 
-TEST(DisplayIdentifiers, EveryNameHasAStableNumberOtherThanZero) {
+TEST(DisplayIdentifiers, EveryNameHasAStableNonZeroNumber) {
   const std::array<std::string, 4> names{"DP-1", "HDMI-1", "", "DP-1"};
   const auto identifiers = displayIdentifiers(names);
   EXPECT_EQ(std::set(identifiers.begin(), identifiers.end()).size(), names.size());

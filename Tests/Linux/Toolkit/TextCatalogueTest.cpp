@@ -5,7 +5,7 @@
 namespace platform::linux::toolkit {
 namespace {
 
-TEST(TextCatalogue, TheFirstLanguageThatThereIsATranslationIntoIsTaken) {
+TEST(TextCatalogue, TheFirstLanguageWithATranslationIsUsed) {
   EXPECT_EQ(TextCatalogue({"de-AT"}).translated("Hide Annotations"), "Anmerkungen verbergen");
   EXPECT_EQ(TextCatalogue({"xx", "de"}).translated("Hide Annotations"), "Anmerkungen verbergen");
   EXPECT_EQ(TextCatalogue({"en-GB", "de"}).translated("Hide Annotations"), "Hide Annotations");

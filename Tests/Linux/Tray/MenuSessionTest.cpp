@@ -54,12 +54,12 @@ TEST_F(MenuSessionTest, AnOpeningHasOneEndHoweverOftenItIsReported) {
   EXPECT_EQ(calls, "open close ");
 }
 
-TEST_F(MenuSessionTest, AClosingWithoutAnOpeningIsNothing) {
+TEST_F(MenuSessionTest, AClosingWithoutAnOpeningIsIgnored) {
   session->close();
   EXPECT_EQ(calls, "");
 }
 
-TEST_F(MenuSessionTest, AnOpeningOnTopOfAnotherEndsThatFirst) {
+TEST_F(MenuSessionTest, ASecondOpeningEndsTheFirst) {
   session->open(Closing::perhapsUnreported);
   session->open(Closing::perhapsUnreported);
   EXPECT_EQ(calls, "open close open ");

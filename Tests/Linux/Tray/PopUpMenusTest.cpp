@@ -52,7 +52,7 @@ class PopUpMenusOnX : public testing::Test {
   int closings_ = 0;
 };
 
-TEST_F(PopUpMenusOnX, AMenuThatWasOnScreenAndIsGoneHasClosedOnce) {
+TEST_F(PopUpMenusOnX, AMenuThatLeavesTheScreenIsReportedClosedOnce) {
   const xcb_window_t menu = createTyped("_NET_WM_WINDOW_TYPE_POPUP_MENU");
   menus_.whenClosed([this] { ++closings_; });
   pump();
@@ -78,13 +78,13 @@ TEST_F(PopUpMenusOnX, AMenuStaysOpenWhileItsSubmenuCloses) {
   EXPECT_FALSE(menus_.isSeen());
 }
 
-TEST_F(PopUpMenusOnX, ATooltipThatGoesIsNoMenu) {
+TEST_F(PopUpMenusOnX, AVanishingTooltipIsNoMenu) {
   menus_.whenClosed([this] { ++closings_; });
   mapAndUnmap(createTyped("_NET_WM_WINDOW_TYPE_TOOLTIP"));
   EXPECT_EQ(closings_, 0);
 }
 
-TEST_F(PopUpMenusOnX, NobodyIsToldWhoNoLongerWaits) {
+TEST_F(PopUpMenusOnX, ACallerThatNoLongerWaitsIsNotCalled) {
   menus_.whenClosed([this] { ++closings_; });
   menus_.whenClosed({});
   mapAndUnmap(createTyped("_NET_WM_WINDOW_TYPE_POPUP_MENU"));

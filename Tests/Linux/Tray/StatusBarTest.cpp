@@ -187,7 +187,7 @@ TEST_F(StatusBarTest, ATemplateStandsOutFromAPanelOfAnyShade) {
   }
 }
 
-TEST_F(StatusBarTest, TheItemShowsUpInATrayThatIsThere) {
+TEST_F(StatusBarTest, TheItemAppearsInAnExistingTray) {
   showItem();
   const auto toolTip = tray->itemProperty(QStringLiteral("ToolTip")).value<QDBusArgument>();
   QString icon, title, description;
@@ -217,14 +217,14 @@ TEST_F(StatusBarTest, AHostReadsTheImagesAccessibilityDescriptionAsTheItemsTitle
   EXPECT_EQ(tray->itemProperty(QStringLiteral("Title")), QStringLiteral("Quillfade"));
 }
 
-TEST_F(StatusBarTest, TheItemShowsUpWhenTheTrayComesLater) {
+TEST_F(StatusBarTest, TheItemAppearsWhenTheTrayComesLater) {
   makeItem();
   qt::runPending();
   tray.emplace();
   EXPECT_TRUE(qt::runUntil([&] { return tray->hasItem(); }));
 }
 
-TEST_F(StatusBarTest, TheItemShowsUpAgainWhenTheTrayIsStartedAnew) {
+TEST_F(StatusBarTest, TheItemReappearsWhenTheTrayIsRestarted) {
   showItem();
   tray.reset();
   qt::runPending();
@@ -251,7 +251,7 @@ TEST_F(StatusBarTest, AHostThatReadsTheMenuBeforeItOpensItFindsTheLinesAndOpensN
   EXPECT_EQ(tray->items().size(), 4U);
 }
 
-TEST_F(StatusBarTest, TheMenuIsFilledAnewWhenItOpensAndEveryItemLooksAsAsked) {
+TEST_F(StatusBarTest, TheMenuIsRefilledWhenItOpensAndEveryItemLooksAsRequested) {
   showQuietItem();
   tray->aboutToShow();
   EXPECT_EQ(calls(), "open ");
@@ -282,7 +282,7 @@ TEST_F(StatusBarTest, EachOpeningShowsTheSameItemsOnce) {
   EXPECT_TRUE(qt::runUntil([&] { return calls() == "open close open close open close "; })) << calls();
 }
 
-TEST_F(StatusBarTest, LinesThatLookDifferentAtTheNextOpeningStayWhereTheyAre) {
+TEST_F(StatusBarTest, LinesThatLookDifferentAtTheNextOpeningKeepTheirPlace) {
   showQuietItem();
   const auto before = tray->items();
   const auto revision = tray->menuRevision();
@@ -305,7 +305,7 @@ TEST_F(StatusBarTest, LinesThatLookDifferentAtTheNextOpeningStayWhereTheyAre) {
   EXPECT_TRUE(qt::runUntil([&] { return calls() == "open close Solid/7 "; })) << calls();
 }
 
-TEST_F(StatusBarTest, LinesThatAreOfAnotherKindAtTheNextOpeningTakeThePlaceOfTheEarlierOnes) {
+TEST_F(StatusBarTest, LinesOfAnotherKindReplaceTheEarlierOnesAtTheNextOpening) {
   showQuietItem();
   auto& items = delegate->items;
   const auto titles = [this] {
@@ -333,7 +333,7 @@ TEST_F(StatusBarTest, AChosenItemRunsAfterTheMenuHasClosedEvenIfTheHostDoesNotSa
   EXPECT_EQ(calls(), "open close Solid cover/1 ");
 }
 
-TEST_F(StatusBarTest, AnItemRunsInTheTurnThatEndsTheOpeningThoughTheHostToldOfTheEndBefore) {
+TEST_F(StatusBarTest, AnItemRunsInTheTurnThatEndsTheOpeningEvenIfTheHostReportedTheEndBefore) {
   showQuietItem();
   tray->aboutToShow();
   const auto line = tray->items()[3].children[0].id;

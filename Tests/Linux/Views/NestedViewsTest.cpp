@@ -89,12 +89,12 @@ TEST_F(NestedViews, HaveBordersInsideTheirEdges) {
   EXPECT_TRUE(shows(0x00ff00, 96 * 46));
 }
 
-TEST_F(NestedViews, AreCentredWhenThatIsWanted) {
+TEST_F(NestedViews, AreCentredOnRequest) {
   outer_->centerSubview(*inner_);
   EXPECT_TRUE(qt::runUntil([&] { return client_.screenshot().count(0x00ff00, {250, 425, 100, 50}) == 100U * 50U; }));
 }
 
-TEST_F(NestedViews, GetThePressesThatAreMadeOnThem) {
+TEST_F(NestedViews, ReceivePressesOnThem) {
   input_.click(125, 525, 1);
   EXPECT_TRUE(qt::runUntil([&] { return innerResponder_->at.has_value(); }));
   EXPECT_EQ(innerResponder_->at, (Point{25, 75}));
@@ -103,7 +103,7 @@ TEST_F(NestedViews, GetThePressesThatAreMadeOnThem) {
   EXPECT_TRUE(qt::runUntil([&] { return outerResponder_->at == Point{200, 200}; }));
 }
 
-TEST_F(NestedViews, GetThePressesOnTheirOutermostPixelsAndNoneBesideThem) {
+TEST_F(NestedViews, ReceivePressesOnTheirOutermostPixelsAndNoneBesideThem) {
   // x 120 to 220, y 520 to 570 in pixels.
   for (const auto& [x, y] : {std::pair{120, 520}, {219, 520}, {120, 569}, {219, 569}}) {
     innerResponder_->at.reset();

@@ -91,7 +91,7 @@ TEST(Views, TheResponderLaysOutWhenTheSizeIsKnownAndWheneverItChanges) {
   nodeOf(*root)->leaveWindow();
 }
 
-TEST(Views, AResponderThatIsGoneIsNotMissed) {
+TEST(Views, ADestroyedResponderDoesNoHarm) {
   DesktopViews views;
   const auto root = views.makeView({}, std::make_shared<FillingResponder>());
   root->setFrame({{0, 0}, {10, 10}});

@@ -92,7 +92,7 @@ TEST_F(DialogsTest, AnAlertAnswersWithTheNumberOfTheButton) {
   EXPECT_EQ(answer(permission, [](QMessageBox& box) { buttonsFromLeft(box).at(1)->click(); }), 1001);
 }
 
-TEST_F(DialogsTest, TheButtonsStandInTheirOrderAndTheFirstIsTheDefault) {
+TEST_F(DialogsTest, TheButtonsKeepTheirOrderAndTheFirstIsTheDefault) {
   Alert three = permission;
   three.buttons = {"One", "Two", "Three"};
   std::vector<std::string> titles;
@@ -148,7 +148,7 @@ TEST_F(DialogsTest, AnAlertThatTheEndOfTheProcessInterruptsNeverAnswers) {
   EXPECT_EQ(child.waitForExit(), 0) << child.output();
 }
 
-TEST_F(DialogsTest, TheAboutPanelIsOneAndClosesWithEscape) {
+TEST_F(DialogsTest, ThereIsOneAboutPanelAndEscapeClosesIt) {
   const AboutPanel panel{"Quillfade", "1.1", "1.1", "First.\n\nSecond.", 11, colors::secondaryLabel};
   dialogs.orderFrontAboutPanel(panel);
   QDialog* dialog = visibleDialog();
