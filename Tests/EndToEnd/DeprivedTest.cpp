@@ -131,7 +131,7 @@ TEST_F(BusReturn, ThePanelOfTheNewBusShowsTheItemWithItsMenu) {
   EXPECT_EQ(panel->items().size(), 16U);
 }
 
-TEST_F(Deprived, AnUnwritableHomeIsReportedAndTheCoverWorks) {
+TEST_F(Deprived, AHomeThatCannotBeWrittenIsReportedAndTheCoverWorks) {
   // Not even root can create a directory where there is a file.
   const support::TemporaryDirectory directory;
   support::writeFile(directory.path() / "file", "");
@@ -185,7 +185,7 @@ TEST_P(OddSettings, NeitherBlocksNorIsReplacedAndTheCoverWorks) {
 INSTANTIATE_TEST_SUITE_P(Each, OddSettings, testing::Values("Directory", "Fifo", "LinkCircle"),
                          [](const auto& kind) { return std::string(kind.param); });
 
-TEST_F(Deprived, ASettingsLinkToNowhereIsFilledWhereItPoints) {
+TEST_F(Deprived, ALinkToNowhereIsFilledWhereItPoints) {
   const support::TemporaryDirectory directory;
   const auto path = directory.path() / "quillfade/settings.json";
   const auto target = directory.path() / "elsewhere.json";

@@ -153,7 +153,7 @@ TEST_F(Faults, PointerAndKeyboardHeldByAnotherClientDoNotMatter) {
   EXPECT_TRUE(coverIsRight());
 }
 
-TEST_F(Faults, AStoppedProcessCatchesUpAndBlocksNobody) {
+TEST_F(Faults, AProcessThatWasStoppedCatchesUpAndBlocksNobody) {
   ASSERT_NO_FATAL_FAILURE(coverInk());
   quillfade().process().signal(SIGSTOP);
   // Thousands of changes that the stopped program does not read; the server and its other clients go on.
