@@ -1,12 +1,12 @@
-# Makes a mistake in the program harder to turn against its user. Scripts/check-hardening proves it on what was linked.
+# Makes a bug in the program harder to exploit. Scripts/check-hardening proves it on the linked program.
 include(CheckCXXCompilerFlag)
 include(CheckPIESupported)
 check_pie_supported()
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
-# The sanitizers check more than this, in their own way.
+# Not with the sanitizers, which check more than this in their own way.
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT QUILLFADE_SANITIZE AND NOT QUILLFADE_FUZZERS)
-  # Control-flow protection goes by another name on each architecture.
+  # Control-flow protection has a different name on each architecture.
   foreach(flag -fstack-protector-strong -fstack-clash-protection -fcf-protection=full -mbranch-protection=standard)
     string(MAKE_C_IDENTIFIER "HAS${flag}" name)
     check_cxx_compiler_flag(${flag} ${name})

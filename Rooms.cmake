@@ -1,11 +1,11 @@
-# One target for each folder of sources, linked only to what its files may include. SourceTreeTest holds the includes to
-# the same arrows.
+# One target for each folder of sources, linked only to what its files may include. SourceTreeTest checks the includes
+# against the same arrows.
 
-# The least program that links all of a room.
+# The smallest program that can link a whole room.
 file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/nothing.cpp CONTENT "int main() {}\n")
 
-# room(PREFIX FOLDER [TARGET…]) makes the target prefix-folder of a folder that lies here. With the tests comes a program
-# that holds the whole room and nothing but these targets: what a room uses of any other does not link.
+# room(PREFIX FOLDER [TARGET…]) makes the target prefix-folder from a folder in the caller's directory. With the tests it
+# also makes a program of the whole room and these targets alone, which does not link if the room uses any other.
 function(room prefix folder)
   string(TOLOWER ${prefix}-${folder} target)
   file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
@@ -15,7 +15,7 @@ function(room prefix folder)
     add_executable(links-${target} ${CMAKE_BINARY_DIR}/nothing.cpp)
     target_link_libraries(links-${target} PRIVATE $<LINK_LIBRARY:WHOLE_ARCHIVE,${target}>)
     if(prefix STREQUAL quillfade)
-      # What the ports leave to the adapter to define.
+      # Defines what the ports leave to the adapter.
       target_link_libraries(links-${target} PRIVATE platform-simulated)
     endif()
   endif()

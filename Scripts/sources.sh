@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Sourced by its neighbours: our own C++ sources, one path a line, whether or not they are committed yet.
+# Sourced by the other scripts: lists our own C++ sources, one path a line, committed or not.
 
 sources() { # file name patterns
   local expression=()

@@ -14,7 +14,7 @@ foreach(text quillfade.1 changelog)
   execute_process(COMMAND gzip --best --no-name --force --keep ${made}/${text} COMMAND_ERROR_IS_FATAL ANY)
 endforeach()
 
-# The session bus starts a program by its absolute path only, and that is known when it is installed.
+# The session bus starts a program only by its absolute path, which is not known before the installation.
 set(service ${made}/${identifier}.service)
 install(CODE "
   set(PROGRAM \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/quillfade\")

@@ -1,4 +1,4 @@
-# The Debian package. What it depends on is read from the program, but for the plugins that are loaded by name.
+# The Debian package. Its dependencies are read from the program, except for plugins, which are loaded by name.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME quillfade)
 set(CPACK_PACKAGE_CONTACT "${QUILLFADE_CONTACT}")
