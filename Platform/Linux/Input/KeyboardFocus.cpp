@@ -26,7 +26,7 @@ class FocusLoan {
     const auto reply = xcb::awaitReply(connection, xcb_get_input_focus_reply, xcb_get_input_focus(connection));
     return reply ? reply->focus : xcb_window_t{XCB_NONE};
   }
-  // Neither nobody nor whatever is under the pointer; and not the root, to which the focus falls when its window goes.
+  // Excludes "no window", "whatever is under the pointer", and the root, which gets the focus when its window goes.
   [[nodiscard]] static bool isRealWindow(xcb_window_t window) {
     return window != XCB_NONE && window != XCB_INPUT_FOCUS_POINTER_ROOT &&
            window != toolkit::rootWindow(toolkit::qtConnection());
