@@ -21,7 +21,7 @@ int timeUntil(std::optional<Clock::time_point> deadline) {
   return static_cast<int>(std::max(left, std::chrono::milliseconds::zero()).count());
 }
 
-// With one processor, polling would keep it from whoever is waited for.
+// With one processor, polling would keep it from the program that we wait for.
 bool canPollBusily() { return std::thread::hardware_concurrency() > 1; }
 
 }  // namespace

@@ -32,7 +32,7 @@ std::string lockText() {
 
 bool isHeldByTheLiving(const std::string& path) {
   const auto file = posix::openRegularFile(path, O_RDONLY);
-  // It went away at this moment; whoever comes first gets it.
+  // The lock has just gone; the first to come gets it.
   if (!file) return file.error() != ENOENT;
   const auto text = posix::readAll(file->get());
   const int process = text ? std::atoi(text->c_str()) : 0;

@@ -119,7 +119,7 @@ void Scene::apply(const Query& query, const void* reply) {
   }
 }
 
-// A reply is true of the moment when the server sent it, so later events must be handled after it. Earlier events do no
+// A reply describes the moment when the server sent it, so later events must be handled after it. Earlier events do no
 // harm: the last of them says what the reply says.
 void Scene::collectRepliesBefore(std::uint32_t sequence) {
   // These replies have arrived: they are older than an event that has.

@@ -30,7 +30,7 @@ class CaptureStream final : public platform::CaptureStream {
   void admit(const std::vector<std::uint32_t>& windowIDs) override;
   // Call it when the root window's background has changed, which no event announces.
   void backgroundChanged();
-  // Ends the thread, whoever still holds the stream. Nothing is called back once this returns.
+  // Ends the thread, even if somebody still holds the stream. Nothing is called back once this returns.
   void finish();
 
  private:

@@ -40,7 +40,7 @@ class WidgetSurface : public QWidget {
   void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
-  SurfaceOwner* owner_;  // null once let go of
+  SurfaceOwner* owner_;  // null after `letGo`
 };
 
 struct LetGo {

@@ -38,7 +38,7 @@ class WidgetWindow : public Window, private views::ViewHost, private SurfaceOwne
   void makeFirstResponder(View& view) override;
   void orderOut() override;
 
-  // For whoever must know the application's own windows.
+  // For code that must know the application's own windows.
   [[nodiscard]] WId windowId() const { return surface_->winId(); }
 
  private:
