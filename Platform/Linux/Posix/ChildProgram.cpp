@@ -47,7 +47,7 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
   return result;
 }
 
-// What the program is started with: signals as they were before the watch.
+// Starts the program with the signals as they were before the watch.
 class SpawnAttributes {
  public:
   explicit SpawnAttributes(const SignalWatch& signals) {

@@ -1,6 +1,6 @@
-// The name of this machine on the network.
+// This machine's name on the network.
 //
-// Threads: any. Failure: empty.
+// Threads: any. Failure: an empty name.
 #pragma once
 
 #include <unistd.h>
