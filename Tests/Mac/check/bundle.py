@@ -1,0 +1,95 @@
+"""Proves that the bundle's property lists are well formed and say what the rest of the tree says.
+
+usage: bundle.py <source tree>
+"""
+
+import json
+import re
+import struct
+import sys
+from pathlib import Path
+from xml.etree import ElementTree
+
+IDENTITY = "Quillfade/Identity.h"
+INFO = "Resources/Mac/Info.plist"
+ENTITLEMENTS = "Resources/Mac/Quillfade.entitlements"
+HEAD = re.compile(r'<\?xml version="1\.0" encoding="UTF-8"\?>\n<!DOCTYPE plist [^>]*>\n<plist version="1\.0">')
+
+
+class Bundle:
+    def __init__(self, root):
+        self.root = root
+        self.problems = []
+
+    def read(self, path):
+        return (self.root / path).read_text()
+
+    def property_list(self, path):
+        """The values by key, of a list that holds nothing but texts and truth values."""
+        text = self.read(path)
+        try:
+            root = ElementTree.fromstring(text.encode())
+        except ElementTree.ParseError as error:
+            self.problems.append(f"{path} cannot be read: {error}")
+            return {}
+        if not HEAD.match(text) or [one.tag for one in root] != ["dict"] or len(root[0]) == 0:
+            self.problems.append(f"{path} is no property list")
+            return {}
+        values = {}
+        entries = list(root[0])
+        for key, value in zip(entries[::2], entries[1::2] + [None]):
+            is_plain = key.tag == "key" and key.text and value is not None and value.tag in ("string", "true", "false")
+            stray = [one for one in (key, value) if one is not None and (len(one) > 0 or (one.tail or "").strip())]
+            if not is_plain or stray or key.text in values or (value.text and value.tag != "string"):
+                self.problems.append(f"{path} cannot be read at: {key.text}")
+                return values
+            values[key.text] = value.text or "" if value.tag == "string" else value.tag == "true"
+        return values
+
+    def found(self, path, pattern):
+        found = re.search(pattern, self.read(path))
+        return found and found[1]
+
+    def expect(self, where, actual, expected):
+        if actual != expected or type(actual) is not type(expected):
+            self.problems.append(f"{where} is {json.dumps(actual)}, not {json.dumps(expected)}")
+
+    def check(self):
+        info = self.property_list(INFO)
+        version = self.found(IDENTITY, r'applicationVersion = "([^"]+)"')
+        self.expect("the version of the project", self.found("CMakeLists.txt", r"project\(Quillfade VERSION ([\d.]+)"),
+                    version)
+        for key, expected in {
+            "CFBundleIdentifier": self.found(IDENTITY, r'applicationIdentifier = "([^"]+)"'),
+            "CFBundleName": self.found(IDENTITY, r'applicationName = "([^"]+)"'),
+            "CFBundleShortVersionString": version,
+            "CFBundleVersion": version,
+            "CFBundleExecutable": self.found("Platform/Mac/CMakeLists.txt", r"OUTPUT_NAME (\w+)"),
+            "LSUIElement": True,
+            "LSMinimumSystemVersion": self.found("Scripts/mac-app", r"DEPLOYMENT_TARGET=([\d.]+)"),
+        }.items():
+            self.expect(key, info.get(key), expected)
+        if not info.get("NSScreenCaptureUsageDescription"):
+            self.problems.append("nothing says why the screen is captured")
+        self.check_icon(f"Resources/Mac/{info.get('CFBundleIconFile')}")
+        entitlements = self.property_list(ENTITLEMENTS)
+        self.expect("the sandbox", entitlements.get("com.apple.security.app-sandbox"), False)
+
+    def check_icon(self, path):
+        """An icon begins with its mark and its length."""
+        icon = (self.root / path).read_bytes() if (self.root / path).exists() else b""
+        if icon[:8] != struct.pack(">4sI", b"icns", len(icon)):
+            self.problems.append(f"{path} is no icon")
+
+
+def main(root):
+    bundle = Bundle(root)
+    bundle.check()
+    for problem in bundle.problems:
+        print(f"bundle: {problem}", file=sys.stderr)
+    print(f"the bundle's property lists; {len(bundle.problems)} problems")
+    return 1 if bundle.problems else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(Path(sys.argv[1])))
