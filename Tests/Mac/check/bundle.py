@@ -10,7 +10,7 @@ import sys
 from pathlib import Path
 from xml.etree import ElementTree
 
-IDENTITY = "Quillfade/Identity.h"
+IDENTITY = "Quillfade/Basics/Identity.h"
 INFO = "Resources/Mac/Info.plist"
 ENTITLEMENTS = "Resources/Mac/Quillfade.entitlements"
 HEAD = re.compile(r'<\?xml version="1\.0" encoding="UTF-8"\?>\n<!DOCTYPE plist [^>]*>\n<plist version="1\.0">')
