@@ -3,6 +3,7 @@
 usage: bundle.py <source tree>
 """
 
+import itertools
 import json
 import re
 import struct
@@ -14,6 +15,24 @@ IDENTITY = "Quillfade/Basics/Identity.h"
 INFO = "Resources/Mac/Info.plist"
 ENTITLEMENTS = "Resources/Mac/Quillfade.entitlements"
 HEAD = re.compile(r'<\?xml version="1\.0" encoding="UTF-8"\?>\n<!DOCTYPE plist [^>]*>\n<plist version="1\.0">')
+
+
+def as_text(value):
+    return json.dumps(value, ensure_ascii=False)
+
+
+def stray_text(root):
+    """The text that stands in no key and in no value."""
+    tails = [one.tail for one in root.iter()]
+    texts = [one.text for one in root.iter() if one.tag not in ("key", "string")]
+    return "".join(filter(None, tails + texts)).strip()
+
+
+def plain_value(element):
+    """A text or a truth value; None for anything else."""
+    if element is None or len(element) > 0:
+        return None
+    return element.text or "" if element.tag == "string" else {"true": True, "false": False}.get(element.tag)
 
 
 class Bundle:
@@ -35,15 +54,14 @@ class Bundle:
         if not HEAD.match(text) or [one.tag for one in root] != ["dict"] or len(root[0]) == 0:
             self.problems.append(f"{path} is no property list")
             return {}
+        if stray := stray_text(root):
+            self.problems.append(f"{path} cannot be read at: {stray}")
         values = {}
-        entries = list(root[0])
-        for key, value in zip(entries[::2], entries[1::2] + [None]):
-            is_plain = key.tag == "key" and key.text and value is not None and value.tag in ("string", "true", "false")
-            stray = [one for one in (key, value) if one is not None and (len(one) > 0 or (one.tail or "").strip())]
-            if not is_plain or stray or key.text in values or (value.text and value.tag != "string"):
+        for key, value in itertools.zip_longest(root[0][::2], root[0][1::2]):
+            if key.tag != "key" or len(key) > 0 or key.text in values or plain_value(value) is None:
                 self.problems.append(f"{path} cannot be read at: {key.text}")
                 return values
-            values[key.text] = value.text or "" if value.tag == "string" else value.tag == "true"
+            values[key.text] = plain_value(value)
         return values
 
     def found(self, path, pattern):
@@ -52,7 +70,7 @@ class Bundle:
 
     def expect(self, where, actual, expected):
         if actual != expected or type(actual) is not type(expected):
-            self.problems.append(f"{where} is {json.dumps(actual)}, not {json.dumps(expected)}")
+            self.problems.append(f"{where} is {as_text(actual)}, not {as_text(expected)}")
 
     def check(self):
         info = self.property_list(INFO)
