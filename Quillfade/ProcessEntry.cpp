@@ -20,10 +20,10 @@ namespace {
 
 int leaveToTheRunningInstance(bool isToDemonstrate) {
   if (!isToDemonstrate) {
-    std::cout << "Quillfade is running already." << std::endl;
+    std::cout << "Quillfade is already running." << std::endl;
     return exitstatus::success;
   }
-  std::cerr << "Quillfade is running already, and QUILLFADE_DEMO=1 counts only at a start: quit it first." << std::endl;
+  std::cerr << "Quillfade is already running, and QUILLFADE_DEMO=1 works only at startup: quit it first." << std::endl;
   return exitstatus::failure;
 }
 

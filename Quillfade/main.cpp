@@ -21,7 +21,7 @@ int finish(const platform::RemoteReply& reply) {
 
 int send(const std::vector<std::string>& arguments) {
   const auto reply = platform::sendToRunningInstance(arguments, platform::untilAnswered, [] {
-    std::cerr << "Quillfade asks a question on the screen, and goes on once it is answered." << std::endl;
+    std::cerr << "Quillfade is asking a question on the screen and will continue once it is answered." << std::endl;
   });
   return finish(reply ? *reply : platform::RemoteReply{exitstatus::failure, reply.error().localizedDescription + '\n'});
 }

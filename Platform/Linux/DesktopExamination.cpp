@@ -83,7 +83,7 @@ std::vector<Finding> extensionFindings(const xcb::Connection& connection) {
     if (!extension.isUsable) {
       finding.health = Health::fails;
       finding.detail = extension.isPresent ? version + ", which is too old" : "missing";
-      finding.fix = "Switch it on in the X server's configuration, or log in to a session on a current X.Org server.";
+      finding.fix = "Enable it in the X server's configuration, or log in to a session on a current X.Org server.";
     }
     findings.push_back(std::move(finding));
   }
@@ -96,14 +96,14 @@ Finding compositingFinding(xcb::Connection& connection) {
     return {.subject = "Compositing", .detail = "no compositing manager, and none is needed"};
   }
   const std::string name = windowName(connection, owner);
-  return {.subject = "Compositing", .detail = name.empty() ? "a compositing manager without a name" : name};
+  return {.subject = "Compositing", .detail = name.empty() ? "an unnamed compositing manager" : name};
 }
 
 Finding busFinding() {
   if (QDBusConnection::sessionBus().isConnected()) return {.subject = "Session bus", .detail = "connected"};
   return {.subject = "Session bus",
           .health = Health::fails,
-          .detail = "cannot be reached: neither commands nor most trays work without it",
+          .detail = "not reachable: commands and most trays will not work",
           .fix = "Start the session with dbus-run-session, or install dbus-user-session."};
 }
 
@@ -127,7 +127,7 @@ Finding settingsFinding(const std::string& path) {
   return {.subject = "Settings",
           .health = Health::fails,
           .detail = *fault,
-          .fix = "Correct its content or its permissions, or remove it; the defaults apply without it."};
+          .fix = "Fix its content or permissions, or remove it to use the defaults."};
 }
 
 Finding logFinding(const std::string& path) {
@@ -135,7 +135,7 @@ Finding logFinding(const std::string& path) {
   if (posix::isWritableDirectory(directory)) return {.subject = "Log", .detail = path};
   return {.subject = "Log",
           .health = Health::limited,
-          .detail = "nothing is logged, since " + directory + " is no directory that can be written to",
+          .detail = "nothing is logged: " + directory + " is not a writable directory",
           .fix = "mkdir -p " + directory};
 }
 

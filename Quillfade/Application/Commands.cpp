@@ -13,7 +13,7 @@ namespace {
 
 constexpr double aboutFontSize = 11;
 
-constexpr const char* solidWasChosen = "The live style lacks permission; the solid cover was chosen.";
+constexpr const char* solidWasChosen = "The live style has no permission; the solid cover has been chosen.";
 
 platform::AboutPanel aboutPanel() {
   return {

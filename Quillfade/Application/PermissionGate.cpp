@@ -5,8 +5,8 @@
 namespace quillfade {
 namespace {
 
-constexpr const char* questionWaits = "A question of Quillfade's waits on the screen: answer it first.";
-constexpr const char* settingsWereOpened = "The live style lacks permission; the system settings were opened.";
+constexpr const char* questionWaits = "Quillfade is waiting for an answer on the screen: answer that first.";
+constexpr const char* settingsWereOpened = "The live style has no permission; the system settings have been opened.";
 
 platform::Alert permissionAlert() {
   return {

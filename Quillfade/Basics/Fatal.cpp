@@ -27,7 +27,7 @@ std::int64_t wholeNumber(double value) {
 std::int64_t roundedNumber(double value) { return wholeNumber(std::round(value)); }
 
 void countUp(std::int64_t& counter) {
-  if (counter == std::numeric_limits<std::int64_t>::max()) fatalError("a counter ran over");
+  if (counter == std::numeric_limits<std::int64_t>::max()) fatalError("a counter overflowed");
   ++counter;
 }
 

@@ -17,7 +17,7 @@ using Words = std::vector<std::string>;
 // The sentence goes to a terminal, so the word is escaped.
 std::string quoted(const std::string& word) { return '"' + escapedText(word) + '"'; }
 
-Parsed tooMany(const std::string& name) { return std::unexpected(quoted(name) + " does not take that many words."); }
+Parsed tooMany(const std::string& name) { return std::unexpected("Too many arguments for " + quoted(name) + "."); }
 
 Parsed plain(const Words& words, const Command& command) {
   return words.size() == 1 ? Parsed{command} : tooMany(words[0]);
@@ -32,7 +32,7 @@ Parsed parsePeek(const Words& words) {
   // Some standard libraries also read hexadecimal.
   if (words[1].find_first_not_of("+-.0123456789eE") != std::string::npos || !(stream >> seconds) ||
       stream.peek() != std::istringstream::traits_type::eof() || !(seconds > 0 && seconds <= longestPeek)) {
-    return std::unexpected("A peek takes a number of seconds above 0 and up to 3600, not " + quoted(words[1]) + ".");
+    return std::unexpected("peek takes a number of seconds above 0 and up to 3600, not " + quoted(words[1]) + ".");
   }
   return command::Peek{seconds};
 }
@@ -40,12 +40,12 @@ Parsed parsePeek(const Words& words) {
 Parsed parseStyle(const Words& words) {
   if (words.size() == 2 && words[1] == "solid") return command::Style{CoverStyle::solid};
   if (words.size() == 2 && words[1] == "live") return command::Style{CoverStyle::live};
-  return std::unexpected("A style is \"solid\" or \"live\".");
+  return std::unexpected("style accepts \"solid\" or \"live\".");
 }
 
 Parsed parseOutline(const Words& words) {
   if (words.size() == 2 && (words[1] == "on" || words[1] == "off")) return command::Outline{words[1] == "on"};
-  return std::unexpected("The outline is \"on\" or \"off\".");
+  return std::unexpected("outline accepts \"on\" or \"off\".");
 }
 
 // A report for people or, as JSON, for programs.
@@ -53,7 +53,7 @@ template <class Report>
 Parsed parseReport(const Words& words, const std::string& name) {
   if (words.size() == 1) return Report{};
   if (words.size() == 2 && words[1] == "--json") return Report{.asJson = true};
-  return std::unexpected(name + " takes no other word than \"--json\".");
+  return std::unexpected(name + " accepts only \"--json\".");
 }
 
 // Everything from the program's name on belongs to the program, whatever it looks like.
@@ -62,7 +62,7 @@ Parsed parseShare(const Words& words) {
   std::size_t next = 1;
   if (words.size() > 2 && words[1] == "--view") {
     if (words[2] != "unmirrored" && words[2] != "clean") {
-      return std::unexpected("A view is \"unmirrored\" or \"clean\", not " + quoted(words[2]) + ".");
+      return std::unexpected("--view accepts \"unmirrored\" or \"clean\", not " + quoted(words[2]) + ".");
     }
     view = words[2] == "clean" ? ShareView::clean : ShareView::unmirrored;
     next = 3;
@@ -71,7 +71,7 @@ Parsed parseShare(const Words& words) {
   if (rest.size() == 2 && rest[0] == "--install") return command::InstallShare{view, rest[1]};
   if (rest.size() == 2 && rest[0] == "--uninstall" && next == 1) return command::UninstallShare{rest[1]};
   if (rest.size() > 1 && rest[0] == "--") return command::Share{view, {rest.begin() + 1, rest.end()}};
-  return std::unexpected("To share, say \"quillfade share [--view unmirrored|clean] -- PROGRAM\".");
+  return std::unexpected("Usage: \"quillfade share [--view unmirrored|clean] -- PROGRAM\".");
 }
 
 }  // namespace
@@ -86,15 +86,15 @@ Parsed parseCommand(const Words& arguments) {
   if (name == "select-area") return plain(words, command::SelectArea{});
   if (name == "style") return parseStyle(words);
   if (name == "outline") return parseOutline(words);
-  if (name == "status") return parseReport<command::Status>(words, "A status");
-  if (name == "doctor") return parseReport<command::Doctor>(words, "A doctor");
+  if (name == "status") return parseReport<command::Status>(words, "status");
+  if (name == "doctor") return parseReport<command::Doctor>(words, "doctor");
   if (name == "windows") return plain(words, command::Windows{});
   if (name == "keys") return plain(words, command::Keys{});
   if (name == "quit") return plain(words, command::Quit{});
   if (name == "share") return parseShare(words);
   if (name == "--help" || name == "-h") return plain(words, command::Help{});
   if (name == "--version") return plain(words, command::Version{});
-  return std::unexpected("There is no command " + quoted(name) + ".");
+  return std::unexpected("Unknown command " + quoted(name) + ".");
 }
 
 std::string versionText() { return std::string{applicationName} + ' ' + std::string{applicationVersion} + '\n'; }
@@ -105,27 +105,27 @@ std::string helpText() {
 Without a command, Quillfade starts and lives in the tray. With one, the running Quillfade carries it out:
 
   toggle              hide annotations, or show them again
-  peek [SECONDS]      take the cover away for so long (5 seconds when none are given)
+  peek [SECONDS]      take the cover away for that long (5 seconds by default)
   whole-screen        cover the whole screen
   select-area         select the area to keep covered
   style solid|live    cover with a plain window, or with a live copy of the screen
-                      ("style live" is the one way back from the solid cover to the live one)
+                      ("style live" is the only way back from the solid cover to the live one)
   outline on|off      draw a hairline around the cover
-  status [--json]     tell what is covered, and how
-  windows             list the windows on screen, and which a live copy leaves out, and why
-  keys                list the hot keys, and which of them other programs hold
-  quit                end Quillfade
+  status [--json]     show what is covered, and how
+  windows             list the windows on screen; say which a live copy leaves out, and why
+  keys                list the hot keys; say which of them other programs hold
+  quit                quit Quillfade
 
-These need no running Quillfade:
+These work without a running Quillfade:
 
-  doctor [--json]     tell what works on this desktop, what does not, and what to do about it
+  doctor [--json]     report what works on this desktop, what does not, and what to do about it
   share [--view unmirrored|clean] -- PROGRAM [WORDS...]
-                      run a program that captures the screen, so that it does not see the cover
-                      (unmirrored), or neither the cover nor the annotations (clean)
+                      run a program that captures the screen: it sees the screen without the cover
+                      (unmirrored), or without the cover and the annotations (clean)
   share [--view unmirrored|clean] --install APP.desktop
                       add a launcher "APP (through Quillfade)" to your applications
   share --uninstall APP.desktop
-                      take it away again
+                      remove that launcher
 
   --help              print this
   --version           print the version
@@ -133,10 +133,10 @@ These need no running Quillfade:
 Environment:
   QUILLFADE_DEMO=1    start with a fixed area covered
 
-Exit status: 0 done; 1 Quillfade is not running, or the command could not be carried out; 2 no such command.
-"doctor" ends with 0 when a live cover, the commands and all hot keys can work, and your settings and rules are
-understood, else with 1; it needs no tray, no log and no running Quillfade for that. "share" ends with the exit status
-of its program.
+Exit status: 0 done; 1 Quillfade is not running, or the command could not be carried out; 2 the command was not
+understood.
+"doctor" exits with 0 if a live cover, the commands and all hot keys can work and your settings and rules are valid,
+else with 1; a missing tray or log, or Quillfade not running, does not count. "share" exits with its program's status.
 )help";
 }
 

@@ -33,7 +33,7 @@ std::size_t problemsIn(const std::vector<Finding>& findings) {
 
 std::string summary(const std::vector<Finding>& findings) {
   const std::size_t problems = problemsIn(findings);
-  if (problems == 0) return "Everything that is needed works.\n";
+  if (problems == 0) return "Everything required works.\n";
   return problems == 1 ? "There is 1 problem.\n" : "There are " + std::to_string(problems) + " problems.\n";
 }
 
@@ -54,7 +54,7 @@ Finding triedFinding(const HotKey& key, HotKeyAnswer answer, const std::string& 
     finding.fix = releaseFix(rulesPath);
   } else {
     finding.health = Health::limited;
-    finding.detail = word + ": could not be tried out";
+    finding.detail = word + ": could not be tested";
   }
   return finding;
 }
@@ -65,8 +65,8 @@ Finding runningFinding(const HotKeyState& state, const std::string& rulesPath) {
   }
   return {.subject = state.combination,
           .health = Health::fails,
-          .detail = state.word + ": taken; the running Quillfade was refused it",
-          .fix = releaseFix(rulesPath) + " Then start Quillfade anew."};
+          .detail = state.word + ": taken; the display server refused it to the running Quillfade",
+          .fix = releaseFix(rulesPath) + " Then restart Quillfade."};
 }
 
 }  // namespace
@@ -76,7 +76,7 @@ Finding instanceFinding(const RunningHotKeys& running) {
   return {.subject = "Quillfade",
           .health = Health::limited,
           .detail = running.error().localizedDescription,
-          .fix = "Start it from the menu of programs, or with \"quillfade\"."};
+          .fix = "Start it from the application menu, or with \"quillfade\"."};
 }
 
 std::vector<Finding> hotKeyFindings(const RunningHotKeys& running, const HotKeyTable& table,
@@ -99,15 +99,15 @@ std::vector<Finding> regionFindings(const std::optional<platform::SettingValue>&
   return {{.subject = "Area",
            .health = Health::fails,
            .detail = "the stored area is " + numberText(region->width()) + " × " + numberText(region->height()) +
-                     " points, more than the menu can show: opening it ends Quillfade",
-           .fix = "Choose another with \"quillfade whole-screen\" or \"quillfade select-area\", or take \"" +
-                  std::string{regionKey} + "\" out of " + path + "."}};
+                     " points, too large for the menu to show: opening the menu ends Quillfade",
+           .fix = "Choose another with \"quillfade whole-screen\" or \"quillfade select-area\", or remove \"" +
+                  std::string{regionKey} + "\" from " + path + "."}};
 }
 
 std::vector<Finding> rulesFindings(const UserRules& rules, bool hasFile, const std::string& path) {
-  const std::string subject = "Rules of your own";
+  const std::string subject = "Your rules";
   if (!hasFile && rules.faults.empty()) {
-    return {{.subject = subject, .detail = "none; they would be in " + path}};
+    return {{.subject = subject, .detail = "none; they would go in " + path}};
   }
   std::vector<Finding> findings;
   for (const std::string& fault : rules.faults) {
@@ -116,7 +116,7 @@ std::vector<Finding> rulesFindings(const UserRules& rules, bool hasFile, const s
                         .detail = fault,
                         .fix = "Correct it in " + path + "; until then it has no effect."});
   }
-  if (findings.empty()) findings.push_back({.subject = subject, .detail = path + " is understood"});
+  if (findings.empty()) findings.push_back({.subject = subject, .detail = path + " is valid"});
   return findings;
 }
 

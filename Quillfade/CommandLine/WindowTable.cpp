@@ -35,7 +35,7 @@ std::string reasonText(Judgement judgement, const platform::CaptureWindow& windo
   }
   const bool isForUserToSay = judgement == Judgement::keptTakesPointer || judgement == Judgement::keptPerhapsLocker;
   if (const auto owner = ownerIdentifier(window); isForUserToSay && owner) {
-    text += "; if it is ink: \"alwaysExclude\": [\"" + escapedText(*owner) + "\"]";
+    text += "; if it is an annotation: \"alwaysExclude\": [\"" + escapedText(*owner) + "\"]";
   }
   return text;
 }

@@ -113,21 +113,21 @@ std::string_view reason(Judgement judgement) {
     case Judgement::excludedOwn:
       return "belongs to Quillfade";
     case Judgement::excludedByUser:
-      return "always left out by a rule of yours";
+      return "left out by your rule";
     case Judgement::keptByUser:
-      return "never left out by a rule of yours";
+      return "kept by your rule";
     case Judgement::keptScreenWithoutArea:
       return "the screen has no area";
     case Judgement::keptWindowWithoutArea:
-      return "its size is beyond measure";
+      return "its size is not a finite number";
     case Judgement::excludedHighLayer:
       return "large, on an overlay layer";
     case Judgement::keptOrdinary:
-      return "no large overlay";
+      return "not a large overlay";
     case Judgement::excludedConferencing:
-      return "large, floating, of a conferencing program";
+      return "large floating window of a conferencing program";
     case Judgement::keptConferencing:
-      return "of a conferencing program, but small or not floating";
+      return "belongs to a conferencing program, but is small or not floating";
     case Judgement::keptTakesPointer:
       return "takes the pointer";
     case Judgement::keptPerhapsLocker:

@@ -62,7 +62,7 @@ std::expected<KeyCombination, std::string> parseCombination(std::string_view tex
     const std::string_view name = rest.substr(0, rest.find('+'));
     const auto modifier = valueOf(name, modifierNames);
     if (!modifier) {
-      return std::unexpected("\"" + std::string{name} + "\" is none of Control, Alt and Super.");
+      return std::unexpected("\"" + std::string{name} + "\" is not Control, Alt or Super.");
     }
     combination.modifiers |= *modifier;
     rest.remove_prefix(name.size() + 1);

@@ -25,7 +25,7 @@ class Reading {
     } else if (entry.member == hotKeysMember) {
       readHotKey(entry);
     } else {
-      fault(entry, "There are only alwaysExclude, neverExclude and hotKeys.");
+      fault(entry, "Only alwaysExclude, neverExclude and hotKeys are allowed.");
     }
   }
   void fault(std::string sentence) { rules_.faults.push_back(std::move(sentence)); }
@@ -40,9 +40,9 @@ class Reading {
   }
 
   void readWindow(const platform::RulesFileEntry& entry, bool excludes) {
-    if (entry.name.empty()) return fault(entry, "This is a list of texts, in square brackets.");
+    if (entry.name.empty()) return fault(entry, "This must be a list of strings, in square brackets.");
     if (!entry.text || entry.text->empty()) {
-      return fault(entry, "A window goes by its owner or its class: a text, as in \"Gromit-mpx\" or \"zoom*\".");
+      return fault(entry, "A window is named by its owner or its class, as a string like \"Gromit-mpx\" or \"zoom*\".");
     }
     rules_.windows.push_back({*entry.text, excludes});
   }
@@ -50,9 +50,9 @@ class Reading {
   void readHotKey(const platform::RulesFileEntry& entry) {
     const auto key = std::ranges::find(rules_.hotKeys, entry.name, &HotKey::word);
     if (key == rules_.hotKeys.end()) {
-      return fault(entry, "Hot keys have the names toggle, peek, select-area and whole-screen.");
+      return fault(entry, "The hot keys are toggle, peek, select-area and whole-screen.");
     }
-    if (!entry.text) return fault(entry, "A hot key is a text, as in \"Control+Alt+F9\".");
+    if (!entry.text) return fault(entry, "A hot key is a string like \"Control+Alt+F9\".");
     const auto combination = parseCombination(*entry.text);
     if (!combination) return fault(entry, escapedText(combination.error()));
     key->combination = *combination;
@@ -64,8 +64,8 @@ class Reading {
       const auto other = std::find_if(rules_.hotKeys.begin(), key,
                                       [&](const HotKey& before) { return before.combination == key->combination; });
       if (other == key) continue;
-      fault("hotKeys: " + combinationText(key->combination) + " is the key of both " + std::string{other->word} +
-            " and " + std::string{key->word} + ", so all four stay as built in.");
+      fault("hotKeys: " + combinationText(key->combination) + " is set for both " + std::string{other->word} + " and " +
+            std::string{key->word} + ", so all four keep their built-in keys.");
       rules_.hotKeys = builtInHotKeys;
       return;
     }

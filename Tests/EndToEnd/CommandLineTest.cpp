@@ -66,7 +66,7 @@ TEST_F(CommandLine, TheWindowsAreThoseOnTheScreenWithTheirJudgements) {
               testing::ContainsRegex("\n" + std::to_string(ink) + inLine + " 500 " + inLine + " 1280x800 " + inLine +
                                      " 100% " + inLine + " left out " + inLine + " overlay layer\n"));
   EXPECT_THAT(answer.output, testing::ContainsRegex("\n" + std::to_string(editor) + inLine + " 640x400 " + inLine +
-                                                    " 25% " + inLine + " kept " + inLine + " no large overlay\n"));
+                                                    " 25% " + inLine + " kept " + inLine + " not a large overlay\n"));
   EXPECT_THAT(answer.output, HasSubstr(R"(Edi\ntor)")) << "A name cannot end a line.";
 }
 
@@ -77,7 +77,7 @@ TEST_F(CommandLine, ASecondStartLeavesTheFirstAloneAndEndsWithSuccess) {
   environment["DBUS_SESSION_BUS_ADDRESS"] = busAddress();
   support::ChildProcess second({QUILLFADE_EXECUTABLE}, environment);
   EXPECT_EQ(second.waitForExit(), 0);
-  EXPECT_EQ(second.output(), "Quillfade is running already.\n");
+  EXPECT_EQ(second.output(), "Quillfade is already running.\n");
   EXPECT_TRUE(first.process().isRunning());
   EXPECT_TRUE(showsCover());
 }
@@ -91,7 +91,7 @@ TEST_F(CommandLine, ASecondStartAskedToDemonstrateSaysThatItCannot) {
   support::ChildProcess second({QUILLFADE_EXECUTABLE}, environment);
   EXPECT_EQ(second.waitForExit(), 1);
   EXPECT_EQ(second.output(),
-            "Quillfade is running already, and QUILLFADE_DEMO=1 counts only at a start: quit it first.\n");
+            "Quillfade is already running, and QUILLFADE_DEMO=1 works only at startup: quit it first.\n");
   EXPECT_TRUE(showsNoCover());
 }
 
@@ -127,8 +127,8 @@ TEST_F(CommandLine, HelpAndVersionNeedNothing) {
 }
 
 TEST_F(CommandLine, WordsThatAreNoCommandEndWithStatusTwo) {
-  EXPECT_EQ(run({"hide"}), (Answer{2, "There is no command \"hide\". Try \"quillfade --help\".\n"}));
-  EXPECT_EQ(run({"style"}), (Answer{2, "A style is \"solid\" or \"live\". Try \"quillfade --help\".\n"}));
+  EXPECT_EQ(run({"hide"}), (Answer{2, "Unknown command \"hide\". Try \"quillfade --help\".\n"}));
+  EXPECT_EQ(run({"style"}), (Answer{2, "style accepts \"solid\" or \"live\". Try \"quillfade --help\".\n"}));
   EXPECT_EQ(run({"peek", "soon"}).status, 2);
 }
 

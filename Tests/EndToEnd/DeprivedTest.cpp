@@ -140,7 +140,7 @@ TEST_F(Deprived, AHomeThatCannotBeWrittenIsReportedAndTheCoverWorks) {
   ASSERT_EQ(run({"style", "solid"}).status, 0);
   ASSERT_EQ(run({"whole-screen"}).status, 0);
   EXPECT_TRUE(shows([](const Picture& screen) { return screen.count(boardColor) == 0; }));
-  EXPECT_THAT(quillfade().process().output(), HasSubstr("Settings will not be kept."));
+  EXPECT_THAT(quillfade().process().output(), HasSubstr("Settings will not be saved."));
 }
 
 TEST_F(Deprived, AMissingHomeIsCreated) {
@@ -175,7 +175,7 @@ TEST_P(OddSettings, NeitherBlocksNorIsReplacedAndTheCoverWorks) {
   ASSERT_EQ(run({"style", "solid"}).status, 0);
   ASSERT_EQ(run({"whole-screen"}).status, 0);
   EXPECT_TRUE(shows([](const Picture& screen) { return screen.count(boardColor) == 0; }));
-  EXPECT_THAT(quillfade().process().output(), HasSubstr("Settings will not be kept."));
+  EXPECT_THAT(quillfade().process().output(), HasSubstr("Settings will not be saved."));
   const auto type = std::filesystem::symlink_status(path).type();
   EXPECT_EQ(type, kind == "Directory" ? std::filesystem::file_type::directory
                   : kind == "Fifo"    ? std::filesystem::file_type::fifo

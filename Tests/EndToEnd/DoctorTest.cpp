@@ -39,7 +39,7 @@ TEST_F(Doctor, OnADesktopWithEverythingItEndsWithSuccess) {
   prepareLog();
   const Answer answer = examine();
   EXPECT_EQ(answer.status, 0) << answer.output;
-  EXPECT_THAT(answer.output, HasSubstr("Everything that is needed works.\n"));
+  EXPECT_THAT(answer.output, HasSubstr("Everything required works.\n"));
   EXPECT_THAT(answer.output, says("ok", "X extension DAMAGE", "1\\.1"));
   EXPECT_THAT(answer.output, says("ok", "Compositing", "no compositing manager"));
   EXPECT_THAT(answer.output, says("ok", "Tray", "XEmbed"));
@@ -57,7 +57,7 @@ TEST_F(Doctor, ItLeavesTheKeysItTriedToOthers) {
 TEST_F(Doctor, WithoutATrayItSaysSoAndWhatToDoAndStillEndsWithSuccess) {
   const Answer answer = examine();
   EXPECT_EQ(answer.status, 0);
-  EXPECT_THAT(answer.output, HasSubstr("Everything that is needed works.\n"));
+  EXPECT_THAT(answer.output, HasSubstr("Everything required works.\n"));
   EXPECT_THAT(answer.output, says("note", "Tray", "no program shows tray icons"));
   EXPECT_THAT(answer.output, HasSubstr("tint2"));
   EXPECT_THAT(answer.output, says("note", "Log", "Library/Logs"));
@@ -73,7 +73,7 @@ TEST_F(Doctor, WithoutASessionBusItSaysWhatThatMeans) {
   startTray();
   const Answer answer = examine({{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"}});
   EXPECT_EQ(answer.status, 1);
-  EXPECT_THAT(answer.output, says("problem", "Session bus", "cannot be reached"));
+  EXPECT_THAT(answer.output, says("problem", "Session bus", "not reachable"));
   EXPECT_THAT(answer.output, says("ok", "Tray", "XEmbed"));
 }
 
@@ -81,13 +81,13 @@ TEST_F(Doctor, ACompositingManagerIsRecognisedWhateverItCallsItself) {
   const auto window = client_.createWindow({.frame = {0, 0, 1, 1}, .mapped = false});
   xcb_set_selection_owner(client_.connection(), window, client_.atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
   client_.sync();
-  EXPECT_THAT(examine().output, says("ok", "Compositing", "a compositing manager without a name"));
+  EXPECT_THAT(examine().output, says("ok", "Compositing", "an unnamed compositing manager"));
   // Numbers are no name.
   const std::uint32_t numbers = 0x41414141;
   xcb_change_property(client_.connection(), XCB_PROP_MODE_REPLACE, window, client_.atom("_NET_WM_NAME"),
                       XCB_ATOM_CARDINAL, 32, 1, &numbers);
   client_.sync();
-  EXPECT_THAT(examine().output, says("ok", "Compositing", "a compositing manager without a name"));
+  EXPECT_THAT(examine().output, says("ok", "Compositing", "an unnamed compositing manager"));
   xcb_change_property(client_.connection(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 5,
                       "older");
   client_.sync();
@@ -117,7 +117,7 @@ TEST_F(Doctor, DamagedSettingsAndFaultyRulesAreNamedAndLeftAlone) {
   support::writeFile(rules, R"({"alwaysExclude": [7]})");
   const Answer answer = examine();
   EXPECT_THAT(answer.output, says("problem", "Settings", "is damaged"));
-  EXPECT_THAT(answer.output, says("problem", "Rules of your own", "alwaysExclude 1: "));
+  EXPECT_THAT(answer.output, says("problem", "Your rules", "alwaysExclude 1: "));
   EXPECT_EQ(support::readFile(settings), "{");
   EXPECT_EQ(support::readFile(rules), R"({"alwaysExclude": [7]})");
 }
@@ -137,7 +137,7 @@ TEST_F(Doctor, WithoutADisplayItSaysWhatItCan) {
   const Answer answer = examine({{"DISPLAY", ""}});
   EXPECT_EQ(answer.status, 1);
   EXPECT_THAT(answer.output, says("problem", "Display", "DISPLAY is not set"));
-  EXPECT_THAT(answer.output, says("note", "Control.Alt.Super.D", "could not be tried out"));
+  EXPECT_THAT(answer.output, says("note", "Control.Alt.Super.D", "could not be tested"));
 }
 
 TEST_F(Doctor, InAWaylandSessionItSaysThatTheLiveStyleNeedsX11) {
@@ -184,9 +184,11 @@ TEST_F(UsersRules, AWindowIsLeftOutOrKeptByItsClass) {
   client_.sync();
   startWith(R"({"alwaysExclude": ["sti*"], "neverExclude": ["Ink"]})");
   const std::string inLine = "[^\n]*";
-  EXPECT_THAT(run({"windows"}).output,
-              testing::AllOf(ContainsRegex("\n" + std::to_string(note) + inLine + "left out +always" + inLine + "sti"),
-                             ContainsRegex("\n" + std::to_string(ink) + inLine + "kept +never" + inLine + "Ink")));
+  EXPECT_THAT(
+      run({"windows"}).output,
+      testing::AllOf(
+          ContainsRegex("\n" + std::to_string(note) + inLine + "left out +left out by your rule" + inLine + "sti"),
+          ContainsRegex("\n" + std::to_string(ink) + inLine + "kept +kept by your rule" + inLine + "Ink")));
 }
 
 TEST_F(UsersRules, FaultsAreReportedAtTheStart) {

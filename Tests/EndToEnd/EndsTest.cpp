@@ -1,4 +1,5 @@
-// However the program ends, nothing of it stays on the screen, no key or pointer stays grabbed, and no setting is lost.
+// However the program ends, nothing of it remains on the screen, no key or pointer stays grabbed, and no setting is
+// lost.
 
 #include <xcb/composite.h>
 

@@ -32,7 +32,8 @@ TEST_F(Owners, ConferencingProgramsAreKnownByTheirNames) {
                                                         {"Webex", "com.cisco.webexmeetingsapp"},
                                                         {"discord", "com.hnc.Discord"}}) {
     const auto window = createFloatingWindow(name);
-    EXPECT_THAT(run({"windows"}).output, saysOf(window, owner, "left out +large, floating, of a conferencing program"));
+    EXPECT_THAT(run({"windows"}).output,
+                saysOf(window, owner, "left out +large floating window of a conferencing program"));
     client_.destroy(window);
   }
 }
@@ -42,7 +43,7 @@ TEST_F(Owners, AProgramWhoseNameHoldsThatOfAConferencingProgramIsNotTakenForOne)
   for (const std::string name :
        {"XZoom", "Zoomify", "Slackpkg", "SkypeCall", "TeamSpeak", "WebExport", "Discordance"}) {
     const auto window = createFloatingWindow(name);
-    EXPECT_THAT(run({"windows"}).output, saysOf(window, name, "kept +no large overlay"));
+    EXPECT_THAT(run({"windows"}).output, saysOf(window, name, "kept +not a large overlay"));
     client_.destroy(window);
   }
 }
@@ -50,7 +51,8 @@ TEST_F(Owners, AProgramWhoseNameHoldsThatOfAConferencingProgramIsNotTakenForOne)
 TEST_F(Owners, AUsersRuleFindsSuchAProgramByTheNameThatTheListShows) {
   start(solidOff);
   support::writeFile(quillfade().settingsPath().parent_path() / "rules.json", R"({"alwaysExclude": ["XZoom"]})");
-  EXPECT_THAT(run({"windows"}).output, saysOf(createFloatingWindow("XZoom"), "XZoom", "left out +always left out"));
+  EXPECT_THAT(run({"windows"}).output,
+              saysOf(createFloatingWindow("XZoom"), "XZoom", "left out +left out by your rule"));
 }
 
 }  // namespace

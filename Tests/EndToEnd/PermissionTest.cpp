@@ -49,7 +49,7 @@ class PermissionRefused : public DrivenDesktop {
   }
   [[nodiscard]] std::filesystem::path trace() const { return directory_.path() / "trace"; }
 
-  const std::string question_ = "Quillfade asks a question on the screen, and goes on once it is answered.\n";
+  const std::string question_ = "Quillfade is asking a question on the screen and will continue once it is answered.\n";
   support::TemporaryDirectory directory_;
   std::optional<support::ChildProcess> command_;
   std::optional<xcb_window_t> alert_;
@@ -76,7 +76,8 @@ TEST_F(PermissionRefused, OpenSystemSettingsOpensThemSaysWhatIsMissingAndChanges
   const xcb_window_t alert = *alert_;
   answer({XK_Return}, 1);
   EXPECT_THAT(status(), HasSubstr(notCovered));
-  EXPECT_EQ(command_->output(), question_ + "The live style lacks permission; the system settings were opened.\n");
+  EXPECT_EQ(command_->output(),
+            question_ + "The live style has no permission; the system settings have been opened.\n");
   EXPECT_TRUE(support::waitUntil([&] { return std::filesystem::exists(trace()); })) << "No settings were opened.";
   const auto explanation = waitForDialog();
   ASSERT_TRUE(explanation);
@@ -133,14 +134,14 @@ TEST_F(PermissionRefused, OtherCommandsAreCarriedOutWhileTheAlertWaits) {
   EXPECT_EQ(run({"outline", "off"}), (Answer{0, ""}));
   EXPECT_THAT(status(), HasSubstr("\"outline\": false"));
   answer({XK_Tab, XK_space}, 1);
-  EXPECT_THAT(command_->output(), HasSubstr("The live style lacks permission; the solid cover was chosen.\n"));
+  EXPECT_THAT(command_->output(), HasSubstr("The live style has no permission; the solid cover has been chosen.\n"));
   EXPECT_THAT(status(), HasSubstr("\"style\": \"solid\""));
 }
 
 TEST_F(PermissionRefused, AFurtherCommandEndsAtOnceAndShowsNoSecondAlert) {
   start();
   ask({"toggle"});
-  EXPECT_EQ(run({"toggle"}), (Answer{1, "A question of Quillfade's waits on the screen: answer it first.\n"}));
+  EXPECT_EQ(run({"toggle"}), (Answer{1, "Quillfade is waiting for an answer on the screen: answer that first.\n"}));
   press(XK_d);
   EXPECT_EQ(run({"status"}).status, 0);
   EXPECT_EQ(dialogs(), 1);

@@ -54,7 +54,7 @@ TEST_P(PointerSheets, TheOneThatARuleNamesIsLeftOutOnScreenToo) {
   openSheet("QtInk");
   coverWith(R"({"alwaysExclude": ["QtInk"]})");
   EXPECT_TRUE(showsSheetOnlyOutside());
-  EXPECT_THAT(windowsTable(), testing::ContainsRegex("QtInk .* left out +always left out by a rule of yours: .QtInk"));
+  EXPECT_THAT(windowsTable(), testing::ContainsRegex("QtInk .* left out +left out by your rule: .QtInk"));
 }
 
 TEST_P(PointerSheets, TheOneThatARuleNamesIsLeftOutWhenItOpensOverTheCover) {
@@ -79,7 +79,7 @@ TEST_P(PointerSheets, WithoutARuleTheyStayInFrontAndTheTableSaysSoAndNamesTheRul
   coverWith("");
   EXPECT_FALSE(showsSheetOnlyOutside(milliseconds(2000)));
   EXPECT_THAT(windowsTable(), testing::ContainsRegex("QtInk .* kept +takes the pointer and could be a lock screen; if "
-                                                     "it is ink: .alwaysExclude.: \\[.QtInk.\\]"));
+                                                     "it is an annotation: .alwaysExclude.: \\[.QtInk.\\]"));
 }
 
 TEST_P(PointerSheets, APatternDoesNotLeaveOutWhatCouldBeALocker) {

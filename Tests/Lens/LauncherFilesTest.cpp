@@ -130,7 +130,7 @@ TEST_F(LauncherFiles, AMissingEntryOrOneOfNoApplicationIsRefusedInASentence) {
   support::writeFile(system_ / "applications/map.desktop", "[Desktop Entry]\nType=Link\nName=Map\nURL=file:///\n");
   const Said said = share({"--install", "map.desktop"});
   EXPECT_EQ(said.status, 1);
-  EXPECT_EQ(said.output, "\"map.desktop\" does not say how its application is started.\n");
+  EXPECT_EQ(said.output, "\"map.desktop\" does not say how to start its application.\n");
   EXPECT_FALSE(fs::exists(applications_));
 }
 

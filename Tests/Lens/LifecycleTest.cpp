@@ -147,7 +147,7 @@ TEST_F(Lens, AnythingButXProtocolEndsOnlyThatConnectionWithASentence) {
   EXPECT_TRUE(support::waitReadable(stranger.get()));
   EXPECT_TRUE(support::waitUntil([&] {
     return open.process().output().contains(
-        "quillfade: What it sends is not the X protocol. Its connection to the display was closed.\n");
+        "quillfade: What it sends is not X protocol. Its connection to the display was closed.\n");
   }));
   program->sync();
   EXPECT_TRUE(program->isConnected());

@@ -84,7 +84,7 @@ TEST_F(NetworkDisplay, ThatNobodyServesIsReportedInASentence) {
   ::close(std::exchange(listener_, -1));
   const auto program = address().connect();
   ASSERT_FALSE(program);
-  EXPECT_EQ(program.error().localizedDescription, "The X11 display cannot be reached any more.");
+  EXPECT_EQ(program.error().localizedDescription, "The X11 display can no longer be reached.");
 }
 
 TEST_F(NetworkDisplay, HasTheCookieOfTheMachinesAddress) {

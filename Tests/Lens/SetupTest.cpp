@@ -34,7 +34,7 @@ TEST(Setup, APartOfARequestSaysNothingYet) {
 
 TEST(Setup, AnythingElseIsRefusedAtItsFirstByte) {
   const std::vector<std::byte> bytes{std::byte{'G'}};
-  EXPECT_EQ(protocol::parseSetupRequest(bytes).error().localizedDescription, "What it sends is not the X protocol.");
+  EXPECT_EQ(protocol::parseSetupRequest(bytes).error().localizedDescription, "What it sends is not X protocol.");
 }
 
 TEST(Setup, ARefusalIsOneAServerCouldHaveGiven) {

@@ -51,7 +51,7 @@ std::optional<HotKeyReference> HotKeys::registerHotKey(std::uint32_t keyCode, st
     return other.key == binding.key && other.state == binding.state;
   });
   if (isTaken) {
-    fail(keyCode, modifiers, id, "This key combination is already in use here.");
+    fail(keyCode, modifiers, id, "Quillfade already uses this key combination.");
     return std::nullopt;
   }
   if (!grab(binding)) {
@@ -150,7 +150,7 @@ void HotKeys::keyboardChanged() {
     binding.isHeld = grab(binding);
     if (!binding.isHeld) {
       fail(binding.keyCode, binding.modifiers, binding.id,
-           "Another program holds this key combination since the keyboard's modifiers changed.");
+           "Another program took this key combination when the keyboard's modifiers changed.");
     }
   }
 }

@@ -77,7 +77,7 @@ std::expected<std::string, Error> installLensEntry(const std::string& applicatio
   std::string launcher = posix::desktopExec(ownProgram());
   for (const std::string& word : words) launcher += " " + word;
   const auto entry = lens::launcherEntry(*text, launcher);
-  if (!entry) return std::unexpected(Error{"\"" + application + "\" does not say how its application is started."});
+  if (!entry) return std::unexpected(Error{"\"" + application + "\" does not say how to start its application."});
   std::string path = launcherPath(application);
   if (const auto written = posix::replaceFile(path, *entry); !written) return std::unexpected(written.error());
   return path;

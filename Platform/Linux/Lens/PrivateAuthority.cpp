@@ -63,7 +63,7 @@ std::expected<PrivateAuthority, Error> PrivateAuthority::make(int displayNumber)
   authority.path_ = directory + "/Xauthority";
   authority.credential_ = {"MIT-MAGIC-COOKIE-1", std::string(cookieLength, '\0')};
   if (::getrandom(authority.credential_.data.data(), cookieLength, 0) != static_cast<ssize_t>(cookieLength)) {
-    return std::unexpected(Error{"The system has no random numbers."});
+    return std::unexpected(Error{"The system provides no random numbers."});
   }
   const int descriptor = ::open(authority.path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   const std::unique_ptr<FILE, CloseFile> file(descriptor < 0 ? nullptr : ::fdopen(descriptor, "wb"));

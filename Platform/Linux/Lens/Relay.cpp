@@ -128,7 +128,7 @@ bool Relay::takeRequests() {
     const protocol::RequestStream::Step step = requestStream_.advance(toServer_.pending());
     toServer_.release(step.length);
     if (step.stop == protocol::RequestStream::Stop::malformed)
-      return complain("What a program sends is not the X protocol.");
+      return complain("A program sent something that is not X protocol.");
     if (step.stop == protocol::RequestStream::Stop::needsMore) return true;
     if (step.stop == protocol::RequestStream::Stop::damageMade) {
       reportWholeScreen();

@@ -42,7 +42,7 @@ std::optional<ServerAddress> ServerAddress::parse(const std::string& display) {
 
 std::expected<posix::FileDescriptor, Error> ServerAddress::connect() const {
   posix::FileDescriptor socket = isLocal() ? connectLocally() : connectOverNetwork();
-  if (!socket.isOpen()) return std::unexpected(Error{"The X11 display cannot be reached any more."});
+  if (!socket.isOpen()) return std::unexpected(Error{"The X11 display can no longer be reached."});
   ::fcntl(socket.get(), F_SETFL, O_NONBLOCK);
   return socket;
 }

@@ -14,7 +14,7 @@ constexpr std::array signals{SIGSEGV, SIGBUS, SIGFPE, SIGILL};
 // process.
 void handle(int signal) {
   constexpr std::string_view sentence =
-      "quillfade: Quillfade has crashed (signal ..); nothing of it stays on the screen. Please report this.\n";
+      "quillfade: Quillfade has crashed (signal ..); nothing of it remains on the screen. Please report this.\n";
   std::array<char, sentence.size()> text{};
   sentence.copy(text.data(), text.size());
   const auto number = sentence.find("..");

@@ -34,7 +34,7 @@ void append(std::vector<std::byte>& bytes, std::string_view text) {
 std::expected<std::optional<SetupRequest>, Error> parseSetupRequest(std::span<const std::byte> bytes) {
   if (bytes.empty()) return std::nullopt;
   const auto order = std::to_integer<char>(bytes[0]);
-  if (order != 'l' && order != 'B') return std::unexpected(Error{"What it sends is not the X protocol."});
+  if (order != 'l' && order != 'B') return std::unexpected(Error{"What it sends is not X protocol."});
   if (bytes.size() < requestHeader) return std::nullopt;
   SetupRequest request{.order = order == 'l' ? ByteOrder::little : ByteOrder::big};
   const Wire wire(request.order);
@@ -75,7 +75,7 @@ std::expected<std::optional<std::size_t>, Error> setupReplyLength(ByteOrder orde
   if (bytes.empty()) return std::nullopt;
   constexpr int highestStatus = 2;
   if (std::to_integer<int>(bytes[0]) > highestStatus) {
-    return std::unexpected(Error{"What the display server answers is not the X protocol."});
+    return std::unexpected(Error{"The display server's reply is not X protocol."});
   }
   if (bytes.size() < replyHeader) return std::nullopt;
   return replyHeader + std::size_t{Wire(order).get16(&bytes[replyWords])} * 4;

@@ -34,12 +34,12 @@ bool startSettings() {
 
 std::string explanationOf(const std::vector<std::string>& missingExtensions) {
   if (missingExtensions.empty())
-    return "No settings program was found on this desktop. Nothing that the live view needs is missing on this "
-           "display.";
+    return "No settings program was found on this desktop. This display has everything that the live view "
+           "needs.";
   const bool isOne = missingExtensions.size() == 1;
   return "The live view needs the X extension" + std::string(isOne ? " " : "s ") + xcb::enumerated(missingExtensions) +
-         ", which this display does not offer. Switch " + (isOne ? "it" : "them") +
-         " on in the X server's configuration, or log in to a session on an X.Org server.";
+         ", which this display lacks. Enable " + (isOne ? "it" : "them") +
+         " in the X server's configuration, or log in to a session on an X.Org server.";
 }
 
 DesktopWorkspace::DesktopWorkspace(std::vector<std::string> missingExtensions, std::string obstacle)

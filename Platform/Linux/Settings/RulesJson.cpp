@@ -55,10 +55,10 @@ std::expected<RulesFileEntries, Error> rulesFromJson(const std::string& json) {
   if (error.error != QJsonParseError::NoError) {
     const auto before = json.substr(0, static_cast<std::size_t>(std::max(0, error.offset)));
     const auto line = 1 + std::ranges::count(before, '\n');
-    return std::unexpected(Error{"This is not JSON from line " + std::to_string(line) + " on (" +
-                                 error.errorString().toStdString() + ")."});
+    return std::unexpected(
+        Error{"Invalid JSON at line " + std::to_string(line) + " (" + error.errorString().toStdString() + ")."});
   }
-  if (!document.isObject()) return std::unexpected(Error{"The file must hold one JSON object, in curly brackets."});
+  if (!document.isObject()) return std::unexpected(Error{"The file must contain one JSON object, in curly brackets."});
   RulesFileEntries entries;
   const QJsonObject object = document.object();
   for (auto member = object.begin(); member != object.end(); ++member) {

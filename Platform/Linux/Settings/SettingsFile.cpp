@@ -113,7 +113,7 @@ void SettingsFile::save() {
 
 void SettingsFile::reportOnce(const std::string& reason) {
   if (std::exchange(reported_, true)) return;
-  tell(reason + " Settings will not be kept.");
+  tell(reason + " Settings will not be saved.");
 }
 
 std::optional<std::string> settingsFault(const std::string& path) {
@@ -122,13 +122,13 @@ std::optional<std::string> settingsFault(const std::string& path) {
   const auto bytes = file ? posix::readAll(file->get()) : std::unexpected(file.error());
   if (!bytes && bytes.error() != ENOENT)
     return posix::systemError("Could not read", target, bytes.error()).localizedDescription;
-  if (bytes && !parse(*bytes)) return target + " is damaged: it is not one JSON object.";
+  if (bytes && !parse(*bytes)) return target + " is damaged: it is not a single JSON object.";
   // The file is replaced as a whole, so the directory counts; a missing one will be created.
   auto directory = std::filesystem::path(target).parent_path();
   while (!directory.empty() && !std::filesystem::exists(directory) && directory != directory.parent_path()) {
     directory = directory.parent_path();
   }
-  if (!posix::isWritableDirectory(directory)) return "Nothing can be written to " + directory.string() + ".";
+  if (!posix::isWritableDirectory(directory)) return directory.string() + " is not writable.";
   return std::nullopt;
 }
 

@@ -179,7 +179,7 @@ void CaptureStream::finish() {
 std::expected<void, Error> CaptureStream::addOutput(std::weak_ptr<StreamOutput> output, StreamOutputType type,
                                                     std::shared_ptr<SerialQueue> queue) {
   if (type != StreamOutputType::screen) return std::unexpected(Error{"There is no sound to capture."});
-  if (thread_.joinable()) return std::unexpected(Error{"The capture has begun already."});
+  if (thread_.joinable()) return std::unexpected(Error{"The capture has already started."});
   worker_->setOutput(std::move(output), std::move(queue));
   return {};
 }

@@ -78,7 +78,7 @@ std::array<Version, extensionCount> queryVersions(const Connection& connection) 
 
 void logError(const xcb_generic_error_t& error) {
   std::fprintf(stderr,
-               "quillfade: The display server refused request %u.%u about 0x%x (error %u). This is a bug of Quillfade; "
+               "quillfade: The display server refused request %u.%u about 0x%x (error %u). This is a bug in Quillfade; "
                "please report it.\n",
                error.major_code, error.minor_code, error.resource_id, error.error_code);
 }

@@ -33,10 +33,11 @@ TEST_F(RulesJsonTest, ListsAndObjectsBecomeEntries) {
 TEST_F(RulesJsonTest, InvalidJsonIsAnErrorThatNamesTheLine) {
   const auto broken = rulesFromJson("{\n \"always\": [\n \"a\" \"b\"]}");
   ASSERT_FALSE(broken);
-  EXPECT_THAT(broken.error().localizedDescription, HasSubstr("not JSON from line 3 on"));
+  EXPECT_THAT(broken.error().localizedDescription, HasSubstr("Invalid JSON at line 3 ("));
   EXPECT_FALSE(rulesFromJson(""));
   EXPECT_FALSE(rulesFromJson("\xff\xfe"));
-  EXPECT_EQ(rulesFromJson("[]").error().localizedDescription, "The file must hold one JSON object, in curly brackets.");
+  EXPECT_EQ(rulesFromJson("[]").error().localizedDescription,
+            "The file must contain one JSON object, in curly brackets.");
 }
 
 TEST_F(RulesJsonTest, AChangeIsSeenAtTheNextReading) {

@@ -220,9 +220,8 @@ TEST_F(DialogsTest, TheUserIsToldWhatTheDisplayLacksWithAndWithoutASettingsProgr
     workspace.openURL("x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture");
     const auto* box = qobject_cast<QMessageBox*>(visibleDialog());
     ASSERT_NE(box, nullptr) << place;
-    EXPECT_EQ(
-        box->text().toStdString(),
-        "The live view needs the X extensions Composite and DAMAGE, which this display does not offer. Switch them on "
-        "in the X server's configuration, or log in to a session on an X.Org server.");
+    EXPECT_EQ(box->text().toStdString(),
+              "The live view needs the X extensions Composite and DAMAGE, which this display lacks. Enable them in "
+              "the X server's configuration, or log in to a session on an X.Org server.");
   }
 }

@@ -48,7 +48,7 @@ TEST(CommandLine, WordsOfLaunchersAndToolkitsStartTheApplication) {
 
 TEST(CommandLine, ACommandMayFollowLauncherWords) {
   EXPECT_TRUE(means<command::Toggle>({"-display", ":7", "toggle"}));
-  EXPECT_EQ(complaint({"-session", "1", "hide"}), "There is no command \"hide\".");
+  EXPECT_EQ(complaint({"-session", "1", "hide"}), "Unknown command \"hide\".");
   const auto shared = parseCommand({"share", "--", "xterm", "-display", ":7"});
   EXPECT_THAT(std::get<command::Share>(shared.value()).program, testing::ElementsAre("xterm", "-display", ":7"));
 }
@@ -56,7 +56,7 @@ TEST(CommandLine, ACommandMayFollowLauncherWords) {
 TEST(CommandLine, WordsThatOnlyLookLikeLauncherWordsAreRefused) {
   for (const char* word :
        {"-sessions", "-NS", "-psn", "-nsfoo", "session", "style=fusion", "-reverse=1", "-x", "---name", "-", "--"}) {
-    EXPECT_EQ(complaint({word}), "There is no command \"" + std::string(word) + "\".");
+    EXPECT_EQ(complaint({word}), "Unknown command \"" + std::string(word) + "\".");
   }
 }
 
@@ -85,7 +85,7 @@ TEST(CommandLine, APeekLastsFiveSecondsUnlessToldOtherwise) {
 TEST(CommandLine, APeekAcceptsOnlyANumberOfSecondsInRange) {
   for (const char* wrong : {"0", "-1", "3600.1", "nan", "inf", "1e9", "five", "5s", "5 6", "0x10", "1,5", ""}) {
     EXPECT_EQ(complaint({"peek", wrong}),
-              "A peek takes a number of seconds above 0 and up to 3600, not \"" + std::string(wrong) + "\".");
+              "peek takes a number of seconds above 0 and up to 3600, not \"" + std::string(wrong) + "\".");
   }
 }
 
@@ -117,10 +117,10 @@ TEST(CommandLine, SharingAcceptsNothingElse) {
                                                {"share", "--view", "clean", "--uninstall", "a"},
                                                {"share", "--install"},
                                                {"share", "--install", "a", "b"}}) {
-    EXPECT_EQ(complaint(wrong), "To share, say \"quillfade share [--view unmirrored|clean] -- PROGRAM\".");
+    EXPECT_EQ(complaint(wrong), "Usage: \"quillfade share [--view unmirrored|clean] -- PROGRAM\".");
   }
   EXPECT_EQ(complaint({"share", "--view", "dirty", "--", "grab"}),
-            "A view is \"unmirrored\" or \"clean\", not \"dirty\".");
+            "--view accepts \"unmirrored\" or \"clean\", not \"dirty\".");
 }
 
 TEST(CommandLine, AStyleIsOneOfTwo) {
@@ -128,7 +128,7 @@ TEST(CommandLine, AStyleIsOneOfTwo) {
   EXPECT_EQ(style({"style", "solid"}), CoverStyle::solid);
   EXPECT_EQ(style({"style", "live"}), CoverStyle::live);
   for (const Words& wrong : {Words{"style"}, {"style", "Live"}, {"style", "1"}, {"style", "live", "now"}}) {
-    EXPECT_EQ(complaint(wrong), "A style is \"solid\" or \"live\".");
+    EXPECT_EQ(complaint(wrong), "style accepts \"solid\" or \"live\".");
   }
 }
 
@@ -137,7 +137,7 @@ TEST(CommandLine, TheOutlineIsOnOrOff) {
   EXPECT_TRUE(shows({"outline", "on"}));
   EXPECT_FALSE(shows({"outline", "off"}));
   for (const Words& wrong : {Words{"outline"}, {"outline", "true"}, {"outline", "on", "off"}}) {
-    EXPECT_EQ(complaint(wrong), "The outline is \"on\" or \"off\".");
+    EXPECT_EQ(complaint(wrong), "outline accepts \"on\" or \"off\".");
   }
 }
 
@@ -146,7 +146,7 @@ TEST(CommandLine, AStatusIsForPeopleOrForPrograms) {
   EXPECT_FALSE(asJson({"status"}));
   EXPECT_TRUE(asJson({"status", "--json"}));
   for (const Words& wrong : {Words{"status", "json"}, {"status", "--json", "--json"}}) {
-    EXPECT_EQ(complaint(wrong), "A status takes no other word than \"--json\".");
+    EXPECT_EQ(complaint(wrong), "status accepts only \"--json\".");
   }
 }
 
@@ -154,21 +154,21 @@ TEST(CommandLine, DoctorReportsToPeopleOrPrograms) {
   const auto asJson = [](const Words& words) { return std::get<command::Doctor>(parseCommand(words).value()).asJson; };
   EXPECT_FALSE(asJson({"doctor"}));
   EXPECT_TRUE(asJson({"doctor", "--json"}));
-  EXPECT_EQ(complaint({"doctor", "now"}), "A doctor takes no other word than \"--json\".");
+  EXPECT_EQ(complaint({"doctor", "now"}), "doctor accepts only \"--json\".");
 }
 
 TEST(CommandLine, AnUnknownCommandIsNamed) {
-  EXPECT_EQ(complaint({"hide"}), "There is no command \"hide\".");
-  EXPECT_EQ(complaint({"Toggle"}), "There is no command \"Toggle\".");
-  EXPECT_EQ(complaint({"--json"}), "There is no command \"--json\".");
-  EXPECT_EQ(complaint({""}), "There is no command \"\".");
+  EXPECT_EQ(complaint({"hide"}), "Unknown command \"hide\".");
+  EXPECT_EQ(complaint({"Toggle"}), "Unknown command \"Toggle\".");
+  EXPECT_EQ(complaint({"--json"}), "Unknown command \"--json\".");
+  EXPECT_EQ(complaint({""}), "Unknown command \"\".");
 }
 
 TEST(CommandLine, ExtraWordsAreRefusedNotIgnored) {
   for (const char* name : {"toggle", "whole-screen", "select-area", "windows", "keys", "quit", "--help", "--version"}) {
-    EXPECT_EQ(complaint({name, "now"}), "\"" + std::string(name) + "\" does not take that many words.");
+    EXPECT_EQ(complaint({name, "now"}), "Too many arguments for \"" + std::string(name) + "\".");
   }
-  EXPECT_EQ(complaint({"peek", "5", "6"}), "\"peek\" does not take that many words.");
+  EXPECT_EQ(complaint({"peek", "5", "6"}), "Too many arguments for \"peek\".");
 }
 
 // The first word of each line that names a command.
@@ -190,17 +190,17 @@ TEST(CommandLine, TheHelpNamesEveryCommand) {
 }
 
 TEST(CommandLine, TheHelpTellsTheWayBackToTheLiveCoverAndWhatTheExitStatusMeans) {
-  EXPECT_THAT(helpText(), HasSubstr("\"style live\" is the one way back from the solid cover to the live one"));
+  EXPECT_THAT(helpText(), HasSubstr("\"style live\" is the only way back from the solid cover to the live one"));
   EXPECT_THAT(helpText(), HasSubstr("Exit status: 0 done; 1 "));
-  EXPECT_THAT(helpText(), HasSubstr("could not be carried out; 2 no such command."));
-  EXPECT_THAT(helpText(), HasSubstr("it needs no tray, no log and no running Quillfade"));
+  EXPECT_THAT(helpText(), HasSubstr("could not be carried out; 2 the command was not\nunderstood."));
+  EXPECT_THAT(helpText(), HasSubstr("a missing tray or log, or Quillfade not running, does not count"));
   EXPECT_THAT(helpText(), HasSubstr("QUILLFADE_DEMO=1"));
   EXPECT_THAT(helpText(), EndsWith("\n"));
 }
 
 TEST(CommandLine, AComplaintIsOneLineWhateverTheWordIsMadeOf) {
-  EXPECT_EQ(complaint({"\x1B[2J\nforged"}), R"(There is no command "\u{1B}[2J\nforged".)");
-  EXPECT_EQ(complaint({"quit", "\n"}), R"("quit" does not take that many words.)");
+  EXPECT_EQ(complaint({"\x1B[2J\nforged"}), R"(Unknown command "\u{1B}[2J\nforged".)");
+  EXPECT_EQ(complaint({"quit", "\n"}), R"(Too many arguments for "quit".)");
 }
 
 TEST(CommandLine, TheVersionIsOneLine) { EXPECT_EQ(versionText(), "Quillfade 1.1\n"); }

@@ -40,7 +40,7 @@ TEST(DoctorReport, EachFindingIsALineWithItsFixBelowIt) {
 }
 
 TEST(DoctorReport, TheLastLineCountsTheProblems) {
-  EXPECT_THAT(doctorText({fine, lacking}), testing::EndsWith("\nEverything that is needed works.\n"));
+  EXPECT_THAT(doctorText({fine, lacking}), testing::EndsWith("\nEverything required works.\n"));
   EXPECT_THAT(doctorText({broken, broken}), testing::EndsWith("\nThere are 2 problems.\n"));
 }
 
@@ -64,7 +64,7 @@ TEST(DoctorReport, TheRunningInstanceKnowsItsKeys) {
   ASSERT_THAT(findings, SizeIs(2));
   EXPECT_EQ(findings[0], (Finding{.subject = "Control+F9", .detail = "toggle: bound by the running Quillfade"}));
   EXPECT_EQ(findings[1].health, Health::fails);
-  EXPECT_THAT(findings[1].detail, HasSubstr("peek: taken; the running Quillfade was refused it"));
+  EXPECT_THAT(findings[1].detail, HasSubstr("peek: taken; the display server refused it to the running Quillfade"));
   EXPECT_THAT(findings[1].fix, HasSubstr(path));
 }
 
@@ -91,7 +91,7 @@ TEST(DoctorReport, EachFaultInTheRulesIsAProblem) {
   EXPECT_EQ(findings[1].detail, "two");
   EXPECT_THAT(findings[1].fix, HasSubstr(path));
   EXPECT_THAT(rulesFindings({}, false, path), ElementsAre(testing::Field(&Finding::detail, HasSubstr("none"))));
-  EXPECT_THAT(rulesFindings({}, true, path), ElementsAre(testing::Field(&Finding::detail, path + " is understood")));
+  EXPECT_THAT(rulesFindings({}, true, path), ElementsAre(testing::Field(&Finding::detail, path + " is valid")));
 }
 
 TEST(DoctorReport, HotKeysAreTextThatReadsBack) {
@@ -106,7 +106,7 @@ TEST(DoctorReport, HotKeysAreTextThatReadsBack) {
 TEST(DoctorReport, TheWholeReportHoldsEveryKeyAndTheRules) {
   const auto report = examine(false);
   for (const char* part : {"Control+Alt+Super+D", "Control+Alt+Super+P", "Control+Alt+Super+A", "Control+Alt+Super+F",
-                           "Rules of your own", "Quillfade is not running."}) {
+                           "Your rules", "Quillfade is not running."}) {
     EXPECT_THAT(report.output, HasSubstr(part));
   }
   EXPECT_THAT(examine(true).output, testing::StartsWith("{\"works\": "));
@@ -117,8 +117,8 @@ TEST(DoctorReport, AStoredAreaThatTheMenuCannotShowIsAProblem) {
   for (const char* area : {"{{0, 0}, {1e300, 600}}", "{{0, 0}, {600, 1e19}}"}) {
     ASSERT_THAT(findings(area), SizeIs(1)) << area;
     EXPECT_EQ(findings(area)[0].health, Health::fails);
-    EXPECT_THAT(findings(area)[0].detail, HasSubstr("opening it ends Quillfade"));
-    EXPECT_THAT(findings(area)[0].fix, HasSubstr("\"region\" out of /settings.json"));
+    EXPECT_THAT(findings(area)[0].detail, HasSubstr("opening the menu ends Quillfade"));
+    EXPECT_THAT(findings(area)[0].fix, HasSubstr("\"region\" from /settings.json"));
   }
   EXPECT_THAT(findings("{{0, 0}, {1e300, 600}}")[0].detail, HasSubstr("1e+300 × 600 points"));
   for (const char* area : {"{{1e300, 0}, {500, 600}}", "{{0, 0}, {1e18, 600}}", "{{0, 0}, {1e300, 5}}", "nonsense"}) {

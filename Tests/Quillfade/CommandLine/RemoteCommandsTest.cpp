@@ -20,7 +20,7 @@ using testing::SizeIs;
 
 const RemoteReply done{exitstatus::success, ""};
 const RemoteReply settingsOpened{exitstatus::failure,
-                                 "The live style lacks permission; the system settings were opened.\n"};
+                                 "The live style has no permission; the system settings have been opened.\n"};
 
 class RemoteCommands : public CommandsTest {
  protected:
@@ -171,8 +171,9 @@ TEST_F(RemoteCommands, TheUserWhoPrefersTheSolidCoverGetsItWhateverTheStyleWas) 
   for (const CoverStyle before : allCoverStyles) {
     overlay().setStyle(before);
     desktop.dialogs().answerWith(useSolidCover);
-    EXPECT_EQ(run({"style", "live"}),
-              (RemoteReply{exitstatus::failure, "The live style lacks permission; the solid cover was chosen.\n"}));
+    EXPECT_EQ(
+        run({"style", "live"}),
+        (RemoteReply{exitstatus::failure, "The live style has no permission; the solid cover has been chosen.\n"}));
     EXPECT_EQ(overlay().style(), CoverStyle::solid);
   }
   EXPECT_THAT(alerts(), SizeIs(2));
@@ -205,8 +206,9 @@ TEST_F(RemoteCommands, ASecondCommandThatWouldAskIsAFailureAtOnce) {
       while (desktop.runLoop().runOne()) {
       }
       ASSERT_FALSE(replies.empty());
-      EXPECT_EQ(replies.back(), (RemoteReply{exitstatus::failure,
-                                             "A question of Quillfade's waits on the screen: answer it first.\n"}));
+      EXPECT_EQ(
+          replies.back(),
+          (RemoteReply{exitstatus::failure, "Quillfade is waiting for an answer on the screen: answer that first.\n"}));
     }
   });
   desktop.dialogs().answerWith(useSolidCover);
@@ -295,8 +297,8 @@ TEST_F(RemoteCommands, WindowsThatCannotBeListedAreAFailureWithTheServicesReason
 TEST_F(RemoteCommands, WordsThatAreNotACommandChangeNothing) {
   launch();
   desktop.record().clear();
-  EXPECT_EQ(run({"explode"}), (RemoteReply{exitstatus::usage, "There is no command \"explode\".\n"}));
-  EXPECT_EQ(run({"style"}), (RemoteReply{exitstatus::usage, "A style is \"solid\" or \"live\".\n"}));
+  EXPECT_EQ(run({"explode"}), (RemoteReply{exitstatus::usage, "Unknown command \"explode\".\n"}));
+  EXPECT_EQ(run({"style"}), (RemoteReply{exitstatus::usage, "style accepts \"solid\" or \"live\".\n"}));
   EXPECT_THAT(desktop.record().entries(), IsEmpty());
 }
 
@@ -357,7 +359,7 @@ TEST_F(OnlyInstance, TheSecondOneSaysSoAndDoesNotRun) {
   desktop.remoteControl().nextClaim = platform::RemoteControl::Claim::taken;
   const Overheard output(std::cout);
   EXPECT_EQ(runOnlyInstance(desktop), 0);
-  EXPECT_EQ(output.text(), "Quillfade is running already.\n");
+  EXPECT_EQ(output.text(), "Quillfade is already running.\n");
   EXPECT_THAT(desktop.record().entries(), ElementsAre("claim the remote control"));
 }
 
@@ -368,12 +370,12 @@ TEST_F(OnlyInstance, ASecondOneAskedToDemonstrateSaysThatItCannot) {
   const Overheard errors(std::cerr);
   EXPECT_EQ(runOnlyInstance(desktop), exitstatus::failure);
   EXPECT_EQ(errors.text(),
-            "Quillfade is running already, and QUILLFADE_DEMO=1 counts only at a start: quit it first.\n");
+            "Quillfade is already running, and QUILLFADE_DEMO=1 works only at startup: quit it first.\n");
   EXPECT_EQ(output.text(), "");
   EXPECT_THAT(desktop.record().entries(), ElementsAre("claim the remote control"));
   desktop.process().environment["QUILLFADE_DEMO"] = "true";
   EXPECT_EQ(runOnlyInstance(desktop), 0);
-  EXPECT_EQ(output.text(), "Quillfade is running already.\n");
+  EXPECT_EQ(output.text(), "Quillfade is already running.\n");
 }
 
 TEST_F(OnlyInstance, ARulesFileThatCannotBeReadIsReportedOnceAtTheStart) {

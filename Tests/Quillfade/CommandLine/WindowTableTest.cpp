@@ -35,7 +35,7 @@ TEST_F(WindowTable, WithoutWindowsOnlyTheHeadingIsPrinted) {
 TEST_F(WindowTable, EveryColumnStartsAtOnePlace) {
   EXPECT_THAT(lines({listedWindow(7, "Editor", 0, {720, 450}), listedWindow(1234567, "Gromit-mpx", 500)}),
               ElementsAre("ID       OWNER       LAYER  SIZE      COVERS  LIVE COPY  WHY",
-                          "7        Editor      0      720x450   25%     kept       no large overlay",
+                          "7        Editor      0      720x450   25%     kept       not a large overlay",
                           "1234567  Gromit-mpx  500    1440x900  100%    left out   large, on an overlay layer"));
 }
 
@@ -45,13 +45,13 @@ TEST_F(WindowTable, EachJudgementComesWithItsReason) {
   EXPECT_THAT(line(hidden), EndsWith("kept       not on screen"));
   EXPECT_THAT(line(listedWindow(1, own, 0, {10, 10})), EndsWith("left out   belongs to Quillfade"));
   EXPECT_THAT(line(listedWindow(1, "Ink", 500)), EndsWith("left out   large, on an overlay layer"));
-  EXPECT_THAT(line(listedWindow(1, "Ink", 500, {100, 100})), EndsWith("kept       no large overlay"));
-  EXPECT_THAT(line(listedWindow(1, "Ink", 499)), EndsWith("kept       no large overlay"));
-  EXPECT_THAT(line(listedWindow(1, "zoom", 1)), EndsWith("left out   large, floating, of a conferencing program"));
+  EXPECT_THAT(line(listedWindow(1, "Ink", 500, {100, 100})), EndsWith("kept       not a large overlay"));
+  EXPECT_THAT(line(listedWindow(1, "Ink", 499)), EndsWith("kept       not a large overlay"));
+  EXPECT_THAT(line(listedWindow(1, "zoom", 1)), EndsWith("left out   large floating window of a conferencing program"));
   EXPECT_THAT(line(listedWindow(1, "zoom", 0)),
-              EndsWith("kept       of a conferencing program, but small or not floating"));
+              EndsWith("kept       belongs to a conferencing program, but is small or not floating"));
   EXPECT_THAT(line(listedWindow(1, "zoom", 1, {100, 100})),
-              EndsWith("kept       of a conferencing program, but small or not floating"));
+              EndsWith("kept       belongs to a conferencing program, but is small or not floating"));
 }
 
 TEST_F(WindowTable, AScreenWithoutAnAreaIsSaidToHaveNone) {
@@ -62,7 +62,8 @@ TEST_F(WindowTable, AScreenWithoutAnAreaIsSaidToHaveNone) {
 TEST_F(WindowTable, AWindowBeyondMeasureIsListedWithoutNumbers) {
   constexpr double endless = std::numeric_limits<double>::infinity();
   for (const platform::Size size : {platform::Size{endless, 900}, {1e200, 1e200}}) {
-    EXPECT_THAT(line(listedWindow(1, "Ink", 500, size)), EndsWith("-       kept       its size is beyond measure"));
+    EXPECT_THAT(line(listedWindow(1, "Ink", 500, size)),
+                EndsWith("-       kept       its size is not a finite number"));
   }
   // Finite, but not a number that anyone could read.
   EXPECT_THAT(line(listedWindow(1, "Ink", 500, {1e120, 2})), HasSubstr("-x2"));
@@ -89,25 +90,25 @@ TEST_F(WindowTable, NoOwnerCanForgeALineOrHideOne) {
 
 TEST_F(WindowTable, MultibyteLettersTakeOneColumn) {
   const auto table = lines({listedWindow(1, "R\xC3\xA9sum\xC3\xA9", 0), listedWindow(2, "Resume", 0)});
-  EXPECT_EQ(table[1], "1   R\xC3\xA9sum\xC3\xA9  0      1440x900  100%    kept       no large overlay");
-  EXPECT_EQ(table[2], "2   Resume  0      1440x900  100%    kept       no large overlay");
+  EXPECT_EQ(table[1], "1   R\xC3\xA9sum\xC3\xA9  0      1440x900  100%    kept       not a large overlay");
+  EXPECT_EQ(table[2], "2   Resume  0      1440x900  100%    kept       not a large overlay");
 }
 
 TEST_F(WindowTable, ARuleOfTheUsersIsNamedWhereItDecided) {
   desktop.rulesFile().content =
       platform::RulesFileEntries{{"alwaysExclude", "1", "Note*"}, {"neverExclude", "1", "Ink"}};
-  EXPECT_THAT(line(listedWindow(1, "Notebook", 0, {10, 10})),
-              EndsWith("left out   always left out by a rule of yours: \"Note*\""));
-  EXPECT_THAT(line(listedWindow(1, "Ink", 500)), EndsWith("kept       never left out by a rule of yours: \"Ink\""));
+  EXPECT_THAT(line(listedWindow(1, "Notebook", 0, {10, 10})), EndsWith("left out   left out by your rule: \"Note*\""));
+  EXPECT_THAT(line(listedWindow(1, "Ink", 500)), EndsWith("kept       kept by your rule: \"Ink\""));
   EXPECT_THAT(line(listedWindow(1, "Other", 500)), EndsWith("left out   large, on an overlay layer"));
 }
 
 TEST_F(WindowTable, AWindowKeptForTakingThePointerNamesTheRuleThatWouldLeaveItOut) {
   auto sheet = listedWindow(1, "Qt\nInk", 101);
   sheet.sheet = platform::ScreenSheet::takesPointer;
-  EXPECT_THAT(line(sheet), EndsWith(R"(kept       takes the pointer; if it is ink: "alwaysExclude": ["Qt\nInk"])"));
+  EXPECT_THAT(line(sheet),
+              EndsWith(R"(kept       takes the pointer; if it is an annotation: "alwaysExclude": ["Qt\nInk"])"));
   sheet.sheet = platform::ScreenSheet::perhapsLocker;
-  EXPECT_THAT(line(sheet), EndsWith("kept       takes the pointer and could be a lock screen; if it is ink: "
+  EXPECT_THAT(line(sheet), EndsWith("kept       takes the pointer and could be a lock screen; if it is an annotation: "
                                     R"("alwaysExclude": ["Qt\nInk"])"));
   sheet.owningApplication.reset();
   EXPECT_THAT(line(sheet), EndsWith("kept       takes the pointer and could be a lock screen"));

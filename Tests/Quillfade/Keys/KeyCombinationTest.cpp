@@ -45,9 +45,9 @@ TEST(KeyCombination, AnythingElseIsRefusedWithASentence) {
   EXPECT_EQ(complaint("Control+Alt+Nose"), "There is no key \"Nose\".");
   EXPECT_EQ(complaint(""), "There is no key \"\".");
   EXPECT_EQ(complaint("Control+"), "There is no key \"\".");
-  EXPECT_EQ(complaint("Shift+D"), "\"Shift\" is none of Control, Alt and Super.");
-  EXPECT_EQ(complaint("+D"), "\"\" is none of Control, Alt and Super.");
-  EXPECT_EQ(complaint("Control++D"), "\"\" is none of Control, Alt and Super.");
+  EXPECT_EQ(complaint("Shift+D"), "\"Shift\" is not Control, Alt or Super.");
+  EXPECT_EQ(complaint("+D"), "\"\" is not Control, Alt or Super.");
+  EXPECT_EQ(complaint("Control++D"), "\"\" is not Control, Alt or Super.");
   EXPECT_EQ(complaint("F9"), "A hot key needs Control, Alt or Super.");
 }
 

@@ -52,14 +52,14 @@ TEST_F(UserRulesTest, EachFaultyEntryIsNamedAndTheOthersHold) {
                            {"hotKeys", "peek", std::nullopt},
                            {"hotKeys", "toggle", "Control+Nose"},
                            {"hotKeys", "whole-screen", "Control+F9"}});
-  const std::string window = "A window goes by its owner or its class: a text, as in \"Gromit-mpx\" or \"zoom*\".";
-  EXPECT_THAT(read.faults,
-              ElementsAre("alwaysExclude 2: " + window, "alwaysExclude 3: " + window,
-                          "neverExclude: This is a list of texts, in square brackets.",
-                          R"(colo\nur: There are only alwaysExclude, neverExclude and hotKeys.)",
-                          "hotKeys jump: Hot keys have the names toggle, peek, select-area and whole-screen.",
-                          "hotKeys peek: A hot key is a text, as in \"Control+Alt+F9\".",
-                          R"(hotKeys toggle: There is no key \"Nose\".)"));
+  const std::string window =
+      "A window is named by its owner or its class, as a string like \"Gromit-mpx\" or \"zoom*\".";
+  EXPECT_THAT(read.faults, ElementsAre("alwaysExclude 2: " + window, "alwaysExclude 3: " + window,
+                                       "neverExclude: This must be a list of strings, in square brackets.",
+                                       R"(colo\nur: Only alwaysExclude, neverExclude and hotKeys are allowed.)",
+                                       "hotKeys jump: The hot keys are toggle, peek, select-area and whole-screen.",
+                                       "hotKeys peek: A hot key is a string like \"Control+Alt+F9\".",
+                                       R"(hotKeys toggle: There is no key \"Nose\".)"));
   EXPECT_THAT(read.windows, ElementsAre(WindowRule{"zoom", true}));
   EXPECT_EQ(combination(read, 0), "Control+Alt+Super+D");
   EXPECT_EQ(combination(read, 3), "Control+F9");
@@ -74,8 +74,8 @@ TEST_F(UserRulesTest, TwoHotKeysMaySwapCombinations) {
 
 TEST_F(UserRulesTest, OneCombinationForTwoHotKeysLeavesAllAsBuiltIn) {
   const auto read = rules({{"hotKeys", "peek", "Control+Alt+Super+D"}, {"hotKeys", "whole-screen", "Control+F9"}});
-  EXPECT_THAT(read.faults, ElementsAre("hotKeys: Control+Alt+Super+D is the key of both toggle and peek, so all four "
-                                       "stay as built in."));
+  EXPECT_THAT(read.faults, ElementsAre("hotKeys: Control+Alt+Super+D is set for both toggle and peek, so all four "
+                                       "keep their built-in keys."));
   EXPECT_EQ(read.hotKeys, builtInHotKeys);
 }
 
