@@ -55,6 +55,8 @@ struct CaptureDisplay {
 struct ShareableContent {
   std::vector<CaptureDisplay> displays;
   std::vector<CaptureWindow> windows;
+  // There are programs of whose windows the service knows nothing: they are seen, whatever is left out.
+  bool isPartial = false;
 };
 
 struct ShareableContentOptions {

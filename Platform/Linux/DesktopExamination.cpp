@@ -69,10 +69,18 @@ Finding displayFinding(const std::expected<std::unique_ptr<xcb::Connection>, Err
 Finding sessionFinding(const xcb::Connection* connection) {
   if (!(connection != nullptr ? session::isWaylandSession(*connection) : session::isWaylandSession()))
     return {.subject = "Session", .detail = session::sessionType()};
+  if (connection != nullptr) {
+    return {.subject = "Session",
+            .health = Health::limited,
+            .detail =
+                "Wayland: the ink of X11 programs such as gromit-mpx is taken away; that of Wayland programs can "
+                "be neither seen nor taken away",
+            .fix = "Use the solid cover over ink of Wayland programs."};
+  }
   return {.subject = "Session",
           .health = Health::fails,
           .detail = session::waylandSentence,
-          .fix = "Log out, choose a session on X.Org at the login screen, and log in again."};
+          .fix = "Install the package xwayland and log in again, or choose a session on X.Org at the login screen."};
 }
 
 std::vector<Finding> extensionFindings(const xcb::Connection& connection) {

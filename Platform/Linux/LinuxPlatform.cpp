@@ -1,14 +1,15 @@
 #include "Platform/Linux/LinuxPlatform.h"
 
+#include <unistd.h>
 #include <xcb/randr.h>
 
 #include <cstdlib>
 #include <iostream>
 
+#include "Platform/Linux/Holes/SeeThroughVisual.h"
 #include "Platform/Linux/Posix/UserDirectories.h"
 #include "Platform/Linux/Scene/Redirection.h"
 #include "Platform/Linux/Session/Session.h"
-#include "Platform/Linux/Toolkit/QtX11.h"
 
 namespace platform::linux {
 namespace {
@@ -23,7 +24,6 @@ std::unique_ptr<xcb::Connection> openConnection() {
   if (!connection)
     endProcess((session::isWaylandSession() ? std::string{session::waylandSentence} + ' ' : "") +
                connection.error().localizedDescription);
-  if (session::isWaylandSession(**connection)) std::cerr << "quillfade: " << session::waylandSentence << std::endl;
   return std::move(*connection);
 }
 
@@ -52,12 +52,38 @@ std::unique_ptr<scene::Redirection> redirectWindows(xcb::Connection& connection,
   return std::make_unique<scene::Redirection>(connection, scene.windows(), ownClients);
 }
 
+// No other process that runs now has the same.
+std::uint32_t holeToken() { return static_cast<std::uint32_t>(getpid()); }
+
+std::optional<holes::HoleGuard> makeGuard(const xcb::Connection& connection) {
+  if (!session::isWaylandSession(connection)) return std::nullopt;
+  return holes::HoleGuard(holeToken());
+}
+
+// Where the X server does not have the screen, ink is taken away instead of being left out of a copy.
+std::shared_ptr<holes::HoleEngine> makeHoles(xcb::Connection& connection, scene::Scene& scene, RunLoop& runLoop,
+                                             const std::vector<std::uint32_t>& ownClients) {
+  if (!session::isWaylandSession(connection)) return nullptr;
+  return std::make_shared<holes::HoleEngine>(connection, scene, runLoop, ownClients, holeToken());
+}
+
+std::vector<std::string> missingExtensions(const xcb::Connection& connection, bool usesHoles) {
+  return usesHoles ? holes::extensionsMissingForHoles(connection) : connection.missingExtensions();
+}
+
+// Where the desktop itself is to be seen through our windows: by their shape alone if need be.
+std::optional<xcb_visualid_t> visualOfOverlays(const xcb::Connection& connection, bool usesHoles) {
+  if (!usesHoles) return std::nullopt;
+  return holes::seeThroughVisual(connection).value_or(connection.rootVisual());
+}
+
 std::string programPath() { return QCoreApplication::applicationFilePath().toStdString(); }
 
 }  // namespace
 
 LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
     : connection_(openConnection()),
+      guard_(makeGuard(*connection_)),
       application_(arguments),
       ownClients_(resourceBases(*connection_)),
       mark_(*connection_, ownClients_),
@@ -68,18 +94,19 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       scene_(*connection_),
       windowList_(*connection_, scene_, ownClients_),
       redirection_(redirectWindows(*connection_, scene_, ownClients_)),
+      holes_(makeHoles(*connection_, scene_, runLoop_, ownClients_)),
       stage_(*connection_, scene_, windowList_, runLoop_),
       sessionLock_(*connection_, scene_, windowList_, runLoop_),
-      windows_({*connection_, stage_, screens_, runLoop_}),
-      capture_(*connection_, screens_, runLoop_, ownClients_, windowList_, stage_),
+      windows_({*connection_, stage_, screens_, runLoop_, visualOfOverlays(*connection_, holes_ != nullptr)}),
+      capture_(*connection_, screens_, runLoop_, ownClients_, windowList_, stage_, holes_.get()),
       hostMenus_(scene_, windowList_),
       statusBar_(runLoop_, hostMenus_),
       hotKeys_(*connection_),
       loginItem_(posix::configurationDirectory(), programPath()),
-      workspace_(connection_->missingExtensions(),
-                 session::isWaylandSession(*connection_) ? session::waylandSentence : ""),
+      workspace_(missingExtensions(*connection_, holes_ != nullptr)),
       events_(*connection_, [this](const xcb_generic_event_t& event) { handle(event); }, [this] { settle(); }) {
   scene_.addListener(windowList_);
+  if (holes_) windowList_.setShapedByOwner([this](xcb_window_t window) { return holes_->isShapedByOwner(window); });
   // Needed even if nothing is captured: a window that covers a whole monitor may be a locker.
   selectScreenEvents(*connection_);
   windowList_.setScreens(screens_.geometries());

@@ -4,11 +4,14 @@
 // before it.
 #pragma once
 
+#include <optional>
 #include <span>
 
 #include "Platform/Linux/Cover/ClickThroughWindow.h"
 #include "Platform/Linux/Cover/OverlayStage.h"
 #include "Platform/Linux/DesktopWindows.h"
+#include "Platform/Linux/Holes/HoleEngine.h"
+#include "Platform/Linux/Holes/HoleGuard.h"
 #include "Platform/Linux/Input/HotKeys.h"
 #include "Platform/Linux/Posix/CrashSignals.h"
 #include "Platform/Linux/Posix/PosixFiles.h"
@@ -75,6 +78,8 @@ class LinuxPlatform final : public Platform {
   // The product's own connection, apart from Qt's and opened before it: without a display this ends the process with
   // one sentence.
   std::unique_ptr<xcb::Connection> connection_;
+  // A process of its own, so before everything that has threads.
+  std::optional<holes::HoleGuard> guard_;
   toolkit::DesktopApplication application_;
   std::vector<std::uint32_t> ownClients_;
   scene::ProductMark mark_;
@@ -90,7 +95,8 @@ class LinuxPlatform final : public Platform {
   views::DesktopViews views_;
   scene::Scene scene_;
   scene::WindowList windowList_;
-  std::unique_ptr<scene::Redirection> redirection_;  // only where anything can be captured
+  std::unique_ptr<scene::Redirection> redirection_;  // only where pictures are copied
+  std::shared_ptr<holes::HoleEngine> holes_;         // only where none are
   cover::OverlayStage stage_;
   session::DesktopSessionLock sessionLock_;
   DesktopWindows windows_;

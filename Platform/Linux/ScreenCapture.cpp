@@ -4,15 +4,14 @@
 #include <utility>
 
 #include "Platform/Linux/EngineLog.h"
-#include "Platform/Linux/Session/Session.h"
 
 namespace platform::linux {
 
 ScreenCapture::ScreenCapture(xcb::Connection& connection, const toolkit::DesktopScreens& screens, RunLoop& runLoop,
                              std::vector<std::uint32_t> ownClients, scene::WindowList& windows,
-                             cover::OverlayStage& stage)
+                             cover::OverlayStage& stage, holes::HoleEngine* holes)
     : connection_(connection),
-      isWayland_(session::isWaylandSession(connection)),
+      holes_(holes),
       screens_(screens),
       runLoop_(runLoop),
       ownClients_(std::move(ownClients)),
@@ -51,6 +50,7 @@ void ScreenCapture::shareableContent(ShareableContentOptions options, ContentCom
 
 // A window of ours that is about to appear belongs on the list; otherwise the next look would find a change.
 void ScreenCapture::settle() {
+  if (holes_) holes_->settle();
   if (stage_.awaitsWindows()) return;
   for (auto& request : std::exchange(waiting_, {})) {
     runLoop_.post(
@@ -58,9 +58,12 @@ void ScreenCapture::settle() {
   }
 }
 
+std::vector<std::string> ScreenCapture::missingExtensions() const {
+  return holes_ ? holes::extensionsMissingForHoles(connection_) : connection_.missingExtensions();
+}
+
 std::expected<ShareableContent, Error> ScreenCapture::content(const ShareableContentOptions& options) {
-  if (isWayland_) return std::unexpected(Error{session::waylandSentence});
-  if (!preflight()) return std::unexpected(Error{xcb::missingExtensionsSentence(connection_.missingExtensions())});
+  if (!preflight()) return std::unexpected(Error{xcb::missingExtensionsSentence(missingExtensions())});
   ShareableContent result;
   for (const auto& screen : screens_.all()) {
     if (screen.displayID) result.displays.push_back({*screen.displayID});
@@ -68,6 +71,7 @@ std::expected<ShareableContent, Error> ScreenCapture::content(const ShareableCon
   checkBackground();
   windows_.setScreens(screens_.geometries());
   result.windows = windows_.windows(options);
+  result.isPartial = holes_ != nullptr;
   qCDebug(engineLog) << result.windows.size() << "windows on" << result.displays.size() << "displays";
   return result;
 }
@@ -81,11 +85,21 @@ std::shared_ptr<platform::CaptureStream> ScreenCapture::makeStream(const Content
   settings.ownClients = ownClients_;
   settings.serial = ++streamCount_;
   qCDebug(engineLog) << "stream" << settings.serial << "without" << settings.excludedWindows;
+  std::shared_ptr<platform::CaptureStream> stream;
+  if (holes_)
+    stream = holes_->makeStream(std::move(settings), std::move(delegate));
+  else
+    stream = makeCopyingStream(std::move(settings), std::move(delegate));
+  // A stream is often made because other windows are to be left out, and those may be overlapped, too.
+  stage_.reconsider();
+  return stream;
+}
+
+std::shared_ptr<stream::CaptureStream> ScreenCapture::makeCopyingStream(stream::CaptureStreamSettings settings,
+                                                                        std::weak_ptr<StreamDelegate> delegate) {
   auto stream = std::make_shared<stream::CaptureStream>(std::move(settings), std::move(delegate));
   streams_.push_back(stream);
   watchBackground();
-  // A stream is often made because other windows are to be left out, and those may be overlapped, too.
-  stage_.reconsider();
   return stream;
 }
 

@@ -1,7 +1,8 @@
 // The capture service of an X11 desktop, and the permission to use it.
 //
-// X11 asks nobody's permission. Capturing is allowed wherever the server has the extensions it needs, except on the X
-// server of a Wayland session, which has only part of what is on the screen.
+// X11 asks nobody's permission. Capturing is allowed wherever the server has the extensions it needs. The X server of a
+// Wayland session has only part of what is on the screen: nothing is copied there, but the windows that are left out
+// are held open.
 // Threads, ownership, failure: as the ports say.
 #pragma once
 
@@ -15,6 +16,7 @@
 #include "Platform/Capture.h"
 #include "Platform/Linux/Compositor/RootBackground.h"
 #include "Platform/Linux/Cover/OverlayStage.h"
+#include "Platform/Linux/Holes/HoleEngine.h"
 #include "Platform/Linux/Scene/WindowList.h"
 #include "Platform/Linux/Stream/CaptureStream.h"
 #include "Platform/Linux/Toolkit/DesktopScreens.h"
@@ -26,9 +28,10 @@ namespace platform::linux {
 
 class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
  public:
-  // `ownClients`: the resource bases of this program's connections.
+  // `ownClients`: the resource bases of this program's connections. Without `holes`, pictures are copied.
   ScreenCapture(xcb::Connection& connection, const toolkit::DesktopScreens& screens, RunLoop& runLoop,
-                std::vector<std::uint32_t> ownClients, scene::WindowList& windows, cover::OverlayStage& stage);
+                std::vector<std::uint32_t> ownClients, scene::WindowList& windows, cover::OverlayStage& stage,
+                holes::HoleEngine* holes);
   ~ScreenCapture() override;
   ScreenCapture(const ScreenCapture&) = delete;
   ScreenCapture& operator=(const ScreenCapture&) = delete;
@@ -42,7 +45,7 @@ class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
   // Answers requests that wait for an event. Call it after each batch of events.
   void settle();
 
-  [[nodiscard]] bool preflight() override { return !isWayland_ && connection_.missingExtensions().empty(); }
+  [[nodiscard]] bool preflight() override { return missingExtensions().empty(); }
   bool request() override { return preflight(); }
 
  private:
@@ -51,14 +54,17 @@ class ScreenCapture final : public CaptureService, public ScreenCaptureAccess {
     ContentCompletion completion;
   };
 
+  [[nodiscard]] std::vector<std::string> missingExtensions() const;
   [[nodiscard]] std::expected<ShareableContent, Error> content(const ShareableContentOptions& options);
   [[nodiscard]] xcb::ScreenGeometry geometry(const CaptureDisplay& display) const;
+  [[nodiscard]] std::shared_ptr<stream::CaptureStream> makeCopyingStream(stream::CaptureStreamSettings settings,
+                                                                         std::weak_ptr<StreamDelegate> delegate);
   void contentChanged();
   void watchBackground();
   void checkBackground();
 
   xcb::Connection& connection_;
-  bool isWayland_;
+  holes::HoleEngine* holes_;
   const toolkit::DesktopScreens& screens_;
   RunLoop& runLoop_;
   std::vector<std::uint32_t> ownClients_;

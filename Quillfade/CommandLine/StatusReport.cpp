@@ -1,5 +1,6 @@
 #include "Quillfade/CommandLine/StatusReport.h"
 
+#include <algorithm>
 #include <string>
 
 #include "Quillfade/Basics/Fatal.h"
@@ -22,20 +23,29 @@ std::string areaJson(const std::optional<platform::Rect>& region) {
          numberText(region->width()) + R"(, "height": )" + numberText(region->height()) + "}";
 }
 
+// Empty where there is nothing to be said.
+std::string note(const OverlayController& overlay) {
+  if (!std::ranges::any_of(overlay.liveMirrors(), [](const auto& mirror) { return mirror->mayMissInk(); })) return {};
+  return "no ink window can be seen here; if there is ink all the same, only the solid cover hides it";
+}
+
 const char* boolWord(bool value) { return value ? "true" : "false"; }
 
 }  // namespace
 
 std::string statusText(const OverlayController& overlay) {
+  const std::string noted = note(overlay);
   return std::string{"Annotations: "} + (overlay.isEnabled() ? "hidden" : "shown") + '\n' +
          "Area:        " + areaText(overlay.region()) + '\n' + "Style:       " + styleWord(overlay.style()) + '\n' +
-         "Outline:     " + (overlay.showsOutline() ? "on" : "off") + '\n';
+         "Outline:     " + (overlay.showsOutline() ? "on" : "off") + '\n' +
+         (noted.empty() ? "" : "Note:        " + noted + '\n');
 }
 
 std::string statusJson(const OverlayController& overlay) {
+  const std::string noted = note(overlay);
   return std::string{R"({"enabled": )"} + boolWord(overlay.isEnabled()) + R"(, "style": ")" +
          styleWord(overlay.style()) + R"(", "outline": )" + boolWord(overlay.showsOutline()) + R"(, "region": )" +
-         areaJson(overlay.region()) + "}\n";
+         areaJson(overlay.region()) + (noted.empty() ? "" : R"(, "note": ")" + noted + '"') + "}\n";
 }
 
 }  // namespace quillfade

@@ -87,7 +87,13 @@ std::string windowTable(const platform::ShareableContent& content, const std::op
   std::vector<Row> rows{{"ID", "OWNER", "LAYER", "SIZE", "COVERS", "LIVE COPY", "WHY"}};
   const auto rules = userRules(platform.rulesFile()).windows;
   for (const auto& window : content.windows) rows.push_back(rowOf(window, *screen, ownIdentifier, rules));
-  return layOut(rows);
+  std::string text = layOut(rows);
+  if (content.isPartial) {
+    text +=
+        "Windows of Wayland programs are not on this list: their ink cannot be taken away here, and only the solid "
+        "cover hides it.\n";
+  }
+  return text;
 }
 
 }  // namespace quillfade

@@ -36,6 +36,8 @@ class LiveMirror final : public platform::StreamOutput,
   [[nodiscard]] bool isShowing() const { return isShowing_; }
   [[nodiscard]] std::int64_t generation() const { return generation_; }
   [[nodiscard]] const std::string& currentExclusionKey() const { return currentExclusionKey_; }
+  // No window of another program is left out, and there may be ink in one that nobody can see.
+  [[nodiscard]] bool mayMissInk() const { return mayMissInk_; }
   [[nodiscard]] const std::shared_ptr<platform::CaptureStream>& stream() const { return stream_; }
   [[nodiscard]] const std::shared_ptr<MirrorView>& mirrorView() const { return mirrorView_; }
 
@@ -51,9 +53,9 @@ class LiveMirror final : public platform::StreamOutput,
 
   [[nodiscard]] std::optional<ScreenInfo> screenInfo() const;
   [[nodiscard]] bool isStale(std::int64_t startGeneration) const;
-  // By the current rules, the user's included.
+  // By the current rules, the user's included. Notes whether that may miss ink.
   [[nodiscard]] std::vector<platform::CaptureWindow> excluded(const platform::ShareableContent& content,
-                                                              const platform::Screen& screen) const;
+                                                              const platform::Screen& screen);
   [[nodiscard]] platform::StreamConfiguration configuration(const ScreenInfo& info) const;
 
   void start();
@@ -94,6 +96,7 @@ class LiveMirror final : public platform::StreamOutput,
   std::int64_t generation_ = 0;
   bool isShowing_ = false;
   bool didLogFirstFrame_ = false;
+  bool mayMissInk_ = false;
 };
 
 }  // namespace quillfade

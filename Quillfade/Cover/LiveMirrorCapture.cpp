@@ -104,9 +104,12 @@ Task LiveMirror::runStart(std::weak_ptr<LiveMirror> weakMirror, std::int64_t sta
 }
 
 std::vector<platform::CaptureWindow> LiveMirror::excluded(const platform::ShareableContent& content,
-                                                          const platform::Screen& screen) const {
-  return excludedWindows(content, screen, platform_.process().bundleIdentifier(),
-                         userRules(platform_.rulesFile()).windows);
+                                                          const platform::Screen& screen) {
+  const auto own = platform_.process().bundleIdentifier();
+  auto excluded = excludedWindows(content, screen, own, userRules(platform_.rulesFile()).windows);
+  const auto isOwn = [&](const platform::CaptureWindow& window) { return ownerIdentifier(window) == own; };
+  mayMissInk_ = content.isPartial && std::ranges::all_of(excluded, isOwn);
+  return excluded;
 }
 
 void LiveMirror::startFailed(const platform::Error& error) {

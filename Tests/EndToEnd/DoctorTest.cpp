@@ -140,10 +140,16 @@ TEST_F(Doctor, WithoutADisplayItSaysWhatItCan) {
   EXPECT_THAT(answer.output, says("note", "Control.Alt.Super.D", "could not be tested"));
 }
 
-TEST_F(Doctor, InAWaylandSessionItSaysThatTheLiveStyleNeedsX11) {
+TEST_F(Doctor, InAWaylandSessionItSaysWhoseInkIsTakenAway) {
   const Answer answer = examine({{"XDG_SESSION_TYPE", "wayland"}});
+  EXPECT_THAT(answer.output, says("note", "Session", "the ink of X11 programs such as gromit-mpx is taken away"));
+  EXPECT_THAT(answer.output, HasSubstr("Use the solid cover over ink of Wayland programs."));
+}
+
+TEST_F(Doctor, InAWaylandSessionWithoutAnXServerItSaysWhatIsMissing) {
+  const Answer answer = examine({{"XDG_SESSION_TYPE", "wayland"}, {"DISPLAY", ""}});
   EXPECT_EQ(answer.status, 1);
-  EXPECT_THAT(answer.output, says("problem", "Session", "the live style needs"));
+  EXPECT_THAT(answer.output, says("problem", "Session", "without Xwayland"));
 }
 
 class WithoutDamage : public Doctor {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Platform/Linux/Holes/SeeThroughFrame.h"
 #include "Platform/Linux/Views/OverlayDescription.h"
 #include "Platform/Linux/Views/Views.h"
 
@@ -12,7 +13,7 @@ ClickThroughWindow::ClickThroughWindow(const Surroundings& surroundings, const W
       backgroundColor_(attributes.backgroundColor),
       frame_(attributes.contentRect),
       window_(surroundings.connection, xcb::toCapturedPixels(frame_, surroundings.screens.geometries()),
-              appearanceOf({}, attributes.backgroundColor, 1, 1)),
+              appearanceOf({}, attributes.backgroundColor, 1, 1), surroundings.seeThroughVisual),
       palette_([this] { viewsChanged(); }) {
   surroundings_.stage.add(window_);
 }
@@ -71,6 +72,7 @@ void ClickThroughWindow::update() {
 }
 
 bool ClickThroughWindow::presentSample(std::shared_ptr<const SampleBuffer> sample) {
+  if (std::dynamic_pointer_cast<const holes::SeeThroughFrame>(sample)) return window_.showThrough();
   auto frame = std::dynamic_pointer_cast<const stream::Frame>(std::move(sample));
   if (!frame) return false;
   waitingFrames_.push_back(std::move(frame));

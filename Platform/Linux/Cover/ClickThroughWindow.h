@@ -8,6 +8,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "Platform/Linux/Cover/OverlayStage.h"
@@ -26,6 +27,7 @@ class ClickThroughWindow final : public Window, private views::ViewHost {
     OverlayStage& stage;
     const toolkit::DesktopScreens& screens;
     RunLoop& runLoop;
+    std::optional<xcb_visualid_t> seeThroughVisual = std::nullopt;  // where frames may be without pixels
   };
 
   ClickThroughWindow(const Surroundings& surroundings, const WindowAttributes& attributes);

@@ -16,30 +16,32 @@ namespace {
 
 std::uint8_t channel(stream::Argb color, unsigned shift) { return static_cast<std::uint8_t>(color >> shift); }
 
-const xcb_visualtype_t* findVisual(const xcb::Connection& connection) {
+const xcb_visualtype_t* findVisual(const xcb::Connection& connection, xcb_visualid_t visual) {
   auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection.get()));
   for (; screens.rem > 0; xcb_screen_next(&screens)) {
     auto depths = xcb_screen_allowed_depths_iterator(screens.data);
     for (; depths.rem > 0; xcb_depth_next(&depths)) {
       auto visuals = xcb_depth_visuals_iterator(depths.data);
       for (; visuals.rem > 0; xcb_visualtype_next(&visuals)) {
-        if (visuals.data->visual_id == connection.rootVisual()) return visuals.data;
+        if (visuals.data->visual_id == visual) return visuals.data;
       }
     }
   }
   return nullptr;
 }
 
-// The colour as a pixel of the root window's visual.
-std::uint32_t pixelOf(stream::Argb color, const xcb::Connection& connection) {
-  const xcb_visualtype_t* visual = findVisual(connection);
+// The colour as an opaque pixel of the visual.
+std::uint32_t pixelOf(stream::Argb color, const xcb::Connection& connection, xcb_visualid_t visualId) {
+  const xcb_visualtype_t* visual = findVisual(connection, visualId);
   if (visual == nullptr) return color & 0xFFFFFFU;
+  const std::uint32_t opaque =
+      connection.visualHasAlpha(visualId) ? ~(visual->red_mask | visual->green_mask | visual->blue_mask) : 0;
   const auto placed = [](std::uint8_t value, std::uint32_t mask) {
     if (mask == 0) return 0U;
     const std::uint64_t largest = mask >> std::countr_zero(mask);
     return static_cast<std::uint32_t>((value * largest + 127) / 255) << std::countr_zero(mask);
   };
-  return placed(channel(color, 16), visual->red_mask) | placed(channel(color, 8), visual->green_mask) |
+  return opaque | placed(channel(color, 16), visual->red_mask) | placed(channel(color, 8), visual->green_mask) |
          placed(channel(color, 0), visual->blue_mask);
 }
 
@@ -47,21 +49,21 @@ xcb_render_fixed_t fixed(double value) { return static_cast<xcb_render_fixed_t>(
 
 }  // namespace
 
-OverlayPainter::OverlayPainter(xcb::Connection& connection, xcb_window_t window, std::int32_t width,
-                               std::int32_t height)
+OverlayPainter::OverlayPainter(xcb::Connection& connection, xcb_window_t window, xcb_visualid_t visual,
+                               std::int32_t width, std::int32_t height)
     : connection_(connection),
       window_(window),
+      visual_(visual),
       width_(width),
       height_(height),
       canBlend_(connection.has(xcb::Extension::render) && connection.has(xcb::Extension::xfixes) &&
-                connection.formatOfVisual(connection.rootVisual()) != 0),
+                connection.formatOfVisual(visual) != 0),
       context_(connection.newId()) {
   const std::uint32_t noExposures = 0;
   xcb_create_gc(connection_.get(), context_, window_, XCB_GC_GRAPHICS_EXPOSURES, &noExposures);
   if (!canBlend_) return;
   picture_ = connection_.newId();
-  xcb_render_create_picture(connection_.get(), picture_, window_, connection_.formatOfVisual(connection_.rootVisual()),
-                            0, nullptr);
+  xcb_render_create_picture(connection_.get(), picture_, window_, connection_.formatOfVisual(visual_), 0, nullptr);
 }
 
 OverlayPainter::~OverlayPainter() {
@@ -75,15 +77,30 @@ void OverlayPainter::setAppearance(const OverlayAppearance& appearance) {
     if (appearance.label && canBlend_) label_.emplace(connection_, *appearance.label);
   }
   appearance_ = appearance;
-  const std::uint32_t pixel = pixelOf(appearance.background, connection_);
+  const std::uint32_t pixel = pixelOf(appearance.background, connection_, visual_);
   xcb_change_gc(connection_.get(), context_, XCB_GC_FOREGROUND, &pixel);
   if (!showsPicture_) restoreBackground();
 }
 
 void OverlayPainter::restoreBackground() {
   showsPicture_ = false;
-  const std::uint32_t pixel = pixelOf(appearance_.background, connection_);
+  const std::uint32_t pixel = isSeenThrough_ ? 0 : pixelOf(appearance_.background, connection_, visual_);
   xcb_change_window_attributes(connection_.get(), window_, XCB_CW_BACK_PIXEL, &pixel);
+}
+
+void OverlayPainter::setSeenThrough(bool isSeenThrough) {
+  isSeenThrough_ = isSeenThrough;
+  restoreBackground();
+}
+
+holes::PixelSet OverlayPainter::shownParts() const {
+  const xcb::PixelRect whole{0, 0, width_, height_};
+  const std::int32_t line = appearance_.border ? appearance_.border->width : 0;
+  const xcb::PixelRect within{line, line, width_ - 2 * line, height_ - 2 * line};
+  holes::PixelSet parts =
+      holes::without({whole}, holes::PixelSet{intersection(appearance_.picture.value_or(xcb::PixelRect{}), within)});
+  if (label_) parts.push_back(labelRect());
+  return parts;
 }
 
 // Otherwise the background would flash wherever something above the picture goes away.
@@ -103,12 +120,20 @@ void OverlayPainter::paint(const xcb::PixelRect& part) {
   if (visible.isEmpty()) return;
   const xcb_rectangle_t rectangle = xcb::toRectangle(visible);
   xcb_poly_fill_rectangle(connection_.get(), window_, context_, 1, &rectangle);
+  if (isSeenThrough_ && appearance_.picture) clearPicture(intersection(visible, *appearance_.picture));
   if (!canBlend_) return;
   xcb::Region region(connection_);
   region.set(visible);
   setClip(region.id(), 0, 0);
   blendLabelInClip();
   blendBorderInClip();
+}
+
+void OverlayPainter::clearPicture(const xcb::PixelRect& part) {
+  const auto sized = [](std::int32_t size) { return static_cast<std::uint16_t>(size); };
+  if (part.isEmpty()) return;
+  xcb_clear_area(connection_.get(), 0, window_, static_cast<std::int16_t>(part.x), static_cast<std::int16_t>(part.y),
+                 sized(part.width), sized(part.height));
 }
 
 void OverlayPainter::blendLabel() {

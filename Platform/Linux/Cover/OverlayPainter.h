@@ -17,6 +17,7 @@
 
 #include "Platform/Linux/Cover/LabelPicture.h"
 #include "Platform/Linux/Cover/OverlayAppearance.h"
+#include "Platform/Linux/Holes/PixelSet.h"
 #include "Platform/Linux/Stream/Frame.h"
 #include "Platform/Linux/Stream/LiveTarget.h"
 #include "Platform/Linux/Xcb/Connection.h"
@@ -25,8 +26,9 @@ namespace platform::linux::cover {
 
 class OverlayPainter {
  public:
-  // The window must have the root window's visual.
-  OverlayPainter(xcb::Connection& connection, xcb_window_t window, std::int32_t width, std::int32_t height);
+  // The window must have this visual: the root window's, or one of depth 32.
+  OverlayPainter(xcb::Connection& connection, xcb_window_t window, xcb_visualid_t visual, std::int32_t width,
+                 std::int32_t height);
   ~OverlayPainter();
   OverlayPainter(const OverlayPainter&) = delete;
   OverlayPainter& operator=(const OverlayPainter&) = delete;
@@ -39,6 +41,10 @@ class OverlayPainter {
 
   // No frame is shown any more.
   void restoreBackground();
+  // Lets the desktop be seen where the picture would be. Paints nothing yet.
+  void setSeenThrough(bool isSeenThrough);
+  // What the window itself shows then: all but the picture, and what lies over it.
+  [[nodiscard]] holes::PixelSet shownParts() const;
   // Background, label and border, without the picture.
   void paintAll() { paint({0, 0, width_, height_}); }
   void paint(const xcb::PixelRect& part);
@@ -54,6 +60,7 @@ class OverlayPainter {
 
  private:
   void giveUpBackground();
+  void clearPicture(const xcb::PixelRect& part);
   [[nodiscard]] std::optional<stream::LiveTarget> liveTarget() const;
   void stretch(const stream::Frame& frame, const xcb::PixelRect& target);
   // Without a region: everything.
@@ -63,6 +70,7 @@ class OverlayPainter {
 
   xcb::Connection& connection_;
   xcb_window_t window_;
+  xcb_visualid_t visual_;
   std::int32_t width_;
   std::int32_t height_;
   bool canBlend_;
@@ -70,6 +78,7 @@ class OverlayPainter {
   xcb_render_picture_t picture_ = XCB_NONE;
   OverlayAppearance appearance_;
   bool showsPicture_ = false;
+  bool isSeenThrough_ = false;
   std::optional<LabelPicture> label_;
 };
 

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Platform/Linux/Posix/HostName.h"
+#include "Platform/Linux/Xcb/Region.h"
 
 namespace platform::linux::cover {
 
@@ -22,29 +23,48 @@ xcb::PixelRect atLeastOnePixel(xcb::PixelRect frame) {
 }  // namespace
 
 OverlayWindow::OverlayWindow(xcb::Connection& connection, const xcb::PixelRect& frame,
-                             const OverlayAppearance& appearance)
-    : connection_(connection), window_(connection.newId()), frame_(atLeastOnePixel(frame)) {
-  xcb_create_window_value_list_t values{};
-  values.override_redirect = 1;
-  values.event_mask = XCB_EVENT_MASK_EXPOSURE;
-  constexpr std::uint32_t mask = XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK;
-  xcb_create_window_aux(connection_.get(), connection_.rootDepth(), window_, connection_.root(),
-                        static_cast<std::int16_t>(frame_.x), static_cast<std::int16_t>(frame_.y),
-                        static_cast<std::uint16_t>(frame_.width), static_cast<std::uint16_t>(frame_.height), 0,
-                        XCB_WINDOW_CLASS_INPUT_OUTPUT, connection_.rootVisual(), mask, &values);
+                             const OverlayAppearance& appearance, std::optional<xcb_visualid_t> seeThrough)
+    : connection_(connection),
+      window_(connection.newId()),
+      frame_(atLeastOnePixel(frame)),
+      canBeSeenThrough_(seeThrough && connection.has(xcb::Extension::shape)) {
+  const xcb_visualid_t visual = seeThrough.value_or(connection_.rootVisual());
+  create(visual);
   if (connection_.has(xcb::Extension::shape)) {
     xcb_shape_rectangles(connection_.get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED, window_,
                          0, 0, 0, nullptr);
   }
   setProperties();
-  painter_.emplace(connection_, window_, frame_.width, frame_.height);
+  painter_.emplace(connection_, window_, visual, frame_.width, frame_.height);
   painter_->setAppearance(appearance);
+}
+
+void OverlayWindow::create(xcb_visualid_t visual) {
+  xcb_create_window_value_list_t values{};
+  values.override_redirect = 1;
+  values.event_mask = XCB_EVENT_MASK_EXPOSURE;
+  std::uint32_t mask = XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK;
+  std::uint8_t depth = connection_.rootDepth();
+  if (visual != connection_.rootVisual()) {
+    // Such a window needs colours of its own. It keeps them: programs that read windows ask for them.
+    colors_ = connection_.newId();
+    xcb_create_colormap(connection_.get(), XCB_COLORMAP_ALLOC_NONE, colors_, connection_.root(), visual);
+    values.border_pixel = 0;
+    values.colormap = colors_;
+    mask |= XCB_CW_BORDER_PIXEL | XCB_CW_COLORMAP;
+    depth = 32;
+  }
+  xcb_create_window_aux(connection_.get(), depth, window_, connection_.root(), static_cast<std::int16_t>(frame_.x),
+                        static_cast<std::int16_t>(frame_.y), static_cast<std::uint16_t>(frame_.width),
+                        static_cast<std::uint16_t>(frame_.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual, mask,
+                        &values);
 }
 
 OverlayWindow::~OverlayWindow() {
   endLive();
   painter_.reset();
   xcb_destroy_window(connection_.get(), window_);
+  if (colors_ != XCB_NONE) xcb_free_colormap(connection_.get(), colors_);
   connection_.flush();
 }
 
@@ -97,6 +117,7 @@ void OverlayWindow::setAppearance(const OverlayAppearance& appearance) {
   const xcb::PixelRect oldLabel = painter_->labelRect();
   endLive();
   painter_->setAppearance(appearance);
+  if (isSeenThrough_) return paintSeenThrough();
 
   OverlayAppearance withOldLabel = appearance;
   withOldLabel.label = before.label;
@@ -117,7 +138,9 @@ void OverlayWindow::endLive() {
 
 // Only its stream can paint the picture again. Until then the window stays as it is.
 void OverlayWindow::restore() {
-  if (lastFrame_) {
+  if (isSeenThrough_) {
+    paintSeenThrough();
+  } else if (lastFrame_) {
     lastFrame_->requestWhole();
   } else {
     painter_->paintAll();
@@ -174,7 +197,34 @@ void OverlayWindow::remember(const std::shared_ptr<const stream::Frame>& frame) 
   streams_.push_back(frame);
 }
 
+bool OverlayWindow::showThrough() {
+  if (!canBeSeenThrough_) return false;
+  if (std::exchange(isSeenThrough_, true)) return true;
+  painter_->setSeenThrough(true);
+  paintSeenThrough();
+  return true;
+}
+
+// Some compositors look at the window's pixels alone, and some at its shape; nothing can be painted outside of that.
+void OverlayWindow::paintSeenThrough() {
+  unshape();
+  painter_->paintAll();
+  std::vector<xcb_rectangle_t> parts;
+  for (const xcb::PixelRect& part : painter_->shownParts()) parts.push_back(xcb::toRectangle(part));
+  xcb_shape_rectangles(connection_.get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_UNSORTED, window_,
+                       0, 0, static_cast<std::uint32_t>(parts.size()), parts.data());
+}
+
+void OverlayWindow::unshape() {
+  xcb_shape_mask(connection_.get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, window_, 0, 0, XCB_PIXMAP_NONE);
+}
+
 void OverlayWindow::forgetFrames() {
+  if (std::exchange(isSeenThrough_, false)) {
+    painter_->setSeenThrough(false);
+    unshape();
+    painter_->paintAll();
+  }
   if (!lastFrame_) return;
   endLive();
   lastFrame_ = nullptr;

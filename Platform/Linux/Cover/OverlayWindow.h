@@ -26,7 +26,9 @@ namespace platform::linux::cover {
 class OverlayWindow {
  public:
   // Not on the screen yet. An empty width or height counts as one pixel.
-  OverlayWindow(xcb::Connection& connection, const xcb::PixelRect& frame, const OverlayAppearance& appearance);
+  // `seeThrough`: the visual of a window that shows the desktop beneath, best of depth 32; otherwise the root window's.
+  OverlayWindow(xcb::Connection& connection, const xcb::PixelRect& frame, const OverlayAppearance& appearance,
+                std::optional<xcb_visualid_t> seeThrough = std::nullopt);
   ~OverlayWindow();
   OverlayWindow(const OverlayWindow&) = delete;
   OverlayWindow& operator=(const OverlayWindow&) = delete;
@@ -45,25 +47,33 @@ class OverlayWindow {
   // Shows what the frame changes. The newest stream that still runs has the window: a frame of an older one is dropped,
   // and so is a partial frame of a stream other than the one shown. False when dropped.
   bool presentFrame(std::shared_ptr<const stream::Frame> frame);
+  // Shows the desktop beneath where the picture would be, until `forgetFrames`. False when it cannot.
+  bool showThrough();
   // Takes the picture away.
   void forgetFrames();
 
   void handle(const xcb_generic_event_t& event);
 
  private:
+  void create(xcb_visualid_t visual);
   void setProperties();
   void setText(const char* property, const char* type, std::string_view text);
   void setNumber(const char* property, xcb_atom_t type, std::uint32_t value);
   void endLive();
   void restore();
   void exposed(const xcb::PixelRect& part);
+  void paintSeenThrough();
+  void unshape();
   [[nodiscard]] bool mayShow(const stream::Frame& frame) const;
   void remember(const std::shared_ptr<const stream::Frame>& frame);
 
   xcb::Connection& connection_;
   xcb_window_t window_;
+  xcb_colormap_t colors_ = XCB_NONE;  // for a visual other than the root window's
   xcb::PixelRect frame_;
   bool isShown_ = false;
+  bool canBeSeenThrough_;
+  bool isSeenThrough_ = false;
   std::optional<OverlayPainter> painter_;
   // The last one shown. It keeps the way to its stream.
   std::shared_ptr<const stream::Frame> lastFrame_;

@@ -267,7 +267,7 @@ WindowProperties WindowList::describe(const SceneWindow& window) const {
   WindowProperties result;
   result.frame = window.outer;
   result.hasAlpha = connection_.visualHasAlpha(window.visual);
-  result.isShaped = window.isShaped;
+  result.isShaped = (isShapedByOwner_ ? isShapedByOwner_(window.id) : std::nullopt).value_or(window.isShaped);
   result.isOwn = isOwn(window.id);
   const auto found = records_.find(window.id);
   if (found == records_.end()) return result;

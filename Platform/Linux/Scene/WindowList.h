@@ -41,6 +41,10 @@ class WindowList final : public SceneListener {
   // A window of ours that nobody else should count as one.
   void leaveOut(xcb_window_t window) { leftOut_ = window; }
   void setScreens(std::vector<xcb::ScreenGeometry> screens);
+  // Whether the owner of a window gave it a shape, where that cannot be told from the window itself.
+  void setShapedByOwner(std::function<std::optional<bool>(xcb_window_t)> isShapedByOwner) {
+    isShapedByOwner_ = std::move(isShapedByOwner);
+  }
   // Called when a list that was handed out is out of date: once, until the next one is handed out. A move counts only
   // where it may matter to the window's layer.
   void setChanged(std::function<void()> changed) { changed_ = std::move(changed); }
@@ -107,6 +111,7 @@ class WindowList final : public SceneListener {
   // The top-level to which each window inside a frame belongs.
   std::map<xcb_window_t, xcb_window_t> frameOf_;
   std::function<void()> changed_;
+  std::function<std::optional<bool>(xcb_window_t)> isShapedByOwner_;
   std::function<bool(const CaptureWindow&)> mayOverlap_;
   bool isHandedOut_ = false;
   xcb_window_t leftOut_ = XCB_NONE;

@@ -42,8 +42,8 @@ std::string explanationOf(const std::vector<std::string>& missingExtensions) {
          " in the X server's configuration, or log in to a session on an X.Org server.";
 }
 
-DesktopWorkspace::DesktopWorkspace(std::vector<std::string> missingExtensions, std::string obstacle)
-    : missingExtensions_(std::move(missingExtensions)), obstacle_(std::move(obstacle)) {}
+DesktopWorkspace::DesktopWorkspace(std::vector<std::string> missingExtensions)
+    : missingExtensions_(std::move(missingExtensions)) {}
 
 DesktopWorkspace::~DesktopWorkspace() { delete explanation_.data(); }
 
@@ -55,17 +55,16 @@ void DesktopWorkspace::openURL(const std::string& url) {
     QDesktopServices::openUrl(link);
 }
 
-// No settings program says which extension the display lacks, and none helps against any other obstacle.
+// No settings program says which extension the display lacks.
 void DesktopWorkspace::openSettings() {
-  const bool isOpen = obstacle_.empty() && startSettings();
+  const bool isOpen = startSettings();
   if (!isOpen || !missingExtensions_.empty()) explain();
 }
 
 void DesktopWorkspace::explain() {
   if (!explanation_) {
-    explanation_ = new QMessageBox(
-        QMessageBox::Information, {},
-        QString::fromStdString(obstacle_.empty() ? explanationOf(missingExtensions_) : obstacle_), QMessageBox::Ok);
+    explanation_ = new QMessageBox(QMessageBox::Information, {},
+                                   QString::fromStdString(explanationOf(missingExtensions_)), QMessageBox::Ok);
     explanation_->setTextFormat(Qt::PlainText);
     explanation_->setAccessibleName(explanation_->text());
     explanation_->setWindowFlags(toolkit::dialogFlags);

@@ -15,9 +15,8 @@ namespace platform::linux::session {
 
 class DesktopWorkspace : public Workspace {
  public:
-  // Takes the names of the X extensions that capturing needs and this display lacks, and any other obstacle to
-  // capturing, which no settings program could remove.
-  explicit DesktopWorkspace(std::vector<std::string> missingExtensions, std::string obstacle = {});
+  // Takes the names of the X extensions that capturing needs and this display lacks.
+  explicit DesktopWorkspace(std::vector<std::string> missingExtensions);
   ~DesktopWorkspace() override;
   DesktopWorkspace(const DesktopWorkspace&) = delete;
   DesktopWorkspace& operator=(const DesktopWorkspace&) = delete;
@@ -29,7 +28,6 @@ class DesktopWorkspace : public Workspace {
   void explain();
 
   std::vector<std::string> missingExtensions_;
-  std::string obstacle_;
   QPointer<QMessageBox> explanation_;
 };
 

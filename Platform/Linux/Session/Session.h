@@ -1,7 +1,7 @@
 // The kind of session that the program runs in.
 //
-// X11 programs also start in a Wayland session, on the X server that it keeps for them. But that server has only the
-// windows of X11 programs, and a copy of its screen would miss all others.
+// In a Wayland session, the X server that it keeps for X11 programs has only their windows: a copy of its screen would
+// miss all others. So nothing is copied there, but the ink of X11 programs is taken away.
 #pragma once
 
 #include <string>
@@ -17,7 +17,9 @@ namespace platform::linux::session {
 // "x11", "wayland", "tty" and so on; our guess if the session says nothing.
 [[nodiscard]] std::string sessionType();
 
+// For a Wayland session that keeps no X server.
 inline constexpr const char* waylandSentence =
-    "This is a Wayland session, and the live style needs X11: log in to a session on X.Org, or use the solid cover.";
+    "This is a Wayland session without Xwayland, the X server that Quillfade needs there: install it, or log in to a "
+    "session on X.Org.";
 
 }  // namespace platform::linux::session

@@ -12,9 +12,6 @@ namespace platform::linux::stream {
 
 namespace {
 
-// The protocol's coordinates have 16 bits.
-constexpr std::int32_t largestExtent = 32767;
-
 // A client whose changes come faster than we can process them must not prevent frames.
 constexpr int mostReadsAtOnce = 10;
 
@@ -41,9 +38,7 @@ scene::WindowFilter filterOf(const CaptureStreamSettings& settings, const xcb::C
 std::expected<std::unique_ptr<CaptureSession>, Error> CaptureSession::open(const CaptureStreamSettings& settings,
                                                                            std::shared_ptr<posix::Wakeup> wakeup) {
   const xcb::PixelRect& source = settings.source;
-  if (source.isEmpty()) return std::unexpected(Error{"The area to show is empty."});
-  if (source.width > largestExtent || source.height > largestExtent)
-    return std::unexpected(Error{"The area to show is larger than the display server can handle."});
+  if (const auto fault = faultOf(source)) return std::unexpected(*fault);
   auto opened = xcb::Connection::open(settings.displayName);
   if (!opened) return std::unexpected(opened.error());
   const std::shared_ptr<xcb::Connection> connection = std::move(*opened);

@@ -22,6 +22,15 @@ CaptureStreamSettings captureStreamSettings(const StreamConfiguration& configura
   return settings;
 }
 
+std::optional<Error> faultOf(const xcb::PixelRect& source) {
+  // The protocol's coordinates have 16 bits.
+  constexpr std::int32_t largestExtent = 32767;
+  if (source.isEmpty()) return Error{"The area to show is empty."};
+  if (source.width > largestExtent || source.height > largestExtent)
+    return Error{"The area to show is larger than the display server can handle."};
+  return std::nullopt;
+}
+
 CaptureStreamSettings::HoldBack holdBack(const HeldBackWindows& windows, const xcb::ScreenGeometry& display) {
   return {.fromArea = windows.fromArea * display.scale * display.scale, .admitted = windows.admitted};
 }

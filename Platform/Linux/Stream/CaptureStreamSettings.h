@@ -36,6 +36,8 @@ struct CaptureStreamSettings {
 // The source and the pace that the configuration asks for on this display.
 [[nodiscard]] CaptureStreamSettings captureStreamSettings(const StreamConfiguration& configuration,
                                                           const xcb::ScreenGeometry& display);
+// Why nothing can be captured there, if so.
+[[nodiscard]] std::optional<Error> faultOf(const xcb::PixelRect& source);
 // The same in pixels of this display.
 [[nodiscard]] CaptureStreamSettings::HoldBack holdBack(const HeldBackWindows& windows,
                                                        const xcb::ScreenGeometry& display);

@@ -49,6 +49,26 @@ TEST_F(StatusReport, AnAreaIsReportedExactlyNegativeAndFractionalNumbersIncluded
               testing::HasSubstr(R"("region": {"x": -1440.5, "y": -0.25, "width": 1439.75, "height": 899.125})"));
 }
 
+TEST_F(StatusReport, WhereInkMayBeInWindowsThatNobodySeesItSaysWhenItSeesNone) {
+  const std::string sentence =
+      "no ink window can be seen here; if there is ink all the same, only the solid cover hides it";
+  desktop.capture().content.isPartial = true;
+  launchWithCoverOn();
+  EXPECT_THAT(text(), testing::HasSubstr("Note:        " + sentence + "\n"));
+  EXPECT_THAT(json(), testing::HasSubstr(R"(, "note": ")" + sentence + "\"}\n"));
+  desktop.capture().content.windows.push_back(listedWindow(7, "Gromit-mpx", 500));
+  desktop.runLoop().advance(2);
+  EXPECT_THAT(text(), testing::Not(testing::HasSubstr("Note:")));
+  EXPECT_THAT(json(), testing::Not(testing::HasSubstr("note")));
+  overlay().setEnabled(false);
+  EXPECT_THAT(text(), testing::Not(testing::HasSubstr("Note:")));
+}
+
+TEST_F(StatusReport, WhereAllWindowsAreSeenNoInkIsNoNews) {
+  launchWithCoverOn();
+  EXPECT_THAT(text(), testing::Not(testing::HasSubstr("Note:")));
+}
+
 TEST_F(StatusReport, ThePeekLeavesTheAnnotationsHidden) {
   launchWithCoverOn();
   delegate->peek();

@@ -11,6 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
 using testing::SizeIs;
 
 class WindowTable : public OnDesktop {
@@ -30,6 +31,14 @@ const std::string own = "org.example.presenter";
 
 TEST_F(WindowTable, WithoutWindowsOnlyTheHeadingIsPrinted) {
   EXPECT_THAT(lines({}), ElementsAre("ID  OWNER  LAYER  SIZE  COVERS  LIVE COPY  WHY"));
+}
+
+TEST_F(WindowTable, WhatCannotBeOnItIsSaid) {
+  const std::string sentence =
+      "Windows of Wayland programs are not on this list: their ink cannot be taken away here, and only the solid cover "
+      "hides it.\n";
+  EXPECT_THAT(windowTable({{}, {}, true}, std::nullopt, desktop), EndsWith("\n" + sentence));
+  EXPECT_THAT(windowTable({{}, {}, false}, std::nullopt, desktop), Not(HasSubstr("Wayland")));
 }
 
 TEST_F(WindowTable, EveryColumnStartsAtOnePlace) {
