@@ -7,7 +7,7 @@ MINUTES ?= 10
 SUITES ?= bookworm trixie testing
 
 .PHONY: build install deb check-deb check-debian test bench coverage fuzz mutate soak asan tsan format lint check-mac \
-        app clean help
+        check-mac-target test-mac app clean help
 
 build: ## the program, optimised: build/quillfade
 	cmake --preset release
@@ -79,8 +79,17 @@ lint: ## checks the formatting and runs the static checks
 
 check-mac: ## checks the macOS adapter as far as possible without a Mac
 	Scripts/check-mac
+	Scripts/check-mac tests
 
-app: ## Quillfade.app, signed ad hoc (on a Mac)
+check-mac-target: ## compiles it for a Mac's processor and C library, whose headers it fetches
+	Scripts/check-mac-target
+
+test-mac: ## on a Mac: every test, those against the real frameworks included
+	cmake --preset debug --compile-no-warning-as-error
+	cmake --build --preset debug
+	ctest --preset debug
+
+app: ## Quillfade.app and its disk image, signed ad hoc (on a Mac)
 	Scripts/mac-app
 
 clean: ## removes everything that was built

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,7 @@ namespace platform {
 
 enum class Health {
   works,
+  unseen,   // needed, but nobody could look at it
   limited,  // something optional is missing: a tray, the log
   fails,    // something fails that a live cover, the commands or the hot keys need, or that the user wrote
 };
@@ -39,9 +41,15 @@ struct ExaminationRequest {
   std::vector<HotKeyTrial> hotKeys;   // to try out
   std::string logFile;                // below the home directory
   std::vector<std::string> settings;  // the keys of the settings to read
+  std::optional<bool> mayCapture{};   // what the running application says of its permission; absent without one
 };
 
-enum class HotKeyAnswer { granted, refused, unknown };
+enum class HotKeyAnswer {
+  granted,  // to nobody else
+  shared,   // granted, which does not say that no other program has it
+  refused,
+  unknown,
+};
 
 struct Examination {
   std::vector<Finding> findings;                   // in order: each builds on those before it

@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace platform {
 
@@ -42,7 +43,11 @@ class SerialQueue {
 class RunLoop {
  public:
   virtual ~RunLoop() = default;
+  // A desktop may hold back everything else that is posted until the job has returned, even while the job waits for the
+  // answer to an alert.
   virtual void post(Job job) = 0;
+  // The same for a job that may show an alert: what is posted goes on meanwhile.
+  virtual void postCommand(Job job) { post(std::move(job)); }
   virtual std::shared_ptr<DelayedTask> after(double seconds, Job job) = 0;
   // Fires for the first time one interval from now. Late firings are not made up for.
   virtual std::shared_ptr<Timer> every(double seconds, Job job) = 0;

@@ -11,7 +11,7 @@ namespace platform {
 class SessionLock {
  public:
   virtual ~SessionLock() = default;
-  // The last known state; costs nothing.
+  // What was last heard, or what the session says right away.
   [[nodiscard]] virtual bool isLocked() const = 0;
   // Called after every change, for the life of the process.
   virtual void observeChanges(std::function<void()> observer) = 0;

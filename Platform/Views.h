@@ -93,6 +93,9 @@ class ViewResponder {
  public:
   virtual ~ViewResponder() = default;
   virtual void layout() {}
+  // Whether `draw` draws anything, for life: a view that never does needs no memory for what is drawn. Asked when the
+  // view is made, and `draw` is never called after a no.
+  [[nodiscard]] virtual bool draws() const { return false; }
   virtual void draw(Canvas& /*canvas*/) {}
   [[nodiscard]] virtual Cursor cursor() const { return Cursor::arrow; }
   [[nodiscard]] virtual bool acceptsFirstResponder() const { return false; }

@@ -14,7 +14,7 @@
 namespace quillfade {
 
 platform::Application* app = nullptr;
-std::shared_ptr<AppDelegate> delegate;
+std::shared_ptr<AppDelegate>& delegate = *new std::shared_ptr<AppDelegate>;
 
 namespace {
 

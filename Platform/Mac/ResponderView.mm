@@ -15,15 +15,13 @@
   return self;
 }
 
+- (std::shared_ptr<platform::ViewResponder>)responder {
+  return _responder.lock();
+}
+
 - (void)layout {
   [super layout];
   if (const auto responder = _responder.lock()) responder->layout();
-}
-
-// Draws the whole view, whatever part of it is dirty.
-- (void)drawRect:(NSRect)dirtyRect {
-  platform::mac::Canvas canvas;
-  if (const auto responder = _responder.lock()) responder->draw(canvas);
 }
 
 - (void)resetCursorRects {
@@ -63,6 +61,16 @@
 
 - (void)cancelOperation:(id)sender {
   if (const auto responder = _responder.lock()) responder->cancelOperation();
+}
+
+@end
+
+@implementation QLFDrawingView
+
+// The whole view, whatever part of it is dirty.
+- (void)drawRect:(NSRect)dirtyRect {
+  platform::mac::Canvas canvas;
+  if (const auto responder = [self responder]) responder->draw(canvas);
 }
 
 @end

@@ -29,6 +29,8 @@ class SerialQueue final : public platform::SerialQueue {
 class RunLoop final : public platform::RunLoop {
  public:
   void post(Job job) override;
+  // From a timer: the main queue stands still for as long as one of its own jobs runs.
+  void postCommand(Job job) override;
   std::shared_ptr<DelayedTask> after(double seconds, Job job) override;
   std::shared_ptr<Timer> every(double seconds, Job job) override;
   void addToCommonModes(Timer& timer) override;

@@ -44,6 +44,15 @@ void dispatchJob(dispatch_queue_t queue, Job job) {
 
 void RunLoop::post(Job job) { dispatchJob(dispatch_get_main_queue(), std::move(job)); }
 
+void RunLoop::postCommand(Job job) {
+  NSTimer* timer = [NSTimer scheduledTimerWithTimeInterval:0
+                                                   repeats:NO
+                                                     block:^([[maybe_unused]] NSTimer* fired) {
+                                                       job();
+                                                     }];
+  [[NSRunLoop mainRunLoop] addTimer:timer forMode:NSRunLoopCommonModes];
+}
+
 std::shared_ptr<DelayedTask> RunLoop::after(double seconds, Job job) {
   const dispatch_block_t block = dispatch_block_create(static_cast<dispatch_block_flags_t>(0), ^{
     job();

@@ -1,9 +1,10 @@
-// The lock screen and the screen saver of macOS, from the notifications that the login window posts to all processes.
+// The lock screen and the screen saver of macOS, from the notifications that the login window posts to all processes,
+// and from what the window server says of the session.
 //
-// The system documents no names for them; these have been the same for many releases.
-//
-// Threads: main thread only.
-// Initial state: unlocked until the first notification, since a program can only be started in an open session.
+// The system documents no names for them; these have been the same for many releases. The notifications are delivered
+// at once, also while another application is in front, which is always so here. One may be lost all the same: so the
+// end of a lock ends the screen saver as well, and a lock that the session has confirmed is over when the session says
+// so. Threads: main thread only.
 #pragma once
 
 #import <Foundation/Foundation.h>
@@ -19,6 +20,7 @@ namespace platform::mac {
 
 struct LockState {
   bool isLocked = false;
+  bool isConfirmed = false;  // the session says so, too: only then does its silence mean the end
   bool isScreenSaverActive = false;
   std::vector<std::function<void()>> observers;
 };
@@ -26,6 +28,7 @@ struct LockState {
 class SessionLock final : public platform::SessionLock {
  public:
   SessionLock();
+  // While nothing was heard of a lock this costs nothing; otherwise the session is asked.
   [[nodiscard]] bool isLocked() const override;
   void observeChanges(std::function<void()> observer) override;
 

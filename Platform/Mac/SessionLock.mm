@@ -1,6 +1,10 @@
 #include "Platform/Mac/SessionLock.h"
 
+#import <CoreGraphics/CoreGraphics.h>
+
 #include <utility>
+
+#include "Platform/Mac/Bridge.h"
 
 using platform::mac::LockState;
 
@@ -14,14 +18,28 @@ using platform::mac::LockState;
 
 namespace {
 
-void change(const std::weak_ptr<LockState>& weakState, bool LockState::* flag, bool value) {
+bool sessionSaysLocked() {
+  NSDictionary<NSString*, id>* session = (__bridge_transfer NSDictionary*)CGSessionCopyCurrentDictionary();
+  return platform::mac::integerValue([session objectForKey:@"CGSSessionScreenIsLocked"]) == 1;
+}
+
+bool isWithheld(const LockState& state) { return state.isLocked || state.isScreenSaverActive; }
+
+void change(const std::weak_ptr<LockState>& weakState, void (*apply)(LockState&)) {
   const auto state = weakState.lock();
-  if (!state || std::exchange((*state).*flag, value) == value) return;
+  if (!state) return;
+  const bool before = isWithheld(*state);
+  apply(*state);
+  if (isWithheld(*state) == before) return;
   for (const auto& observer : std::vector(state->observers)) observer();
 }
 
 void observe(QLFLockObserver* observer, NSString* name, SEL selector) {
-  [[NSDistributedNotificationCenter defaultCenter] addObserver:observer selector:selector name:name object:nil];
+  [[NSDistributedNotificationCenter defaultCenter] addObserver:observer
+                                                      selector:selector
+                                                          name:name
+                                                        object:nil
+                                            suspensionBehavior:NSNotificationSuspensionBehaviorDeliverImmediately];
 }
 
 }  // namespace
@@ -37,34 +55,46 @@ void observe(QLFLockObserver* observer, NSString* name, SEL selector) {
 }
 
 - (void)screenLocked:(NSNotification*)notification {
-  change(_state, &LockState::isLocked, true);
+  change(_state, [](LockState& state) {
+    state.isLocked = true;
+    state.isConfirmed = false;
+  });
 }
 
 - (void)screenUnlocked:(NSNotification*)notification {
-  change(_state, &LockState::isLocked, false);
+  change(_state, [](LockState& state) { state.isLocked = state.isScreenSaverActive = false; });
 }
 
 - (void)screenSaverStarted:(NSNotification*)notification {
-  change(_state, &LockState::isScreenSaverActive, true);
+  change(_state, [](LockState& state) { state.isScreenSaverActive = true; });
 }
 
 - (void)screenSaverStopped:(NSNotification*)notification {
-  change(_state, &LockState::isScreenSaverActive, false);
+  change(_state, [](LockState& state) { state.isScreenSaverActive = false; });
 }
 
 @end
 
 namespace platform::mac {
 
+// A login item may be started behind the lock screen.
 SessionLock::SessionLock()
     : state_(std::make_shared<LockState>()), observer_([[QLFLockObserver alloc] initWithState:state_]) {
+  state_->isLocked = state_->isConfirmed = sessionSaysLocked();
   observe(observer_, @"com.apple.screenIsLocked", @selector(screenLocked:));
   observe(observer_, @"com.apple.screenIsUnlocked", @selector(screenUnlocked:));
   observe(observer_, @"com.apple.screensaver.didstart", @selector(screenSaverStarted:));
   observe(observer_, @"com.apple.screensaver.didstop", @selector(screenSaverStopped:));
 }
 
-bool SessionLock::isLocked() const { return state_->isLocked || state_->isScreenSaverActive; }
+bool SessionLock::isLocked() const {
+  if (state_->isLocked) {
+    const bool isSaidToBe = sessionSaysLocked();
+    if (state_->isConfirmed && !isSaidToBe) state_->isLocked = state_->isScreenSaverActive = false;
+    state_->isConfirmed = isSaidToBe;
+  }
+  return isWithheld(*state_);
+}
 
 void SessionLock::observeChanges(std::function<void()> observer) { state_->observers.push_back(std::move(observer)); }
 

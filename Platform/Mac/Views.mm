@@ -101,8 +101,9 @@ std::shared_ptr<View> Views::makeView(const Rect& frame) {
 }
 
 std::shared_ptr<View> Views::makeView(const Rect& frame, std::weak_ptr<ViewResponder> responder) {
-  return std::make_shared<PlainView>([[QLFResponderView alloc] initWithFrame:nsRect(frame)
-                                                                   responder:std::move(responder)]);
+  const auto asked = responder.lock();
+  Class kind = asked && asked->draws() ? [QLFDrawingView class] : [QLFResponderView class];
+  return std::make_shared<PlainView>([[kind alloc] initWithFrame:nsRect(frame) responder:std::move(responder)]);
 }
 
 std::shared_ptr<Label> Views::makeLabel(const std::string& text) {

@@ -83,6 +83,7 @@ std::unique_ptr<Window> Windows::makeWindow(const WindowAttributes& attributes) 
   window.releasedWhenClosed = attributes.isReleasedWhenClosed;
   window.movable = attributes.isMovable;
   window.animationBehavior = static_cast<NSWindowAnimationBehavior>(attributes.animationBehavior);
+  // A wish: from macOS 15 on, some captures are reported to take a window of the type none all the same.
   if (attributes.sharing) window.sharingType = static_cast<NSWindowSharingType>(*attributes.sharing);
   return std::make_unique<BorderlessWindow>(window);
 }

@@ -81,7 +81,7 @@ class Desktop final : public Platform {
   CaptureService capture_{record_, runLoop_};
   ScreenCaptureAccess screenCaptureAccess_{record_};
   StatusBar statusBar_{record_, runLoop_};
-  Dialogs dialogs_{record_};
+  Dialogs dialogs_{record_, runLoop_};
   HotKeys hotKeys_{record_};
   LoginItem loginItem_{record_};
   Workspace workspace_{record_};

@@ -4,6 +4,7 @@ namespace platform::simulated {
 
 int Dialogs::runModal(const Alert& alert) {
   record_.call("dialogs: alert " + alert.messageText);
+  if (runLoop_.isHeldUp()) misuse("an alert was shown by a posted job, which holds back all others");
   if (alert.buttons.empty()) misuse("Dialogs::runModal was given an alert without a button");
   alerts_.push_back(alert);
   if (duringAlert_) duringAlert_();

@@ -9,12 +9,13 @@
 
 #include "Platform/Dialogs.h"
 #include "Platform/Simulated/Record.h"
+#include "Platform/Simulated/RunLoop.h"
 
 namespace platform::simulated {
 
 class Dialogs final : public platform::Dialogs {
  public:
-  explicit Dialogs(Record& record) : record_(record) {}
+  Dialogs(Record& record, const RunLoop& runLoop) : record_(record), runLoop_(runLoop) {}
 
   int runModal(const Alert& alert) override;
   void orderFrontAboutPanel(const AboutPanel& panel) override;
@@ -29,6 +30,7 @@ class Dialogs final : public platform::Dialogs {
 
  private:
   Record& record_;
+  const RunLoop& runLoop_;
   std::deque<int> answers_;
   std::function<void()> duringAlert_;
   std::vector<Alert> alerts_;

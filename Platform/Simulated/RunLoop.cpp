@@ -41,10 +41,15 @@ class Timer final : public platform::Timer {
 
 }  // namespace
 
-void RunLoop::post(Job job) {
-  if (!job) misuse("RunLoop::post was given no job");
+void RunLoop::put(Posted posted) {
+  if (!posted.job) misuse("RunLoop::post was given no job");
   const std::lock_guard lock(mutex_);
-  posted_.push_back(std::move(job));
+  posted_.push_back(std::move(posted));
+}
+
+void RunLoop::postCommand(Job job) {
+  record_.expectMainThread("RunLoop::postCommand");
+  put({std::move(job), true});
 }
 
 std::shared_ptr<ScheduledWork> RunLoop::schedule(double seconds, Job job) {
@@ -88,14 +93,16 @@ std::shared_ptr<platform::SerialQueue> RunLoop::makeSerialQueue(const std::strin
 
 bool RunLoop::runOne() {
   record_.expectMainThread("RunLoop::runOne");
-  Job job;
+  Posted next;
   {
     const std::lock_guard lock(mutex_);
     if (posted_.empty()) return false;
-    job = std::move(posted_.front());
+    next = std::move(posted_.front());
     posted_.pop_front();
   }
-  job();
+  const bool wasHeldUp = std::exchange(isHeldUp_, !next.isCommand);
+  next.job();
+  isHeldUp_ = wasHeldUp;
   return true;
 }
 
@@ -184,7 +191,7 @@ void RunLoop::drop() {
     each->isLive = false;
     each->job = nullptr;
   }
-  std::deque<Job> posted;
+  std::deque<Posted> posted;
   do {
     posted.clear();
     const std::lock_guard lock(mutex_);

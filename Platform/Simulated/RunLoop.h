@@ -11,6 +11,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Platform/RunLoop.h"
@@ -33,7 +34,8 @@ class RunLoop final : public platform::RunLoop {
  public:
   explicit RunLoop(Record& record) : record_(record) {}
 
-  void post(Job job) override;
+  void post(Job job) override { put({std::move(job), false}); }
+  void postCommand(Job job) override;
   std::shared_ptr<platform::DelayedTask> after(double seconds, Job job) override;
   std::shared_ptr<platform::Timer> every(double seconds, Job job) override;
   void addToCommonModes(platform::Timer& timer) override;
@@ -49,6 +51,8 @@ class RunLoop final : public platform::RunLoop {
   bool runSerialQueues();
   // Runs serial queues and posted jobs until none of them has anything left.
   void settle();
+  // Whether a job runs that holds back whatever is posted until it returns; no alert may be shown then.
+  [[nodiscard]] bool isHeldUp() const { return isHeldUp_; }
   // While a menu is tracked, timers outside the common modes wait.
   void setTracking(bool isTracking) { isTracking_ = isTracking; }
 
@@ -60,17 +64,24 @@ class RunLoop final : public platform::RunLoop {
   void drop();
 
  private:
+  struct Posted {
+    Job job;
+    bool isCommand = false;
+  };
+
+  void put(Posted posted);
   std::shared_ptr<ScheduledWork> schedule(double seconds, Job job);
   [[nodiscard]] std::shared_ptr<ScheduledWork> nextDue(std::chrono::nanoseconds limit) const;
   void fire(ScheduledWork& work);
 
   Record& record_;
   std::mutex mutex_;
-  std::deque<Job> posted_;
+  std::deque<Posted> posted_;
   std::vector<std::shared_ptr<ScheduledWork>> work_;
   std::vector<std::weak_ptr<SerialQueue>> queues_;
   std::atomic<std::chrono::nanoseconds> elapsed_{};
   bool isTracking_ = false;
+  bool isHeldUp_ = false;
 };
 
 }  // namespace platform::simulated

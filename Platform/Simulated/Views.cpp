@@ -119,7 +119,7 @@ void View::setWindowFrame(const Rect* frame) {
 
 std::vector<DrawingStep> View::render() const {
   Canvas canvas;
-  if (const auto responder = responder_.lock()) responder->draw(canvas);
+  if (const auto responder = responder_.lock(); responder && responder->draws()) responder->draw(canvas);
   return canvas.steps();
 }
 

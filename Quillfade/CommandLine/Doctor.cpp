@@ -15,11 +15,11 @@ namespace {
 
 constexpr std::chrono::seconds patience{3};
 
-RunningHotKeys askRunningInstance() {
-  const auto reply = platform::sendToRunningInstance({"keys"}, patience);
+RunningInstance askRunningInstance() {
+  const auto reply = platform::sendToRunningInstance({"doctor"}, patience);
   if (!reply) return std::unexpected(reply.error());
   if (reply->status != exitstatus::success) return std::unexpected(platform::Error{reply->output});
-  return parseHotKeyText(reply->output);
+  return parseRunningReport(reply->output);
 }
 
 platform::ExaminationRequest questions(const HotKeyTable& keys) {
@@ -34,10 +34,11 @@ platform::RemoteReply examine(bool asJson) {
   const auto rulesFile = platform::makeRulesFile();
   const auto content = rulesFile->read();
   const UserRules rules = userRules(*rulesFile);
-  const RunningHotKeys running = askRunningInstance();
+  const RunningInstance running = askRunningInstance();
   auto request = questions(rules.hotKeys);
   // The running instance holds its keys, so trying them out would find them taken.
   if (running) request.hotKeys.clear();
+  if (running) request.mayCapture = running->mayCapture;
   const auto examination = platform::examineDesktop(request);
 
   std::vector<platform::Finding> findings = examination.findings;

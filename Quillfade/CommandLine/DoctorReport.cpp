@@ -19,6 +19,8 @@ std::string stateWord(Health health) {
   switch (health) {
     case Health::works:
       return "ok";
+    case Health::unseen:
+      return "unknown";
     case Health::limited:
       return "note";
     case Health::fails:
@@ -31,16 +33,21 @@ std::size_t problemsIn(const std::vector<Finding>& findings) {
   return static_cast<std::size_t>(std::ranges::count(findings, Health::fails, &Finding::health));
 }
 
+bool works(const std::vector<Finding>& findings) {
+  return std::ranges::none_of(
+      findings, [](Health health) { return health == Health::fails || health == Health::unseen; }, &Finding::health);
+}
+
 std::string summary(const std::vector<Finding>& findings) {
   const std::size_t problems = problemsIn(findings);
-  if (problems == 0) return "Everything required works.\n";
+  if (works(findings)) return "Everything required works.\n";
+  if (problems == 0) return "There is no problem that could be seen from here.\n";
   return problems == 1 ? "There is 1 problem.\n" : "There are " + std::to_string(problems) + " problems.\n";
 }
 
 std::string releaseFix(const std::string& rulesPath) {
-  return "Release it in the keyboard settings of the desktop or of the program that holds it, or choose another under "
-         "\"hotKeys\" in " +
-         rulesPath + ".";
+  const std::string fix = "Release it in the keyboard settings of the desktop or of the program that holds it";
+  return rulesPath.empty() ? fix + '.' : fix + ", or choose another under \"hotKeys\" in " + rulesPath + '.';
 }
 
 Finding triedFinding(const HotKey& key, HotKeyAnswer answer, const std::string& rulesPath) {
@@ -48,6 +55,8 @@ Finding triedFinding(const HotKey& key, HotKeyAnswer answer, const std::string& 
   Finding finding{.subject = combinationText(key.combination)};
   if (answer == HotKeyAnswer::granted) {
     finding.detail = word + ": free; the display server granted it to this check";
+  } else if (answer == HotKeyAnswer::shared) {
+    finding.detail = word + ": granted to this check; another program may have it, too";
   } else if (answer == HotKeyAnswer::refused) {
     finding.health = Health::fails;
     finding.detail = word + ": taken; the display server refused it, so another program holds it";
@@ -71,7 +80,7 @@ Finding runningFinding(const HotKeyState& state, const std::string& rulesPath) {
 
 }  // namespace
 
-Finding instanceFinding(const RunningHotKeys& running) {
+Finding instanceFinding(const RunningInstance& running) {
   if (running) return {.subject = "Quillfade", .detail = "running"};
   return {.subject = "Quillfade",
           .health = Health::limited,
@@ -79,11 +88,11 @@ Finding instanceFinding(const RunningHotKeys& running) {
           .fix = "Start it from the application menu, or with \"quillfade\"."};
 }
 
-std::vector<Finding> hotKeyFindings(const RunningHotKeys& running, const HotKeyTable& table,
+std::vector<Finding> hotKeyFindings(const RunningInstance& running, const HotKeyTable& table,
                                     const std::vector<HotKeyAnswer>& trials, const std::string& rulesPath) {
   std::vector<Finding> findings;
   if (running) {
-    for (const HotKeyState& state : *running) findings.push_back(runningFinding(state, rulesPath));
+    for (const HotKeyState& state : running->hotKeys) findings.push_back(runningFinding(state, rulesPath));
     return findings;
   }
   for (std::size_t i = 0; i < table.size(); ++i) {
@@ -105,6 +114,7 @@ std::vector<Finding> regionFindings(const std::optional<platform::SettingValue>&
 }
 
 std::vector<Finding> rulesFindings(const UserRules& rules, bool hasFile, const std::string& path) {
+  if (path.empty()) return {};
   const std::string subject = "Your rules";
   if (!hasFile && rules.faults.empty()) {
     return {{.subject = subject, .detail = "none; they would go in " + path}};
@@ -135,8 +145,7 @@ std::string doctorText(const std::vector<Finding>& findings) {
 }
 
 std::string doctorJson(const std::vector<Finding>& findings) {
-  std::string text =
-      std::string{R"({"works": )"} + (problemsIn(findings) == 0 ? "true" : "false") + R"(, "findings": [)";
+  std::string text = std::string{R"({"works": )"} + (works(findings) ? "true" : "false") + R"(, "findings": [)";
   for (const Finding& finding : findings) {
     if (&finding != &findings.front()) text += ", ";
     text += R"({"subject": )" + jsonText(finding.subject) + R"(, "state": )" + jsonText(stateWord(finding.health)) +
@@ -146,7 +155,7 @@ std::string doctorJson(const std::vector<Finding>& findings) {
 }
 
 int doctorStatus(const std::vector<Finding>& findings) {
-  return problemsIn(findings) == 0 ? exitstatus::success : exitstatus::failure;
+  return works(findings) ? exitstatus::success : exitstatus::failure;
 }
 
 }  // namespace quillfade

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Quillfade/CommandLine/CommandLine.h"
+#include "Quillfade/CommandLine/RunningReport.h"
 #include "Quillfade/CommandLine/StatusReport.h"
 #include "Quillfade/CommandLine/WindowTable.h"
 #include "Quillfade/Cover/CaptureSteps.h"
@@ -23,15 +24,11 @@ platform::RemoteReply report(std::string text) { return {exitstatus::success, st
 // Carries out one command on the delegate and returns the reply.
 class Execution {
  public:
-  explicit Execution(AppDelegate& delegate) : delegate_(delegate) {}
+  Execution(platform::Platform& platform, AppDelegate& delegate) : platform_(platform), delegate_(delegate) {}
 
   platform::RemoteReply operator()(command::Toggle) { return replyTo(delegate_.toggleCover()); }
   platform::RemoteReply operator()(command::WholeScreen) { return replyTo(delegate_.wholeScreen()); }
   platform::RemoteReply operator()(command::SelectArea) { return replyTo(delegate_.selectArea()); }
-  platform::RemoteReply operator()(command::Quit) {
-    delegate_.quit();
-    return done;
-  }
   platform::RemoteReply operator()(command::Peek peek) {
     delegate_.overlay().peek(peek.seconds);
     return done;
@@ -45,14 +42,19 @@ class Execution {
     return report(status.asJson ? statusJson(delegate_.overlay()) : statusText(delegate_.overlay()));
   }
   platform::RemoteReply operator()(command::Keys) { return report(hotKeyText(delegate_.hotKeyStates())); }
-  // The asking process handles help, version, doctor and sharing itself; starting a running application is already
-  // done; and `listWindows` handles the list of windows.
+  // What only the application itself knows; all else the doctor looks at itself.
+  platform::RemoteReply operator()(command::Doctor) {
+    return report(runningReportText({delegate_.hotKeyStates(), platform_.screenCaptureAccess().preflight()}));
+  }
+  // Help, version and sharing are the asking process's; starting a running application is done already. The list of
+  // windows comes later and quitting earlier, so neither ever comes here.
   template <class Other>
   platform::RemoteReply operator()(const Other& /*command*/) {
     return done;
   }
 
  private:
+  platform::Platform& platform_;
   AppDelegate& delegate_;
 };
 
@@ -72,7 +74,7 @@ void runRemoteCommand(platform::Platform& platform, const std::weak_ptr<AppDeleg
   const auto parsed = parseCommand(arguments);
   if (!parsed) return completion({exitstatus::usage, parsed.error() + '\n'});
   // Runs on a turn of its own, like a menu command: it may show an alert, and commands must still get in meanwhile.
-  platform.runLoop().post([&platform, weakDelegate, command = *parsed, completion = std::move(completion)] {
+  platform.runLoop().postCommand([&platform, weakDelegate, command = *parsed, completion = std::move(completion)] {
     const auto delegate = weakDelegate.lock();
     if (!delegate || !delegate->statusItem()) {
       return completion({exitstatus::failure, "Quillfade is still starting.\n"});
@@ -81,7 +83,13 @@ void runRemoteCommand(platform::Platform& platform, const std::weak_ptr<AppDeleg
       listWindows(platform, delegate, completion);
       return;
     }
-    completion(std::visit(Execution{*delegate}, command));
+    if (std::holds_alternative<command::Quit>(command)) {
+      completion(done);
+      // The process may be over before this returns.
+      delegate->quit();
+      return;
+    }
+    completion(std::visit(Execution{platform, *delegate}, command));
   });
 }
 

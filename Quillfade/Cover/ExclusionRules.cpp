@@ -71,7 +71,8 @@ Judgement keptAs(platform::ScreenSheet sheet) {
 }  // namespace
 
 const std::set<std::string, std::less<>>& conferencing() {
-  static const std::set<std::string, std::less<>> identifiers{
+  // Never destroyed: the process may end by exit() at any time.
+  static const auto& identifiers = *new const std::set<std::string, std::less<>>{
       "com.tinyspeck.slackmacgap",  "com.slack.Slack", "us.zoom.xos", "com.microsoft.teams2", "com.microsoft.teams",
       "com.cisco.webexmeetingsapp", "com.hnc.Discord",
   };

@@ -30,6 +30,7 @@ class SelectionView final : public platform::ViewResponder {
   [[nodiscard]] const std::optional<platform::Point>& startPoint() const { return startPoint_; }
   [[nodiscard]] const std::optional<platform::Rect>& currentRect() const { return currentRect_; }
 
+  [[nodiscard]] bool draws() const override { return true; }
   void draw(platform::Canvas& canvas) override;
   [[nodiscard]] platform::Cursor cursor() const override { return platform::Cursor::crosshair; }
   [[nodiscard]] bool acceptsFirstResponder() const override { return true; }

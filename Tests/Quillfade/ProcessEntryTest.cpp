@@ -1,5 +1,9 @@
 #include "Quillfade/ProcessEntry.h"
 
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+
 #include "Tests/Quillfade/OnDesktop.h"
 
 namespace quillfade {
@@ -54,6 +58,23 @@ TEST_F(ProcessEntry, AWholeSessionFromTheMenuToQuitting) {
 }
 
 using ProcessEntryDeathTest = ProcessEntry;
+
+// As a desktop whose `terminate` ends the process by exit() does.
+TEST_F(ProcessEntryDeathTest, ExitingWhileItRunsTakesNothingDown) {
+  const auto session = [this] {
+    desktop.process().environment["QUILLFADE_DEMO"] = "1";
+    desktop.sharedApplication()->setSession([] {
+      const auto tellOfItsEnd = [](int* witness) {
+        std::cerr << "the delegate was taken down";
+        delete witness;
+      };
+      delegate->overlay().setOnStateChange([witness = std::shared_ptr<int>(new int, tellOfItsEnd)] {});
+      std::exit(3);
+    });
+    runApplication(desktop);
+  };
+  EXPECT_EXIT(session(), testing::ExitedWithCode(3), testing::Not(testing::HasSubstr("taken down")));
+}
 
 TEST_F(ProcessEntryDeathTest, WithoutAnApplicationTheProcessEnds) {
   desktop.disconnect();

@@ -14,6 +14,16 @@ TEST_F(SimulatedContractDeathTest, MainThreadPortsRefuseOtherThreads) {
   EXPECT_DEATH(simulated::runOnAnotherThread([this] { desktop.settings().set("key", true); }), "off the main thread");
 }
 
+TEST_F(SimulatedContractDeathTest, AnAlertDoesNotHoldBackWhatIsPosted) {
+  const auto ask = [this] {
+    desktop.dialogs().runModal({.messageText = "?", .informativeText = "", .buttons = {"OK"}});
+  };
+  desktop.runLoop().postCommand(ask);
+  desktop.runLoop().settle();
+  desktop.runLoop().post(ask);
+  EXPECT_DEATH(desktop.runLoop().settle(), "an alert was shown by a posted job");
+}
+
 TEST_F(SimulatedContractDeathTest, AStreamIsStartedOnceAndWithAnOutput) {
   const auto bare = desktop.capture().makeStream({}, {}, output);
   EXPECT_DEATH(bare->startCapture(noteCompletion()), "before addOutput");

@@ -17,6 +17,11 @@ class Recorder final : public ViewResponder {
   platform::Point pressedAt;
 };
 
+class Square : public ViewResponder {
+ public:
+  void draw(platform::Canvas& canvas) override { canvas.strokeRect({{0, 0}, {10, 10}}, 1, platform::colors::black); }
+};
+
 class SimulatedWindows : public OnDesktop {
  protected:
   std::unique_ptr<platform::Window> make(const Rect& frame, platform::WindowLevel level = 0,
@@ -95,6 +100,12 @@ TEST_F(SimulatedWindows, GiveAClickToTheTopmostWindowThatTakesClicks) {
   click(desktop.windows(), {15, 26});
   EXPECT_EQ(recorder->pressedAt, (platform::Point{5, 6}));
   EXPECT_EQ(desktop.windows().clickTarget({500, 500}), nullptr);
+}
+
+TEST_F(SimulatedWindows, DrawNothingForAResponderThatDoesNotSayThatItDraws) {
+  const auto silent = std::make_shared<Square>();
+  const auto view = desktop.views().makeView({{0, 0}, {100, 100}}, silent);
+  EXPECT_THAT(std::dynamic_pointer_cast<simulated::View>(view)->render(), IsEmpty());
 }
 
 TEST_F(SimulatedWindows, DistinguishAnimatedChangesFromOthers) {

@@ -27,7 +27,7 @@ void paintViews(const views::ViewNode& root, QPainter& painter, QPointF bottomLe
   PainterCanvas canvas(painter, bottomLeft);
   const Rect bounds = root.bounds();
   if (root.background()) canvas.fillEvenOdd(std::array{bounds}, *root.background());
-  if (const auto responder = root.responder()) responder->draw(canvas);
+  if (const auto responder = root.responder(); responder && responder->draws()) responder->draw(canvas);
   if (const auto& label = root.label()) canvas.drawText(label->text, {0, 0}, label->style);
   if (root.border()) paintBorder(canvas, bounds, *root.border());
   for (const auto& subview : root.subviews()) {

@@ -29,6 +29,7 @@ constexpr std::uint32_t desktopColor = 0x00c08040;
 // Dims everything but a hole, and records its input.
 class Responder : public ViewResponder {
  public:
+  [[nodiscard]] bool draws() const override { return true; }
   void draw(Canvas& canvas) override {
     canvas.fillEvenOdd(std::array{wholeScreen, hole}, colors::black.withAlpha(0.5));
   }

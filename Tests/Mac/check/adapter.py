@@ -18,11 +18,11 @@ from tokens import Reader, ReadingError, tokenize
 
 # What the system wants to be told in text, and the failures that only this adapter has.
 TEXTS = {"", "NSScreenNumber", "The system gave no reason.", "The display to capture is no longer there.",
-         "On macOS a running instance takes no commands from the command line.",
-         "On macOS the cover is never part of what other programs capture: start them as usual.",
+         "On macOS the cover's window asks to be left out of captures: start programs as usual. From macOS 15 on, some ",
+         "are reported to capture it all the same.",
          "On macOS there is nothing to install: start programs as usual.",
          "com.apple.screenIsLocked", "com.apple.screenIsUnlocked", "com.apple.screensaver.didstart",
-         "com.apple.screensaver.didstop"}
+         "com.apple.screensaver.didstop", "CGSSessionScreenIsLocked"}
 NUMBERS = {"0", "1"}
 
 

@@ -84,13 +84,15 @@ class Bundle:
             "CFBundleVersion": version,
             "CFBundleExecutable": self.found("Platform/Mac/CMakeLists.txt", r"OUTPUT_NAME (\w+)"),
             "LSUIElement": True,
-            "LSMinimumSystemVersion": self.found("Scripts/mac-app", r"DEPLOYMENT_TARGET=([\d.]+)"),
+            "LSMinimumSystemVersion": self.found("CMakeLists.txt", r"CMAKE_OSX_DEPLOYMENT_TARGET ([\d.]+)"),
         }.items():
             self.expect(key, info.get(key), expected)
         if not info.get("NSScreenCaptureUsageDescription"):
             self.problems.append("nothing says why the screen is captured")
         self.check_icon(f"Resources/Mac/{info.get('CFBundleIconFile')}")
         entitlements = self.property_list(ENTITLEMENTS)
+        # The signing tool hands them to a parser that knows no comments.
+        self.expect("a comment in the entitlements", "<!--" in self.read(ENTITLEMENTS), False)
         self.expect("the sandbox", entitlements.get("com.apple.security.app-sandbox"), False)
 
     def check_icon(self, path):

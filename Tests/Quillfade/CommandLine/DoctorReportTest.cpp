@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Quillfade/CommandLine/CommandLine.h"
 #include "Quillfade/CommandLine/Doctor.h"
 
 namespace platform {
@@ -59,7 +60,8 @@ TEST(DoctorReport, ProgramsGetTheSameAsJson) {
 }
 
 TEST(DoctorReport, TheRunningInstanceKnowsItsKeys) {
-  const RunningHotKeys running{{{"Control+F9", "toggle", true}, {"Control+F8", "peek", false}}};
+  const RunningInstance running{
+      RunningReport{.hotKeys = {{"Control+F9", "toggle", true}, {"Control+F8", "peek", false}}}};
   const auto findings = hotKeyFindings(running, builtInHotKeys, {}, path);
   ASSERT_THAT(findings, SizeIs(2));
   EXPECT_EQ(findings[0], (Finding{.subject = "Control+F9", .detail = "toggle: bound by the running Quillfade"}));
@@ -68,8 +70,8 @@ TEST(DoctorReport, TheRunningInstanceKnowsItsKeys) {
   EXPECT_THAT(findings[1].fix, HasSubstr(path));
 }
 
-TEST(DoctorReport, WithoutARunningInstanceTheTrialsDecide) {
-  const RunningHotKeys none = std::unexpected(platform::Error{"Quillfade is not running."});
+TEST(DoctorReport, WithoutARunningInstanceTheTrialsTell) {
+  const RunningInstance none = std::unexpected(platform::Error{"Quillfade is not running."});
   const auto findings =
       hotKeyFindings(none, builtInHotKeys, {HotKeyAnswer::granted, HotKeyAnswer::refused, HotKeyAnswer::unknown}, path);
   ASSERT_THAT(findings, SizeIs(4));
@@ -81,6 +83,36 @@ TEST(DoctorReport, WithoutARunningInstanceTheTrialsDecide) {
   EXPECT_EQ(findings[3].health, Health::limited) << "A key that was not tried is not known.";
   EXPECT_EQ(instanceFinding(none).detail, "Quillfade is not running.");
   EXPECT_EQ(instanceFinding(none).health, Health::limited);
+}
+
+TEST(DoctorReport, WhereProgramsShareKeysAGrantedOneIsNotCalledFree) {
+  const RunningInstance none = std::unexpected(platform::Error{"Quillfade is not running."});
+  const auto findings = hotKeyFindings(none, builtInHotKeys, {HotKeyAnswer::shared}, "");
+  EXPECT_EQ(findings[0].health, Health::works);
+  EXPECT_EQ(findings[0].detail, "toggle: granted to this check; another program may have it, too");
+}
+
+TEST(DoctorReport, WithoutRulesOfOnesOwnNothingIsSaidOfThem) {
+  EXPECT_THAT(rulesFindings({}, false, ""), testing::IsEmpty());
+  const RunningInstance none = std::unexpected(platform::Error{"Quillfade is not running."});
+  const auto findings = hotKeyFindings(none, builtInHotKeys, {HotKeyAnswer::refused}, "");
+  EXPECT_EQ(findings[0].fix, "Release it in the keyboard settings of the desktop or of the program that holds it.");
+}
+
+TEST(DoctorReport, WhatCouldNotBeLookedAtIsNotSaidToWork) {
+  const Finding unseen{.subject = "Permission", .health = Health::unseen, .detail = "cannot be looked at"};
+  EXPECT_THAT(doctorText({unseen}), testing::StartsWith("unknown  Permission  cannot be looked at\n"));
+  EXPECT_THAT(doctorText({unseen}), testing::EndsWith("\nThere is no problem that could be seen from here.\n"));
+  EXPECT_THAT(doctorJson({unseen}), HasSubstr(R"({"works": false, )"));
+  EXPECT_EQ(doctorStatus({unseen}), exitstatus::failure);
+}
+
+TEST(DoctorReport, WhatARunningInstanceSaysReadsBack) {
+  for (const bool mayCapture : {true, false}) {
+    const RunningReport report{.hotKeys = {{"Control+F9", "toggle", true}}, .mayCapture = mayCapture};
+    EXPECT_EQ(parseRunningReport(runningReportText(report)), report);
+  }
+  EXPECT_EQ(parseRunningReport(""), RunningReport{});
 }
 
 TEST(DoctorReport, EachFaultInTheRulesIsAProblem) {

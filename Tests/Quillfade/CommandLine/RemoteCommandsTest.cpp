@@ -1,12 +1,10 @@
 #include "Quillfade/CommandLine/RemoteCommands.h"
 
 #include <functional>
-#include <iostream>
-#include <sstream>
 #include <utility>
 
 #include "Quillfade/CommandLine/CommandLine.h"
-#include "Quillfade/ProcessEntry.h"
+#include "Quillfade/CommandLine/RunningReport.h"
 #include "Tests/Quillfade/Application/CommandsTest.h"
 
 namespace quillfade {
@@ -99,6 +97,27 @@ TEST_F(RemoteCommands, AHotKeyThatIsLostLaterIsListedAsTakenUntilItIsFoundAgain)
   EXPECT_THAT(run({"keys"}).output, HasSubstr("Control+Alt+Super+F  whole-screen  taken by another program\n"));
   desktop.hotKeys().takenKeyCodes.clear();
   EXPECT_THAT(run({"keys"}).output, HasSubstr("Control+Alt+Super+F  whole-screen  bound\n"));
+}
+
+TEST_F(RemoteCommands, ADoctorHearsOfTheKeysAndThePermission) {
+  launch();
+  for (const bool isGranted : {true, false}) {
+    desktop.screenCaptureAccess().isGranted = isGranted;
+    const RunningReport report = parseRunningReport(run({"doctor"}).output);
+    EXPECT_EQ(report.mayCapture, isGranted);
+    EXPECT_EQ(report.hotKeys, delegate->hotKeyStates());
+  }
+}
+
+TEST_F(RemoteCommands, QuittingIsAnsweredBeforeTheApplicationIsOver) {
+  launch();
+  runRemoteCommand(desktop, delegate, {"quit"}, [this](const RemoteReply& reply) {
+    EXPECT_FALSE(desktop.sharedApplication()->isTerminated());
+    replies.push_back(reply);
+  });
+  desktop.runLoop().settle();
+  EXPECT_THAT(replies, ElementsAre(done));
+  EXPECT_TRUE(desktop.sharedApplication()->isTerminated());
 }
 
 TEST_F(RemoteCommands, APeekLastsAsLongAsAsked) {
@@ -319,80 +338,6 @@ TEST_F(RemoteCommands, ADelegateThatGoesBeforeItsTurnIsLeftAlone) {
   desktop.runLoop().settle();
   ASSERT_THAT(replies, SizeIs(1));
   EXPECT_EQ(replies[0].status, exitstatus::failure);
-}
-
-// Records what a stream says while it lives.
-class Overheard {
- public:
-  explicit Overheard(std::ostream& stream) : stream_(stream), before_(stream.rdbuf(heard_.rdbuf())) {}
-  ~Overheard() { stream_.rdbuf(before_); }
-  Overheard(const Overheard&) = delete;
-  Overheard& operator=(const Overheard&) = delete;
-  [[nodiscard]] std::string text() const { return heard_.str(); }
-
- private:
-  std::ostringstream heard_;
-  std::ostream& stream_;
-  std::streambuf* before_;
-};
-
-using OnlyInstance = OnDesktop;
-
-TEST_F(OnlyInstance, TheFirstOneRunsAndTakesCommands) {
-  const Overheard output(std::cout);
-  const Overheard errors(std::cerr);
-  desktop.sharedApplication()->setSession([this] {
-    desktop.remoteControl().send({"whole-screen"});
-    desktop.remoteControl().send({"status", "--json"});
-    desktop.remoteControl().send({"quit"});
-    desktop.runLoop().settle();
-    EXPECT_THAT(shownFrames(), ElementsAre(platform::Rect{{0, 0}, {1440, 900}}));
-  });
-  EXPECT_EQ(runOnlyInstance(desktop), 0);
-  ASSERT_THAT(desktop.remoteControl().replies(), SizeIs(3));
-  EXPECT_THAT(desktop.remoteControl().replies()[1].output, HasSubstr("\"enabled\": true"));
-  EXPECT_TRUE(desktop.sharedApplication()->isTerminated());
-  EXPECT_EQ(output.text() + errors.text(), "");
-}
-
-TEST_F(OnlyInstance, TheSecondOneSaysSoAndDoesNotRun) {
-  desktop.remoteControl().nextClaim = platform::RemoteControl::Claim::taken;
-  const Overheard output(std::cout);
-  EXPECT_EQ(runOnlyInstance(desktop), 0);
-  EXPECT_EQ(output.text(), "Quillfade is already running.\n");
-  EXPECT_THAT(desktop.record().entries(), ElementsAre("claim the remote control"));
-}
-
-TEST_F(OnlyInstance, ASecondOneAskedToDemonstrateSaysThatItCannot) {
-  desktop.remoteControl().nextClaim = platform::RemoteControl::Claim::taken;
-  desktop.process().environment["QUILLFADE_DEMO"] = "1";
-  const Overheard output(std::cout);
-  const Overheard errors(std::cerr);
-  EXPECT_EQ(runOnlyInstance(desktop), exitstatus::failure);
-  EXPECT_EQ(errors.text(),
-            "Quillfade is already running, and QUILLFADE_DEMO=1 works only at startup: quit it first.\n");
-  EXPECT_EQ(output.text(), "");
-  EXPECT_THAT(desktop.record().entries(), ElementsAre("claim the remote control"));
-  desktop.process().environment["QUILLFADE_DEMO"] = "true";
-  EXPECT_EQ(runOnlyInstance(desktop), 0);
-  EXPECT_EQ(output.text(), "Quillfade is already running.\n");
-}
-
-TEST_F(OnlyInstance, ARulesFileThatCannotBeReadIsReportedOnceAtTheStart) {
-  desktop.rulesFile().content = std::unexpected(platform::Error{"Line 3 is no JSON."});
-  const Overheard errors(std::cerr);
-  EXPECT_EQ(runOnlyInstance(desktop), 0);
-  EXPECT_THAT(errors.text(), testing::StartsWith("quillfade: /home/presenter/.config/quillfade/rules.json: "));
-  EXPECT_THAT(errors.text(), HasSubstr("Line 3 is no JSON."));
-  EXPECT_EQ(std::ranges::count(errors.text(), '\n'), 1);
-}
-
-TEST_F(OnlyInstance, WithoutAWayInItStillRuns) {
-  desktop.remoteControl().nextClaim = platform::RemoteControl::Claim::unavailable;
-  bool ran = false;
-  desktop.sharedApplication()->setSession([&] { ran = true; });
-  EXPECT_EQ(runOnlyInstance(desktop), 0);
-  EXPECT_TRUE(ran);
 }
 
 }  // namespace

@@ -232,6 +232,7 @@ extern NSAboutPanelOptionKey const NSAboutPanelOptionCredits;
 @property NSWindowSharingType sharingType;
 @property(readonly) BOOL canBecomeKeyWindow;
 @property(readonly) BOOL canBecomeMainWindow;
+@property(readonly, getter=isVisible) BOOL visible;
 - (instancetype)initWithContentRect:(NSRect)contentRect
                           styleMask:(NSWindowStyleMask)style
                             backing:(NSBackingStoreType)backingStoreType
@@ -254,6 +255,7 @@ extern NSAboutPanelOptionKey const NSAboutPanelOptionCredits;
 @interface NSApplication : NSResponder
 @property(class, readonly, strong) NSApplication* sharedApplication;
 @property(nullable, weak) id<NSApplicationDelegate> delegate;
+@property(readonly, copy) NSArray<NSWindow*>* windows;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
 - (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps;
 - (void)run;
@@ -292,6 +294,7 @@ extern NSAboutPanelOptionKey const NSAboutPanelOptionCredits;
 
 @interface NSMenu : NSObject
 @property(nullable, weak) id<NSMenuDelegate> delegate;
+@property(readonly) NSInteger numberOfItems;
 - (void)addItem:(NSMenuItem*)newItem;
 - (void)removeAllItems;
 @end

@@ -10,3 +10,4 @@ typedef UInt32 CGDirectDisplayID;
 CGWindowLevel CGShieldingWindowLevel(void);
 bool CGPreflightScreenCaptureAccess(void);
 bool CGRequestScreenCaptureAccess(void);
+CFDictionaryRef _Nullable CGSessionCopyCurrentDictionary(void);

@@ -108,6 +108,8 @@ __attribute__((objc_root_class))
 @end
 
 @interface NSData : NSObject
+@property(readonly) NSUInteger length;
+@property(readonly) const void* bytes;
 + (instancetype)dataWithBytes:(nullable const void*)bytes length:(NSUInteger)length;
 - (BOOL)writeToURL:(NSURL*)url options:(NSDataWritingOptions)writeOptionsMask error:(NSError**)errorPtr;
 @end
@@ -153,8 +155,17 @@ __attribute__((objc_root_class))
              object:(nullable id)anObject;
 @end
 
+typedef NS_ENUM(NSUInteger, NSNotificationSuspensionBehavior) {
+  NSNotificationSuspensionBehaviorDeliverImmediately = 4,
+};
+
 @interface NSDistributedNotificationCenter : NSNotificationCenter
 + (NSDistributedNotificationCenter*)defaultCenter;
+- (void)addObserver:(id)observer
+              selector:(SEL)selector
+                  name:(nullable NSNotificationName)name
+                object:(nullable NSString*)object
+    suspensionBehavior:(NSNotificationSuspensionBehavior)suspensionBehavior;
 @end
 
 @interface NSTimer : NSObject
