@@ -10,6 +10,7 @@
 #include "Platform/Linux/Posix/UserDirectories.h"
 #include "Platform/Linux/Scene/Redirection.h"
 #include "Platform/Linux/Session/Session.h"
+#include "Platform/Linux/Toolkit/QtX11.h"
 
 namespace platform::linux {
 namespace {
