@@ -1,0 +1,211 @@
+// Commands from another process, which the test itself stands for here.
+#include "Platform/RemoteControl.h"
+
+#include "Platform/Examination.h"
+#include "Tests/Mac/Behaviour/MacTest.h"
+
+namespace quillfade {
+namespace {
+
+using platform::RemoteControl;
+using platform::RemoteReply;
+
+class RemoteControlTest : public MacTest {
+ protected:
+  static std::expected<RemoteReply, platform::Error> send(const Strings& words) {
+    return platform::sendToRunningInstance(words);
+  }
+  // For which nobody stands here: what another instance would say.
+  static std::string failureOf(const std::expected<RemoteReply, platform::Error>& reply) {
+    return reply ? "none" : reply.error().localizedDescription;
+  }
+};
+
+TEST_F(RemoteControlTest, ACommandReachesTheRunningInstanceAndIsAnswered) {
+  launched([this] {
+    EXPECT_EQ(send({"whole-screen"}), (RemoteReply{0, ""}));
+    EXPECT_EQ(shownFrames(), (std::vector<platform::Rect>{{{0, 0}, {1440, 900}}}));
+    const auto status = send({"status"});
+    ASSERT_TRUE(status);
+    EXPECT_TRUE(status->output.starts_with("Annotations: hidden\nArea:        1440 × 900 at (0, 0)\n"))
+        << status->output;
+    EXPECT_EQ(send({"toggle"}), (RemoteReply{0, ""}));
+    EXPECT_TRUE(shownFrames().empty());
+  });
+}
+
+TEST_F(RemoteControlTest, AReplyMayWaitForTheCaptureService) {
+  world.capture.windows = {{.number = 9, .layer = 500, .owner = "org.example.ink"}};
+  launched([] {
+    const auto reply = send({"windows"});
+    ASSERT_TRUE(reply);
+    EXPECT_TRUE(reply->output.contains("org.example.ink")) << reply->output;
+  });
+}
+
+TEST_F(RemoteControlTest, AMistakeIsAnsweredAtOnce) {
+  launched([] {
+    EXPECT_EQ(send({"dance"})->status, 2);
+    EXPECT_EQ(send({"peek", "0"})->status, 2);
+    EXPECT_EQ(send({"peek", ""})->status, 2) << "an empty word is a word";
+  });
+}
+
+TEST_F(RemoteControlTest, AQuestionToTheUserIsAnnounced) {
+  world.captureAllowed = false;
+  world.alertAnswers = {1001};
+  launched([this] {
+    int questions = 0;
+    const auto reply = platform::sendToRunningInstance({"whole-screen"}, platform::untilAnswered, [&] { ++questions; });
+    ASSERT_TRUE(reply);
+    EXPECT_EQ(world.alerts.size(), 1U);
+    EXPECT_EQ(questions, 1);
+  });
+}
+
+TEST_F(RemoteControlTest, CommandsGetInWhileAnAlertIsOpen) {
+  world.captureAllowed = false;
+  world.alertAnswers = {1001};
+  launched([this] {
+    std::string meanwhile;
+    world.duringAlert = [&] {
+      if (const auto reply = send({"keys"})) meanwhile = reply->output;
+    };
+    choose("Whole Screen");
+    EXPECT_EQ(world.alerts.size(), 1U);
+    EXPECT_FALSE(meanwhile.empty());
+  });
+}
+
+TEST_F(RemoteControlTest, CommandsGetInWhileTheMenuIsOpen) {
+  launched([this] {
+    world.openMenu();
+    EXPECT_EQ(send({"whole-screen"}), (RemoteReply{0, ""}));
+    EXPECT_EQ(shownFrames().size(), 1U);
+    world.closeMenu();
+  });
+}
+
+TEST_F(RemoteControlTest, QuitIsAnsweredBeforeTheEnd) {
+  launched([this] {
+    EXPECT_EQ(send({"quit"}), (RemoteReply{0, ""}));
+    EXPECT_TRUE(world.isTerminated);
+  });
+}
+
+TEST_F(RemoteControlTest, NothingIsAnsweredWhereNothingRuns) {
+  fake::inPool([] { EXPECT_EQ(failureOf(send({"toggle"})), "Quillfade is not running."); });
+}
+
+TEST_F(RemoteControlTest, ASecondInstanceFindsTheFirst) {
+  launched([this] {
+    const auto second = platform::makePlatform({});
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(runOnlyInstance(*second), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Quillfade is already running.\n");
+    EXPECT_EQ(world.statusItems(), 1);
+    EXPECT_EQ(send({"status"})->status, 0) << "the first one is as before";
+  });
+}
+
+TEST_F(RemoteControlTest, TheNextInstanceIsTheFirstAgain) {
+  launched([] {});
+  launched([] { EXPECT_EQ(send({"status"})->status, 0); });
+}
+
+TEST_F(RemoteControlTest, WithoutAPortEverythingElseWorks) {
+  world.refusesPorts = true;
+  testing::internal::CaptureStderr();
+  launched([this] {
+    choose("Whole Screen");
+    EXPECT_EQ(shownFrames().size(), 1U);
+    EXPECT_EQ(failureOf(send({"toggle"})), "Quillfade is not running.");
+  });
+  EXPECT_TRUE(testing::internal::GetCapturedStderr().contains("No port can be opened"));
+}
+
+TEST_F(RemoteControlTest, AnAskerWithoutAPortDoesNotAsk) {
+  launched([this] {
+    world.refusesPorts = true;
+    EXPECT_EQ(failureOf(send({"whole-screen"})), "A reply of the running Quillfade could not be received.");
+    fake::settle();
+    EXPECT_TRUE(shownFrames().empty());
+  });
+}
+
+class RemotePeersTest : public RemoteControlTest {
+ protected:
+  void claimed(const RemoteControl::Handler& handler, const std::function<void()>& test) {
+    fake::inPool([&] {
+      first = platform::makePlatform({});
+      ASSERT_EQ(first->remoteControl().claim(handler), RemoteControl::Claim::first);
+      fake::inPool(test);
+      first = nullptr;
+      fake::settle();
+    });
+  }
+  std::unique_ptr<platform::Platform> first;
+};
+
+TEST_F(RemotePeersTest, WhoGivesNoAnswerIsWaitedForOnlySoLong) {
+  claimed([](const auto&, const auto&) {},
+          [] {
+            const auto reply = platform::sendToRunningInstance({"toggle"}, std::chrono::milliseconds{20});
+            EXPECT_EQ(failureOf(reply), "The running Quillfade did not answer.");
+          });
+}
+
+TEST_F(RemotePeersTest, AnInstanceThatGoesWithoutAWordIsMissed) {
+  claimed([this](const auto&, const auto&) { first->runLoop().post([this] { first = nullptr; }); },
+          [] { EXPECT_EQ(failureOf(send({"toggle"})), "The running Quillfade did not answer."); });
+}
+
+TEST_F(RemotePeersTest, TheLastWordsOfAnInstanceAreHeard) {
+  claimed(
+      [this](const auto&, const RemoteControl::Completion& completion) {
+        completion({7, "good\nbye"});
+        first->runLoop().post([this] { first = nullptr; });
+      },
+      [] { EXPECT_EQ(send({"quit"}), (RemoteReply{7, "good\nbye"})); });
+}
+
+TEST_F(RemotePeersTest, AnAskerThatWentAwayGetsNothing) {
+  RemoteControl::Completion answer;
+  claimed([&answer](const auto&, const RemoteControl::Completion& completion) { answer = completion; },
+          [&] {
+            (void)platform::sendToRunningInstance({"toggle"}, std::chrono::milliseconds{20});
+            answer({0, "too late"});
+            fake::settle();
+            first->remoteControl().announceQuestion();
+            fake::settle();
+          });
+  fake::inPool([&] { answer({0, "far too late"}); });
+}
+
+using ExaminationTest = MacTest;
+
+TEST_F(ExaminationTest, TheLookFromOutsideChangesNothing) {
+  world.defaults = {{"style", std::int64_t{1}}, {"enabled", true}};
+  world.hotKeySetup.taken = {keyP};
+  world.loginItemStatus = 2;
+  fake::inPool([] {
+    const auto seen = platform::examineDesktop({.hotKeys = {{keyD, controlOptionCommand}, {keyP, controlOptionCommand}},
+                                                .logFile = "Library/Logs/Quillfade.log",
+                                                .settings = {"style", "region"},
+                                                .mayCapture = false});
+    ASSERT_EQ(seen.findings.size(), 3U);
+    EXPECT_EQ(seen.findings[0].health, platform::Health::fails);
+    EXPECT_EQ(seen.findings[1].detail, "waits for your approval");
+    EXPECT_EQ(seen.hotKeys, (std::vector{platform::HotKeyAnswer::shared, platform::HotKeyAnswer::unknown}));
+    EXPECT_EQ(seen.settings.size(), 1U);
+    EXPECT_EQ(seen.settings.at("style"), platform::SettingValue{std::int64_t{1}});
+    EXPECT_EQ(seen.settingsFile, "/Users/presenter/Library/Preferences/org.quillfade.Quillfade.plist");
+  });
+  EXPECT_TRUE(world.hotKeys().empty());
+  EXPECT_TRUE(world.defaultWrites.empty());
+  EXPECT_EQ(world.preflights, 0);
+  EXPECT_TRUE(world.policies.empty());
+}
+
+}  // namespace
+}  // namespace quillfade
