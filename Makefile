@@ -7,7 +7,7 @@ MINUTES ?= 10
 SUITES ?= bookworm trixie testing
 
 .PHONY: build install deb check-deb check-debian test bench coverage fuzz mutate soak asan tsan format lint check-mac \
-        check-mac-target test-mac test-mac-here test-mac-tsan coverage-mac mutate-mac app clean help
+        check-mac-target test-mac test-mac-here test-mac-tsan mutate-mac app clean help
 
 build: ## the program, optimised: build/quillfade
 	cmake --preset release
@@ -96,10 +96,6 @@ test-mac-here: ## executes the macOS adapter over fakes of the frameworks, under
 test-mac-tsan: ## the same under the thread sanitizer
 	./setup test
 	Scripts/mac-tests thread
-
-coverage-mac: ## the same, and how much of the adapter is reached
-	./setup test
-	Scripts/mac-tests coverage
 
 mutate-mac: ## plants mistakes in the macOS adapter, one at a time: a test must notice
 	./setup test
