@@ -9,18 +9,6 @@
 
 namespace platform::linux::holes {
 
-namespace {
-
-scene::WindowFilter filterOf(const stream::CaptureStreamSettings& settings, const xcb::Connection& connection) {
-  scene::WindowFilter filter(settings.excludedWindows, {}, connection.resourceMask());
-  if (!settings.holdBack) return filter;
-  filter.holdBackFrom(settings.holdBack->fromArea);
-  for (const xcb_window_t window : settings.holdBack->admitted) filter.admit(window);
-  return filter;
-}
-
-}  // namespace
-
 HoleEngine::HoleEngine(xcb::Connection& connection, scene::Scene& scene, RunLoop& runLoop,
                        std::vector<std::uint32_t> ownClients, std::uint32_t token)
     : connection_(connection),
@@ -65,7 +53,7 @@ std::expected<void, Error> HoleEngine::open(const stream::CaptureStreamSettings&
                                             std::weak_ptr<StreamDelegate> delegate) {
   if (const auto missing = extensionsMissingForHoles(connection_); !missing.empty())
     return std::unexpected(Error{xcb::missingExtensionsSentence(missing)});
-  book_.open(settings.serial, settings.source, filterOf(settings, connection_));
+  book_.open(settings.serial, settings.source, stream::filterOf(settings, connection_));
   const auto done = carryOut();
   if (done)
     delegates_[settings.serial] = std::move(delegate);

@@ -25,14 +25,6 @@ timespec toTimespec(std::chrono::nanoseconds duration) {
   return {seconds.count(), (duration - seconds).count()};
 }
 
-scene::WindowFilter filterOf(const CaptureStreamSettings& settings, const xcb::Connection& connection) {
-  scene::WindowFilter filter(settings.excludedWindows, settings.ownClients, connection.resourceMask());
-  if (!settings.holdBack) return filter;
-  filter.holdBackFrom(settings.holdBack->fromArea);
-  for (const xcb_window_t window : settings.holdBack->admitted) filter.admit(window);
-  return filter;
-}
-
 }  // namespace
 
 std::expected<std::unique_ptr<CaptureSession>, Error> CaptureSession::open(const CaptureStreamSettings& settings,

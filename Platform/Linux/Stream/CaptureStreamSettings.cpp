@@ -31,6 +31,14 @@ std::optional<Error> faultOf(const xcb::PixelRect& source) {
   return std::nullopt;
 }
 
+scene::WindowFilter filterOf(const CaptureStreamSettings& settings, const xcb::Connection& connection) {
+  scene::WindowFilter filter(settings.excludedWindows, settings.ownClients, connection.resourceMask());
+  if (!settings.holdBack) return filter;
+  filter.holdBackFrom(settings.holdBack->fromArea);
+  for (const xcb_window_t window : settings.holdBack->admitted) filter.admit(window);
+  return filter;
+}
+
 CaptureStreamSettings::HoldBack holdBack(const HeldBackWindows& windows, const xcb::ScreenGeometry& display) {
   return {.fromArea = windows.fromArea * display.scale * display.scale, .admitted = windows.admitted};
 }

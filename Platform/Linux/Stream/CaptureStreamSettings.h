@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "Platform/Capture.h"
+#include "Platform/Linux/Scene/WindowFilter.h"
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/Coordinates.h"
 
@@ -36,6 +37,8 @@ struct CaptureStreamSettings {
 // The source and the pace that the configuration asks for on this display.
 [[nodiscard]] CaptureStreamSettings captureStreamSettings(const StreamConfiguration& configuration,
                                                           const xcb::ScreenGeometry& display);
+// The windows to leave out, as a filter.
+[[nodiscard]] scene::WindowFilter filterOf(const CaptureStreamSettings& settings, const xcb::Connection& connection);
 // Why nothing can be captured there, if so.
 [[nodiscard]] std::optional<Error> faultOf(const xcb::PixelRect& source);
 // The same in pixels of this display.

@@ -8,9 +8,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-using PermissionGate = CommandsTest;
+using PermissionGateTest = CommandsTest;
 
-TEST_F(PermissionGate, LetsEveryCommandPassWithPermission) {
+TEST_F(PermissionGateTest, LetsEveryCommandPassWithPermission) {
   launch();
   delegate->toggleCover();
   EXPECT_TRUE(overlay().isEnabled());
@@ -18,7 +18,7 @@ TEST_F(PermissionGate, LetsEveryCommandPassWithPermission) {
   EXPECT_THAT(alerts(), IsEmpty());
 }
 
-TEST_F(PermissionGate, AsksOnceAndContinuesIfThatHelps) {
+TEST_F(PermissionGateTest, AsksOnceAndContinuesIfThatHelps) {
   desktop.screenCaptureAccess().grantsOnRequest = true;
   launchWithoutPermission();
   delegate->toggleCover();
@@ -27,7 +27,7 @@ TEST_F(PermissionGate, AsksOnceAndContinuesIfThatHelps) {
   EXPECT_THAT(alerts(), IsEmpty());
 }
 
-TEST_F(PermissionGate, TrustsTheSecondCheckNotTheRequest) {
+TEST_F(PermissionGateTest, TrustsTheSecondCheckNotTheRequest) {
   desktop.screenCaptureAccess().grantsOnRequest = true;
   launchWithoutPermission();
   overlay().setRegion(region);
@@ -39,7 +39,7 @@ TEST_F(PermissionGate, TrustsTheSecondCheckNotTheRequest) {
   EXPECT_FALSE(overlay().isEnabled());
 }
 
-TEST_F(PermissionGate, ExplainsItselfInThreeParagraphsAndTwoButtons) {
+TEST_F(PermissionGateTest, ExplainsItselfInThreeParagraphsAndTwoButtons) {
   launchWithoutPermission();
   delegate->toggleCover();
   ASSERT_THAT(alerts(), SizeIs(1));
@@ -53,7 +53,7 @@ TEST_F(PermissionGate, ExplainsItselfInThreeParagraphsAndTwoButtons) {
   EXPECT_THAT(alerts()[0].buttons, ElementsAre("Open System Settings", "Use Solid Cover"));
 }
 
-TEST_F(PermissionGate, BringsTheApplicationForwardBeforeTheAlert) {
+TEST_F(PermissionGateTest, BringsTheApplicationForwardBeforeTheAlert) {
   launchWithoutPermission();
   delegate->toggleCover();
   EXPECT_LT(placeOf("permission: request"), placeOf("application: activate"));
@@ -61,7 +61,7 @@ TEST_F(PermissionGate, BringsTheApplicationForwardBeforeTheAlert) {
   EXPECT_EQ(desktop.sharedApplication()->activationCount(), 1);
 }
 
-TEST_F(PermissionGate, OpeningTheSettingsAbandonsTheCommand) {
+TEST_F(PermissionGateTest, OpeningTheSettingsAbandonsTheCommand) {
   launchWithoutPermission();
   overlay().setRegion(region);
   desktop.dialogs().answerWith(openSettings);
@@ -73,7 +73,7 @@ TEST_F(PermissionGate, OpeningTheSettingsAbandonsTheCommand) {
   EXPECT_FALSE(overlay().isEnabled());
 }
 
-TEST_F(PermissionGate, ChoosingTheSolidCoverContinuesWithIt) {
+TEST_F(PermissionGateTest, ChoosingTheSolidCoverContinuesWithIt) {
   launchWithoutPermission();
   desktop.dialogs().answerWith(useSolidCover);
   delegate->toggleCover();
@@ -86,7 +86,7 @@ TEST_F(PermissionGate, ChoosingTheSolidCoverContinuesWithIt) {
   EXPECT_THAT(desktop.workspace().openedURLs(), IsEmpty());
 }
 
-TEST_F(PermissionGate, AlwaysPassesWithTheSolidStyle) {
+TEST_F(PermissionGateTest, AlwaysPassesWithTheSolidStyle) {
   launchWithoutPermission();
   overlay().setStyle(CoverStyle::solid);
   const int before = desktop.screenCaptureAccess().preflightCount();
@@ -103,7 +103,7 @@ TEST_F(PermissionGate, AlwaysPassesWithTheSolidStyle) {
   EXPECT_EQ(desktop.screenCaptureAccess().preflightCount(), before);
 }
 
-TEST_F(PermissionGate, GuardsEveryCommandThatCanShowTheLiveCover) {
+TEST_F(PermissionGateTest, GuardsEveryCommandThatCanShowTheLiveCover) {
   launchWithoutPermission();
   for (const auto command : {&AppDelegate::toggleCover, &AppDelegate::wholeScreen, &AppDelegate::selectArea}) {
     desktop.dialogs().answerWith(openSettings);
@@ -116,7 +116,7 @@ TEST_F(PermissionGate, GuardsEveryCommandThatCanShowTheLiveCover) {
   EXPECT_EQ(overlay().region(), std::nullopt);
 }
 
-TEST_F(PermissionGate, DoesNotGuardTheOtherCommands) {
+TEST_F(PermissionGateTest, DoesNotGuardTheOtherCommands) {
   launchWithoutPermission();
   delegate->peek();
   delegate->toggleOutline();
@@ -127,7 +127,7 @@ TEST_F(PermissionGate, DoesNotGuardTheOtherCommands) {
   EXPECT_THAT(alerts(), IsEmpty());
 }
 
-TEST_F(PermissionGate, ShowsOneAlertAtATimeAndBringsItToTheFrontWhenItIsAskedAgain) {
+TEST_F(PermissionGateTest, ShowsOneAlertAtATimeAndBringsItToTheFrontWhenItIsAskedAgain) {
   launchWithoutPermission();
   desktop.dialogs().setDuringAlert([&] {
     EXPECT_EQ(desktop.sharedApplication()->activationCount(), 1);
@@ -145,7 +145,7 @@ TEST_F(PermissionGate, ShowsOneAlertAtATimeAndBringsItToTheFrontWhenItIsAskedAga
   EXPECT_TRUE(overlay().isEnabled());
 }
 
-TEST_F(PermissionGate, AsksAgainOnceItsAlertIsAnswered) {
+TEST_F(PermissionGateTest, AsksAgainOnceItsAlertIsAnswered) {
   launchWithoutPermission();
   for (int round = 1; round <= 2; ++round) {
     desktop.dialogs().answerWith(openSettings);
@@ -154,7 +154,7 @@ TEST_F(PermissionGate, AsksAgainOnceItsAlertIsAnswered) {
   }
 }
 
-TEST_F(PermissionGate, AsksNothingWhileTheSessionIsLocked) {
+TEST_F(PermissionGateTest, AsksNothingWhileTheSessionIsLocked) {
   launchWithoutPermission();
   desktop.sessionLock().setLocked(true);
   delegate->toggleCover();
@@ -163,7 +163,7 @@ TEST_F(PermissionGate, AsksNothingWhileTheSessionIsLocked) {
   EXPECT_EQ(overlay().style(), CoverStyle::live);
 }
 
-TEST_F(PermissionGate, ComesAgainWithinHideAnnotationsWithoutARegion) {
+TEST_F(PermissionGateTest, ComesAgainWithinHideAnnotationsWithoutARegion) {
   launchWithoutPermission();
   desktop.screenCaptureAccess().nextPreflights = {true, false, false};
   desktop.dialogs().answerWith(openSettings);

@@ -42,7 +42,7 @@ std::vector<Row> rows(const std::vector<MenuItem>& items) {
   return result;
 }
 
-class StatusMenu : public DelegateTest {
+class StatusMenuTest : public DelegateTest {
  protected:
   // The items as the menu would show them now.
   const std::vector<MenuItem>& opened() {
@@ -61,7 +61,7 @@ class StatusMenu : public DelegateTest {
   std::string areaLabel() { return opened().at(7).title; }
 };
 
-TEST_F(StatusMenu, WithTheCoverOffItHoldsTheseItems) {
+TEST_F(StatusMenuTest, WithTheCoverOffItHoldsTheseItems) {
   launch();
   EXPECT_THAT(
       rows(opened()),
@@ -78,7 +78,7 @@ TEST_F(StatusMenu, WithTheCoverOffItHoldsTheseItems) {
           Row{.title = "Quit Quillfade", .key = "q", .mask = 0x100000}));
 }
 
-TEST_F(StatusMenu, WithTheCoverOnItSaysSo) {
+TEST_F(StatusMenuTest, WithTheCoverOnItSaysSo) {
   launchWithCoverOn();
   const auto now = rows(opened());
   EXPECT_EQ(now.at(0), (Row{.title = "Quillfade · annotations hidden", .enabledFlag = false, .hasAction = false}));
@@ -90,14 +90,14 @@ TEST_F(StatusMenu, WithTheCoverOnItSaysSo) {
   EXPECT_EQ(button().shownImage()->name(), "pencil.slash");
 }
 
-TEST_F(StatusMenu, TheSpecialCharactersAreTheRightOnes) {
+TEST_F(StatusMenuTest, TheSpecialCharactersAreTheRightOnes) {
   launchWithCoverOn();
   EXPECT_EQ(opened().at(0).title, "Quillfade \xC2\xB7 annotations hidden");
   EXPECT_EQ(opened().at(6).title, "Select Area\xE2\x80\xA6");
   EXPECT_EQ(areaLabel(), "Area: 800 \xC3\x97 600");
 }
 
-TEST_F(StatusMenu, TheAreaLabelDropsFractionsTowardZero) {
+TEST_F(StatusMenuTest, TheAreaLabelDropsFractionsTowardZero) {
   launch();
   overlay().setRegion({{0, 0}, {1439.7, 899.2}});
   EXPECT_EQ(areaLabel(), "Area: 1439 × 899");
@@ -107,14 +107,14 @@ TEST_F(StatusMenu, TheAreaLabelDropsFractionsTowardZero) {
   EXPECT_EQ(areaLabel(), "Area: 123456789 × 1");
 }
 
-TEST_F(StatusMenu, AfterWholeScreenTheAreaLabelShowsTheUnion) {
+TEST_F(StatusMenuTest, AfterWholeScreenTheAreaLabelShowsTheUnion) {
   desktop.arrangeScreens({{{{0, 0}, {1440, 900}}, 1, 2}, {{{1440, 0}, {1920, 1080}}, 2, 1}});
   launch();
   menu().choose("Whole Screen");
   EXPECT_EQ(areaLabel(), "Area: 3360 × 1080");
 }
 
-TEST_F(StatusMenu, TheModeSubmenuMarksTheCurrentStyle) {
+TEST_F(StatusMenuTest, TheModeSubmenuMarksTheCurrentStyle) {
   launch();
   for (const CoverStyle style : {CoverStyle::live, CoverStyle::solid}) {
     overlay().setStyle(style);
@@ -133,14 +133,14 @@ TEST_F(StatusMenu, TheModeSubmenuMarksTheCurrentStyle) {
   }
 }
 
-TEST_F(StatusMenu, ShowOutlineIsCheckedWhileItIsOn) {
+TEST_F(StatusMenuTest, ShowOutlineIsCheckedWhileItIsOn) {
   launch();
   EXPECT_EQ(item("Show Outline").state, ControlState::on);
   overlay().setShowsOutline(false);
   EXPECT_EQ(item("Show Outline").state, ControlState::off);
 }
 
-TEST_F(StatusMenu, LaunchAtLoginIsCheckedOnlyWhileTheLoginItemIsEnabled) {
+TEST_F(StatusMenuTest, LaunchAtLoginIsCheckedOnlyWhileTheLoginItemIsEnabled) {
   using platform::LoginItemStatus;
   launch();
   for (const auto status : {LoginItemStatus::notRegistered, LoginItemStatus::enabled, LoginItemStatus::requiresApproval,
@@ -150,7 +150,7 @@ TEST_F(StatusMenu, LaunchAtLoginIsCheckedOnlyWhileTheLoginItemIsEnabled) {
   }
 }
 
-TEST_F(StatusMenu, EveryCommandCanBeChosenAndTheLabelsCannot) {
+TEST_F(StatusMenuTest, EveryCommandCanBeChosenAndTheLabelsCannot) {
   launch();
   for (const MenuItem& each : opened()) {
     const bool isLabel = each.isSeparator || each.title == idleText || each.title == "Area: whole screen";
@@ -158,19 +158,19 @@ TEST_F(StatusMenu, EveryCommandCanBeChosenAndTheLabelsCannot) {
   }
 }
 
-TEST_F(StatusMenu, PeekCanBeChosenWhileTheCoverIsOffAndDoesNothing) {
+TEST_F(StatusMenuTest, PeekCanBeChosenWhileTheCoverIsOffAndDoesNothing) {
   launch();
   EXPECT_TRUE(menu().choose("Peek for 5 Seconds"));
   EXPECT_THAT(desktop.runLoop().liveDelayedTasks(), IsEmpty());
 }
 
-TEST_F(StatusMenu, OpeningTwiceGivesTheSameItems) {
+TEST_F(StatusMenuTest, OpeningTwiceGivesTheSameItems) {
   launchWithCoverOn();
   const auto first = rows(opened());
   EXPECT_EQ(rows(opened()), first);
 }
 
-TEST_F(StatusMenu, OpeningTakesTheCoverAwayUntilItCloses) {
+TEST_F(StatusMenuTest, OpeningTakesTheCoverAwayUntilItCloses) {
   for (const CoverStyle style : {CoverStyle::live, CoverStyle::solid}) {
     launchWithCoverOn(style);
     menu().open();
@@ -182,7 +182,7 @@ TEST_F(StatusMenu, OpeningTakesTheCoverAwayUntilItCloses) {
   }
 }
 
-TEST_F(StatusMenu, TheCoverIsGoneBeforeTheMenuIsBuilt) {
+TEST_F(StatusMenuTest, TheCoverIsGoneBeforeTheMenuIsBuilt) {
   launchWithCoverOn();
   desktop.record().clear();
   menu().open();
@@ -190,7 +190,7 @@ TEST_F(StatusMenu, TheCoverIsGoneBeforeTheMenuIsBuilt) {
   menu().close();
 }
 
-TEST_F(StatusMenu, ClosingLeavesTheItems) {
+TEST_F(StatusMenuTest, ClosingLeavesTheItems) {
   launch();
   menu().open();
   const auto open = rows(menu().items());
@@ -198,7 +198,7 @@ TEST_F(StatusMenu, ClosingLeavesTheItems) {
   EXPECT_EQ(rows(menu().items()), open);
 }
 
-TEST_F(StatusMenu, OpeningWhileTheCoverIsOffLeavesEverythingAsItIs) {
+TEST_F(StatusMenuTest, OpeningWhileTheCoverIsOffLeavesEverythingAsItIs) {
   launch();
   overlay().setRegion(region);
   opened();
@@ -206,7 +206,7 @@ TEST_F(StatusMenu, OpeningWhileTheCoverIsOffLeavesEverythingAsItIs) {
   EXPECT_FALSE(overlay().isEnabled());
 }
 
-TEST_F(StatusMenu, AnOpenMenuIsNotRefreshedButTheIconIs) {
+TEST_F(StatusMenuTest, AnOpenMenuIsNotRefreshedButTheIconIs) {
   launch();
   overlay().setRegion(region);
   menu().open();
@@ -217,20 +217,20 @@ TEST_F(StatusMenu, AnOpenMenuIsNotRefreshedButTheIconIs) {
   menu().close();
 }
 
-TEST_F(StatusMenu, AMissingSymbolKeepsTheIconButChangesTheToolTip) {
+TEST_F(StatusMenuTest, AMissingSymbolKeepsTheIconButChangesTheToolTip) {
   desktop.statusBar().missingSymbols = {"pencil.slash"};
   launchWithCoverOn();
   EXPECT_EQ(button().shownImage()->name(), "pencil");
   EXPECT_EQ(button().toolTip(), hiddenText);
 }
 
-TEST_F(StatusMenu, EveryIconIsATemplateNamedAfterTheApplication) {
+TEST_F(StatusMenuTest, EveryIconIsATemplateNamedAfterTheApplication) {
   launchWithCoverOn();
   EXPECT_EQ(button().shownImage()->description(), "Quillfade");
   EXPECT_TRUE(button().shownImage()->isTemplate());
 }
 
-TEST_F(StatusMenu, WithoutAMenuOpeningHasNoEffect) {
+TEST_F(StatusMenuTest, WithoutAMenuOpeningHasNoEffect) {
   launch();
   const auto detached = statusItem()->shownMenu();
   statusItem()->setMenu(nullptr);
@@ -239,7 +239,7 @@ TEST_F(StatusMenu, WithoutAMenuOpeningHasNoEffect) {
   EXPECT_THAT(detached->items(), IsEmpty());
 }
 
-TEST_F(StatusMenu, ItemsDoNothingOnceTheDelegateIsGone) {
+TEST_F(StatusMenuTest, ItemsDoNothingOnceTheDelegateIsGone) {
   launch();
   const auto items = opened();
   delegate = nullptr;
@@ -251,7 +251,7 @@ TEST_F(StatusMenu, ItemsDoNothingOnceTheDelegateIsGone) {
   EXPECT_FALSE(desktop.sharedApplication()->isTerminated());
 }
 
-TEST_F(StatusMenu, IsListedBeforeAnyOpeningWithoutTakingTheCoverDown) {
+TEST_F(StatusMenuTest, IsListedBeforeAnyOpeningWithoutTakingTheCoverDown) {
   launchWithCoverOn();
   delegate->menuWillBeListed(menu());
   const auto listed = menu().items();
@@ -267,7 +267,7 @@ TEST_F(StatusMenu, IsListedBeforeAnyOpeningWithoutTakingTheCoverDown) {
   }
 }
 
-TEST_F(StatusMenu, ARegionSizeThatDoesNotFitPreventsNeitherStartingNorCovering) {
+TEST_F(StatusMenuTest, ARegionSizeThatDoesNotFitPreventsNeitherStartingNorCovering) {
   store("region", std::string("{{0, 0}, {1e300, 600}}"));
   store("enabled", true);
   launch();
@@ -276,7 +276,7 @@ TEST_F(StatusMenu, ARegionSizeThatDoesNotFitPreventsNeitherStartingNorCovering) 
   EXPECT_THAT(shownFrames(), ElementsAre(platform::Rect{{0, 0}, {1440, 600}}));
 }
 
-using StatusMenuDeathTest = StatusMenu;
+using StatusMenuDeathTest = StatusMenuTest;
 
 TEST_F(StatusMenuDeathTest, ARegionSizeThatDoesNotFitEndsTheProcess) {
   launch();
