@@ -63,13 +63,13 @@ class AreaSelection : public DrivenDesktop {
   }
 };
 
-enum class Kind { bare, managed, composited };
+enum class Management { bare, managed, composited };
 
-class OnEachDesktop : public AreaSelection, public testing::WithParamInterface<Kind> {
+class OnEachDesktop : public AreaSelection, public testing::WithParamInterface<Management> {
  protected:
   OnEachDesktop() {
-    if (GetParam() != Kind::bare) manager_.emplace(server_.display());
-    if (GetParam() == Kind::composited) compositor_.emplace(server_.display());
+    if (GetParam() != Management::bare) manager_.emplace(server_.display());
+    if (GetParam() == Management::composited) compositor_.emplace(server_.display());
     client_.sync();
   }
   std::optional<support::WindowManager> manager_;
@@ -111,12 +111,13 @@ TEST_P(OnEachDesktop, EscapeCancelsAndTheCoverThatWasOnComesBack) {
   EXPECT_THAT(status(), HasSubstr("\"enabled\": true"));
 }
 
-std::string nameOf(const testing::TestParamInfo<Kind>& kind) {
-  if (kind.param == Kind::bare) return "Bare";
-  return kind.param == Kind::managed ? "Managed" : "Composited";
+std::string nameOf(const testing::TestParamInfo<Management>& kind) {
+  if (kind.param == Management::bare) return "Bare";
+  return kind.param == Management::managed ? "Managed" : "Composited";
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, OnEachDesktop, testing::Values(Kind::bare, Kind::managed, Kind::composited), nameOf);
+INSTANTIATE_TEST_SUITE_P(Each, OnEachDesktop,
+                         testing::Values(Management::bare, Management::managed, Management::composited), nameOf);
 
 TEST_F(AreaSelection, TheInstructionStandsInTheMiddleBelowTheTopEdge) {
   start(solidOff);

@@ -15,7 +15,7 @@ using endtoend::area;
 using support::ChildProcess;
 using support::PixelRect;
 
-constexpr std::chrono::seconds patience{60};
+constexpr std::chrono::seconds deadline{60};
 constexpr PixelRect moving{400, 300, 64, 64};  // within the covered area
 
 class DamagePrograms : public endtoend::CoveredDesktop {
@@ -56,7 +56,7 @@ void DamagePrograms::showFilmWhile(ChildProcess& program) {
         showFrame(color += 0x010203);
         return !program.isRunning();
       },
-      patience));
+      deadline));
   ASSERT_EQ(program.exitStatus(), 0) << program.output();
 }
 
@@ -106,7 +106,7 @@ TEST_P(RemoteDesktops, OfferWhatMovesBeneathTheCover) {
   std::vector<std::string> words = GetParam().words;
   words.push_back(socket);
   ChildProcess server(throughLens("unmirrored", words), environment());
-  ASSERT_TRUE(support::waitUntil([&] { return std::filesystem::exists(socket) || !server.isRunning(); }, patience));
+  ASSERT_TRUE(support::waitUntil([&] { return std::filesystem::exists(socket) || !server.isRunning(); }, deadline));
   ASSERT_TRUE(server.isRunning()) << server.output();
   support::FrameBufferViewer viewer(socket);
   for (const std::uint32_t color : {0xff0000U, 0x00ff00U, 0x0000ffU, 0xffff00U, 0x00ffffU, 0xffffffU}) {

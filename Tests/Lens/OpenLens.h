@@ -12,6 +12,10 @@
 
 namespace lens {
 
+// The private server's screen, and a mirror on it.
+inline constexpr support::PixelRect screen{0, 0, 1280, 800};
+inline constexpr support::PixelRect mirror{200, 150, 400, 300};
+
 // The command line of a program that runs through a lens.
 [[nodiscard]] std::vector<std::string> throughLens(const std::string& view, std::vector<std::string> program);
 

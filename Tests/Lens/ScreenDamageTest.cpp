@@ -25,8 +25,6 @@ using support::PixelRect;
 using support::waitForReply;
 using support::XClient;
 
-constexpr PixelRect screen{0, 0, 1280, 800};
-constexpr PixelRect mirror{200, 150, 400, 300};
 constexpr PixelRect everywhere{0, 0, 1280, 800};
 
 bool contains(const PixelRect& outer, const PixelRect& inner) {

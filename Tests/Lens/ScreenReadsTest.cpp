@@ -30,8 +30,6 @@ using support::PixelRect;
 using support::waitForReply;
 using support::XClient;
 
-constexpr PixelRect screen{0, 0, 1280, 800};
-constexpr PixelRect mirror{200, 150, 400, 300};
 constexpr std::uint32_t mirrorColor = 0x123456;
 
 // The content of a pixmap of the client's own.

@@ -50,7 +50,7 @@ int listenAtFreeNumber(int descriptor) {
 }
 
 template <typename T>
-T read(std::span<const std::uint8_t> bytes, std::size_t offset) {
+T number(std::span<const std::uint8_t> bytes, std::size_t offset) {
   T value{};
   std::memcpy(&value, bytes.data() + offset, sizeof value);
   return value;
@@ -102,11 +102,11 @@ class TamperingProxy::Conversation {
   [[nodiscard]] std::size_t nextLength(std::span<const std::uint8_t> bytes) const {
     if (!isSetUp_) {
       if (bytes.size() < setupLength) return 0;
-      return setupLength + padded(read<std::uint16_t>(bytes, 6)) + padded(read<std::uint16_t>(bytes, 8));
+      return setupLength + padded(number<std::uint16_t>(bytes, 6)) + padded(number<std::uint16_t>(bytes, 8));
     }
-    if (bytes.size() < 8) return bytes.size() >= 4 ? std::size_t{read<std::uint16_t>(bytes, 2)} * 4 : 0;
-    const std::size_t units = read<std::uint16_t>(bytes, 2);
-    return 4 * (units != 0 ? units : read<std::uint32_t>(bytes, 4));
+    if (bytes.size() < 8) return bytes.size() >= 4 ? std::size_t{number<std::uint16_t>(bytes, 2)} * 4 : 0;
+    const std::size_t units = number<std::uint16_t>(bytes, 2);
+    return 4 * (units != 0 ? units : number<std::uint32_t>(bytes, 4));
   }
 
   bool passRequests() {
@@ -197,10 +197,10 @@ void TamperingProxy::pass(std::uint8_t* request, std::size_t length) {
   const std::lock_guard lock(mutex_);
   if (kind.major == XCB_QUERY_EXTENSION && !hiddenExtension_.empty()) {
     char* const name = reinterpret_cast<char*>(request) + 8;
-    if (std::string_view(name, read<std::uint16_t>(bytes, 4)) == hiddenExtension_) *name = '?';
+    if (std::string_view(name, number<std::uint16_t>(bytes, 4)) == hiddenExtension_) *name = '?';
   }
   for (std::size_t offset = 4; offset + 4 <= length; offset += 4) {
-    if (read<std::uint32_t>(bytes, offset) - foreignBase_ >= idsInUse) continue;
+    if (number<std::uint32_t>(bytes, offset) - foreignBase_ >= idsInUse) continue;
     const bool isTampered = kind_ == kind;
     seen_[kind] += isTampered ? 1 : 0;
     if (!isTampered) continue;

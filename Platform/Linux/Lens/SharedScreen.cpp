@@ -19,7 +19,7 @@ namespace {
 
 // Another program may hold the server grabbed. The reader then gets an old picture rather than none.
 constexpr std::chrono::milliseconds longestWaitForServer{1000};
-constexpr int mostRounds = 4;
+constexpr int mostQuestions = 4;
 
 struct ExtensionCodes {
   std::uint8_t major = 0;
@@ -301,7 +301,7 @@ bool SharedScreen::isUpToDate() {
   if (!isAnswered()) return isTooLate();
   takeIn();
   if (isPainted_) return true;
-  if (isDescribed() || questions_ >= mostRounds) {
+  if (isDescribed() || questions_ >= mostQuestions) {
     isPainted_ = paint();
     if (!isPainted_) return true;
   }

@@ -8,8 +8,6 @@ namespace platform::linux::scene {
 
 namespace {
 
-constexpr xcb_window_t none = XCB_WINDOW_NONE;
-
 // A frame with wrappers has few other children. A window with more is a toolkit's that gives every button a window.
 constexpr std::size_t mostWrappers = 16;
 
@@ -38,7 +36,7 @@ xcb_window_t foreignOne(xcb::Connection& connection, xcb_window_t topLevel, cons
   const std::uint32_t mask = connection.resourceMask();
   const auto found = std::find_if(windows.rbegin(), windows.rend(),
                                   [&](xcb_window_t window) { return (window & ~mask) != (topLevel & ~mask); });
-  return found == windows.rend() ? none : *found;
+  return found == windows.rend() ? noClient : *found;
 }
 
 }  // namespace
@@ -52,12 +50,12 @@ std::vector<xcb_window_t> managedClients(xcb::Connection& connection, std::span<
   for (Children& frame : frames) {
     const auto children = frame.collect();
     inside.push_back(foreignOne(connection, frame.parent(), children));
-    if (inside.back() != none || children.size() > mostWrappers) continue;
+    if (inside.back() != noClient || children.size() > mostWrappers) continue;
     for (const xcb_window_t child : children) wrappers.emplace_back(inside.size() - 1, Children(connection, child));
   }
   for (auto& [index, wrapper] : wrappers) {
     const xcb_window_t found = foreignOne(connection, topLevels[index], wrapper.collect());
-    if (found != none) inside[index] = found;
+    if (found != noClient) inside[index] = found;
   }
   return inside;
 }

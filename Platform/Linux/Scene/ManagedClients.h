@@ -14,8 +14,10 @@
 
 namespace platform::linux::scene {
 
-// For each top-level, the window of another client inside it, or none. At most two round trips, however many windows
-// there are.
+inline constexpr xcb_window_t noClient = XCB_WINDOW_NONE;
+
+// For each top-level, the window of another client inside it, or `noClient`. At most two round trips, however many
+// windows there are.
 [[nodiscard]] std::vector<xcb_window_t> managedClients(xcb::Connection& connection,
                                                        std::span<const xcb_window_t> topLevels);
 

@@ -15,8 +15,6 @@ namespace platform::linux::scene {
 
 namespace {
 
-constexpr xcb_window_t none = XCB_WINDOW_NONE;
-
 bool isBlank(const std::string& name) { return posix::trimmed(name).empty(); }
 
 std::vector<std::string> namesOf(const WindowProperties& window) {
@@ -127,7 +125,7 @@ void WindowList::readTopLevels(const std::vector<xcb_window_t>& stale) {
     Record& record = records_[stale[i]];
     record.own = requests[i].collect();
     // A managed window is not a frame; other clients' windows inside it are only parts of it.
-    setInner(stale[i], record.own.isManaged ? none : inside[i]);
+    setInner(stale[i], record.own.isManaged ? noClient : inside[i]);
   }
 }
 
@@ -136,7 +134,7 @@ void WindowList::readInnerWindows(const std::vector<xcb_window_t>& stale) {
   for (const xcb_window_t window : stale) {
     Record& record = records_[window];
     record.ofInner = {};
-    if (record.inner == none || isOwnClient(record.inner)) continue;
+    if (record.inner == noClient || isOwnClient(record.inner)) continue;
     watch(record.inner);
     requests.emplace_back(&record, ClientPropertiesRequest(connection_, atoms_, record.inner));
   }
@@ -165,7 +163,7 @@ void WindowList::setInner(xcb_window_t topLevel, xcb_window_t inner) {
   if (record.inner == inner) return;
   frameOf_.erase(record.inner);
   record.inner = inner;
-  if (inner != none) frameOf_[inner] = topLevel;
+  if (inner != noClient) frameOf_[inner] = topLevel;
 }
 
 // Select events before reading the properties, so that no change is missed in between. The window may be gone.
@@ -203,7 +201,7 @@ void WindowList::handleReparent(const xcb_reparent_notify_event_t& event) {
   if (records_.contains(event.parent)) return markStale(event.parent);
   const std::uint32_t mask = connection_.resourceMask();
   for (auto& [window, record] : records_) {
-    if (record.inner == none && (window & ~mask) == (event.parent & ~mask)) markStale(window);
+    if (record.inner == noClient && (window & ~mask) == (event.parent & ~mask)) markStale(window);
   }
 }
 

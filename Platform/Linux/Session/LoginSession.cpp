@@ -10,7 +10,7 @@
 namespace platform::linux::session {
 namespace {
 
-const QString service = QStringLiteral("org.freedesktop.login1");
+const QString loginService = QStringLiteral("org.freedesktop.login1");
 const QString managerPath = QStringLiteral("/org/freedesktop/login1");
 const QString managerInterface = QStringLiteral("org.freedesktop.login1.Manager");
 const QString sessionInterface = QStringLiteral("org.freedesktop.login1.Session");
@@ -23,7 +23,7 @@ constexpr const char* anySession = "auto";
 LoginSession::LoginSession(LoginSessionListener listener)
     : listener_(std::move(listener)),
       bus_(QDBusConnection::systemBus()),
-      watcher_(service, bus_, QDBusServiceWatcher::WatchForRegistration) {
+      watcher_(loginService, bus_, QDBusServiceWatcher::WatchForRegistration) {
   if (!bus_.isConnected()) return;
   QObject::connect(&lock_, &QAction::triggered, &context_, [this] { listener_.lockRequested(); });
   QObject::connect(&unlock_, &QAction::triggered, &context_, [this] { listener_.unlockRequested(); });
@@ -34,7 +34,7 @@ LoginSession::LoginSession(LoginSessionListener listener)
 void LoginSession::find() {
   if (lockedHint_) return;
   QDBusMessage question =
-      QDBusMessage::createMethodCall(service, managerPath, managerInterface, QStringLiteral("GetSession"));
+      QDBusMessage::createMethodCall(loginService, managerPath, managerInterface, QStringLiteral("GetSession"));
   question << QString::fromStdString(posix::environmentVariable("XDG_SESSION_ID").value_or(anySession));
   question.setAutoStartService(false);
   auto* call = new QDBusPendingCallWatcher(bus_.asyncCall(question), &context_);
@@ -46,12 +46,13 @@ void LoginSession::find() {
 }
 
 void LoginSession::follow(const QString& path) {
-  bus_.connect(service, path, sessionInterface, QStringLiteral("Lock"), &lock_, SLOT(trigger()));
-  bus_.connect(service, path, sessionInterface, QStringLiteral("Unlock"), &unlock_, SLOT(trigger()));
-  QDBusMessage question = QDBusMessage::createMethodCall(service, path, propertiesInterface, QStringLiteral("Get"));
+  bus_.connect(loginService, path, sessionInterface, QStringLiteral("Lock"), &lock_, SLOT(trigger()));
+  bus_.connect(loginService, path, sessionInterface, QStringLiteral("Unlock"), &unlock_, SLOT(trigger()));
+  QDBusMessage question =
+      QDBusMessage::createMethodCall(loginService, path, propertiesInterface, QStringLiteral("Get"));
   question << sessionInterface << QStringLiteral("LockedHint");
   lockedHint_.emplace(
-      BusFlag::Source{bus_, service, path, propertiesInterface, QStringLiteral("PropertiesChanged"), question},
+      BusFlag::Source{bus_, loginService, path, propertiesInterface, QStringLiteral("PropertiesChanged"), question},
       listener_.lockedHintChanged);
 }
 

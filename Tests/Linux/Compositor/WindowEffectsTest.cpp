@@ -15,8 +15,8 @@
 namespace platform::linux::compositor {
 namespace {
 
-constexpr xcb::PixelRect wholeScreen{0, 0, 400, 300};
-constexpr std::uint32_t grey = 0x808080;  // the colour beneath
+constexpr xcb::PixelRect fullScreen{0, 0, 400, 300};
+constexpr std::uint32_t beneath = 0x808080;
 constexpr std::uint32_t half = 0x80000000;
 
 class WindowEffectsTest : public ::testing::Test {
@@ -24,7 +24,7 @@ class WindowEffectsTest : public ::testing::Test {
   WindowEffectsTest() {
     scene::redirectSubwindows(*keeper);
     EXPECT_TRUE(keeper->synchronize(10'000));
-    client.createWindow({.frame = wholeScreen, .color = grey});
+    client.createWindow({.frame = fullScreen, .color = beneath});
     client.sync();
   }
 
@@ -73,12 +73,12 @@ class WindowEffectsTest : public ::testing::Test {
 TEST_F(WindowEffectsTest, InvisibleEdgesOfAFrameAreNotPainted) {
   claimToComposite();
   makeFrame();
-  composition.emplace(server.display(), wholeScreen);
-  EXPECT_EQ(pixel(55, 45), grey) << "the edge that is there for the pointer only";
-  EXPECT_EQ(pixel(55, 90), grey);
+  composition.emplace(server.display(), fullScreen);
+  EXPECT_EQ(pixel(55, 45), beneath) << "the edge that is there for the pointer only";
+  EXPECT_EQ(pixel(55, 90), beneath);
   EXPECT_EQ(pixel(57, 47), 0x000000U) << "the edge that is to be seen";
   EXPECT_EQ(pixel(163, 133), 0x000000U);
-  EXPECT_EQ(pixel(164, 90), grey);
+  EXPECT_EQ(pixel(164, 90), beneath);
   EXPECT_EQ(pixel(60, 50), 0x00aa00U);
   EXPECT_EQ(composition->picture().count(0x00aa00), std::size_t{100} * 80);
 }
@@ -86,38 +86,38 @@ TEST_F(WindowEffectsTest, InvisibleEdgesOfAFrameAreNotPainted) {
 TEST_F(WindowEffectsTest, DrawingOnInvisibleEdgesIsNotPainted) {
   claimToComposite();
   makeFrame(24);
-  composition.emplace(server.display(), wholeScreen);
+  composition.emplace(server.display(), fullScreen);
   composition->needNotTell();
-  ASSERT_EQ(pixel(55, 45), grey);
+  ASSERT_EQ(pixel(55, 45), beneath);
   manager.fill(frame, {0, 0, 120, 100}, 0xffffff);
   manager.sync();
   EXPECT_EQ(pixel(57, 47), 0xffffffU);
-  EXPECT_EQ(pixel(55, 45), grey);
+  EXPECT_EQ(pixel(55, 45), beneath);
 }
 
 TEST_F(WindowEffectsTest, TheVisiblePartFollowsTheExtentsAndTheWindowInside) {
   claimToComposite();
   makeFrame();
-  composition.emplace(server.display(), wholeScreen);
-  ASSERT_EQ(pixel(55, 45), grey);
+  composition.emplace(server.display(), fullScreen);
+  ASSERT_EQ(pixel(55, 45), beneath);
   client.setNumbers(inner, "_NET_FRAME_EXTENTS", "CARDINAL", {10, 10, 10, 10});
   client.sync();
   EXPECT_EQ(pixel(55, 45), 0x000000U);
   client.setNumbers(inner, "_NET_FRAME_EXTENTS", "CARDINAL", {0, 0, 0, 0});
   client.sync();
-  EXPECT_EQ(pixel(57, 47), grey);
+  EXPECT_EQ(pixel(57, 47), beneath);
   client.setFrame(inner, {10, 10, 60, 50});
   client.sync();
   EXPECT_EQ(pixel(50 + 10 + 59, 40 + 10 + 49), 0x00aa00U);
-  EXPECT_EQ(pixel(50 + 10 + 60, 40 + 10 + 49), grey);
+  EXPECT_EQ(pixel(50 + 10 + 60, 40 + 10 + 49), beneath);
 }
 
 TEST_F(WindowEffectsTest, WithoutACompositingManagerFramesArePaintedAsTheyAre) {
   makeFrame();
-  composition.emplace(server.display(), wholeScreen);
+  composition.emplace(server.display(), fullScreen);
   EXPECT_EQ(pixel(55, 45), 0x000000U);
   claimToComposite();
-  EXPECT_EQ(pixel(55, 45), grey) << "a compositing manager came";
+  EXPECT_EQ(pixel(55, 45), beneath) << "a compositing manager came";
   xcb_set_selection_owner(manager.connection(), XCB_NONE, manager.atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
   manager.sync();
   EXPECT_EQ(pixel(55, 45), 0x000000U) << "it went";
@@ -127,7 +127,7 @@ TEST_F(WindowEffectsTest, OpacityIsHonouredOnTheTopLevelOrOnTheWindowInside) {
   claimToComposite();
   const auto plain = client.createWindow({.frame = {200, 40, 50, 50}, .color = 0xffffff});
   makeFrame();
-  composition.emplace(server.display(), wholeScreen);
+  composition.emplace(server.display(), fullScreen);
   ASSERT_EQ(pixel(210, 50), 0xffffffU);
   client.setNumbers(plain, "_NET_WM_WINDOW_OPACITY", "CARDINAL", {half});
   client.setNumbers(inner, "_NET_WM_WINDOW_OPACITY", "CARDINAL", {half});
@@ -136,7 +136,7 @@ TEST_F(WindowEffectsTest, OpacityIsHonouredOnTheTopLevelOrOnTheWindowInside) {
   EXPECT_TRUE(isNear(pixel(100, 90), 0x409540)) << std::hex << pixel(100, 90);
   manager.setNumbers(frame, "_NET_WM_WINDOW_OPACITY", "CARDINAL", {0});
   manager.sync();
-  EXPECT_EQ(pixel(100, 90), grey) << "what the frame says goes first";
+  EXPECT_EQ(pixel(100, 90), beneath) << "what the frame says goes first";
   xcb_delete_property(client.connection(), plain, client.atom("_NET_WM_WINDOW_OPACITY"));
   client.sync();
   EXPECT_EQ(pixel(210, 50), 0xffffffU);
@@ -147,7 +147,7 @@ TEST_F(WindowEffectsTest, OpacityOutlivesTheCompositingManagerThatHonouredItFirs
   const auto plain = client.createWindow({.frame = {200, 40, 50, 50}, .color = 0xffffff});
   client.setNumbers(plain, "_NET_WM_WINDOW_OPACITY", "CARDINAL", {half});
   client.sync();
-  composition.emplace(server.display(), wholeScreen);
+  composition.emplace(server.display(), fullScreen);
   const std::uint32_t blended = pixel(210, 50);
   ASSERT_NE(blended, 0xffffffU);
   claimToComposite();
@@ -160,7 +160,7 @@ TEST_F(WindowEffectsTest, WhatLiesBeneathATranslucentWindowIsStillFollowed) {
   const auto pane = client.createWindow({.frame = {0, 0, 400, 300}, .color = 0xffffff});
   client.setNumbers(pane, "_NET_WM_WINDOW_OPACITY", "CARDINAL", {half});
   client.sync();
-  composition.emplace(server.display(), wholeScreen);
+  composition.emplace(server.display(), fullScreen);
   ASSERT_TRUE(isNear(pixel(50, 50), 0x808080));
   client.fill(beneath, {40, 40, 20, 20}, 0xff0000);
   client.sync();
@@ -171,23 +171,23 @@ TEST_F(WindowEffectsTest, OpacityLooksAsUnderARealCompositingManager) {
   const support::CompositingManager picom(server.display());
   constexpr std::uint32_t color = 0xff60f0;
   const auto window = client.createWindow({.frame = {100, 50, 100, 100}, .color = color});
-  composition.emplace(server.display(), wholeScreen);
+  composition.emplace(server.display(), fullScreen);
   std::uint32_t before = color;
   for (const std::uint32_t opacity : {0xccccccccU, 0xbfffffffU, half, 0x4cccccccU}) {
     client.setNumbers(window, "_NET_WM_WINDOW_OPACITY", "CARDINAL", {opacity});
     client.sync();
     EXPECT_TRUE(support::waitUntil([&] {
-      const auto shown = client.screenshot(wholeScreen).at(150, 100);
-      return shown != before && shown != grey && shown == pixel(150, 100);
+      const auto shown = client.screenshot(fullScreen).at(150, 100);
+      return shown != before && shown != beneath && shown == pixel(150, 100);
     })) << std::hex
-        << opacity << ": " << pixel(150, 100) << " instead of " << client.screenshot(wholeScreen).at(150, 100);
-    before = client.screenshot(wholeScreen).at(150, 100);
+        << opacity << ": " << pixel(150, 100) << " instead of " << client.screenshot(fullScreen).at(150, 100);
+    before = client.screenshot(fullScreen).at(150, 100);
   }
 }
 
 TEST_F(WindowEffectsTest, WindowsThatGoDuringTheQueriesDoNoHarm) {
   claimToComposite();
-  composition.emplace(server.display(), wholeScreen);
+  composition.emplace(server.display(), fullScreen);
   for (int round = 0; round < 50; ++round) {
     makeFrame();
     composition->update(round % 7);
@@ -197,7 +197,7 @@ TEST_F(WindowEffectsTest, WindowsThatGoDuringTheQueriesDoNoHarm) {
     client.sync();
     manager.sync();
   }
-  EXPECT_EQ(pixel(100, 90), grey);
+  EXPECT_EQ(pixel(100, 90), beneath);
 }
 
 }  // namespace

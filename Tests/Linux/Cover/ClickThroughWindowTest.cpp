@@ -20,7 +20,7 @@
 namespace platform::linux::cover {
 namespace {
 
-constexpr Rect place{{200, 300}, {400, 300}};
+constexpr Rect windowPlace{{200, 300}, {400, 300}};
 constexpr xcb::PixelRect pixels{200, 200, 400, 300};
 constexpr std::uint32_t beneath = 0x205030;
 
@@ -54,7 +54,7 @@ class ClickThroughWindowTest : public qt::Test {
     EXPECT_TRUE(keeper_->synchronize(10'000));
     view_->setLayerBackground(colors::black);
     view_->addSublayer(layer_);
-    layer_->setFrame({{0, 0}, place.size});
+    layer_->setFrame({{0, 0}, windowPlace.size});
     label_->setStyle({{15, FontWeight::medium}, colors::white.withAlpha(0.65)});
     view_->addSubview(label_);
     view_->centerSubview(*label_);
@@ -62,7 +62,7 @@ class ClickThroughWindowTest : public qt::Test {
         std::make_unique<ClickThroughWindow>(ClickThroughWindow::Surroundings{*connection_, stage_, screens_, runLoop_},
                                              WindowAttributes{.backgroundColor = colors::black});
     window_->setContentView(view_);
-    window_->setFrame(place, true);
+    window_->setFrame(windowPlace, true);
   }
   ~ClickThroughWindowTest() override {
     window_ = nullptr;

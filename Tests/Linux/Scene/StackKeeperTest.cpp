@@ -22,11 +22,11 @@ constexpr xcb_window_t other = 3;
 constexpr xcb_window_t locker = 4;
 constexpr xcb::PixelRect here{100, 100, 400, 300};
 constexpr xcb::PixelRect elsewhere{800, 100, 100, 100};
-constexpr xcb::PixelRect wholeScreen{0, 0, 1280, 800};
+constexpr xcb::PixelRect monitor{0, 0, 1280, 800};
 
 StackedWindow own(xcb_window_t id = ours, const xcb::PixelRect& frame = here) { return {id, frame, true, false}; }
 StackedWindow foreign(xcb_window_t id = rival, const xcb::PixelRect& frame = here) { return {id, frame, false, false}; }
-StackedWindow lock() { return {locker, wholeScreen, false, true}; }
+StackedWindow lock() { return {locker, monitor, false, true}; }
 
 class StackKeeperRules : public testing::Test {
  protected:
@@ -134,7 +134,7 @@ class Keeper {
  public:
   explicit Keeper(const std::string& display) : connection_(connectTo(display)), scene_(*connection_) {
     scene_.addListener(list_);
-    list_.setScreens({{.pixels = wholeScreen, .scale = 1, .points = {{0, 0}, {1280, 800}}}});
+    list_.setScreens({{.pixels = monitor, .scale = 1, .points = {{0, 0}, {1280, 800}}}});
     window_ = connection_->newId();
     const std::uint32_t overrideRedirect = 1;
     xcb_create_window(connection_->get(), XCB_COPY_FROM_PARENT, window_, connection_->root(), 100, 100, 400, 300, 0,
@@ -209,7 +209,7 @@ TEST(StackKeeperOnX, ALockerStaysOnTop) {
   const support::XServer server;
   support::XClient client(server.display());
   Keeper keeper(server.display());
-  const xcb_window_t screenLock = client.createWindow({.frame = wholeScreen});
+  const xcb_window_t screenLock = client.createWindow({.frame = monitor});
   client.sync();
   // A rival that comes and goes shows that the keeper is at work.
   const xcb_window_t rivalWindow = client.createWindow({.frame = {200, 200, 300, 300}});

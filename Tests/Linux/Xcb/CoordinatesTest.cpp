@@ -122,9 +122,9 @@ TEST(Coordinates, NumbersThatNoScreenHasStayFinite) {
 }
 
 TEST(Coordinates, TheCommonPartOfRectanglesThatOnlyTouchIsEmpty) {
-  EXPECT_EQ(intersection({0, 0, 10, 10}, {5, 5, 10, 10}), (PixelRect{5, 5, 5, 5}));
-  EXPECT_EQ(intersection({0, 0, 10, 10}, {10, 0, 10, 10}), PixelRect{});
-  EXPECT_EQ(intersection({0, 0, 10, 10}, {20, 20, 5, 5}), PixelRect{});
+  EXPECT_EQ(intersection(PixelRect{0, 0, 10, 10}, PixelRect{5, 5, 10, 10}), (PixelRect{5, 5, 5, 5}));
+  EXPECT_EQ(intersection(PixelRect{0, 0, 10, 10}, PixelRect{10, 0, 10, 10}), PixelRect{});
+  EXPECT_EQ(intersection(PixelRect{0, 0, 10, 10}, PixelRect{20, 20, 5, 5}), PixelRect{});
 }
 
 TEST(ToolkitCoordinates, AScreenLiesWhereTheToolkitHasIt) {

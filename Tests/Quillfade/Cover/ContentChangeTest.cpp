@@ -9,8 +9,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-const std::string restarting = "overlay set changed, restarting capture";
-
 class ContentChange : public MirrorTest {
  protected:
   [[nodiscard]] std::size_t requestCount() const { return desktop.capture().contentRequests().size(); }

@@ -7,7 +7,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr double interval = 1.5;
-const std::string restarting = "overlay set changed, restarting capture";
 
 class ExclusionRefresh : public MirrorTest {
  protected:

@@ -11,6 +11,9 @@ namespace quillfade {
 
 class MirrorTest : public OnDesktop {
  protected:
+  // What is logged.
+  static constexpr const char* restarting = "overlay set changed, restarting capture";
+
   static constexpr platform::Rect region{{100, 200}, {800, 300}};
 
   void show(bool outline = false) { mirror->show(region, outline); }
