@@ -45,6 +45,7 @@ TEST_P(HolesCover, AllTheInkIsThereAgainWhenTheProgramEnds) {
 
 TEST_P(HolesCover, InkThatIsDrawnMeanwhileIsSeenOutsideOnlyAndEverywhereAfterwards) {
   drawInk();
+  if (areStrokesLostInInk()) GTEST_SKIP() << "This gromit-mpx fills its whole window with ink.";
   auto& quillfade = cover(inWaylandSession());
   ASSERT_TRUE(showsNoInk(area));
   const PixelRect left{100, 380, 130, 40};
@@ -105,8 +106,8 @@ TEST_P(HolesCover, TwoHundredTimesOffAndOnLeaveTheInkAsItWas) {
 }
 
 TEST_P(HolesCover, AnAreaOverTwoScreensIsFreeOfInkOnBoth) {
-  splitIntoTwoScreens();
   const Picture clean = client_.screenshot();
+  splitIntoTwoScreens();
   const auto pane = makePane();
   auto& quillfade = cover(inWaylandSession());
   EXPECT_TRUE(quillfade.waitForMessage(firstFrame, 2));

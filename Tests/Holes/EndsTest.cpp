@@ -111,6 +111,7 @@ TEST_F(HolesEnds, InkThatItsProgramWipedMeanwhileDoesNotComeBack) {
   const support::CompositingManager compositor(server_.display());
   const Picture clean = client_.screenshot();
   drawInk();
+  if (areStrokesLostInInk()) GTEST_SKIP() << "This gromit-mpx fills its whole window with ink.";
   cover(inWaylandSession());
   ASSERT_TRUE(showsNoInk(area));
   gromit_->clear();
