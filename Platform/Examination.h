@@ -48,6 +48,8 @@ enum class HotKeyAnswer {
   granted,  // to nobody else
   shared,   // granted, which does not say that no other program has it
   refused,
+  offered,      // the desktop gives keys, but only to the running application
+  unavailable,  // the desktop gives programs no hot keys
   unknown,
 };
 

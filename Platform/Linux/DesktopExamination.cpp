@@ -9,6 +9,7 @@
 #include "Platform/Linux/Posix/UserDirectories.h"
 #include "Platform/Linux/Session/Session.h"
 #include "Platform/Linux/Settings/SettingsFile.h"
+#include "Platform/Linux/Shortcuts/Offer.h"
 #include "Platform/Linux/Toolkit/QtX11.h"
 
 namespace platform::linux {
@@ -48,6 +49,21 @@ bool hasTrayOnBus() {
   const QDBusMessage reply = bus.call(question, QDBus::Block, busPatience);
   return reply.type() == QDBusMessage::ReplyMessage &&
          reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
+}
+
+bool isGnome() {
+  const std::string desktops = ':' + posix::environmentVariable("XDG_CURRENT_DESKTOP").value_or("") + ':';
+  return desktops.contains(":GNOME:");
+}
+
+std::string trayFix() {
+  const std::string without = " Hot keys and commands work without.";
+  if (isGnome()) {
+    return "Install the extension \"AppIndicator and KStatusNotifierItem Support\" (on Debian the package "
+           "gnome-shell-extension-appindicator), log in again, and switch it on in the program Extensions." +
+           without;
+  }
+  return "Add a tray (\"status\" or \"notification\" area) to the panel, or start one such as tint2." + without;
 }
 
 Finding displayFinding(const std::expected<std::unique_ptr<xcb::Connection>, Error>& connection) {
@@ -124,9 +140,7 @@ Finding trayFinding(xcb::Connection* connection) {
   return {.subject = "Tray",
           .health = Health::limited,
           .detail = "no program shows tray icons, so there is no icon and no menu",
-          .fix =
-              "Add a tray (\"status\" or \"notification\" area) to the panel, or start one such as tint2. Hot keys and "
-              "commands work without."};
+          .fix = trayFix()};
 }
 
 Finding settingsFinding(const std::string& path) {
@@ -148,6 +162,10 @@ Finding logFinding(const std::string& path) {
 }
 
 std::vector<HotKeyAnswer> tryHotKeys(xcb::Connection& connection, const std::vector<HotKeyTrial>& trials) {
+  if (session::isWaylandSession(connection)) {
+    return {trials.size(),
+            trials.empty() || shortcuts::desktopGivesKeys() ? HotKeyAnswer::offered : HotKeyAnswer::unavailable};
+  }
   input::HotKeys keys(connection);
   std::vector<HotKeyAnswer> answers;
   for (const HotKeyTrial& trial : trials) {

@@ -20,6 +20,7 @@ namespace platform::linux {
 [[nodiscard]] Finding trayFinding(xcb::Connection* connection);
 [[nodiscard]] Finding settingsFinding(const std::string& path);
 [[nodiscard]] Finding logFinding(const std::string& path);
+// In a Wayland session, the keys of an X server are no use, and only whether the desktop gives keys can be told.
 [[nodiscard]] std::vector<HotKeyAnswer> tryHotKeys(xcb::Connection& connection, const std::vector<HotKeyTrial>& trials);
 
 }  // namespace platform::linux

@@ -102,10 +102,14 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       capture_(*connection_, screens_, runLoop_, ownClients_, windowList_, stage_, holes_.get()),
       hostMenus_(scene_, windowList_),
       statusBar_(runLoop_, hostMenus_),
-      hotKeys_(*connection_),
       loginItem_(posix::configurationDirectory(), programPath()),
       workspace_(missingExtensions(*connection_, holes_ != nullptr)),
       events_(*connection_, [this](const xcb_generic_event_t& event) { handle(event); }, [this] { settle(); }) {
+  if (session::isWaylandSession(*connection_)) {
+    sessionKeys_.emplace(*connection_);
+  } else {
+    grabbedKeys_.emplace(*connection_);
+  }
   scene_.addListener(windowList_);
   if (holes_) windowList_.setShapedByOwner([this](xcb_window_t window) { return holes_->isShapedByOwner(window); });
   // Needed even if nothing is captured: a window that covers a whole monitor may be a locker.
@@ -117,12 +121,17 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
 // A waiting job may hold the last mirror, whose window needs the stage.
 LinuxPlatform::~LinuxPlatform() { runLoop_.close(); }
 
+platform::HotKeys& LinuxPlatform::hotKeys() {
+  if (sessionKeys_) return *sessionKeys_;
+  return *grabbedKeys_;
+}
+
 void LinuxPlatform::handle(const xcb_generic_event_t& event) {
   if (isScreenEvent(*connection_, event)) screens_.serverChanged();
   scene_.handle(event);
   windowList_.handle(event);
   if (redirection_) redirection_->handle(event);
-  hotKeys_.handle(event);
+  if (grabbedKeys_) grabbedKeys_->handle(event);
   stage_.handle(event);
   sessionLock_.handle(event);
 }

@@ -28,6 +28,7 @@
 #include "Platform/Linux/Session/SessionBus.h"
 #include "Platform/Linux/Settings/RulesJson.h"
 #include "Platform/Linux/Settings/SettingsFile.h"
+#include "Platform/Linux/Shortcuts/SessionHotKeys.h"
 #include "Platform/Linux/Toolkit/DesktopApplication.h"
 #include "Platform/Linux/Toolkit/DesktopProcess.h"
 #include "Platform/Linux/Toolkit/DesktopScreens.h"
@@ -62,7 +63,7 @@ class LinuxPlatform final : public Platform {
   ScreenCaptureAccess& screenCaptureAccess() override { return capture_; }
   StatusBar& statusBar() override { return statusBar_; }
   Dialogs& dialogs() override { return dialogs_; }
-  platform::HotKeys& hotKeys() override { return hotKeys_; }
+  platform::HotKeys& hotKeys() override;
   LoginItem& loginItem() override { return loginItem_; }
   Workspace& workspace() override { return workspace_; }
   RemoteControl& remoteControl() override { return remoteControl_; }
@@ -104,7 +105,9 @@ class LinuxPlatform final : public Platform {
   tray::PopUpMenus hostMenus_;
   tray::DesktopStatusBar statusBar_;
   widgets::DesktopDialogs dialogs_;
-  input::HotKeys hotKeys_;
+  // One of the two: in a Wayland session, nobody can grab keys.
+  std::optional<input::HotKeys> grabbedKeys_;
+  std::optional<shortcuts::SessionHotKeys> sessionKeys_;
   session::AutostartItem loginItem_;
   session::DesktopWorkspace workspace_;
   session::SessionBus remoteControl_;

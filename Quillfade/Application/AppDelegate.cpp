@@ -47,20 +47,23 @@ void AppDelegate::bindHotKeys() {
   statusMenu_.setHotKeys(hotKeyTable_);
   for (const HotKey& key : hotKeyTable_) {
     const auto& [keyCode, modifiers] = key.combination;
-    const auto reference =
-        manager->bind(keyCode, modifiers, [weakCommands = std::weak_ptr(commands_), command = key.command] {
-          if (const auto commands = weakCommands.lock()) commands->perform(command);
-        });
+    const auto reference = manager->bind(keyCode, modifiers,
+                                         [weakCommands = std::weak_ptr(commands_), command = key.command] {
+                                           if (const auto commands = weakCommands.lock()) commands->perform(command);
+                                         },
+                                         {std::string{key.word}, platform_.texts().translated(key.title)});
     hotKeyReferences_.push_back(reference);
   }
   hotKeys_ = manager;
 }
 
 std::vector<HotKeyState> AppDelegate::hotKeyStates() const {
+  constexpr auto refused = platform::HotKeyStanding::Kind::taken;
   std::vector<HotKeyState> states;
   for (std::size_t i = 0; i < hotKeyReferences_.size(); ++i) {
     const auto reference = hotKeyReferences_[i];
-    states.push_back(hotKeyState(hotKeyTable_.at(i), reference && platform_.hotKeys().isHeld(*reference)));
+    states.push_back(hotKeyState(
+        hotKeyTable_.at(i), reference ? platform_.hotKeys().standing(*reference) : platform::HotKeyStanding{refused}));
   }
   return states;
 }
@@ -76,7 +79,7 @@ void AppDelegate::welcome() {
   const platform::Texts& texts = platform_.texts();
   std::string text = texts.translated("Look for the pencil: its menu offers everything.");
   const HotKeyState toggle = hotKeyStates().front();
-  if (toggle.isBound)
+  if (toggle.isBound())
     text += '\n' + texts.translated("This key hides annotations, or shows them again: ") + toggle.combination;
   platform_.notifications().showOnce("welcomed", {texts.translated("Quillfade is in the tray"), text});
 }

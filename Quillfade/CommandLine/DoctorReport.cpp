@@ -57,6 +57,8 @@ Finding triedFinding(const HotKey& key, HotKeyAnswer answer, const std::string& 
     finding.detail = word + ": free; the display server granted it to this check";
   } else if (answer == HotKeyAnswer::shared) {
     finding.detail = word + ": granted to this check; another program may have it, too";
+  } else if (answer == HotKeyAnswer::offered) {
+    finding.detail = word + ": the desktop gives keys; Quillfade asks it for this one when it starts";
   } else if (answer == HotKeyAnswer::refused) {
     finding.health = Health::fails;
     finding.detail = word + ": taken; the display server refused it, so another program holds it";
@@ -69,13 +71,51 @@ Finding triedFinding(const HotKey& key, HotKeyAnswer answer, const std::string& 
 }
 
 Finding runningFinding(const HotKeyState& state, const std::string& rulesPath) {
-  if (state.isBound) {
-    return {.subject = state.combination, .detail = state.word + ": bound by the running Quillfade"};
+  using Kind = platform::HotKeyStanding::Kind;
+  const std::string& said = state.standing.detail;
+  Finding finding{.subject = state.combination, .health = Health::limited};
+  const std::string bindIt = "or bind the command \"quillfade " + state.word + "\" there.";
+  switch (state.standing.kind) {
+    case Kind::held:
+      finding.health = Health::works;
+      finding.detail = "bound by the running Quillfade" + (said.empty() ? "" : ", as the desktop says: " + said);
+      break;
+    case Kind::taken:
+      finding.health = Health::fails;
+      finding.detail = "taken; it was refused to the running Quillfade";
+      finding.fix = releaseFix(rulesPath) + " Then restart Quillfade.";
+      break;
+    case Kind::awaited:
+      finding.detail = "the desktop has not answered yet";
+      finding.fix = "If it asks on the screen, answer it.";
+      break;
+    case Kind::declined:
+      finding.detail = "the desktop or its user declined it";
+      finding.fix = "Allow it in the desktop's keyboard settings and restart Quillfade, " + bindIt;
+      break;
+    case Kind::unassigned:
+      finding.detail = "the desktop knows it, but has given it no keys";
+      finding.fix = "Choose keys in the desktop's keyboard settings, " + bindIt;
+      break;
+    case Kind::unavailable:
+      finding.detail = "this desktop does not give it" + (said.empty() ? "" : ": " + said);
+      break;
   }
-  return {.subject = state.combination,
-          .health = Health::fails,
-          .detail = state.word + ": taken; the display server refused it to the running Quillfade",
-          .fix = releaseFix(rulesPath) + " Then restart Quillfade."};
+  finding.detail = state.word + ": " + finding.detail;
+  return finding;
+}
+
+// The command line is the way that is left, so this names its words.
+Finding noKeysFinding(const HotKeyTable& table, const std::string& said) {
+  std::string commands;
+  for (const HotKey& key : table) {
+    if (&key != &table.front()) commands += &key == &table.back() ? " and " : ", ";
+    commands += "\"quillfade " + std::string{key.word} + '"';
+  }
+  return {.subject = "Hot keys",
+          .health = Health::limited,
+          .detail = "this desktop gives Quillfade no hot keys" + (said.empty() ? "" : ": " + said),
+          .fix = "Bind the commands " + commands + " to keys in the desktop's own settings."};
 }
 
 }  // namespace
@@ -92,9 +132,15 @@ std::vector<Finding> hotKeyFindings(const RunningInstance& running, const HotKey
                                     const std::vector<HotKeyAnswer>& trials, const std::string& rulesPath) {
   std::vector<Finding> findings;
   if (running) {
+    const auto isUnavailable = [](const HotKeyState& state) {
+      return state.standing.kind == platform::HotKeyStanding::Kind::unavailable;
+    };
+    if (!running->hotKeys.empty() && std::ranges::all_of(running->hotKeys, isUnavailable))
+      return {noKeysFinding(table, running->hotKeys.front().standing.detail)};
     for (const HotKeyState& state : running->hotKeys) findings.push_back(runningFinding(state, rulesPath));
     return findings;
   }
+  if (std::ranges::find(trials, HotKeyAnswer::unavailable) != trials.end()) return {noKeysFinding(table, {})};
   for (std::size_t i = 0; i < table.size(); ++i) {
     const auto answer = i < trials.size() ? trials[i] : HotKeyAnswer::unknown;
     findings.push_back(triedFinding(table.at(i), answer, rulesPath));

@@ -20,7 +20,8 @@ namespace quillfade {
 using RunningInstance = std::expected<RunningReport, platform::Error>;
 
 [[nodiscard]] platform::Finding instanceFinding(const RunningInstance& running);
-// The running instance knows its keys; without one, what came of trying them out counts. One finding for each key.
+// The running instance knows its keys; without one, what came of trying them out counts. One finding for each key, or a
+// single one where the desktop gives none.
 [[nodiscard]] std::vector<platform::Finding> hotKeyFindings(const RunningInstance& running, const HotKeyTable& table,
                                                             const std::vector<platform::HotKeyAnswer>& trials,
                                                             const std::string& rulesPath);

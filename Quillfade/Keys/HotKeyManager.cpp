@@ -16,11 +16,13 @@ HotKeyManager::~HotKeyManager() {
 }
 
 std::optional<platform::HotKeyReference> HotKeyManager::bind(std::uint32_t keyCode, std::uint32_t modifiers,
-                                                             std::function<void()> action) {
+                                                             std::function<void()> action,
+                                                             const platform::HotKeyPurpose& purpose) {
   if (actions_.size() >= std::numeric_limits<std::uint32_t>::max()) fatalError("there are no more hot key numbers");
   const auto id = static_cast<std::uint32_t>(actions_.size() + 1);
   // Numbered before the registration, and for good: a binding that fails must not shift the numbers of those after it.
   actions_.emplace(id, std::move(action));
+  if (!purpose.name.empty()) hotKeys_.describe({signature, id}, purpose);
   const auto reference = hotKeys_.registerHotKey(keyCode, modifiers, {signature, id});
   if (reference) refs_.push_back(*reference);
   return reference;

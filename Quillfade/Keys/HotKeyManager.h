@@ -26,9 +26,10 @@ class HotKeyManager final : public std::enable_shared_from_this<HotKeyManager> {
   HotKeyManager& operator=(const HotKeyManager&) = delete;
   ~HotKeyManager();
 
-  // Absent when the combination is not available.
+  // Absent when the combination is not available. Some desktops show the purpose to their users.
   std::optional<platform::HotKeyReference> bind(std::uint32_t keyCode, std::uint32_t modifiers,
-                                                std::function<void()> action);
+                                                std::function<void()> action,
+                                                const platform::HotKeyPurpose& purpose = {});
 
   [[nodiscard]] const std::vector<platform::HotKeyReference>& refs() const { return refs_; }
 

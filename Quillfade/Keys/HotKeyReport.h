@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/HotKeys.h"
 #include "Quillfade/Keys/HotKeyTable.h"
 
 namespace quillfade {
@@ -14,11 +15,12 @@ namespace quillfade {
 struct HotKeyState {
   std::string combination;
   std::string word;  // on the command line
-  bool isBound = false;
+  platform::HotKeyStanding standing;
+  [[nodiscard]] bool isBound() const { return standing.kind == platform::HotKeyStanding::Kind::held; }
   friend bool operator==(const HotKeyState&, const HotKeyState&) = default;
 };
 
-[[nodiscard]] HotKeyState hotKeyState(const HotKey& key, bool isBound);
+[[nodiscard]] HotKeyState hotKeyState(const HotKey& key, platform::HotKeyStanding standing);
 
 // One line per hot key.
 [[nodiscard]] std::string hotKeyText(const std::vector<HotKeyState>& states);

@@ -19,6 +19,7 @@ struct HotKey {
   HotKeyCommand command;
   std::string_view word;  // on the command line, and in the user's rules
   KeyCombination combination;
+  std::string_view title;  // in the menu; English
   friend bool operator==(const HotKey&, const HotKey&) = default;
 };
 
@@ -29,10 +30,10 @@ inline constexpr std::uint32_t builtInModifiers =
 
 // In binding order.
 inline constexpr HotKeyTable builtInHotKeys{{
-    {HotKeyCommand::toggle, "toggle", {2, builtInModifiers}},             // D
-    {HotKeyCommand::peek, "peek", {35, builtInModifiers}},                // P
-    {HotKeyCommand::selectArea, "select-area", {0, builtInModifiers}},    // A
-    {HotKeyCommand::wholeScreen, "whole-screen", {3, builtInModifiers}},  // F
+    {HotKeyCommand::toggle, "toggle", {2, builtInModifiers}, "Hide Annotations"},         // D
+    {HotKeyCommand::peek, "peek", {35, builtInModifiers}, "Peek for 5 Seconds"},          // P
+    {HotKeyCommand::selectArea, "select-area", {0, builtInModifiers}, "Select Area…"},    // A
+    {HotKeyCommand::wholeScreen, "whole-screen", {3, builtInModifiers}, "Whole Screen"},  // F
 }};
 
 }  // namespace quillfade

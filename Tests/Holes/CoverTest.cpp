@@ -125,7 +125,7 @@ TEST_P(HolesCover, APeekShowsTheInkForAsLongAsItLasts) {
   makePane();
   cover(inWaylandSession());
   ASSERT_TRUE(shows([&](const Picture& screen) { return screen.differences(clean, area) == 0; }));
-  input_.chord({XK_Control_L, XK_Alt_L, XK_Super_L, XK_p});
+  press("peek");
   EXPECT_TRUE(shows([](const Picture& screen) { return isFull(screen, area); }));
   EXPECT_TRUE(shows([&](const Picture& screen) { return screen.differences(clean, area) == 0; }));
 }

@@ -9,6 +9,7 @@
 
 #include "Tests/EndToEnd/CoveredDesktop.h"
 #include "Tests/Holes/HolesSupport.h"
+#include "Tests/Linux/Shortcuts/ShortcutServices.h"
 
 namespace endtoend {
 
@@ -16,10 +17,10 @@ class HolesDesktop : public CoveredDesktop {
  protected:
   using Shape = std::optional<std::vector<PixelRect>>;
 
-  static support::QuillfadeOptions inWaylandSession(const PixelRect& part = area, bool outline = false) {
+  [[nodiscard]] support::QuillfadeOptions inWaylandSession(const PixelRect& part = area, bool outline = false) const {
     return {.demonstration = false,
             .settings = settingsWithRegion(part, outline),
-            .environment = {{"XDG_SESSION_TYPE", "wayland"}}};
+            .environment = {{"XDG_SESSION_TYPE", "wayland"}, {"DBUS_SESSION_BUS_ADDRESS", bus_.address()}}};
   }
 
   Shape shape(xcb_window_t window) { return platform::linux::holes::shapeOf(client_.connection(), window); }
@@ -47,9 +48,17 @@ class HolesDesktop : public CoveredDesktop {
   // shows.
   [[nodiscard]] bool areStrokesLostInInk() { return isFull(client_.screenshot(), {0, 0, wholeScreen.width, 20}); }
 
-  void pressToggle() { input_.chord({XK_Control_L, XK_Alt_L, XK_Super_L, XK_d}); }
+  // Once the program has asked for its keys, which it does at each of its starts.
+  void press(const std::string& key, std::size_t starts = 1) {
+    constexpr std::size_t requests = 8;  // two for each key
+    ASSERT_TRUE(support::waitUntil([&] { return keys_.requests("setShortcutKeys").size() >= requests * starts; }));
+    keys_.press(key);
+  }
+  void pressToggle() { press("toggle"); }
 
   support::Input input_{server_.display()};
+  support::SessionBus bus_;
+  qt::KWinKeys keys_{bus_.address()};
 };
 
 }  // namespace endtoend

@@ -134,6 +134,7 @@ const std::vector<Room> linuxRooms = {
     {"Input", {"Xcb", "Toolkit"}},
     {"Widgets", {"Toolkit", "Views", "Input"}},
     {"Session", {"Posix", "Xcb", "Scene", "Toolkit"}},
+    {"Shortcuts", {"Posix", "Xcb", "Input", "Session"}},
     {"Tray", {"Xcb", "Scene", "Toolkit", "Session"}},
     {"Settings", {"Posix"}},
     {"Protocol", {}},

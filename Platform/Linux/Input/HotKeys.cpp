@@ -10,15 +10,6 @@ namespace platform::linux::input {
 
 namespace {
 
-class Press final : public HotKeyEvent {
- public:
-  explicit Press(HotKeyID id) : id_(id) {}
-  [[nodiscard]] std::optional<HotKeyID> hotKeyID() const override { return id_; }
-
- private:
-  HotKeyID id_;
-};
-
 constexpr unsigned everyModifier = 0xFF;
 
 }  // namespace
@@ -31,13 +22,10 @@ HotKeys::~HotKeys() {
 }
 
 std::optional<HotKeyHandlerReference> HotKeys::installHandler(HotKeyHandler handler, void* userData) {
-  if (handler == nullptr) return std::nullopt;
-  const HotKeyHandlerReference reference{++lastReference_};
-  handlers_.emplace(reference, Handler{handler, userData});
-  return reference;
+  return handlers_.install(handler, userData);
 }
 
-void HotKeys::removeHandler(HotKeyHandlerReference handler) { handlers_.erase(handler); }
+void HotKeys::removeHandler(HotKeyHandlerReference handler) { handlers_.remove(handler); }
 
 std::optional<HotKeyReference> HotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) {
   const auto key = keyCodeForVirtualKey(keyCode);
@@ -127,7 +115,8 @@ void HotKeys::keyPressed(const xcb_key_press_event_t& event) {
     if (binding.key != event.detail || binding.state != state) continue;
     const bool isRepeat = binding.releasedAt == event.time;
     binding.releasedAt.reset();
-    if (!isRepeat) dispatch(binding.id);
+    // A handler may unregister the binding.
+    if (!isRepeat) handlers_.dispatch(HotKeyID{binding.id});
     return;
   }
 }
@@ -152,20 +141,6 @@ void HotKeys::keyboardChanged() {
       fail(binding.keyCode, binding.modifiers, binding.id,
            "Another program took this key combination when the keyboard's modifiers changed.");
     }
-  }
-}
-
-// The last handler first, until one has handled the press. A handler may unregister and remove anything, so nothing of
-// this object is held across the call.
-void HotKeys::dispatch(HotKeyID id) {
-  const Press press(id);
-  std::vector<HotKeyHandlerReference> references;
-  for (const auto& [reference, handler] : handlers_) references.push_back(reference);
-  for (const HotKeyHandlerReference reference : references | std::views::reverse) {
-    const auto found = handlers_.find(reference);
-    if (found == handlers_.end()) continue;
-    const Handler handler = found->second;
-    if (handler.function(&press, handler.userData) == 0) return;
   }
 }
 

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "Platform/HotKeys.h"
+#include "Platform/Linux/Input/HotKeyHandlers.h"
 #include "Platform/Linux/Input/HotKeysModifiers.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
@@ -58,24 +59,18 @@ class HotKeys final : public platform::HotKeys {
     // The time of the last release: a held key repeats as releases and presses with the same time.
     std::optional<xcb_timestamp_t> releasedAt;
   };
-  struct Handler {
-    HotKeyHandler function;
-    void* userData;
-  };
-
   [[nodiscard]] bool grab(const Binding& binding);
   void ungrab(const Binding& binding);
   void fail(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id, std::string reason);
   void keyPressed(const xcb_key_press_event_t& event);
   void keyReleased(const xcb_key_release_event_t& event);
   void keyboardChanged();
-  void dispatch(HotKeyID id);
 
   xcb::Connection& connection_;
   Modifiers modifiers_;
   std::uint64_t lastReference_ = 0;
   std::map<HotKeyReference, Binding> bindings_;
-  std::map<HotKeyHandlerReference, Handler> handlers_;
+  HotKeyHandlers handlers_;
   std::vector<HotKeyFailure> failures_;
 };
 

@@ -55,7 +55,7 @@ Modifiers modifiersOf(const KeyboardTables& tables) {
   return modifiers;
 }
 
-Modifiers readModifiers(xcb_connection_t* connection) {
+KeyboardTables readKeyboard(xcb_connection_t* connection) {
   const xcb_setup_t* setup = xcb_get_setup(connection);
   const auto keyCount = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
   const auto mapCookie = xcb_get_modifier_mapping(connection);
@@ -67,12 +67,14 @@ Modifiers readModifiers(xcb_connection_t* connection) {
                        static_cast<std::size_t>(xcb_get_modifier_mapping_keycodes_length(map.get())));
   const std::span syms(xcb_get_keyboard_mapping_keysyms(symbols.get()),
                        static_cast<std::size_t>(xcb_get_keyboard_mapping_keysyms_length(symbols.get())));
-  return modifiersOf({.keysPerModifier = map->keycodes_per_modifier,
-                      .modifierKeys = {keys.begin(), keys.end()},
-                      .firstKey = setup->min_keycode,
-                      .symbolsPerKey = symbols->keysyms_per_keycode,
-                      .symbols = {syms.begin(), syms.end()}});
+  return {.keysPerModifier = map->keycodes_per_modifier,
+          .modifierKeys = {keys.begin(), keys.end()},
+          .firstKey = setup->min_keycode,
+          .symbolsPerKey = symbols->keysyms_per_keycode,
+          .symbols = {syms.begin(), syms.end()}};
 }
+
+Modifiers readModifiers(xcb_connection_t* connection) { return modifiersOf(readKeyboard(connection)); }
 
 std::uint16_t stateFor(std::uint32_t hotKeyModifiers, const Modifiers& modifiers) {
   unsigned state = 0;

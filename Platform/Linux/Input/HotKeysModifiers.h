@@ -2,7 +2,7 @@
 //
 // Shift, Lock and Control have bits of their own; Alt, Super and the other locks share the five bits that the
 // keyboard's modifier map assigns.
-// Threads: one at a time. `readModifiers` waits for the server's reply (one round trip).
+// Threads: one at a time. `readKeyboard` and `readModifiers` wait for the server's reply (one round trip).
 // Failure: what the keyboard does not say, or a lost connection, leaves the usual assignment.
 #pragma once
 
@@ -36,6 +36,8 @@ struct KeyboardTables {
   std::vector<xcb_keysym_t> symbols;
 };
 
+// Empty tables for a lost connection.
+[[nodiscard]] KeyboardTables readKeyboard(xcb_connection_t* connection);
 [[nodiscard]] Modifiers modifiersOf(const KeyboardTables& tables);
 [[nodiscard]] Modifiers readModifiers(xcb_connection_t* connection);
 

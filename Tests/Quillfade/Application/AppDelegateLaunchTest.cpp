@@ -188,10 +188,12 @@ TEST_F(AppDelegateLaunch, TheMenuShowsTheKeysThatTheUserChoseAndTheUsersLanguage
 TEST_F(AppDelegateLaunch, UnavailableHotKeysAreKnown) {
   desktop.hotKeys().takenKeyCodes = {35};
   launch();
-  EXPECT_THAT(delegate->hotKeyStates(), ElementsAre(HotKeyState{"Control+Alt+Super+D", "toggle", true},
-                                                    HotKeyState{"Control+Alt+Super+P", "peek", false},
-                                                    HotKeyState{"Control+Alt+Super+A", "select-area", true},
-                                                    HotKeyState{"Control+Alt+Super+F", "whole-screen", true}));
+  constexpr auto held = platform::HotKeyStanding::Kind::held;
+  constexpr auto taken = platform::HotKeyStanding::Kind::taken;
+  EXPECT_THAT(delegate->hotKeyStates(), ElementsAre(HotKeyState{"Control+Alt+Super+D", "toggle", {held}},
+                                                    HotKeyState{"Control+Alt+Super+P", "peek", {taken}},
+                                                    HotKeyState{"Control+Alt+Super+A", "select-area", {held}},
+                                                    HotKeyState{"Control+Alt+Super+F", "whole-screen", {held}}));
 }
 
 TEST_F(AppDelegateLaunch, TheDemonstrationCoversAFixedAreaWithoutAskingForPermission) {

@@ -20,6 +20,7 @@ namespace {
 using platform::Finding;
 using platform::Health;
 using platform::HotKeyAnswer;
+using Kind = platform::HotKeyStanding::Kind;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::SizeIs;
@@ -61,12 +62,12 @@ TEST(DoctorReport, ProgramsGetTheSameAsJson) {
 
 TEST(DoctorReport, TheRunningInstanceKnowsItsKeys) {
   const RunningInstance running{
-      RunningReport{.hotKeys = {{"Control+F9", "toggle", true}, {"Control+F8", "peek", false}}}};
+      RunningReport{.hotKeys = {{"Control+F9", "toggle", {Kind::held}}, {"Control+F8", "peek", {Kind::taken}}}}};
   const auto findings = hotKeyFindings(running, builtInHotKeys, {}, path);
   ASSERT_THAT(findings, SizeIs(2));
   EXPECT_EQ(findings[0], (Finding{.subject = "Control+F9", .detail = "toggle: bound by the running Quillfade"}));
   EXPECT_EQ(findings[1].health, Health::fails);
-  EXPECT_THAT(findings[1].detail, HasSubstr("peek: taken; the display server refused it to the running Quillfade"));
+  EXPECT_THAT(findings[1].detail, HasSubstr("peek: taken; it was refused to the running Quillfade"));
   EXPECT_THAT(findings[1].fix, HasSubstr(path));
 }
 
@@ -92,6 +93,38 @@ TEST(DoctorReport, WhereProgramsShareKeysAGrantedOneIsNotCalledFree) {
   EXPECT_EQ(findings[0].detail, "toggle: granted to this check; another program may have it, too");
 }
 
+TEST(DoctorReport, WhatADesktopThatGivesKeysItselfHasAnsweredIsTold) {
+  const RunningInstance running{RunningReport{.hotKeys = {{"Control+F7", "toggle", {Kind::held, "Press Ctrl+F7"}},
+                                                          {"Control+F8", "peek", {Kind::awaited}},
+                                                          {"Control+F9", "select-area", {Kind::declined}},
+                                                          {"Control+F10", "whole-screen", {Kind::unassigned}}}}};
+  const auto findings = hotKeyFindings(running, builtInHotKeys, {}, path);
+  ASSERT_THAT(findings, SizeIs(4));
+  EXPECT_EQ(findings[0].health, Health::works);
+  EXPECT_THAT(findings[0].detail, testing::EndsWith("as the desktop says: Press Ctrl+F7"));
+  for (const std::size_t each : {1U, 2U, 3U}) EXPECT_EQ(findings[each].health, Health::limited);
+  EXPECT_EQ(findings[1].detail, "peek: the desktop has not answered yet");
+  EXPECT_THAT(findings[2].fix, HasSubstr("\"quillfade select-area\""));
+  EXPECT_THAT(findings[3].fix, HasSubstr("Choose keys in the desktop's keyboard settings"));
+}
+
+TEST(DoctorReport, WhereTheDesktopGivesNoKeysOneSentenceNamesTheCommandsToBind) {
+  RunningReport report;
+  for (const HotKey& key : builtInHotKeys) report.hotKeys.push_back(hotKeyState(key, {Kind::unavailable, "No portal"}));
+  const auto findings = hotKeyFindings(report, builtInHotKeys, {}, path);
+  ASSERT_THAT(findings, SizeIs(1));
+  EXPECT_EQ(findings[0].health, Health::limited);
+  EXPECT_EQ(findings[0].detail, "this desktop gives Quillfade no hot keys: No portal");
+  EXPECT_EQ(findings[0].fix,
+            "Bind the commands \"quillfade toggle\", \"quillfade peek\", \"quillfade select-area\" and \"quillfade "
+            "whole-screen\" to keys in the desktop's own settings.");
+  const RunningInstance none = std::unexpected(platform::Error{"Quillfade is not running."});
+  const auto untried = hotKeyFindings(none, builtInHotKeys, {4, HotKeyAnswer::unavailable}, path);
+  ASSERT_THAT(untried, SizeIs(1));
+  EXPECT_EQ(untried[0].fix, findings[0].fix);
+  EXPECT_EQ(hotKeyFindings(none, builtInHotKeys, {4, HotKeyAnswer::offered}, path)[3].health, Health::works);
+}
+
 TEST(DoctorReport, WithoutRulesOfOnesOwnNothingIsSaidOfThem) {
   EXPECT_THAT(rulesFindings({}, false, ""), testing::IsEmpty());
   const RunningInstance none = std::unexpected(platform::Error{"Quillfade is not running."});
@@ -109,7 +142,7 @@ TEST(DoctorReport, WhatCouldNotBeLookedAtIsNotSaidToWork) {
 
 TEST(DoctorReport, WhatARunningInstanceSaysReadsBack) {
   for (const bool mayCapture : {true, false}) {
-    const RunningReport report{.hotKeys = {{"Control+F9", "toggle", true}}, .mayCapture = mayCapture};
+    const RunningReport report{.hotKeys = {{"Control+F9", "toggle", {Kind::held}}}, .mayCapture = mayCapture};
     EXPECT_EQ(parseRunningReport(runningReportText(report)), report);
   }
   EXPECT_EQ(parseRunningReport(""), RunningReport{});
@@ -127,11 +160,18 @@ TEST(DoctorReport, EachFaultInTheRulesIsAProblem) {
 }
 
 TEST(DoctorReport, HotKeysAreTextThatReadsBack) {
-  const std::vector<HotKeyState> states{{"Control+F9", "toggle", true}, {"Control+Alt+F9", "select-area", false}};
+  const std::vector<HotKeyState> states{{"Control+F9", "toggle", {Kind::held}},
+                                        {"Control+Alt+F9", "select-area", {Kind::taken}}};
   EXPECT_EQ(hotKeyText(states),
             "Control+F9      toggle       bound\n"
             "Control+Alt+F9  select-area  taken by another program\n");
   EXPECT_EQ(parseHotKeyText(hotKeyText(states)), states);
+  const std::vector<HotKeyState> others{{"Control+F7", "toggle", {Kind::held, "Press: Ctrl+F7"}},
+                                        {"Control+F8", "peek", {Kind::awaited}},
+                                        {"Control+F9", "select-area", {Kind::unassigned}},
+                                        {"Control+F10", "whole-screen", {Kind::unavailable, "An id is required"}}};
+  EXPECT_EQ(parseHotKeyText(hotKeyText(others)), others);
+  EXPECT_THAT(hotKeyText({{"Control+F7", "toggle", {Kind::held, "a\nb"}}}), HasSubstr("bound: a\\u{0A}b\n"));
   EXPECT_EQ(parseHotKeyText("Quillfade is still starting.\n\nx\n"), std::vector<HotKeyState>{});
 }
 
