@@ -3,8 +3,10 @@
 #include <unistd.h>
 #include <xcb/randr.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <iostream>
+#include <thread>
 
 #include "Platform/Linux/Holes/SeeThroughVisual.h"
 #include "Platform/Linux/Posix/UserDirectories.h"
@@ -20,8 +22,24 @@ namespace {
   std::_Exit(EXIT_FAILURE);
 }
 
-std::unique_ptr<xcb::Connection> openConnection() {
+// The X server of a Wayland session is started again when somebody wants it, and that takes a moment. One that never
+// answers ends this process, too.
+std::expected<std::unique_ptr<xcb::Connection>, Error> openReturningDisplay() {
+  constexpr std::chrono::seconds patience{10};
+  constexpr std::chrono::milliseconds pause{50};
+  ::alarm(2 * static_cast<unsigned>(patience.count()));
+  const auto deadline = std::chrono::steady_clock::now() + patience;
   auto connection = xcb::Connection::open("");
+  while (!connection && std::chrono::steady_clock::now() < deadline) {
+    std::this_thread::sleep_for(pause);
+    connection = xcb::Connection::open("");
+  }
+  ::alarm(0);
+  return connection;
+}
+
+std::unique_ptr<xcb::Connection> openConnection(bool returns) {
+  auto connection = returns ? openReturningDisplay() : xcb::Connection::open("");
   if (!connection)
     endProcess((session::isWaylandSession() ? std::string{session::waylandSentence} + ' ' : "") +
                connection.error().localizedDescription);
@@ -53,19 +71,23 @@ std::unique_ptr<scene::Redirection> redirectWindows(xcb::Connection& connection,
   return std::make_unique<scene::Redirection>(connection, scene.windows(), ownClients);
 }
 
-// No other process that runs now has the same.
-std::uint32_t holeToken() { return static_cast<std::uint32_t>(getpid()); }
+// No other process that runs now has the same, nor had this one before it was started anew: its guard from then may
+// still be at work.
+std::uint32_t holeToken(const posix::NewStart& newStart) {
+  constexpr unsigned bitsOfProcessIds = 22;
+  return static_cast<std::uint32_t>(getpid()) | newStart.count() << bitsOfProcessIds;
+}
 
-std::optional<holes::HoleGuard> makeGuard(const xcb::Connection& connection) {
+std::optional<holes::HoleGuard> makeGuard(const xcb::Connection& connection, std::uint32_t token) {
   if (!session::isWaylandSession(connection)) return std::nullopt;
-  return holes::HoleGuard(holeToken());
+  return holes::HoleGuard(token);
 }
 
 // Where the X server does not have the screen, ink is taken away instead of being left out of a copy.
 std::shared_ptr<holes::HoleEngine> makeHoles(xcb::Connection& connection, scene::Scene& scene, RunLoop& runLoop,
-                                             const std::vector<std::uint32_t>& ownClients) {
+                                             const std::vector<std::uint32_t>& ownClients, std::uint32_t token) {
   if (!session::isWaylandSession(connection)) return nullptr;
-  return std::make_shared<holes::HoleEngine>(connection, scene, runLoop, ownClients, holeToken());
+  return std::make_shared<holes::HoleEngine>(connection, scene, runLoop, ownClients, token);
 }
 
 std::vector<std::string> missingExtensions(const xcb::Connection& connection, bool usesHoles) {
@@ -83,8 +105,9 @@ std::string programPath() { return QCoreApplication::applicationFilePath().toStd
 }  // namespace
 
 LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
-    : connection_(openConnection()),
-      guard_(makeGuard(*connection_)),
+    : newStart_(arguments),
+      connection_(openConnection(newStart_.count() > 0)),
+      guard_(makeGuard(*connection_, holeToken(newStart_))),
       application_(arguments),
       ownClients_(resourceBases(*connection_)),
       mark_(*connection_, ownClients_),
@@ -95,7 +118,7 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       scene_(*connection_),
       windowList_(*connection_, scene_, ownClients_),
       redirection_(redirectWindows(*connection_, scene_, ownClients_)),
-      holes_(makeHoles(*connection_, scene_, runLoop_, ownClients_)),
+      holes_(makeHoles(*connection_, scene_, runLoop_, ownClients_, holeToken(newStart_))),
       stage_(*connection_, scene_, windowList_, runLoop_),
       sessionLock_(*connection_, scene_, windowList_, runLoop_),
       windows_({*connection_, stage_, screens_, runLoop_, visualOfOverlays(*connection_, holes_ != nullptr)}),
@@ -104,7 +127,9 @@ LinuxPlatform::LinuxPlatform(std::span<char* const> arguments)
       statusBar_(runLoop_, hostMenus_),
       loginItem_(posix::configurationDirectory(), programPath()),
       workspace_(missingExtensions(*connection_, holes_ != nullptr)),
-      events_(*connection_, [this](const xcb_generic_event_t& event) { handle(event); }, [this] { settle(); }) {
+      events_(
+          *connection_, [this](const xcb_generic_event_t& event) { handle(event); }, [this] { settle(); },
+          [this] { displayLost(); }) {
   if (session::isWaylandSession(*connection_)) {
     sessionKeys_.emplace(*connection_);
   } else {
@@ -134,6 +159,14 @@ void LinuxPlatform::handle(const xcb_generic_event_t& event) {
   if (grabbedKeys_) grabbedKeys_->handle(event);
   stage_.handle(event);
   sessionLock_.handle(event);
+}
+
+// An X server of a Wayland session is only a part of the session, which goes on without it. The settings have all that
+// was covered.
+void LinuxPlatform::displayLost() {
+  if (!holes_) return;
+  std::cerr << "quillfade: The X server of this session has ended; Quillfade waits for the next one." << std::endl;
+  newStart_.begin();
 }
 
 void LinuxPlatform::settle() {

@@ -14,6 +14,7 @@
 #include "Platform/Linux/Holes/HoleGuard.h"
 #include "Platform/Linux/Input/HotKeys.h"
 #include "Platform/Linux/Posix/CrashSignals.h"
+#include "Platform/Linux/Posix/NewStart.h"
 #include "Platform/Linux/Posix/PosixFiles.h"
 #include "Platform/Linux/Posix/SystemClock.h"
 #include "Platform/Linux/Scene/ProductMark.h"
@@ -74,8 +75,10 @@ class LinuxPlatform final : public Platform {
  private:
   void handle(const xcb_generic_event_t& event);
   void settle();
+  void displayLost();
 
   posix::CrashSignals crashSignals_;
+  posix::NewStart newStart_;
   // The product's own connection, apart from Qt's and opened before it: without a display this ends the process with
   // one sentence.
   std::unique_ptr<xcb::Connection> connection_;

@@ -9,7 +9,14 @@
 namespace platform::linux::toolkit {
 namespace {
 
+// Qt's handler of messages cannot carry anything.
+std::function<void()>& lossHandler() {
+  static std::function<void()> handler;
+  return handler;
+}
+
 [[noreturn]] void endAsLost() {
+  if (lossHandler()) lossHandler()();
   std::cerr << "quillfade: " << xcb::connectionLostSentence << std::endl;
   // Without destructors: they would talk to the lost server.
   std::_Exit(EXIT_FAILURE);
@@ -26,7 +33,7 @@ void endWhenQtLosesItsConnection() {
 
 }  // namespace
 
-EventPump::EventPump(xcb::Connection& connection, EventHandler onEvent, BatchHandler afterBatch)
+EventPump::EventPump(xcb::Connection& connection, EventHandler onEvent, BatchHandler afterBatch, LossHandler atLoss)
     : connection_(connection),
       onEvent_(std::move(onEvent)),
       afterBatch_(std::move(afterBatch)),
@@ -35,10 +42,14 @@ EventPump::EventPump(xcb::Connection& connection, EventHandler onEvent, BatchHan
   // Waiting for a reply may have read events that no longer make the descriptor readable.
   beforeSleep_ = QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
                                   [this] { drainQueue(); });
+  lossHandler() = std::move(atLoss);
   endWhenQtLosesItsConnection();
 }
 
-EventPump::~EventPump() { QObject::disconnect(beforeSleep_); }
+EventPump::~EventPump() {
+  lossHandler() = nullptr;
+  QObject::disconnect(beforeSleep_);
+}
 
 void EventPump::readAll() {
   while (const auto event = connection_.nextEvent()) onEvent_(*event);

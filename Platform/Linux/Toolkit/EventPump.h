@@ -2,7 +2,7 @@
 //
 // Threads: main thread only. Ownership: keeps a reference to the connection, which must outlive it.
 // Failure: without the connection the process can neither show nor cover anything, so it says so on standard error and
-// ends at once with status 1.
+// ends at once with status 1, unless the owner knows better. A process has one of these.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -21,7 +21,10 @@ class EventPump {
   // Runs after each batch of events, and before the loop sleeps.
   using BatchHandler = std::function<void()>;
 
-  EventPump(xcb::Connection& connection, EventHandler onEvent, BatchHandler afterBatch);
+  // Runs when the connection is lost, Qt's or this one, before the process ends; need not return.
+  using LossHandler = std::function<void()>;
+
+  EventPump(xcb::Connection& connection, EventHandler onEvent, BatchHandler afterBatch, LossHandler atLoss = [] {});
   ~EventPump();
   EventPump(const EventPump&) = delete;
   EventPump& operator=(const EventPump&) = delete;
