@@ -171,7 +171,7 @@ TEST(DoctorReport, HotKeysAreTextThatReadsBack) {
                                         {"Control+F9", "select-area", {Kind::unassigned}},
                                         {"Control+F10", "whole-screen", {Kind::unavailable, "An id is required"}}};
   EXPECT_EQ(parseHotKeyText(hotKeyText(others)), others);
-  EXPECT_THAT(hotKeyText({{"Control+F7", "toggle", {Kind::held, "a\nb"}}}), HasSubstr("bound: a\\u{0A}b\n"));
+  EXPECT_THAT(hotKeyText({{"Control+F7", "toggle", {Kind::held, "a\nb"}}}), HasSubstr("bound: a\\nb\n"));
   EXPECT_EQ(parseHotKeyText("Quillfade is still starting.\n\nx\n"), std::vector<HotKeyState>{});
 }
 
