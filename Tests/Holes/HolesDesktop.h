@@ -44,7 +44,8 @@ class HolesDesktop : public CoveredDesktop {
     return screen.count(0xff00ff, part) == platform::linux::holes::sizeOf(part);
   }
 
-  // gromit-mpx 1.7 fills its whole window under a compositing manager of X11: nothing that it draws or wipes then
+  // With --debug, as it runs here, gromit-mpx 1.7 fills its whole window under a compositing manager: nothing that it
+  // draws or wipes then
   // shows.
   [[nodiscard]] bool areStrokesLostInInk() { return isFull(client_.screenshot(), {0, 0, wholeScreen.width, 20}); }
 

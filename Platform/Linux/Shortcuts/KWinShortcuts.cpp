@@ -41,9 +41,9 @@ namespace {
 
 using Kind = HotKeyStanding::Kind;
 
-const QString service = QString::fromLatin1(kwinKeysName);
-const QString path = QStringLiteral("/kglobalaccel");
-const QString interface = QStringLiteral("org.kde.KGlobalAccel");
+const QString keysService = QString::fromLatin1(kwinKeysName);
+const QString keysPath = QStringLiteral("/kglobalaccel");
+const QString keysInterface = QStringLiteral("org.kde.KGlobalAccel");
 const QString componentInterface = QStringLiteral("org.kde.kglobalaccel.Component");
 const QString component = QString::fromLatin1(posix::applicationIdentifier);
 
@@ -59,13 +59,13 @@ QStringList actionOf(const Shortcut& shortcut) {
           QString::fromStdString(shortcut.purpose.title)};
 }
 
-QDBusMessage method(const char* name) {
-  return QDBusMessage::createMethodCall(service, path, interface, QString::fromLatin1(name));
+QDBusMessage keysMethod(const char* name) {
+  return QDBusMessage::createMethodCall(keysService, keysPath, keysInterface, QString::fromLatin1(name));
 }
 
 QDBusMessage setKeys(const Shortcut& shortcut, uint flags) {
   const QList<KeySequence> sequences{{{combinedKey(shortcut.modifiers, shortcut.symbol), 0, 0, 0}}};
-  return method("setShortcutKeys") << actionOf(shortcut) << QVariant::fromValue(sequences) << flags;
+  return keysMethod("setShortcutKeys") << actionOf(shortcut) << QVariant::fromValue(sequences) << flags;
 }
 
 // The first key of each sequence.
@@ -85,14 +85,14 @@ KWinShortcuts::KWinShortcuts(QDBusConnection bus, std::vector<Shortcut> shortcut
     : bus_(std::move(bus)),
       shortcuts_(std::move(shortcuts)),
       listener_(std::move(listener)),
-      pressed_(bus_, {service, {}, componentInterface, QStringLiteral("globalShortcutPressed")},
+      pressed_(bus_, {keysService, {}, componentInterface, QStringLiteral("globalShortcutPressed")},
                [this](const QDBusMessage& message) {
                  if (message.arguments().value(0) != component) return;
                  if (const auto* shortcut = find(message.arguments().value(1).toString()))
                    listener_.pressed(shortcut->purpose.name);
                }),
       // The user chose other keys in the desktop's settings.
-      changed_(bus_, {service, path, interface, QStringLiteral("yourShortcutsChanged")},
+      changed_(bus_, {keysService, keysPath, keysInterface, QStringLiteral("yourShortcutsChanged")},
                [this](const QDBusMessage& message) {
                  const QStringList action = message.arguments().value(0).toStringList();
                  if (action.value(0) != component) return;
@@ -106,14 +106,14 @@ KWinShortcuts::KWinShortcuts(QDBusConnection bus, std::vector<Shortcut> shortcut
 
 KWinShortcuts::~KWinShortcuts() {
   for (const Shortcut& shortcut : shortcuts_) {
-    QDBusMessage message = method("unregister") << component << QString::fromStdString(shortcut.purpose.name);
+    QDBusMessage message = keysMethod("unregister") << component << QString::fromStdString(shortcut.purpose.name);
     message.setAutoStartService(false);
     if (bus_.call(message, QDBus::Block, patience).type() == QDBusMessage::ErrorMessage) return;
   }
 }
 
 void KWinShortcuts::ask(const Shortcut& shortcut) {
-  bus_.send(method("doRegister") << actionOf(shortcut));
+  bus_.send(keysMethod("doRegister") << actionOf(shortcut));
   bus_.send(setKeys(shortcut, asDefault));
   callMethod(bus_, setKeys(shortcut, present | notThoseRemembered), context_,
              [this, &shortcut](const QDBusMessage& reply) {
