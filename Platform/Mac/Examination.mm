@@ -3,10 +3,10 @@
 #include "Platform/Examination.h"
 
 #include "Platform/Mac/Findings.h"
-#include "Platform/Mac/HotKeys.h"
-#include "Platform/Mac/LoginItem.h"
-#include "Platform/Mac/Process.h"
-#include "Platform/Mac/Settings.h"
+#include "Platform/Mac/Foundation/Process.h"
+#include "Platform/Mac/Input/HotKeys.h"
+#include "Platform/Mac/Session/LoginItem.h"
+#include "Platform/Mac/Settings/Settings.h"
 
 namespace platform {
 namespace {

@@ -1,11 +1,11 @@
-#include "Platform/Mac/RemoteControl.h"
+#include "Platform/Mac/Remote/RemoteControl.h"
 
 #include <memory>
 #include <optional>
 
-#include "Platform/Mac/MessagePort.h"
-#include "Platform/Mac/RemoteProtocol.h"
-#include "Platform/Mac/RunLoop.h"
+#include "Platform/Mac/Foundation/RunLoop.h"
+#include "Platform/Mac/Remote/MessagePort.h"
+#include "Platform/Mac/Remote/RemoteProtocol.h"
 #include "Tests/Mac/Native/Native.h"
 
 namespace platform::mac {

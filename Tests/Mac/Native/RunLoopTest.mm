@@ -1,4 +1,4 @@
-#include "Platform/Mac/RunLoop.h"
+#include "Platform/Mac/Foundation/RunLoop.h"
 
 #include <thread>
 

@@ -6,12 +6,12 @@
 #include <fstream>
 #include <sstream>
 
-#include "Platform/Mac/Files.h"
-#include "Platform/Mac/HotKeys.h"
-#include "Platform/Mac/LoginItem.h"
-#include "Platform/Mac/Process.h"
-#include "Platform/Mac/SessionLock.h"
-#include "Platform/Mac/Settings.h"
+#include "Platform/Mac/Foundation/Files.h"
+#include "Platform/Mac/Foundation/Process.h"
+#include "Platform/Mac/Input/HotKeys.h"
+#include "Platform/Mac/Session/LoginItem.h"
+#include "Platform/Mac/Session/SessionLock.h"
+#include "Platform/Mac/Settings/Settings.h"
 #include "Tests/Mac/Native/Native.h"
 
 namespace platform::mac {

@@ -2,11 +2,11 @@
 
 #import <AppKit/AppKit.h>
 
-#include "Platform/Mac/Menu.h"
-#include "Platform/Mac/Screens.h"
-#include "Platform/Mac/StatusBar.h"
-#include "Platform/Mac/Views.h"
-#include "Platform/Mac/Windows.h"
+#include "Platform/Mac/Toolkit/Screens.h"
+#include "Platform/Mac/Tray/Menu.h"
+#include "Platform/Mac/Tray/StatusBar.h"
+#include "Platform/Mac/Views/Views.h"
+#include "Platform/Mac/Windows/Windows.h"
 #include "Tests/Mac/Native/Native.h"
 
 namespace platform::mac {

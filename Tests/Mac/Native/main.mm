@@ -9,8 +9,8 @@
 #include <memory>
 #include <thread>
 
-#include "Platform/Mac/Application.h"
-#include "Platform/Mac/RemoteControl.h"
+#include "Platform/Mac/Remote/RemoteControl.h"
+#include "Platform/Mac/Toolkit/Application.h"
 #include "Tests/Mac/Native/Native.h"
 
 namespace {

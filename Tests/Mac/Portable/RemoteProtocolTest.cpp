@@ -1,4 +1,4 @@
-#include "Platform/Mac/RemoteProtocol.h"
+#include "Platform/Mac/Remote/RemoteProtocol.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -41,8 +41,8 @@ class Source:
 
 
 def read_sources(root):
-    paths = sorted(path for path in root.iterdir() if path.suffix in (".h", ".mm"))
-    return [Source(path.name, re.sub(r"^#.*$", "", path.read_text(), flags=re.MULTILINE)) for path in paths]
+    paths = sorted(path for path in root.rglob("*") if path.suffix in (".h", ".mm"))
+    return [Source(str(path.relative_to(root)), re.sub(r"^#.*$", "", path.read_text(), flags=re.MULTILINE)) for path in paths]
 
 
 class Rules:

@@ -1,0 +1,11 @@
+#include "Platform/Mac/Capture/Permission.h"
+
+#import <CoreGraphics/CoreGraphics.h>
+
+namespace platform::mac {
+
+bool ScreenCaptureAccess::preflight() { return CGPreflightScreenCaptureAccess(); }
+
+bool ScreenCaptureAccess::request() { return CGRequestScreenCaptureAccess(); }
+
+}  // namespace platform::mac

@@ -1,0 +1,40 @@
+#include "Platform/Mac/Views/Canvas.h"
+
+#import <AppKit/AppKit.h>
+
+#include "Platform/Mac/Foundation/Bridge.h"
+#include "Platform/Mac/Toolkit/Appearance.h"
+
+namespace platform::mac {
+
+void Canvas::fillEvenOdd(std::span<const Rect> rects, const Color& color) {
+  if (rects.empty()) return;
+  NSBezierPath* path = [NSBezierPath bezierPathWithRect:nsRect(rects.front())];
+  for (const Rect& rect : rects.subspan(1)) [path appendBezierPath:[NSBezierPath bezierPathWithRect:nsRect(rect)]];
+  path.windingRule = NSWindingRuleEvenOdd;
+  [nsColor(color) setFill];
+  [path fill];
+}
+
+void Canvas::fillRoundedRect(const Rect& rect, double radius, const Color& color) {
+  [nsColor(color) setFill];
+  [[NSBezierPath bezierPathWithRoundedRect:nsRect(rect) xRadius:radius yRadius:radius] fill];
+}
+
+void Canvas::strokeRect(const Rect& rect, double lineWidth, const Color& color) {
+  NSBezierPath* path = [NSBezierPath bezierPathWithRect:nsRect(rect)];
+  path.lineWidth = lineWidth;
+  [nsColor(color) setStroke];
+  [path stroke];
+}
+
+Size Canvas::measureText(const std::string& text, const TextStyle& style) {
+  const NSSize size = [nsString(text) sizeWithAttributes:attributes(style)];
+  return {size.width, size.height};
+}
+
+void Canvas::drawText(const std::string& text, Point origin, const TextStyle& style) {
+  [nsString(text) drawAtPoint:nsPoint(origin) withAttributes:attributes(style)];
+}
+
+}  // namespace platform::mac
