@@ -12,7 +12,7 @@ namespace platform {
 namespace {
 
 // The system may grant a combination to several programs. Why it refuses one, it does not say.
-HotKeyAnswer tryOut(mac::HotKeys& keys, const HotKeyTrial& trial) {
+HotKeyAnswer tryOut(mac::input::HotKeys& keys, const HotKeyTrial& trial) {
   const auto reference = keys.registerHotKey(trial.keyCode, trial.modifiers, {});
   if (!reference) return HotKeyAnswer::unknown;
   keys.unregisterHotKey(*reference);
@@ -22,16 +22,16 @@ HotKeyAnswer tryOut(mac::HotKeys& keys, const HotKeyTrial& trial) {
 }  // namespace
 
 Examination examineDesktop(const ExaminationRequest& request) {
-  const std::string home = mac::Process().homeDirectory();
-  Examination examination{
-      .findings = {mac::permissionFinding(request.mayCapture), mac::loginItemFinding(mac::LoginItem().status()),
-                   mac::logFinding(home + '/' + request.logFile)},
-      .hotKeys = {},
-      .settingsFile = mac::preferencesPath(home)};
-  mac::HotKeys keys;
+  const std::string home = mac::foundation::Process().homeDirectory();
+  Examination examination{.findings = {mac::permissionFinding(request.mayCapture),
+                                       mac::loginItemFinding(mac::session::LoginItem().status()),
+                                       mac::logFinding(home + '/' + request.logFile)},
+                          .hotKeys = {},
+                          .settingsFile = mac::preferencesPath(home)};
+  mac::input::HotKeys keys;
   for (const HotKeyTrial& trial : request.hotKeys) examination.hotKeys.push_back(tryOut(keys, trial));
   for (const std::string& key : request.settings) {
-    if (auto value = mac::Settings().object(key)) examination.settings.emplace(key, std::move(*value));
+    if (auto value = mac::settings::Settings().object(key)) examination.settings.emplace(key, std::move(*value));
   }
   return examination;
 }

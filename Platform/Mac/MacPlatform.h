@@ -37,50 +37,50 @@ namespace platform::mac {
 
 class MacPlatform final : public Platform {
  public:
-  platform::Application* sharedApplication() override { return &application_; }
-  platform::RunLoop& runLoop() override { return runLoop_; }
-  platform::Process& process() override { return process_; }
-  platform::Clock& clock() override { return clock_; }
-  platform::Files& files() override { return files_; }
-  platform::Settings& settings() override { return settings_; }
-  platform::Screens& screens() override { return screens_; }
-  platform::SessionLock& sessionLock() override { return sessionLock_; }
-  platform::Windows& windows() override { return windows_; }
-  platform::Views& views() override { return views_; }
-  platform::CaptureService& capture() override { return capture_; }
-  platform::ScreenCaptureAccess& screenCaptureAccess() override { return screenCaptureAccess_; }
-  platform::StatusBar& statusBar() override { return statusBar_; }
-  platform::Dialogs& dialogs() override { return dialogs_; }
-  platform::HotKeys& hotKeys() override { return hotKeys_; }
-  platform::LoginItem& loginItem() override { return loginItem_; }
-  platform::Workspace& workspace() override { return workspace_; }
-  platform::RemoteControl& remoteControl() override { return remoteControl_; }
-  platform::RulesFile& rulesFile() override { return rulesFile_; }
-  platform::Notifications& notifications() override { return notifications_; }
-  platform::Texts& texts() override { return texts_; }
+  Application* sharedApplication() override { return &application_; }
+  RunLoop& runLoop() override { return runLoop_; }
+  Process& process() override { return process_; }
+  Clock& clock() override { return clock_; }
+  Files& files() override { return files_; }
+  Settings& settings() override { return settings_; }
+  Screens& screens() override { return screens_; }
+  SessionLock& sessionLock() override { return sessionLock_; }
+  Windows& windows() override { return windows_; }
+  Views& views() override { return views_; }
+  CaptureService& capture() override { return capture_; }
+  ScreenCaptureAccess& screenCaptureAccess() override { return screenCaptureAccess_; }
+  StatusBar& statusBar() override { return statusBar_; }
+  Dialogs& dialogs() override { return dialogs_; }
+  HotKeys& hotKeys() override { return hotKeys_; }
+  LoginItem& loginItem() override { return loginItem_; }
+  Workspace& workspace() override { return workspace_; }
+  RemoteControl& remoteControl() override { return remoteControl_; }
+  RulesFile& rulesFile() override { return rulesFile_; }
+  Notifications& notifications() override { return notifications_; }
+  Texts& texts() override { return texts_; }
 
  private:
-  Application application_;
-  RunLoop runLoop_;
-  Process process_;
-  Clock clock_;
-  Files files_;
-  Settings settings_;
-  Screens screens_;
-  SessionLock sessionLock_;
-  Windows windows_;
-  Views views_;
-  CaptureService capture_;
-  ScreenCaptureAccess screenCaptureAccess_;
-  StatusBar statusBar_;
-  Dialogs dialogs_;
-  HotKeys hotKeys_;
-  LoginItem loginItem_;
-  Workspace workspace_;
-  RemoteControl remoteControl_;
-  RulesFile rulesFile_;
-  Notifications notifications_;
-  Texts texts_;
+  toolkit::Application application_;
+  foundation::RunLoop runLoop_;
+  foundation::Process process_;
+  foundation::Clock clock_;
+  foundation::Files files_;
+  settings::Settings settings_;
+  toolkit::Screens screens_;
+  session::SessionLock sessionLock_;
+  windows::Windows windows_;
+  views::Views views_;
+  capture::CaptureService capture_;
+  capture::ScreenCaptureAccess screenCaptureAccess_;
+  tray::StatusBar statusBar_;
+  windows::Dialogs dialogs_;
+  input::HotKeys hotKeys_;
+  session::LoginItem loginItem_;
+  session::Workspace workspace_;
+  remote::RemoteControl remoteControl_;
+  settings::RulesFile rulesFile_;
+  session::Notifications notifications_;
+  toolkit::Texts texts_;
 };
 
 }  // namespace platform::mac

@@ -23,6 +23,6 @@ std::expected<std::string, Error> removeLensEntry(const std::string& /*applicati
   return std::unexpected(Error{"On macOS there is nothing to install: start programs as usual."});
 }
 
-std::unique_ptr<RulesFile> makeRulesFile() { return std::make_unique<mac::RulesFile>(); }
+std::unique_ptr<RulesFile> makeRulesFile() { return std::make_unique<mac::settings::RulesFile>(); }
 
 }  // namespace platform

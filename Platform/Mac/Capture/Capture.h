@@ -11,7 +11,7 @@
 
 #include "Platform/Capture.h"
 
-namespace platform::mac {
+namespace platform::mac::capture {
 
 class CaptureService final : public platform::CaptureService {
  public:
@@ -30,4 +30,4 @@ class CaptureService final : public platform::CaptureService {
   std::shared_ptr<LatestContent> latest_ = std::make_shared<LatestContent>();
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::capture

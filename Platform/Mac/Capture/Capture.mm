@@ -6,7 +6,7 @@
 #include "Platform/Mac/Capture/CaptureStream.h"
 #include "Platform/Mac/Foundation/Bridge.h"
 
-namespace platform::mac {
+namespace platform::mac::capture {
 
 void CaptureService::shareableContent(ShareableContentOptions options, ContentCompletion completion) {
   const std::weak_ptr<LatestContent> weakLatest = latest_;
@@ -14,7 +14,7 @@ void CaptureService::shareableContent(ShareableContentOptions options, ContentCo
     // On the main thread: the latest content lives there, and the screens may be asked for.
     dispatch_async(dispatch_get_main_queue(), ^{
       if (content == nil) {
-        completion(std::unexpected(fromNSError(error)));
+        completion(std::unexpected(foundation::fromNSError(error)));
         return;
       }
       if (const auto latest = weakLatest.lock()) latest->content = content;
@@ -36,4 +36,4 @@ std::shared_ptr<platform::CaptureStream> CaptureService::makeStream(const Conten
                                          std::move(delegate));
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::capture

@@ -7,11 +7,11 @@
 
 #include "Platform/Capture.h"
 
-namespace platform::mac {
+namespace platform::mac::capture {
 
 [[nodiscard]] ShareableContent describe(SCShareableContent* content);
 // Null when the content does not contain the filter's display. Windows that it does not contain are gone, and skipped.
 [[nodiscard]] SCContentFilter* contentFilter(const ContentFilter& filter, SCShareableContent* content);
 [[nodiscard]] SCStreamConfiguration* streamConfiguration(const StreamConfiguration& configuration);
 
-}  // namespace platform::mac
+}  // namespace platform::mac::capture

@@ -5,7 +5,7 @@
 #include "Platform/Mac/Foundation/Bridge.h"
 #include "Platform/Mac/Toolkit/Screens.h"
 
-namespace platform::mac {
+namespace platform::mac::capture {
 namespace {
 
 static_assert(static_cast<OSType>(PixelFormat::bgra32) == kCVPixelFormatType_32BGRA);
@@ -14,11 +14,11 @@ CaptureWindow describe(SCWindow* window, double primaryHeight) {
   CaptureWindow described{
       .windowID = window.windowID,
       .windowLayer = window.windowLayer,
-      .frame = fromTopLeft(fromNSRect(window.frame), primaryHeight),
+      .frame = toolkit::fromTopLeft(foundation::fromNSRect(window.frame), primaryHeight),
       .isOnScreen = static_cast<bool>(window.onScreen),
   };
   if (SCRunningApplication* owner = window.owningApplication) {
-    described.owningApplication = RunningApplication{stdString(owner.bundleIdentifier)};
+    described.owningApplication = RunningApplication{foundation::stdString(owner.bundleIdentifier)};
   }
   return described;
 }
@@ -37,7 +37,7 @@ bool contains(const std::vector<CaptureWindow>& windows, std::uint32_t windowID)
 }  // namespace
 
 ShareableContent describe(SCShareableContent* content) {
-  const double primaryHeight = primaryScreenHeight();
+  const double primaryHeight = toolkit::primaryScreenHeight();
   ShareableContent described;
   for (SCDisplay* display in content.displays) described.displays.push_back({display.displayID});
   for (SCWindow* window in content.windows) described.windows.push_back(describe(window, primaryHeight));
@@ -58,7 +58,7 @@ SCStreamConfiguration* streamConfiguration(const StreamConfiguration& configurat
   const DisplayRect& source = configuration.sourceRect;
   const MediaTime& interval = configuration.minimumFrameInterval;
   SCStreamConfiguration* made = [[SCStreamConfiguration alloc] init];
-  made.sourceRect = nsRect({{source.x, source.y}, {source.width, source.height}});
+  made.sourceRect = foundation::nsRect({{source.x, source.y}, {source.width, source.height}});
   made.width = static_cast<std::size_t>(configuration.width);
   made.height = static_cast<std::size_t>(configuration.height);
   made.minimumFrameInterval = CMTimeMake(interval.value, interval.timescale);
@@ -68,4 +68,4 @@ SCStreamConfiguration* streamConfiguration(const StreamConfiguration& configurat
   return made;
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::capture

@@ -14,7 +14,7 @@
 
 @class QLFStreamForwarder;
 
-namespace platform::mac {
+namespace platform::mac::capture {
 
 class CaptureStream final : public platform::CaptureStream {
  public:
@@ -36,4 +36,4 @@ class CaptureStream final : public platform::CaptureStream {
   bool isRunning_ = false;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::capture

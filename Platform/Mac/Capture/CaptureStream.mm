@@ -35,18 +35,18 @@
 
 - (void)stream:(SCStream*)stream didOutputSampleBuffer:(CMSampleBufferRef)sampleBuffer ofType:(SCStreamOutputType)type {
   if (const auto output = _output.lock()) {
-    output->streamDidOutput(std::make_shared<platform::mac::SampleBuffer>(sampleBuffer),
+    output->streamDidOutput(std::make_shared<platform::mac::capture::SampleBuffer>(sampleBuffer),
                             static_cast<platform::StreamOutputType>(type));
   }
 }
 
 - (void)stream:(SCStream*)stream didStopWithError:(NSError*)error {
-  if (const auto delegate = _delegate.lock()) delegate->streamDidStop(platform::mac::fromNSError(error));
+  if (const auto delegate = _delegate.lock()) delegate->streamDidStop(platform::mac::foundation::fromNSError(error));
 }
 
 @end
 
-namespace platform::mac {
+namespace platform::mac::capture {
 namespace {
 
 static_assert(static_cast<NSInteger>(StreamOutputType::screen) == SCStreamOutputTypeScreen);
@@ -54,15 +54,15 @@ static_assert(static_cast<NSInteger>(StreamOutputType::audio) == SCStreamOutputT
 
 std::expected<void, Error> resultOf(NSError* error) {
   if (error == nil) return {};
-  return std::unexpected(fromNSError(error));
+  return std::unexpected(foundation::fromNSError(error));
 }
 
 Error noDisplay() { return {"The display to capture is no longer there."}; }
 
 // Fails later than the call that was given the completion.
 void failLater(platform::CaptureStream::Completion completion) {
-  dispatchJob(dispatch_get_main_queue(),
-              [completion = std::move(completion)] { completion(std::unexpected(noDisplay())); });
+  foundation::dispatchJob(dispatch_get_main_queue(),
+                          [completion = std::move(completion)] { completion(std::unexpected(noDisplay())); });
 }
 
 }  // namespace
@@ -83,7 +83,7 @@ std::expected<void, Error> CaptureStream::addOutput(std::weak_ptr<StreamOutput> 
   if (stream_ == nil) return std::unexpected(noDisplay());
   [forwarder_ open:std::move(output)];
   // Every serial queue of this desktop comes from its run loop.
-  queue_ = static_cast<const SerialQueue&>(*queue).queue();
+  queue_ = static_cast<const foundation::SerialQueue&>(*queue).queue();
   NSError* error = nil;
   if ([stream_ addStreamOutput:forwarder_
                           type:static_cast<SCStreamOutputType>(type)
@@ -91,7 +91,7 @@ std::expected<void, Error> CaptureStream::addOutput(std::weak_ptr<StreamOutput> 
                          error:&error]) {
     return {};
   }
-  return std::unexpected(fromNSError(error));
+  return std::unexpected(foundation::fromNSError(error));
 }
 
 void CaptureStream::startCapture(Completion completion) {
@@ -120,4 +120,4 @@ void CaptureStream::stopCapture(Completion completion) {
   }];
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::capture

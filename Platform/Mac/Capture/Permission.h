@@ -5,7 +5,7 @@
 
 #include "Platform/Permission.h"
 
-namespace platform::mac {
+namespace platform::mac::capture {
 
 class ScreenCaptureAccess final : public platform::ScreenCaptureAccess {
  public:
@@ -13,4 +13,4 @@ class ScreenCaptureAccess final : public platform::ScreenCaptureAccess {
   bool request() override;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::capture

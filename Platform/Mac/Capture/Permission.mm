@@ -2,10 +2,10 @@
 
 #import <CoreGraphics/CoreGraphics.h>
 
-namespace platform::mac {
+namespace platform::mac::capture {
 
 bool ScreenCaptureAccess::preflight() { return CGPreflightScreenCaptureAccess(); }
 
 bool ScreenCaptureAccess::request() { return CGRequestScreenCaptureAccess(); }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::capture

@@ -8,7 +8,7 @@
 
 #include "Platform/Capture.h"
 
-namespace platform::mac {
+namespace platform::mac::capture {
 
 class SampleBuffer final : public platform::SampleBuffer {
  public:
@@ -25,4 +25,4 @@ class SampleBuffer final : public platform::SampleBuffer {
   CMSampleBufferRef buffer_;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::capture

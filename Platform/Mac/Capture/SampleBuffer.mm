@@ -5,7 +5,7 @@
 
 #include "Platform/Mac/Foundation/Bridge.h"
 
-namespace platform::mac {
+namespace platform::mac::capture {
 namespace {
 
 static_assert(static_cast<NSInteger>(FrameStatus::complete) == SCFrameStatusComplete);
@@ -30,9 +30,9 @@ std::optional<std::vector<FrameInfo>> SampleBuffer::attachments() const {
   for (id element in array) {
     if (![element isKindOfClass:[NSDictionary class]]) return std::nullopt;
     NSDictionary* attachment = element;
-    infos.push_back({integerValue([attachment objectForKey:SCStreamFrameInfoStatus])});
+    infos.push_back({foundation::integerValue([attachment objectForKey:SCStreamFrameInfoStatus])});
   }
   return infos;
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::capture

@@ -15,7 +15,7 @@
 #include "Platform/Error.h"
 #include "Platform/Geometry.h"
 
-namespace platform::mac {
+namespace platform::mac::foundation {
 
 [[nodiscard]] NSString* nsString(std::string_view text);
 [[nodiscard]] std::string stdString(NSString* text);
@@ -28,4 +28,4 @@ namespace platform::mac {
 // Absent unless the object is a number without a fraction.
 [[nodiscard]] std::optional<std::int64_t> integerValue(id object);
 
-}  // namespace platform::mac
+}  // namespace platform::mac::foundation

@@ -1,6 +1,6 @@
 #include "Platform/Mac/Foundation/Bridge.h"
 
-namespace platform::mac {
+namespace platform::mac::foundation {
 
 NSString* nsString(std::string_view text) {
   NSString* made = [[NSString alloc] initWithBytes:text.data() length:text.size() encoding:NSUTF8StringEncoding];
@@ -37,4 +37,4 @@ std::optional<std::int64_t> integerValue(id object) {
   return value;
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::foundation

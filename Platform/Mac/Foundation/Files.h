@@ -6,7 +6,7 @@
 
 #include "Platform/Files.h"
 
-namespace platform::mac {
+namespace platform::mac::foundation {
 
 class Files final : public platform::Files {
  public:
@@ -15,4 +15,4 @@ class Files final : public platform::Files {
   std::expected<void, Error> write(const std::string& path, std::string_view bytes) override;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::foundation

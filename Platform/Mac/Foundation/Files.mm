@@ -4,7 +4,7 @@
 
 #include "Platform/Mac/Foundation/Bridge.h"
 
-namespace platform::mac {
+namespace platform::mac::foundation {
 namespace {
 
 using Result = std::expected<void, Error>;
@@ -67,4 +67,4 @@ Result Files::write(const std::string& path, std::string_view bytes) {
   return std::unexpected(fromNSError(error));
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::foundation

@@ -5,7 +5,7 @@
 
 #include "Platform/Process.h"
 
-namespace platform::mac {
+namespace platform::mac::foundation {
 
 class Process final : public platform::Process {
  public:
@@ -14,4 +14,4 @@ class Process final : public platform::Process {
   [[nodiscard]] std::string homeDirectory() const override;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::foundation

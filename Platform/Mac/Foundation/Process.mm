@@ -4,7 +4,7 @@
 
 #include "Platform/Mac/Foundation/Bridge.h"
 
-namespace platform::mac {
+namespace platform::mac::foundation {
 namespace {
 
 std::optional<std::string> optionalString(NSString* text) {
@@ -24,4 +24,4 @@ std::optional<std::string> Process::bundleIdentifier() const {
 
 std::string Process::homeDirectory() const { return stdString(NSHomeDirectory()); }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::foundation

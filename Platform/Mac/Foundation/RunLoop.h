@@ -11,7 +11,7 @@
 
 #include "Platform/RunLoop.h"
 
-namespace platform::mac {
+namespace platform::mac::foundation {
 
 // Moves the job to the queue; the calling thread keeps no copy.
 void dispatchJob(dispatch_queue_t queue, Job job);
@@ -37,4 +37,4 @@ class RunLoop final : public platform::RunLoop {
   std::shared_ptr<platform::SerialQueue> makeSerialQueue(const std::string& label, QualityOfService quality) override;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::foundation

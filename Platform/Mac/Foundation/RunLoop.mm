@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <utility>
 
-namespace platform::mac {
+namespace platform::mac::foundation {
 namespace {
 
 class WorkItem final : public DelayedTask {
@@ -81,4 +81,4 @@ std::shared_ptr<platform::SerialQueue> RunLoop::makeSerialQueue(const std::strin
   return std::make_shared<SerialQueue>(dispatch_queue_create(label.c_str(), attributes));
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::foundation

@@ -9,7 +9,7 @@
 
 #include "Platform/HotKeys.h"
 
-namespace platform::mac {
+namespace platform::mac::input {
 
 class HotKeys final : public platform::HotKeys {
  public:
@@ -28,4 +28,4 @@ class HotKeys final : public platform::HotKeys {
   std::vector<std::unique_ptr<Installation>> installations_;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::input

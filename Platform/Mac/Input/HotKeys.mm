@@ -5,7 +5,7 @@
 #include <bit>
 #include <utility>
 
-namespace platform::mac {
+namespace platform::mac::input {
 namespace {
 
 static_assert(hotkeymodifiers::command == cmdKey);
@@ -79,4 +79,4 @@ void HotKeys::unregisterHotKey(HotKeyReference reference) {
   UnregisterEventHotKey(std::bit_cast<EventHotKeyRef>(reference));
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::input

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-namespace platform::mac {
+namespace platform::mac::remote {
 
 struct Released {
   void operator()(CFTypeRef object) const { CFRelease(object); }
@@ -25,4 +25,4 @@ bool sendMessage(CFMessagePortRef port, SInt32 number, const std::string& conten
 // Of a received message.
 [[nodiscard]] std::string contentOf(CFDataRef data);
 
-}  // namespace platform::mac
+}  // namespace platform::mac::remote

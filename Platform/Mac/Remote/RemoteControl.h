@@ -15,7 +15,7 @@
 
 #include "Platform/RemoteControl.h"
 
-namespace platform::mac {
+namespace platform::mac::remote {
 
 class RemoteControl final : public platform::RemoteControl {
  public:
@@ -34,4 +34,4 @@ class RemoteControl final : public platform::RemoteControl {
   CFMessagePortRef port_ = nullptr;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::remote

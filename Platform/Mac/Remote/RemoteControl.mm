@@ -6,7 +6,7 @@
 #include "Platform/Mac/Remote/MessagePort.h"
 #include "Platform/Mac/Remote/RemoteProtocol.h"
 
-namespace platform::mac {
+namespace platform::mac::remote {
 
 // Who asked and waits for a reply, by the names of their ports.
 struct RemoteControl::Desk : std::enable_shared_from_this<Desk> {
@@ -30,7 +30,7 @@ struct RemoteControl::Desk : std::enable_shared_from_this<Desk> {
   }
 
   static CFDataRef receive(CFMessagePortRef /*port*/, SInt32 /*number*/, CFDataRef data, void* context) {
-    static_cast<Desk*>(context)->take(remote::wordsOf(contentOf(data)));
+    static_cast<Desk*>(context)->take(wordsOf(contentOf(data)));
     return nullptr;
   }
 };
@@ -42,7 +42,7 @@ RemoteControl::~RemoteControl() {
 }
 
 RemoteControl::Claim RemoteControl::claim(Handler handler) {
-  const std::string name = remote::commandPortName();
+  const std::string name = commandPortName();
   // Asked first, since the system writes a message of its own when a name is taken.
   if (remotePort(name)) return Claim::taken;
   desk_ = std::make_shared<Desk>();
@@ -50,13 +50,13 @@ RemoteControl::Claim RemoteControl::claim(Handler handler) {
   port_ = makePort(name, &Desk::receive, desk_.get()).release();
   if (port_ != nullptr) return Claim::first;
   if (remotePort(name)) return Claim::taken;
-  std::cerr << remote::sentence::noCommandPort << std::endl;
+  std::cerr << sentence::noCommandPort << std::endl;
   return Claim::unavailable;
 }
 
 void RemoteControl::announceQuestion() {
   if (!desk_) return;
-  for (const std::string& name : desk_->waiting) Desk::tell(name, remote::questionNumber, {});
+  for (const std::string& name : desk_->waiting) Desk::tell(name, questionNumber, {});
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::remote

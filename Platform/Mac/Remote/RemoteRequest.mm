@@ -12,7 +12,7 @@
 namespace platform {
 namespace {
 
-using namespace mac;
+using namespace mac::remote;
 
 constexpr CFTimeInterval heartbeat = 1;  // seconds between two looks whether the other end still lives
 
@@ -22,7 +22,7 @@ struct Conversation {
 
   static CFDataRef receive(CFMessagePortRef /*port*/, SInt32 number, CFDataRef data, void* context) {
     auto& conversation = *static_cast<Conversation*>(context);
-    if (number != remote::questionNumber) {
+    if (number != questionNumber) {
       conversation.reply = RemoteReply{number, contentOf(data)};
     } else if (conversation.onQuestion) {
       conversation.onQuestion();
@@ -41,24 +41,24 @@ std::expected<RemoteReply, Error> sendToRunningInstance(const std::vector<std::s
                                                         std::chrono::milliseconds limit,
                                                         const std::function<void()>& onQuestion) {
   const auto start = std::chrono::steady_clock::now();
-  const auto instance = remotePort(remote::commandPortName());
-  if (!instance) return std::unexpected(Error{remote::sentence::notRunning});
+  const auto instance = remotePort(commandPortName());
+  if (!instance) return std::unexpected(Error{sentence::notRunning});
 
   Conversation conversation{onQuestion};
-  const std::string name = remote::replyPortName(getpid());
+  const std::string name = replyPortName(getpid());
   const auto own = makePort(name, &Conversation::receive, &conversation);
-  if (!own) return std::unexpected(Error{remote::sentence::noReplyPort});
+  if (!own) return std::unexpected(Error{sentence::noReplyPort});
 
   std::vector<std::string> words{name};
   words.insert(words.end(), arguments.begin(), arguments.end());
-  bool isAlive = sendMessage(instance.get(), remote::requestNumber, remote::bytesOf(words));
+  bool isAlive = sendMessage(instance.get(), requestNumber, bytesOf(words));
   while (isAlive && !conversation.reply && since(start) < limit) {
     // Asked before listening: the last words of an instance that ends are still heard.
     isAlive = CFMessagePortIsValid(instance.get());
     CFRunLoopRunInMode(kCFRunLoopDefaultMode, heartbeat, true);
   }
   CFMessagePortInvalidate(own.get());
-  if (!conversation.reply) return std::unexpected(Error{remote::sentence::noAnswer});
+  if (!conversation.reply) return std::unexpected(Error{sentence::noAnswer});
   return *conversation.reply;
 }
 

@@ -5,7 +5,7 @@
 
 #include "Platform/LoginItem.h"
 
-namespace platform::mac {
+namespace platform::mac::session {
 
 class LoginItem final : public platform::LoginItem {
  public:
@@ -14,4 +14,4 @@ class LoginItem final : public platform::LoginItem {
   std::expected<void, Error> unregisterItem() override;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::session

@@ -4,7 +4,7 @@
 
 #include "Platform/Mac/Foundation/Bridge.h"
 
-namespace platform::mac {
+namespace platform::mac::session {
 namespace {
 
 static_assert(static_cast<NSInteger>(LoginItemStatus::notRegistered) == SMAppServiceStatusNotRegistered);
@@ -19,13 +19,13 @@ LoginItemStatus LoginItem::status() const { return static_cast<LoginItemStatus>(
 std::expected<void, Error> LoginItem::registerItem() {
   NSError* error = nil;
   if ([[SMAppService mainAppService] registerAndReturnError:&error]) return {};
-  return std::unexpected(fromNSError(error));
+  return std::unexpected(foundation::fromNSError(error));
 }
 
 std::expected<void, Error> LoginItem::unregisterItem() {
   NSError* error = nil;
   if ([[SMAppService mainAppService] unregisterAndReturnError:&error]) return {};
-  return std::unexpected(fromNSError(error));
+  return std::unexpected(foundation::fromNSError(error));
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::session

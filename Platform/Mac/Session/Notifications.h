@@ -5,11 +5,11 @@
 
 #include "Platform/Notifications.h"
 
-namespace platform::mac {
+namespace platform::mac::session {
 
 class Notifications final : public platform::Notifications {
  public:
   void showOnce(const std::string& /*name*/, const Notification& /*notification*/) override {}
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::session

@@ -16,7 +16,7 @@
 
 @class QLFLockObserver;
 
-namespace platform::mac {
+namespace platform::mac::session {
 
 struct LockState {
   bool isLocked = false;
@@ -37,4 +37,4 @@ class SessionLock final : public platform::SessionLock {
   QLFLockObserver* observer_;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::session

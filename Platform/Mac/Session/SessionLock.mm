@@ -6,7 +6,7 @@
 
 #include "Platform/Mac/Foundation/Bridge.h"
 
-using platform::mac::LockState;
+using platform::mac::session::LockState;
 
 @interface QLFLockObserver : NSObject
 - (instancetype)initWithState:(std::weak_ptr<LockState>)state;
@@ -20,7 +20,7 @@ namespace {
 
 bool sessionSaysLocked() {
   NSDictionary<NSString*, id>* session = (__bridge_transfer NSDictionary*)CGSessionCopyCurrentDictionary();
-  return platform::mac::integerValue([session objectForKey:@"CGSSessionScreenIsLocked"]) == 1;
+  return platform::mac::foundation::integerValue([session objectForKey:@"CGSSessionScreenIsLocked"]) == 1;
 }
 
 bool isWithheld(const LockState& state) { return state.isLocked || state.isScreenSaverActive; }
@@ -75,7 +75,7 @@ void observe(QLFLockObserver* observer, NSString* name, SEL selector) {
 
 @end
 
-namespace platform::mac {
+namespace platform::mac::session {
 
 // A login item may be started behind the lock screen.
 SessionLock::SessionLock()
@@ -98,4 +98,4 @@ bool SessionLock::isLocked() const {
 
 void SessionLock::observeChanges(std::function<void()> observer) { state_->observers.push_back(std::move(observer)); }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::session

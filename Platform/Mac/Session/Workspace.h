@@ -5,11 +5,11 @@
 
 #include "Platform/Workspace.h"
 
-namespace platform::mac {
+namespace platform::mac::session {
 
 class Workspace final : public platform::Workspace {
  public:
   void openURL(const std::string& url) override;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::session

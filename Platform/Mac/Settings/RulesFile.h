@@ -5,7 +5,7 @@
 
 #include "Platform/RulesFile.h"
 
-namespace platform::mac {
+namespace platform::mac::settings {
 
 class RulesFile final : public platform::RulesFile {
  public:
@@ -13,4 +13,4 @@ class RulesFile final : public platform::RulesFile {
   std::expected<std::optional<RulesFileEntries>, Error> read() override { return std::nullopt; }
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::settings

@@ -5,7 +5,7 @@
 
 #include "Platform/Settings.h"
 
-namespace platform::mac {
+namespace platform::mac::settings {
 
 class Settings final : public platform::Settings {
  public:
@@ -13,4 +13,4 @@ class Settings final : public platform::Settings {
   void set(const std::string& key, SettingValue value) override;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::settings

@@ -8,11 +8,11 @@
 #include "Platform/Canvas.h"
 #include "Platform/Color.h"
 
-namespace platform::mac {
+namespace platform::mac::toolkit {
 
 [[nodiscard]] NSColor* nsColor(const Color& color);
 [[nodiscard]] NSFont* nsFont(const Font& font);
 [[nodiscard]] NSDictionary<NSAttributedStringKey, id>* attributes(NSFont* font, NSColor* color);
 [[nodiscard]] NSDictionary<NSAttributedStringKey, id>* attributes(const TextStyle& style);
 
-}  // namespace platform::mac
+}  // namespace platform::mac::toolkit

@@ -1,6 +1,6 @@
 #include "Platform/Mac/Toolkit/Appearance.h"
 
-namespace platform::mac {
+namespace platform::mac::toolkit {
 namespace {
 
 // Without its alpha.
@@ -57,4 +57,4 @@ NSDictionary<NSAttributedStringKey, id>* attributes(const TextStyle& style) {
   return attributes(nsFont(style.font), nsColor(style.color));
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::toolkit

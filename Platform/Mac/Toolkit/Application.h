@@ -13,7 +13,7 @@
 
 @class QLFApplicationDelegate;
 
-namespace platform::mac {
+namespace platform::mac::toolkit {
 
 class Application final : public platform::Application {
  public:
@@ -29,4 +29,4 @@ class Application final : public platform::Application {
   QLFApplicationDelegate* delegate_ = nil;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::toolkit

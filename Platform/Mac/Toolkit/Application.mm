@@ -22,7 +22,7 @@
 
 @end
 
-namespace platform::mac {
+namespace platform::mac::toolkit {
 namespace {
 
 static_assert(static_cast<NSInteger>(ActivationPolicy::regular) == NSApplicationActivationPolicyRegular);
@@ -52,4 +52,4 @@ void Application::activateIgnoringOtherApps() { [application_ activateIgnoringOt
 
 void Application::terminate() { [application_ terminate:nil]; }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::toolkit

@@ -14,7 +14,7 @@
 
 @class QLFScreenObserver;
 
-namespace platform::mac {
+namespace platform::mac::toolkit {
 
 // From the top-left global space to the application's, given the height of the primary screen.
 [[nodiscard]] Rect fromTopLeft(const Rect& rect, double primaryHeight);
@@ -37,4 +37,4 @@ class Screens final : public platform::Screens {
   std::vector<Observation> observations_;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::toolkit

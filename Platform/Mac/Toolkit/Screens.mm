@@ -25,7 +25,7 @@
 
 @end
 
-namespace platform::mac {
+namespace platform::mac::toolkit {
 namespace {
 
 std::optional<std::uint32_t> displayID(NSScreen* screen) {
@@ -36,7 +36,7 @@ std::optional<std::uint32_t> displayID(NSScreen* screen) {
 
 Screen describe(NSScreen* screen) {
   return {
-      .frame = fromNSRect(screen.frame),
+      .frame = foundation::fromNSRect(screen.frame),
       .displayID = displayID(screen),
       .backingScaleFactor = screen.backingScaleFactor,
   };
@@ -65,7 +65,7 @@ std::optional<Screen> Screens::main() const {
   return describe(screen);
 }
 
-Point Screens::mouseLocation() const { return fromNSPoint([NSEvent mouseLocation]); }
+Point Screens::mouseLocation() const { return foundation::fromNSPoint([NSEvent mouseLocation]); }
 
 void Screens::observeChanges(std::function<void()> observer) {
   const auto callback = std::make_shared<std::function<void()>>(std::move(observer));
@@ -77,4 +77,4 @@ void Screens::observeChanges(std::function<void()> observer) {
   observations_.push_back({callback, forwarder});
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::toolkit

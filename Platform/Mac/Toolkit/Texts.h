@@ -5,11 +5,11 @@
 
 #include "Platform/Texts.h"
 
-namespace platform::mac {
+namespace platform::mac::toolkit {
 
 class Texts final : public platform::Texts {
  public:
   [[nodiscard]] std::string translated(std::string_view english) const override { return std::string{english}; }
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::toolkit

@@ -14,7 +14,7 @@
 
 @class QLFMenuDelegate;
 
-namespace platform::mac {
+namespace platform::mac::tray {
 
 class Menu final : public platform::Menu {
  public:
@@ -34,4 +34,4 @@ class Menu final : public platform::Menu {
   std::vector<std::shared_ptr<const MenuItem>> items_;  // including those of submenus
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::tray

@@ -60,7 +60,7 @@
 
 @end
 
-namespace platform::mac {
+namespace platform::mac::tray {
 namespace {
 
 static_assert(modifierflags::control == NSEventModifierFlagControl);
@@ -99,9 +99,9 @@ NSMenuItem* Menu::makeItem(MenuItem value) {
   if (value.isSeparator) return [NSMenuItem separatorItem];
   const auto item = std::make_shared<const MenuItem>(std::move(value));
   items_.push_back(item);
-  NSMenuItem* made = [[NSMenuItem alloc] initWithTitle:nsString(item->title)
+  NSMenuItem* made = [[NSMenuItem alloc] initWithTitle:foundation::nsString(item->title)
                                                 action:item->action ? @selector(perform:) : nullptr
-                                         keyEquivalent:nsString(item->keyEquivalent)];
+                                         keyEquivalent:foundation::nsString(item->keyEquivalent)];
   if (item->action) setTarget(made, item);
   if (item->keyEquivalentModifierMask) made.keyEquivalentModifierMask = *item->keyEquivalentModifierMask;
   if (item->isEnabled) made.enabled = *item->isEnabled;
@@ -115,4 +115,4 @@ NSMenuItem* Menu::makeItem(MenuItem value) {
   return made;
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::tray

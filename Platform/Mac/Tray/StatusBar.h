@@ -5,7 +5,7 @@
 
 #include "Platform/StatusBar.h"
 
-namespace platform::mac {
+namespace platform::mac::tray {
 
 class StatusBar final : public platform::StatusBar {
  public:
@@ -14,4 +14,4 @@ class StatusBar final : public platform::StatusBar {
   std::shared_ptr<Image> systemSymbol(const std::string& name, const std::string& accessibilityDescription) override;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::tray

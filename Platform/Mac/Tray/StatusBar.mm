@@ -7,7 +7,7 @@
 #include "Platform/Mac/Foundation/Bridge.h"
 #include "Platform/Mac/Tray/Menu.h"
 
-namespace platform::mac {
+namespace platform::mac::tray {
 namespace {
 
 class SymbolImage final : public Image {
@@ -32,7 +32,7 @@ class BarButton final : public StatusButton {
     NSImage* image = button_.image;
     return image != nil ? std::make_shared<SymbolImage>(image) : nullptr;
   }
-  void setToolTip(const std::string& text) override { button_.toolTip = nsString(text); }
+  void setToolTip(const std::string& text) override { button_.toolTip = foundation::nsString(text); }
 
  private:
   NSStatusBarButton* button_;
@@ -71,9 +71,9 @@ std::shared_ptr<StatusItem> StatusBar::makeStatusItem(double length) {
 std::shared_ptr<platform::Menu> StatusBar::makeMenu() { return Menu::make(); }
 
 std::shared_ptr<Image> StatusBar::systemSymbol(const std::string& name, const std::string& accessibilityDescription) {
-  NSImage* image = [NSImage imageWithSystemSymbolName:nsString(name)
-                             accessibilityDescription:nsString(accessibilityDescription)];
+  NSImage* image = [NSImage imageWithSystemSymbolName:foundation::nsString(name)
+                             accessibilityDescription:foundation::nsString(accessibilityDescription)];
   return image != nil ? std::make_shared<SymbolImage>(image) : nullptr;
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::tray

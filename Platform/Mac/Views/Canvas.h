@@ -6,7 +6,7 @@
 
 #include "Platform/Canvas.h"
 
-namespace platform::mac {
+namespace platform::mac::views {
 
 class Canvas final : public platform::Canvas {
  public:
@@ -17,4 +17,4 @@ class Canvas final : public platform::Canvas {
   void drawText(const std::string& text, Point origin, const TextStyle& style) override;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::views

@@ -7,7 +7,7 @@
 
 #include "Platform/Views.h"
 
-namespace platform::mac {
+namespace platform::mac::views {
 
 class Renderer final : public SampleBufferRenderer {
  public:
@@ -32,4 +32,4 @@ class DisplayLayer final : public platform::DisplayLayer {
   Renderer renderer_{layer_};
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::views

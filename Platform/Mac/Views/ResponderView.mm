@@ -38,19 +38,19 @@
 
 - (void)mouseDown:(NSEvent*)event {
   if (const auto responder = _responder.lock()) {
-    responder->mouseDown(platform::mac::fromNSPoint(event.locationInWindow));
+    responder->mouseDown(platform::mac::foundation::fromNSPoint(event.locationInWindow));
   }
 }
 
 - (void)mouseDragged:(NSEvent*)event {
   if (const auto responder = _responder.lock()) {
-    responder->mouseDragged(platform::mac::fromNSPoint(event.locationInWindow));
+    responder->mouseDragged(platform::mac::foundation::fromNSPoint(event.locationInWindow));
   }
 }
 
 - (void)mouseUp:(NSEvent*)event {
   if (const auto responder = _responder.lock()) {
-    responder->mouseUp(platform::mac::fromNSPoint(event.locationInWindow));
+    responder->mouseUp(platform::mac::foundation::fromNSPoint(event.locationInWindow));
   }
 }
 
@@ -69,7 +69,7 @@
 
 // The whole view, whatever part of it is dirty.
 - (void)drawRect:(NSRect)dirtyRect {
-  platform::mac::Canvas canvas;
+  platform::mac::views::Canvas canvas;
   if (const auto responder = [self responder]) responder->draw(canvas);
 }
 

@@ -8,7 +8,7 @@
 
 #include "Platform/Views.h"
 
-namespace platform::mac {
+namespace platform::mac::views {
 
 // The AppKit side of every view of this desktop.
 class NativeView {
@@ -29,4 +29,4 @@ class Views final : public platform::Views {
   void withoutImplicitAnimations(const std::function<void()>& changes) override;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::views

@@ -10,7 +10,7 @@
 #include "Platform/Mac/Views/DisplayLayer.h"
 #include "Platform/Mac/Views/ResponderView.h"
 
-namespace platform::mac {
+namespace platform::mac::views {
 namespace {
 
 static_assert(resizemask::widthSizable == NSViewWidthSizable);
@@ -23,20 +23,20 @@ class ViewOver : public Port, public NativeView {
   explicit ViewOver(Native* view) : view_(view) {}
   [[nodiscard]] NSView* nsView() const override { return view_; }
 
-  void setFrame(const Rect& frame) override { view_.frame = nsRect(frame); }
-  [[nodiscard]] Rect bounds() const override { return fromNSRect(view_.bounds); }
+  void setFrame(const Rect& frame) override { view_.frame = foundation::nsRect(frame); }
+  [[nodiscard]] Rect bounds() const override { return foundation::fromNSRect(view_.bounds); }
   void setResizeMask(unsigned mask) override { view_.autoresizingMask = mask; }
 
   void setLayerBackground(const Color& color) override {
     view_.wantsLayer = YES;
     CALayer* layer = [CALayer layer];
-    layer.backgroundColor = nsColor(color).CGColor;
+    layer.backgroundColor = toolkit::nsColor(color).CGColor;
     view_.layer = layer;
   }
   void setLayerBorder(double width, const Color& color) override {
     view_.wantsLayer = YES;
     view_.layer.borderWidth = width;
-    view_.layer.borderColor = nsColor(color).CGColor;
+    view_.layer.borderColor = toolkit::nsColor(color).CGColor;
   }
   void addSublayer(std::shared_ptr<platform::DisplayLayer> layer) override {
     // Every layer of this desktop comes from `makeDisplayLayer`.
@@ -45,11 +45,11 @@ class ViewOver : public Port, public NativeView {
   }
 
   void addSubview(std::shared_ptr<View> subview) override {
-    [view_ addSubview:mac::nsView(*subview)];
+    [view_ addSubview:views::nsView(*subview)];
     subviews_.push_back(std::move(subview));
   }
   void centerSubview(View& subview) override {
-    NSView* centred = mac::nsView(subview);
+    NSView* centred = views::nsView(subview);
     centred.translatesAutoresizingMaskIntoConstraints = NO;
     [NSLayoutConstraint activateConstraints:@[
       [centred.centerXAnchor constraintEqualToAnchor:view_.centerXAnchor],
@@ -61,13 +61,13 @@ class ViewOver : public Port, public NativeView {
   void setNeedsDisplay() override { view_.needsDisplay = YES; }
   [[nodiscard]] bool isInWindow() const override { return view_.window != nil; }
   [[nodiscard]] Point convertFromWindow(Point windowPoint) const override {
-    return fromNSPoint([view_ convertPoint:nsPoint(windowPoint) fromView:nil]);
+    return foundation::fromNSPoint([view_ convertPoint:foundation::nsPoint(windowPoint) fromView:nil]);
   }
   [[nodiscard]] Rect convertToWindow(const Rect& rect) const override {
-    return fromNSRect([view_ convertRect:nsRect(rect) toView:nil]);
+    return foundation::fromNSRect([view_ convertRect:foundation::nsRect(rect) toView:nil]);
   }
   [[nodiscard]] Rect convertWindowRectToScreen(const Rect& windowRect) const override {
-    return fromNSRect([view_.window convertRectToScreen:nsRect(windowRect)]);
+    return foundation::fromNSRect([view_.window convertRectToScreen:foundation::nsRect(windowRect)]);
   }
 
  protected:
@@ -84,10 +84,10 @@ using PlainView = ViewOver<View, NSView>;
 class TextLabel final : public ViewOver<Label, NSTextField> {
  public:
   using ViewOver::ViewOver;
-  void setText(const std::string& text) override { native().stringValue = nsString(text); }
+  void setText(const std::string& text) override { native().stringValue = foundation::nsString(text); }
   void setStyle(const TextStyle& style) override {
-    native().font = nsFont(style.font);
-    native().textColor = nsColor(style.color);
+    native().font = toolkit::nsFont(style.font);
+    native().textColor = toolkit::nsColor(style.color);
     native().alignment = NSTextAlignmentCenter;
   }
 };
@@ -97,17 +97,18 @@ class TextLabel final : public ViewOver<Label, NSTextField> {
 NSView* nsView(const View& view) { return dynamic_cast<const NativeView&>(view).nsView(); }
 
 std::shared_ptr<View> Views::makeView(const Rect& frame) {
-  return std::make_shared<PlainView>([[NSView alloc] initWithFrame:nsRect(frame)]);
+  return std::make_shared<PlainView>([[NSView alloc] initWithFrame:foundation::nsRect(frame)]);
 }
 
 std::shared_ptr<View> Views::makeView(const Rect& frame, std::weak_ptr<ViewResponder> responder) {
   const auto asked = responder.lock();
   Class kind = asked && asked->draws() ? [QLFDrawingView class] : [QLFResponderView class];
-  return std::make_shared<PlainView>([[kind alloc] initWithFrame:nsRect(frame) responder:std::move(responder)]);
+  return std::make_shared<PlainView>([[kind alloc] initWithFrame:foundation::nsRect(frame)
+                                                       responder:std::move(responder)]);
 }
 
 std::shared_ptr<Label> Views::makeLabel(const std::string& text) {
-  return std::make_shared<TextLabel>([NSTextField labelWithString:nsString(text)]);
+  return std::make_shared<TextLabel>([NSTextField labelWithString:foundation::nsString(text)]);
 }
 
 std::shared_ptr<platform::DisplayLayer> Views::makeDisplayLayer() { return std::make_shared<DisplayLayer>(); }
@@ -119,4 +120,4 @@ void Views::withoutImplicitAnimations(const std::function<void()>& changes) {
   [CATransaction commit];
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::views

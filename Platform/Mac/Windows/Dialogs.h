@@ -5,7 +5,7 @@
 
 #include "Platform/Dialogs.h"
 
-namespace platform::mac {
+namespace platform::mac::windows {
 
 class Dialogs final : public platform::Dialogs {
  public:
@@ -13,4 +13,4 @@ class Dialogs final : public platform::Dialogs {
   void orderFrontAboutPanel(const AboutPanel& panel) override;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::windows

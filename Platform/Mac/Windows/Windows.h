@@ -12,7 +12,7 @@
 
 #include "Platform/Windows.h"
 
-namespace platform::mac {
+namespace platform::mac::windows {
 
 class Windows final : public platform::Windows {
  public:
@@ -28,4 +28,4 @@ class Windows final : public platform::Windows {
   std::uint64_t lastMonitor_ = 0;
 };
 
-}  // namespace platform::mac
+}  // namespace platform::mac::windows

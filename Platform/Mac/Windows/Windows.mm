@@ -26,7 +26,7 @@
 
 @end
 
-namespace platform::mac {
+namespace platform::mac::windows {
 namespace {
 
 static_assert(static_cast<NSUInteger>(WindowStyle::borderless) == NSWindowStyleMaskBorderless);
@@ -48,15 +48,17 @@ class BorderlessWindow final : public Window {
   BorderlessWindow& operator=(const BorderlessWindow&) = delete;
 
   void setContentView(std::shared_ptr<View> view) override {
-    window_.contentView = nsView(*view);
+    window_.contentView = views::nsView(*view);
     contentView_ = std::move(view);
   }
-  void setFrame(const Rect& frame, bool display) override { [window_ setFrame:nsRect(frame) display:display]; }
-  [[nodiscard]] Rect frame() const override { return fromNSRect(window_.frame); }
+  void setFrame(const Rect& frame, bool display) override {
+    [window_ setFrame:foundation::nsRect(frame) display:display];
+  }
+  [[nodiscard]] Rect frame() const override { return foundation::fromNSRect(window_.frame); }
   void orderFrontRegardless() override { [window_ orderFrontRegardless]; }
   void makeKeyAndOrderFront() override { [window_ makeKeyAndOrderFront:nil]; }
   void makeKey() override { [window_ makeKeyWindow]; }
-  void makeFirstResponder(View& view) override { [window_ makeFirstResponder:nsView(view)]; }
+  void makeFirstResponder(View& view) override { [window_ makeFirstResponder:views::nsView(view)]; }
   void orderOut() override { [window_ orderOut:nil]; }
 
  private:
@@ -67,7 +69,7 @@ class BorderlessWindow final : public Window {
 }  // namespace
 
 std::unique_ptr<Window> Windows::makeWindow(const WindowAttributes& attributes) {
-  QLFWindow* window = [[QLFWindow alloc] initWithContentRect:nsRect(attributes.contentRect)
+  QLFWindow* window = [[QLFWindow alloc] initWithContentRect:foundation::nsRect(attributes.contentRect)
                                                    styleMask:static_cast<NSWindowStyleMask>(attributes.style)
                                                      backing:static_cast<NSBackingStoreType>(attributes.backing)
                                                        defer:attributes.isDeferred];
@@ -79,7 +81,7 @@ std::unique_ptr<Window> Windows::makeWindow(const WindowAttributes& attributes) 
   if (attributes.ignoresMouseEvents) window.ignoresMouseEvents = YES;
   window.hasShadow = attributes.hasShadow;
   window.opaque = attributes.isOpaque;
-  window.backgroundColor = nsColor(attributes.backgroundColor);
+  window.backgroundColor = toolkit::nsColor(attributes.backgroundColor);
   window.releasedWhenClosed = attributes.isReleasedWhenClosed;
   window.movable = attributes.isMovable;
   window.animationBehavior = static_cast<NSWindowAnimationBehavior>(attributes.animationBehavior);
@@ -107,4 +109,4 @@ void Windows::removeMonitor(EventMonitor monitor) {
   monitors_.erase(found);
 }
 
-}  // namespace platform::mac
+}  // namespace platform::mac::windows

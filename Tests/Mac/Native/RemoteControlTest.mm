@@ -8,7 +8,7 @@
 #include "Platform/Mac/Remote/RemoteProtocol.h"
 #include "Tests/Mac/Native/Native.h"
 
-namespace platform::mac {
+namespace platform::mac::remote {
 namespace {
 
 using native::runAs;
@@ -17,13 +17,13 @@ using testing::ElementsAre;
 class MacRemoteControl : public testing::Test {
  protected:
   void SetUp() override {
-    if (remotePort(remote::commandPortName())) GTEST_SKIP() << "Quillfade is running.";
+    if (remotePort(commandPortName())) GTEST_SKIP() << "Quillfade is running.";
   }
   void claim(RemoteControl::Handler handler) {
     ASSERT_EQ(control->claim(std::move(handler)), RemoteControl::Claim::first);
   }
 
-  RunLoop loop;
+  foundation::RunLoop loop;
   std::unique_ptr<RemoteControl> control = std::make_unique<RemoteControl>();
 };
 
@@ -62,15 +62,15 @@ TEST_F(MacRemoteControl, AnInstanceThatGoesWithoutAWordIsMissed) {
   claim([&](const std::vector<std::string>&, const RemoteControl::Completion&) {
     loop.post([this] { control = nullptr; });
   });
-  EXPECT_EQ(runAs({"send", "toggle"}).output, remote::sentence::noAnswer);
+  EXPECT_EQ(runAs({"send", "toggle"}).output, sentence::noAnswer);
 }
 
 TEST_F(MacRemoteControl, ThereIsOneInstance) {
   EXPECT_EQ(runAs({"claim"}).output, "not taken");
-  EXPECT_EQ(runAs({"send", "toggle"}).output, remote::sentence::notRunning);
+  EXPECT_EQ(runAs({"send", "toggle"}).output, sentence::notRunning);
   claim([](const auto&, const auto&) {});
   EXPECT_EQ(runAs({"claim"}).output, "taken");
 }
 
 }  // namespace
-}  // namespace platform::mac
+}  // namespace platform::mac::remote

@@ -4,7 +4,7 @@
 
 #include "Tests/Mac/Native/Native.h"
 
-namespace platform::mac {
+namespace platform::mac::foundation {
 namespace {
 
 using native::comesTrue;
@@ -87,4 +87,4 @@ TEST_F(MacRunLoop, ASerialQueueKeepsTheOrderOnAnotherThread) {
 }
 
 }  // namespace
-}  // namespace platform::mac
+}  // namespace platform::mac::foundation

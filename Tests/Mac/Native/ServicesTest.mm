@@ -17,6 +17,13 @@
 namespace platform::mac {
 namespace {
 
+using foundation::Files;
+using foundation::Process;
+using input::HotKeys;
+using session::LoginItem;
+using session::SessionLock;
+using settings::Settings;
+
 TEST(MacSettings, EveryTypeComesBackAsItself) {
   Settings settings;
   const std::string key = "native-test";

@@ -13,6 +13,11 @@ namespace platform::mac {
 namespace {
 
 using native::comesTrue;
+using toolkit::Screens;
+using tray::StatusBar;
+using views::nsView;
+using views::Views;
+using windows::Windows;
 
 constexpr Rect frame{{100, 120}, {300, 200}};
 
@@ -135,7 +140,7 @@ TEST(MacStatusBar, TheItemHasAButtonAndTheSymbolsExist) {
 }
 
 TEST(MacStatusBar, AMenuHoldsItsItems) {
-  const auto menu = Menu::make();
+  const auto menu = tray::Menu::make();
   menu->addItem({.title = "Information"});
   menu->addItem({.isSeparator = true});
   menu->addItem({.title = "Mode", .submenu = {{.title = "One"}, {.title = "Two"}}});

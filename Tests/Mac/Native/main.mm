@@ -28,7 +28,7 @@ int send(const std::vector<std::string>& words) {
 }
 
 int claim() {
-  platform::mac::RemoteControl control;
+  platform::mac::remote::RemoteControl control;
   const auto claimed = control.claim([](const auto&, const auto&) {});
   std::cout << (claimed == platform::RemoteControl::Claim::taken ? "taken" : "not taken");
   return 0;
@@ -47,7 +47,7 @@ class TerminatingDelegate final : public platform::ApplicationDelegate {
 };
 
 int runAndTerminate() {
-  platform::mac::Application application;
+  platform::mac::toolkit::Application application;
   const auto delegate = std::make_shared<TerminatingDelegate>(application);
   application.setDelegate(delegate);
   application.setActivationPolicy(platform::ActivationPolicy::accessory);
@@ -88,7 +88,7 @@ int main(int argc, char** argv) {
     if (!words.empty() && words[0] == "run-and-terminate") return runAndTerminate();
     ownPath = argv[0];
     testing::InitGoogleTest(&argc, argv);
-    const platform::mac::Application application;  // windows and status items need it
+    const platform::mac::toolkit::Application application;  // windows and status items need it
     return RUN_ALL_TESTS();
   }
 }

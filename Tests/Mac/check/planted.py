@@ -94,7 +94,7 @@ MISTAKES = [
             "Platform/Mac/Views/ResponderView.mm", "- (void)resetCursorRects {", "- (void)resetCursorRectangles {",
             ("rules",), r"nothing declares -\[QLFResponderView resetCursorRectangles\]"),
     Mistake("a text of the application in the adapter",
-            "Platform/Mac/Windows/Dialogs.mm", "nsString(alert.messageText)", '@"Screen Recording permission needed"',
+            "Platform/Mac/Windows/Dialogs.mm", "foundation::nsString(alert.messageText)", '@"Screen Recording permission needed"',
             ("rules",), r"is not the adapter's to choose"),
     Mistake("an operation that is gone",
             "Platform/Mac/Capture/CaptureContent.mm", "made.queueDepth =", "made.width =",
