@@ -8,7 +8,7 @@ file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/nothing.cpp CONTENT "int main() {}\n")
 # also makes a program of the whole room and these targets alone, which does not link if the room uses any other.
 function(room prefix folder)
   string(TOLOWER ${prefix}-${folder} target)
-  file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
+  file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.mm)
   add_library(${target} STATIC ${sources})
   target_link_libraries(${target} PUBLIC ${ARGN} PRIVATE counted)
   if(QUILLFADE_TESTS)

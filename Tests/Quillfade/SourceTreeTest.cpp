@@ -141,6 +141,19 @@ const std::vector<Room> linuxRooms = {
     {"Lens", {"Posix", "Xcb", "Scene", "Compositor", "Protocol"}},
 };
 
+const std::vector<Room> macRooms = {
+    {"Foundation", {}},
+    {"Toolkit", {"Foundation"}},
+    {"Capture", {"Foundation", "Toolkit"}},
+    {"Views", {"Foundation", "Toolkit", "Capture"}},
+    {"Windows", {"Foundation", "Toolkit", "Views"}},
+    {"Input", {}},
+    {"Tray", {"Foundation"}},
+    {"Session", {"Foundation"}},
+    {"Remote", {"Foundation"}},
+    {"Settings", {"Foundation"}},
+};
+
 // Files directly in the folder may include any room.
 void expectRooms(const fs::path& folder, const std::vector<Room>& rooms) {
   std::set<std::string> above;
@@ -195,9 +208,12 @@ TEST(SourceTree, ARoomOfTheApplicationIncludesOnlyTheRoomsOnItsLine) { expectRoo
 
 TEST(SourceTree, ARoomOfTheLinuxAdapterIncludesOnlyTheRoomsOnItsLine) { expectRooms("Platform/Linux", linuxRooms); }
 
+TEST(SourceTree, ARoomOfTheMacAdapterIncludesOnlyTheRoomsOnItsLine) { expectRooms("Platform/Mac", macRooms); }
+
 TEST(SourceTree, ATargetLinksTheRoomsThatItMayInclude) {
   expectTargets("Quillfade", "quillfade", applicationRooms);
   expectTargets("Platform/Linux", "linux", linuxRooms);
+  expectTargets("Platform/Mac", "mac", macRooms);
 }
 
 TEST(SourceTree, NothingIsCompiledUnderConditions) {
