@@ -1,5 +1,6 @@
 // What the application never asks for in a scene of its own: the edges of the ports.
 #include <atomic>
+#include <thread>
 
 #include "Platform/Lens.h"
 #include "Tests/Mac/Behaviour/MacTest.h"
@@ -239,9 +240,11 @@ TEST_F(PortsTest, NoFrameIsForwardedOnceTheStopIsComplete) {
     fake::settle();
     world.deliver(1, {.number = 1});
     fake::settle();
-    bool isComplete = false;
-    stream->stopCapture([&](const auto&) { isComplete = true; });
-    EXPECT_FALSE(isComplete) << "never inside the call";
+    std::atomic<bool> isComplete = false;
+    stream->stopCapture([&, caller = std::this_thread::get_id()](const auto&) {
+      EXPECT_TRUE(std::this_thread::get_id() != caller) << "never inside the call";
+      isComplete = true;
+    });
     fake::settle();
     EXPECT_TRUE(isComplete);
     world.deliverLate(1, {.number = 2});
