@@ -4,6 +4,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "Platform/Examination.h"
+#include "Platform/RemoteControl.h"
 #include "Tests/Mac/Behaviour/MacTest.h"
 
 namespace quillfade {
@@ -15,7 +17,7 @@ class CallTableTest : public MacTest {
     if (fake::schedule() != fake::Schedule::inTurns) GTEST_SKIP() << "free threads take the calls in any order";
   }
 
-  // The calls of a scene, without those on plain values.
+  // The calls of a scene.
   Strings callsOf(const std::function<void()>& scene) {
     Strings calls;
     launched([&] {
@@ -23,6 +25,11 @@ class CallTableTest : public MacTest {
       scene();
       calls = fake::takeRecord();
     });
+    return withoutPlainValues(calls);
+  }
+
+  // Without the calls on plain values.
+  static Strings withoutPlainValues(Strings calls) {
     std::erase_if(calls, [](const std::string& call) {
       return call.contains("NSString ") || call.contains("NSNumber ") || call.contains("NSData ") ||
              call.contains("NSURL ") || call.contains("countByEnumerating");
@@ -121,6 +128,22 @@ TEST_F(CallTableTest, Permission) {
   world.captureAllowed = false;
   world.alertAnswers = {1000};
   expectTable("permission", callsOf([this] { choose("Whole Screen"); }));
+}
+
+// Both ends of it.
+TEST_F(CallTableTest, RemoteCommand) {
+  expectTable("remote-command", callsOf([] { ASSERT_TRUE(platform::sendToRunningInstance({"peek", "2.5"})); }));
+}
+
+TEST_F(CallTableTest, Doctor) {
+  (void)fake::takeRecord();
+  fake::inPool([] {
+    (void)platform::examineDesktop({.hotKeys = {{keyD, controlOptionCommand}},
+                                    .logFile = "Library/Logs/Quillfade.log",
+                                    .settings = {"style"},
+                                    .mayCapture = true});
+  });
+  expectTable("doctor", withoutPlainValues(fake::takeRecord()));
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // Commands from another process, which the test itself stands for here.
 #include "Platform/RemoteControl.h"
 
+#include <chrono>
+
 #include "Platform/Examination.h"
 #include "Tests/Mac/Behaviour/MacTest.h"
 
@@ -12,8 +14,10 @@ using platform::RemoteReply;
 
 class RemoteControlTest : public MacTest {
  protected:
+  static constexpr std::chrono::seconds limit{10};
+
   static std::expected<RemoteReply, platform::Error> send(const Strings& words) {
-    return platform::sendToRunningInstance(words);
+    return platform::sendToRunningInstance(words, limit);
   }
   // For which nobody stands here: what another instance would say.
   static std::string failureOf(const std::expected<RemoteReply, platform::Error>& reply) {
@@ -55,11 +59,12 @@ TEST_F(RemoteControlTest, AQuestionToTheUserIsAnnounced) {
   world.captureAllowed = false;
   world.alertAnswers = {1001};
   launched([this] {
+    EXPECT_EQ(send({"status"})->status, 0);
     int questions = 0;
-    const auto reply = platform::sendToRunningInstance({"whole-screen"}, platform::untilAnswered, [&] { ++questions; });
+    const auto reply = platform::sendToRunningInstance({"whole-screen"}, limit, [&] { ++questions; });
     ASSERT_TRUE(reply);
     EXPECT_EQ(world.alerts.size(), 1U);
-    EXPECT_EQ(questions, 1);
+    EXPECT_EQ(questions, 1) << "to nobody who was answered before";
   });
 }
 
@@ -104,6 +109,7 @@ TEST_F(RemoteControlTest, ASecondInstanceFindsTheFirst) {
     EXPECT_EQ(runOnlyInstance(*second), 0);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Quillfade is already running.\n");
     EXPECT_EQ(world.statusItems(), 1);
+    EXPECT_EQ(world.takenPorts, 0) << "the system writes a message each time";
     EXPECT_EQ(send({"status"})->status, 0) << "the first one is as before";
   });
 }
@@ -157,7 +163,24 @@ TEST_F(RemotePeersTest, WhoGivesNoAnswerIsWaitedForOnlySoLong) {
 
 TEST_F(RemotePeersTest, AnInstanceThatGoesWithoutAWordIsMissed) {
   claimed([this](const auto&, const auto&) { first->runLoop().post([this] { first = nullptr; }); },
-          [] { EXPECT_EQ(failureOf(send({"toggle"})), "The running Quillfade did not answer."); });
+          [] {
+            const auto start = std::chrono::steady_clock::now();
+            EXPECT_EQ(failureOf(send({"toggle"})), "The running Quillfade did not answer.");
+            EXPECT_LT(std::chrono::steady_clock::now() - start, limit);
+          });
+}
+
+TEST_F(RemotePeersTest, AnInstanceThatIsOvertakenLeavesToTheOther) {
+  fake::inPool([&] {
+    world.beforePort = [this] {
+      first = platform::makePlatform({});
+      EXPECT_EQ(first->remoteControl().claim([](const auto&, const auto&) {}), RemoteControl::Claim::first);
+    };
+    const auto second = platform::makePlatform({});
+    EXPECT_EQ(second->remoteControl().claim([](const auto&, const auto&) {}), RemoteControl::Claim::taken);
+    first = nullptr;
+    fake::settle();
+  });
 }
 
 TEST_F(RemotePeersTest, TheLastWordsOfAnInstanceAreHeard) {
@@ -195,7 +218,9 @@ TEST_F(ExaminationTest, TheLookFromOutsideChangesNothing) {
                                                 .mayCapture = false});
     ASSERT_EQ(seen.findings.size(), 3U);
     EXPECT_EQ(seen.findings[0].health, platform::Health::fails);
+    EXPECT_EQ(seen.findings[1].health, platform::Health::limited);
     EXPECT_EQ(seen.findings[1].detail, "waits for your approval");
+    EXPECT_EQ(seen.findings[2].health, platform::Health::limited) << "there is no such directory";
     EXPECT_EQ(seen.hotKeys, (std::vector{platform::HotKeyAnswer::shared, platform::HotKeyAnswer::unknown}));
     EXPECT_EQ(seen.settings.size(), 1U);
     EXPECT_EQ(seen.settings.at("style"), platform::SettingValue{std::int64_t{1}});
@@ -205,6 +230,26 @@ TEST_F(ExaminationTest, TheLookFromOutsideChangesNothing) {
   EXPECT_TRUE(world.defaultWrites.empty());
   EXPECT_EQ(world.preflights, 0);
   EXPECT_TRUE(world.policies.empty());
+}
+
+TEST_F(ExaminationTest, WhatNobodyKnowsIsNotClaimed) {
+  fake::inPool([] {
+    const auto seen = platform::examineDesktop({.hotKeys = {}, .logFile = "quillfade.log", .settings = {}});
+    EXPECT_EQ(seen.findings.at(0).health, platform::Health::unseen);
+  });
+}
+
+TEST_F(ExaminationTest, NothingIsWrongWhereEverythingIsThere) {
+  world.home = testing::TempDir();
+  while (world.home.ends_with('/')) world.home.pop_back();
+  world.loginItemStatus = 1;
+  fake::inPool([this] {
+    const auto seen =
+        platform::examineDesktop({.hotKeys = {}, .logFile = "quillfade.log", .settings = {}, .mayCapture = true});
+    for (const auto& finding : seen.findings) EXPECT_EQ(finding.health, platform::Health::works) << finding.subject;
+    EXPECT_EQ(seen.findings.at(1).detail, "on");
+    EXPECT_EQ(seen.findings.at(2).detail, world.home + "/quillfade.log");
+  });
 }
 
 }  // namespace

@@ -54,6 +54,9 @@ class Desktop {
   // Runs the application, and the scene within its event loop; the result is the exit status.
   virtual int run(const std::function<void()>& scene) = 0;
 
+  // Hands out the ports, where no application runs.
+  virtual void use(const std::function<void(platform::Platform&)>& test) = 0;
+
   // What happens.
   virtual void settle() = 0;
   virtual void advance(double seconds) = 0;
@@ -65,6 +68,8 @@ class Desktop {
   virtual void announceScreens() = 0;
   virtual void pressEscape() = 0;
   virtual void drag(platform::Point from, platform::Point to) = 0;
+  // From another process; returns when it is answered.
+  virtual platform::RemoteReply command(const std::vector<std::string>& words) = 0;
   // Of the stream that was made last.
   virtual void deliver(std::int64_t status) = 0;
   virtual void endStream(const std::string& why) = 0;
@@ -81,7 +86,9 @@ class Desktop {
   [[nodiscard]] virtual std::size_t timers() const = 0;
   [[nodiscard]] virtual std::optional<platform::SettingValue> stored(const std::string& key) const = 0;
   [[nodiscard]] virtual std::vector<std::string> log() const = 0;  // without time stamps
+  [[nodiscard]] virtual std::optional<std::string> content(const std::string& pathBelowHome) const = 0;
   [[nodiscard]] virtual std::vector<std::string> alerts() const = 0;
+  [[nodiscard]] virtual std::vector<std::string> aboutPanels() const = 0;  // the name that each shows
   [[nodiscard]] virtual std::vector<std::string> openedLinks() const = 0;
   [[nodiscard]] virtual bool isTerminated() const = 0;
 };

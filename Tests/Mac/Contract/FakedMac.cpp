@@ -79,6 +79,15 @@ class FakedMac final : public Desktop {
     return status;
   }
 
+  void use(const std::function<void(platform::Platform&)>& test) override {
+    fake::inPool([&] {
+      const auto platform = platform::makePlatform({});
+      fake::inPool([&] { test(*platform); });
+      settle();
+    });
+    settle();
+  }
+
   void settle() override { fake::settle(); }
   void advance(double seconds) override { fake::advance(seconds); }
   void openMenu() override { world_.openMenu(); }
@@ -110,6 +119,11 @@ class FakedMac final : public Desktop {
     world_.mouseDragged(to);
     world_.mouseUp(to);
     settle();
+  }
+  platform::RemoteReply command(const std::vector<std::string>& words) override {
+    auto reply = platform::sendToRunningInstance(words, std::chrono::seconds{10}).value();
+    settle();
+    return reply;
   }
   void deliver(std::int64_t status) override {
     world_.deliver(newest(), {.number = ++frames_, .status = status});
@@ -157,12 +171,21 @@ class FakedMac final : public Desktop {
     return convert<platform::SettingValue>(found->second);
   }
   [[nodiscard]] std::vector<std::string> log() const override {
-    return messagesIn(world_.files.contents[world_.home + "/Library/Logs/Quillfade.log"]);
+    return messagesIn(content("/Library/Logs/Quillfade.log").value_or(""));
+  }
+  [[nodiscard]] std::optional<std::string> content(const std::string& pathBelowHome) const override {
+    const auto found = world_.files.contents.find(world_.home + pathBelowHome);
+    return found == world_.files.contents.end() ? std::nullopt : std::optional(found->second);
   }
   [[nodiscard]] std::vector<std::string> alerts() const override {
     std::vector<std::string> texts;
     for (const auto& alert : world_.alerts) texts.push_back(alert.message + '\n' + alert.information);
     return texts;
+  }
+  [[nodiscard]] std::vector<std::string> aboutPanels() const override {
+    std::vector<std::string> names;
+    for (const auto& panel : world_.aboutPanels) names.push_back(panel.name);
+    return names;
   }
   [[nodiscard]] std::vector<std::string> openedLinks() const override { return world_.openedLinks; }
   [[nodiscard]] bool isTerminated() const override { return world_.isTerminated; }

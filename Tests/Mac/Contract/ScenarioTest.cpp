@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <string>
 
-#include "Tests/Mac/Contract/ContractDesktop.h"
+#include "Tests/Mac/Contract/BothDesktops.h"
 
 namespace contract {
 namespace {
@@ -13,12 +13,7 @@ using platform::Rect;
 using Frames = std::vector<Rect>;
 using Strings = std::vector<std::string>;
 
-struct Kind {
-  const char* name;
-  std::unique_ptr<Desktop> (*make)();
-};
-
-class ScenarioTest : public testing::TestWithParam<Kind> {
+class ScenarioTest : public BothDesktops {
  protected:
   static constexpr Rect area{{100, 200}, {800, 300}};
 
@@ -37,21 +32,9 @@ class ScenarioTest : public testing::TestWithParam<Kind> {
     const auto messages = desktop->log();
     return std::ranges::find(messages, message) != messages.end();
   }
-
-  // There is only one at a time.
-  void startAnew() {
-    desktop.reset();
-    desktop = GetParam().make();
-    desktop->arrangeScreens({{{{0, 0}, {1440, 900}}, 69, 2}});
-  }
-  void SetUp() override { startAnew(); }
-
-  std::unique_ptr<Desktop> desktop;
 };
 
-INSTANTIATE_TEST_SUITE_P(Desktops, ScenarioTest,
-                         testing::Values(Kind{"Simulated", makeSimulatedDesktop}, Kind{"Mac", makeFakedMac}),
-                         [](const auto& parameter) { return std::string{parameter.param.name}; });
+INSTANTIATE_TEST_SUITE_P(Desktops, ScenarioTest, bothDesktops, nameOfDesktop);
 
 TEST_P(ScenarioTest, AFirstStartShowsTheIdlePencil) {
   scene([this] {
@@ -266,6 +249,42 @@ TEST_P(ScenarioTest, TheDemonstrationCoversItsArea) {
   desktop->setEnvironment("QUILLFADE_DEMO", "1");
   desktop->allowCapture(false);
   scene([this] { EXPECT_EQ(desktop->shownFrames(), (Frames{{{240, 240}, {520, 340}}})); });
+}
+
+TEST_P(ScenarioTest, ACommandDoesAsTheMenuDoes) {
+  scene([this] {
+    EXPECT_EQ(desktop->command({"whole-screen"}), (platform::RemoteReply{0, ""}));
+    EXPECT_EQ(desktop->shownFrames(), (Frames{{{0, 0}, {1440, 900}}}));
+    EXPECT_TRUE(desktop->command({"status"}).output.starts_with("Annotations: hidden\n"));
+    EXPECT_EQ(desktop->command({"peek", "0"}).status, 2);
+    EXPECT_EQ(desktop->command({"toggle"}), (platform::RemoteReply{0, ""}));
+    EXPECT_TRUE(desktop->shownFrames().empty());
+    EXPECT_EQ(desktop->command({"quit"}).status, 0);
+    EXPECT_TRUE(desktop->isTerminated());
+  });
+}
+
+TEST_P(ScenarioTest, ACommandListsTheWindows) {
+  desktop->openWindows({window(9, 500, "org.example.ink")});
+  scene([this] { EXPECT_TRUE(desktop->command({"windows"}).output.contains("org.example.ink")); });
+}
+
+TEST_P(ScenarioTest, TheAboutPanelNamesTheProduct) {
+  scene([this] {
+    desktop->choose("About Quillfade");
+    EXPECT_EQ(desktop->aboutPanels(), (Strings{"Quillfade"}));
+  });
+}
+
+TEST_P(ScenarioTest, TheLoginItemIsSwitchedOn) {
+  scene([this] {
+    desktop->choose("Launch at Login");
+    EXPECT_TRUE(desktop->alerts().empty());
+    desktop->openMenu();
+    const auto lines = desktop->menu();
+    EXPECT_TRUE(std::ranges::find(lines, Line{"Launch at Login", true, true}) != lines.end());
+    desktop->closeMenu();
+  });
 }
 
 TEST_P(ScenarioTest, QuittingTerminates) {

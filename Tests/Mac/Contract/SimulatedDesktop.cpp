@@ -59,6 +59,11 @@ class SimulatedDesktop final : public Desktop {
     return status;
   }
 
+  void use(const std::function<void(platform::Platform&)>& test) override {
+    test(desktop_);
+    settle();
+  }
+
   void settle() override { desktop_.runLoop().settle(); }
   void advance(double seconds) override {
     desktop_.runLoop().advance(seconds);
@@ -98,6 +103,11 @@ class SimulatedDesktop final : public Desktop {
     responder->mouseDragged(inWindow(to));
     responder->mouseUp(inWindow(to));
     settle();
+  }
+  platform::RemoteReply command(const std::vector<std::string>& words) override {
+    desktop_.remoteControl().send(words);
+    settle();
+    return desktop_.remoteControl().replies().back();
   }
   void deliver(std::int64_t status) override {
     desktop_.capture().streams().back()->deliver(simulated::frameWithStatus(status));
@@ -154,13 +164,21 @@ class SimulatedDesktop final : public Desktop {
     return found == desktop_.settings().values.end() ? std::nullopt : std::optional(found->second);
   }
   [[nodiscard]] std::vector<std::string> log() const override {
-    return messagesIn(desktop_.files().content("/home/presenter/Library/Logs/Quillfade.log").value_or(""));
+    return messagesIn(content("/Library/Logs/Quillfade.log").value_or(""));
+  }
+  [[nodiscard]] std::optional<std::string> content(const std::string& pathBelowHome) const override {
+    return desktop_.files().content(desktop_.process().homeDirectory() + pathBelowHome);
   }
   [[nodiscard]] std::vector<std::string> alerts() const override {
     std::vector<std::string> texts;
     for (const auto& alert : desktop_.dialogs().alerts())
       texts.push_back(alert.messageText + '\n' + alert.informativeText);
     return texts;
+  }
+  [[nodiscard]] std::vector<std::string> aboutPanels() const override {
+    std::vector<std::string> names;
+    for (const auto& panel : desktop_.dialogs().aboutPanels()) names.push_back(panel.applicationName);
+    return names;
   }
   [[nodiscard]] std::vector<std::string> openedLinks() const override { return desktop_.workspace().openedURLs(); }
   [[nodiscard]] bool isTerminated() const override { return desktop_.sharedApplication()->isTerminated(); }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #import "Tests/Mac/Fakes/Bridge.h"
@@ -105,7 +106,10 @@ CFMessagePortRef CFMessagePortCreateLocal(CFAllocatorRef allocator, CFStringRef 
     fake::misuse("a port with an unknown argument");
   if (context->version != 0 || context->retain != nullptr || context->release != nullptr)
     fake::misuse("a port that owns its context");
-  if (fake::world().refusesPorts || portNamed(textOf(name)) != nil) return nullptr;
+  if (const auto meanwhile = std::exchange(fake::world().beforePort, {})) meanwhile();
+  const bool isTaken = portNamed(textOf(name)) != nil;
+  if (isTaken) ++fake::world().takenPorts;
+  if (fake::world().refusesPorts || isTaken) return nullptr;
   FakeLocalPort* made = [[FakeLocalPort alloc] init];
   made->_name = textOf(name);
   made->_receive = receive;

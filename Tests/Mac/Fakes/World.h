@@ -124,7 +124,8 @@ class World {
   bool captureAllowed = true;
   bool sessionSaysLocked = false;  // the window server of the session; notifications are posted apart from it
   bool hasSession = true;
-  bool refusesPorts = false;  // as when the system keeps a port's name for another reason
+  bool refusesPorts = false;         // as when the system keeps a port's name for another reason
+  std::function<void()> beforePort;  // once, before the next port is made
   bool grantsOnRequest = false;
   Capture capture;
   HotKeySetup hotKeySetup;
@@ -187,6 +188,7 @@ class World {
   int beeps = 0;  // for keys that nobody took
   int preflights = 0;
   int permissionRequests = 0;
+  int takenPorts = 0;  // ports that were asked for under a name that another has
   bool isActive = false;
   bool isTerminated = false;
   std::vector<std::pair<std::string, Default>> defaultWrites;
