@@ -7,7 +7,7 @@ MINUTES ?= 10
 SUITES ?= bookworm trixie testing
 
 .PHONY: build install deb check-deb check-debian test bench coverage fuzz mutate soak asan tsan format lint check-mac \
-        check-mac-target test-mac test-mac-here test-mac-tsan mutate-mac app clean help
+        check-mac-target test-mac test-mac-here test-mac-tsan coverage-mac mutate-mac app clean help
 
 build: ## the program, optimised: build/quillfade
 	cmake --preset release
@@ -93,7 +93,11 @@ test-mac-here: ## executes the macOS adapter over fakes of the frameworks, under
 	./setup test
 	Scripts/mac-tests
 
-test-mac-tsan: ## the same under the thread sanitizer
+coverage-mac: ## executes it and reports the lines and branches of it that were reached
+	./setup test
+	Scripts/mac-tests coverage
+
+test-mac-tsan: ## executes it under the thread sanitizer
 	./setup test
 	Scripts/mac-tests thread
 
