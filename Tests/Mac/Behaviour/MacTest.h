@@ -55,6 +55,15 @@ class MacTest : public testing::Test {
     fake::settle();
   }
 
+  // Hands out the ports, without the application.
+  void on(const std::function<void(platform::Platform&)>& test) {
+    fake::inPool([&] {
+      const auto platform = platform::makePlatform({});
+      fake::inPool([&] { test(*platform); });
+      fake::settle();
+    });
+  }
+
   // With a live cover over this area.
   void coveredLive(const std::function<void()>& test) {
     world.defaults = {{"region", std::string{"{{100, 200}, {800, 300}}"}}, {"enabled", true}};

@@ -8,16 +8,7 @@
 namespace quillfade {
 namespace {
 
-class PortsTest : public MacTest {
- protected:
-  void on(const std::function<void(platform::Platform&)>& test) {
-    fake::inPool([&] {
-      const auto platform = platform::makePlatform({});
-      fake::inPool([&] { test(*platform); });
-      fake::settle();
-    });
-  }
-};
+using PortsTest = MacTest;
 
 TEST_F(PortsTest, WorkRunsInTheOrderOfItsTime) {
   on([](auto& platform) {
@@ -311,6 +302,8 @@ TEST_F(PortsTest, WhatIsNotOfferedHereSaysSo) {
   EXPECT_TRUE(platform::runThroughLens({"program"}, {}).error().localizedDescription.starts_with("On macOS"));
   EXPECT_TRUE(platform::installLensEntry("program", {}).error().localizedDescription.starts_with("On macOS"));
   EXPECT_TRUE(platform::removeLensEntry("program").error().localizedDescription.starts_with("On macOS"));
+  EXPECT_TRUE(platform::makeRulesFile()->path().empty());
+  EXPECT_EQ(platform::makeRulesFile()->read().value(), std::nullopt);
 }
 
 }  // namespace

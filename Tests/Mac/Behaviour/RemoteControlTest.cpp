@@ -68,6 +68,15 @@ TEST_F(RemoteControlTest, AQuestionToTheUserIsAnnounced) {
   });
 }
 
+TEST_F(RemoteControlTest, AQuestionNeedsNobodyWhoListensForIt) {
+  world.captureAllowed = false;
+  world.alertAnswers = {1001};
+  launched([this] {
+    EXPECT_TRUE(send({"whole-screen"}));
+    EXPECT_EQ(world.alerts.size(), 1U);
+  });
+}
+
 TEST_F(RemoteControlTest, CommandsGetInWhileAnAlertIsOpen) {
   world.captureAllowed = false;
   world.alertAnswers = {1001};
@@ -205,6 +214,23 @@ TEST_F(RemotePeersTest, AnAskerThatWentAwayGetsNothing) {
   fake::inPool([&] { answer({0, "far too late"}); });
 }
 
+TEST_F(RemotePeersTest, AMessageThatIsNoCommandDoesNoHarm) {
+  std::vector<Strings> heard;
+  claimed(
+      [&heard](const auto& words, const RemoteControl::Completion& completion) {
+        heard.push_back(words);
+        completion({0, "heard"});
+      },
+      [&] {
+        world.sendToPort("org.quillfade.Quillfade.commands", "");
+        world.sendToPort("org.quillfade.Quillfade.commands", "nobody");
+        fake::settle();
+        ASSERT_EQ(heard.size(), 1U);
+        EXPECT_TRUE(heard[0].empty()) << "the name of a port that nobody has";
+        EXPECT_EQ(send({"status"}), (RemoteReply{0, "heard"}));
+      });
+}
+
 using ExaminationTest = MacTest;
 
 TEST_F(ExaminationTest, TheLookFromOutsideChangesNothing) {
@@ -233,9 +259,11 @@ TEST_F(ExaminationTest, TheLookFromOutsideChangesNothing) {
 }
 
 TEST_F(ExaminationTest, WhatNobodyKnowsIsNotClaimed) {
+  world.loginItemStatus = 3;
   fake::inPool([] {
     const auto seen = platform::examineDesktop({.hotKeys = {}, .logFile = "quillfade.log", .settings = {}});
     EXPECT_EQ(seen.findings.at(0).health, platform::Health::unseen);
+    EXPECT_EQ(seen.findings.at(1).health, platform::Health::limited) << "the system knows of no application";
   });
 }
 

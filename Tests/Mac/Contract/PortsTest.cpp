@@ -196,6 +196,17 @@ TEST_P(ContractPortsTest, AWindowIsOnTheScreenBetweenItsOrders) {
   });
 }
 
+TEST_P(ContractPortsTest, CommandsReachWhoClaimedThem) {
+  on([this](Platform& platform) {
+    auto& control = platform.remoteControl();
+    control.announceQuestion();  // harmless when nobody waits
+    const auto claim = control.claim(
+        [](const auto& words, const auto& completion) { completion({static_cast<int>(words.size()), words.front()}); });
+    EXPECT_EQ(claim, platform::RemoteControl::Claim::first);
+    EXPECT_EQ(desktop->command({"peek", "", "3"}), (platform::RemoteReply{3, "peek"}));
+  });
+}
+
 TEST_P(ContractPortsTest, AnEnvironmentVariableIsThereOrAbsent) {
   desktop->setEnvironment("QUILLFADE_CONTRACT", "ü");
   on([](Platform& platform) {

@@ -190,4 +190,10 @@ CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds
   return isHandled ? kCFRunLoopRunHandledSource : static_cast<CFRunLoopRunResult>(timedOut);
 }
 
+void fake::World::sendToPort(const std::string& name, const std::string& content) {
+  FakeLocalPort* port = portNamed(name);
+  if (port == nil) misuse("nobody has a port " + name);
+  runLater(0, Modes::common, [port, content] { receive(port, 0, content); });
+}
+
 int fake::liveMessagePorts() { return static_cast<int>(names().size()); }

@@ -163,6 +163,8 @@ class World {
   void deliverLate(int stream, const Frame& frame);
   void endStream(int stream, const std::string& why);
   void failRenderer();
+  // Any bytes, as any program of the session can.
+  void sendToPort(const std::string& name, const std::string& content);
   void answerHeld();
   void dropHeld();
   // Draws the views of all windows on the screen anew; what they drew, in words.
