@@ -179,6 +179,14 @@ TEST_P(ContractPortsTest, ThePermissionIsLookedAtWithoutAsking) {
   });
 }
 
+TEST_P(ContractPortsTest, ARefusalOfThePermissionIsNoGrant) {
+  desktop->allowCapture(false);
+  on([](Platform& platform) {
+    EXPECT_FALSE(platform.screenCaptureAccess().request());
+    EXPECT_FALSE(platform.screenCaptureAccess().preflight());
+  });
+}
+
 TEST_P(ContractPortsTest, AWindowIsOnTheScreenBetweenItsOrders) {
   on([this](Platform& platform) {
     auto window = platform.windows().makeWindow({.contentRect = {{1, 2}, {30, 40}}});
