@@ -45,8 +45,7 @@ class HolesDesktop : public CoveredDesktop {
   }
 
   // With --debug, as it runs here, gromit-mpx 1.7 fills its whole window under a compositing manager: nothing that it
-  // draws or wipes then
-  // shows.
+  // draws or wipes shows.
   [[nodiscard]] bool areStrokesLostInInk() { return isFull(client_.screenshot(), {0, 0, wholeScreen.width, 20}); }
 
   // Once the program has asked for its keys, which it does at each of its starts.
