@@ -1,0 +1,95 @@
+"""GNOME Shell on virtual monitors, with a stand-in for the login manager."""
+
+import os
+import pathlib
+import sys
+
+import dbus
+import dbus.bus
+import numpy
+from PIL import Image
+
+from desktop import Desktop, Failure, wait_for
+from screencast import Recording
+
+SYSTEM_BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig><type>system</type><listen>unix:path={path}</listen><auth>EXTERNAL</auth><policy context="default">
+<allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy></busconfig>
+"""
+SETTINGS = """[org/gnome/mutter]
+experimental-features=['scale-monitor-framebuffer']
+[org/gnome/shell]
+welcome-dialog-last-shown-version='99'
+[org/gnome/desktop/interface]
+enable-animations=false
+"""
+DISPLAYS = "org.gnome.Mutter.DisplayConfig"
+TEMPORARY = 1
+
+
+class Gnome(Desktop):
+    name = "gnome"
+
+    def launch(self):
+        self.environment |= {"XDG_CURRENT_DESKTOP": "GNOME", "GSETTINGS_BACKEND": "keyfile"}
+        settings = pathlib.Path(self.environment["HOME"]) / ".config" / "glib-2.0" / "settings"
+        settings.mkdir(parents=True)
+        (settings / "keyfile").write_text(SETTINGS)
+        system = self.runtime / "system-bus"
+        (self.runtime / "system-bus.conf").write_text(SYSTEM_BUS.format(path=system))
+        self.spawn(["dbus-daemon", f"--config-file={self.runtime}/system-bus.conf", "--nofork"], "system-bus")
+        self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = f"unix:path={system}"
+        wait_for(system.exists, "the system bus")
+        self.spawn([sys.executable, "-m", "dbusmock", "--system", "--template", "logind"], "logind")
+        buses = dbus.bus.BusConnection(self.environment["DBUS_SYSTEM_BUS_ADDRESS"])
+        wait_for(lambda: buses.name_has_owner("org.freedesktop.login1"), "the login manager's stand-in")
+        for name in ("pipewire", "wireplumber"):
+            self.spawn([name], name)
+        layout = self.layout
+        command = ["gnome-shell", "--headless", "--wayland", "--unsafe-mode"]
+        for _ in range(layout.outputs):
+            command += ["--virtual-monitor", f"{layout.width}x{layout.height}"]
+        self.compositor = self.spawn(command, "gnome-shell")
+
+    def version(self):
+        return self.ask(["gnome-shell", "--version"]).decode().strip()
+
+    def arrange(self):
+        self.bus = dbus.bus.BusConnection(self.environment["DBUS_SESSION_BUS_ADDRESS"])
+        wait_for(lambda: self.bus.name_has_owner("org.gnome.Shell.Screenshot"), "the shell", 60)
+        # It begins with the overview.
+        shell = dbus.Interface(self.bus.get_object("org.gnome.Shell", "/org/gnome/Shell"), "org.gnome.Shell")
+        wait_for(lambda: shell.Eval("Main.layoutManager._startingUp")[1] == "false", "the shell has started", 60)
+        shell.Eval("Main.overview.hide()")
+        if self.layout.scale != 1:
+            self.set_scale()
+
+    def set_scale(self):
+        displays = dbus.Interface(self.bus.get_object(DISPLAYS, "/org/gnome/Mutter/DisplayConfig"), DISPLAYS)
+        serial, monitors, _, _ = displays.GetCurrentState()
+        logical, x = [], 0
+        for (connector, *_), modes, _ in monitors:
+            mode, width, _, _, _, scales, _ = modes[0]
+            scale = min(scales, key=lambda each: abs(each - self.layout.scale))
+            if abs(scale - self.layout.scale) > 0.01:
+                raise Failure(f"the compositor offers the scales {', '.join(f'{each:g}' for each in scales)}")
+            monitor = dbus.Struct((connector, mode, dbus.Dictionary(signature="sv")), signature="ssa{sv}")
+            logical.append((dbus.Int32(x), dbus.Int32(0), scale, dbus.UInt32(0), x == 0, [monitor]))
+            x += round(width / scale)
+        displays.ApplyMonitorsConfig(serial, dbus.UInt32(TEMPORARY), logical, dbus.Dictionary(signature="sv"))
+
+    def picture(self):
+        path = self.runtime / "screen.png"
+        name = "org.gnome.Shell.Screenshot"
+        service = dbus.Interface(self.bus.get_object(name, "/org/gnome/Shell/Screenshot"), name)
+        done, used = service.Screenshot(False, False, str(path))
+        if not done:
+            raise Failure("the shell takes no picture")
+        with Image.open(used) as image:
+            picture = numpy.asarray(image.convert("RGB"))
+        os.unlink(used)
+        return picture
+
+    def frames(self):
+        return Recording(self)

@@ -1,0 +1,29 @@
+"""KWin in windows of a headless sway, one for each screen: what sway shows is what KWin shows.
+
+On virtual screens of its own, and without a graphics device, it takes no pictures.
+"""
+
+from desktop import wait_for
+from sway import Sway
+
+
+class Kwin(Sway):
+    name = "kwin"
+    wayland_sockets = "kwin-?"
+    options = ["xwayland disable", 'for_window [app_id=".*"] fullscreen enable']
+    host_scale = 1
+
+    def launch(self):
+        super().launch()
+        (host,) = wait_for(lambda: self.sockets(f"{self.runtime}/wayland-?"), "the host")
+        self.host = {"WAYLAND_DISPLAY": host}
+        layout = self.layout
+        command = ["kwin_wayland", "--wayland-display", host, "--socket", "kwin-0"]
+        command += ["--width", str(round(layout.width / layout.scale))]
+        command += ["--height", str(round(layout.height / layout.scale))]
+        command += ["--scale", str(layout.scale), "--output-count", str(layout.outputs)]
+        command += ["--xwayland", "--no-lockscreen"]
+        self.compositor = self.spawn(command, "kwin", QT_QPA_PLATFORM="wayland")
+
+    def version(self):
+        return self.ask(["kwin_wayland", "--version"]).decode().strip()

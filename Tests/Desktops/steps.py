@@ -1,0 +1,367 @@
+"""What is tried on each desktop, step by step. A step ends with a sentence about what was seen, or with a Failure."""
+
+import pathlib
+import time
+
+import numpy
+from PIL import Image
+
+import pixels
+from desktop import Failure, wait_for
+from programs import Content, Gromit, Quillfade
+from recorder import Recorder
+
+GRAIN = 16  # the area's edges are multiples of it, so that they are whole pixels at every scale
+
+
+def require(condition, what):
+    if not condition:
+        raise Failure(what)
+
+
+class Steps:
+    def __init__(self, desktop, executable, pictures):
+        self.desktop = desktop
+        self.executable = executable
+        self.pictures = pathlib.Path(pictures)
+        self.pictures.mkdir(parents=True, exist_ok=True)
+        self.quillfade = self.gromit = None
+        self.contents = []
+        self.step = ""
+
+    # Looking at the screen.
+
+    def measure_screen(self):
+        """The covered area in the X server's pixels, in points, and in those of the pictures."""
+        x_size = self.desktop.x_size()
+        self.x_width, self.x_height = x_size[0] // self.desktop.layout.outputs, x_size[1]
+        picture = self.desktop.picture()
+        self.factor = picture.shape[1] / x_size[0]
+        self.screen = (0, 0, picture.shape[1] // self.desktop.layout.outputs, picture.shape[0])
+        x, width = (self.x_width // 4 // GRAIN * GRAIN, self.x_width // 2 // GRAIN * GRAIN)
+        y, height = (self.x_height // 4 // GRAIN * GRAIN, self.x_height // 2 // GRAIN * GRAIN)
+        self.area = (x, y, width, height)
+        self.region = f"{{{{{x}, {self.x_height - y - height}}}, {{{width}, {height}}}}}"
+        place = pixels.scaled(self.area, self.factor)
+        # A compositor that scales blends the pixels along the edges.
+        margin = 0 if self.factor == 1 else 2
+        self.inner, self.outer = pixels.grown(place, -margin), pixels.grown(place, margin)
+        return f"{picture.shape[1]} x {picture.shape[0]} pixels, X counts {x_size[0]} x {self.x_height}"
+
+    def save(self, name, picture=None):
+        picture = self.desktop.picture() if picture is None else picture
+        Image.fromarray(numpy.ascontiguousarray(picture)).save(self.pictures / f"{name}.png")
+        return picture
+
+    def shows(self, condition, what, deadline=15.0):
+        """The first picture that meets the condition."""
+        last = []
+
+        def look():
+            last[:] = [self.desktop.picture()]
+            return condition(last[0])
+
+        try:
+            wait_for(look, what, deadline)
+        except Failure:
+            self.save("FAILED-" + self.step.replace(" ", "-"), last[0])
+            raise
+        return last[0]
+
+    def inside(self, picture):
+        return pixels.ink_inside(picture, self.inner)
+
+    def outside(self, picture):
+        return pixels.ink_outside(picture, self.outer)
+
+    def number(self, picture, top=pixels.INNER_COUNTER_TOP):
+        return pixels.counter(picture, self.screen, top)
+
+    def steady(self, what, condition=lambda picture: True):
+        """A picture that stays as it is, but for the counters."""
+        previous = [None]
+
+        def look(picture):
+            still = pixels.without_counter(picture, self.screen)
+            same = previous[0] is not None and numpy.array_equal(still, previous[0])
+            previous[0] = still
+            return same and condition(picture)
+
+        return self.shows(look, what)
+
+    # The states that steps begin with.
+
+    def begin(self):
+        """Quillfade covers nothing, and the two strokes are there."""
+        for monitor in range(len(self.contents), self.desktop.layout.outputs):
+            self.contents.append(Content(self.desktop, monitor))
+        if not self.gromit or not self.gromit.is_running():
+            self.restart_ink()
+        if not self.quillfade or not self.quillfade.is_running():
+            self.quillfade = Quillfade(self.desktop, self.executable, self.region)
+        if '"enabled": true' in self.quillfade.command("status", "--json"):
+            self.quillfade.command("toggle")
+        return self.steady("the ink is whole", lambda picture: self.inside(picture) > 1000)
+
+    def restart_ink(self):
+        self.gromit = Gromit(self.desktop)
+        self.draw_base()
+
+    def draw_base(self):
+        w, h = self.x_width, self.x_height
+        self.draw((w // 10, h // 8, w * 9 // 10, h * 7 // 8), (w // 10, h * 7 // 8, w * 9 // 10, h // 8))
+
+    def draw(self, *strokes):
+        """Until the last of them is seen outside the area."""
+        spot = pixels.grown(pixels.scaled((*strokes[-1][:2], 0, 0), self.factor), max(2, round(3 * self.factor)))
+        self.gromit.draw(*strokes)
+        self.shows(lambda picture: pixels.ink_inside(picture, spot) > 4, "the new ink is seen outside")
+
+    def tear_down(self):
+        for program in (self.quillfade, self.gromit):
+            if program and program.is_running():
+                program.kill()
+        self.quillfade = self.gromit = None
+
+    def cover(self):
+        self.quillfade.command("toggle")
+        return self.shows(lambda picture: self.inside(picture) == 0, "no ink inside the area")
+
+    def uncover(self, before):
+        """Until the ink is as it was."""
+        self.quillfade.command("toggle")
+        return self.until_as(before, "all the ink is back")
+
+    def until_as(self, before, what, deadline=15.0):
+        want = pixels.ink(before)
+        return self.shows(lambda picture: numpy.array_equal(pixels.ink(picture), want), what, deadline)
+
+    # The steps.
+
+    def start(self):
+        self.contents = [Content(self.desktop, monitor) for monitor in range(self.desktop.layout.outputs)]
+        said = self.measure_screen()
+        # The desktop without the window may look like any number.
+        first = self.shows(lambda picture: 0 < self.number(picture) < 1000, "the content is there", 30)
+        self.shows(lambda picture: self.number(first) < self.number(picture) < 1000, "the content moves")
+        self.clean = self.steady("the content is whole")
+        self.begin()
+        return said
+
+    def before_covered_uncovered(self):
+        before = self.save("1-before", self.begin())
+        self.cover()
+        covered = self.save("2-covered", self.steady("the covered screen stands", lambda p: self.inside(p) == 0))
+        still_clean, still_covered = (pixels.without_counter(each, self.screen) for each in (self.clean, covered))
+        wrong = pixels.differences(still_clean, still_covered, self.inner)
+        require(wrong == 0, f"{wrong} pixels inside are not what lies beneath")
+        require(numpy.array_equal(self.outside(before), self.outside(covered)), "the ink outside changed")
+        require(self.number(covered) > self.number(before), "the content inside is not newer")
+        status = self.quillfade.command("status")
+        require("hidden" in status and "Note:" not in status, f"status says: {status}")
+        uncovered = self.uncover(before)
+        self.save("3-uncovered", uncovered)
+        return (
+            f"ink inside {self.inside(before)} / 0 / {self.inside(uncovered)} pixels, outside "
+            f"{self.outside(before).sum()} throughout, content {self.number(before)} / {self.number(covered)} / "
+            f"{self.number(uncovered)}"
+        )
+
+    def recorded(self):
+        """Everything that may happen while covered, with the recording on."""
+        before = self.begin()
+        w, h = self.x_width, self.x_height
+        recorder = Recorder(self.desktop, self.inner, self.outer, self.screen)
+        wait_for(lambda: any(frame.inside for frame in recorder.frames), "the recording shows the ink")
+        begun = time.monotonic()
+        self.cover()
+        self.draw((w // 20, h // 2, w * 19 // 20, h // 2))
+        drawn = self.save("4-new-ink")
+        require(self.outside(drawn).sum() > self.outside(before).sum(), "the new ink is not outside either")
+        self.gromit.kill()
+        self.shows(lambda picture: self.outside(picture).sum() == 0, "the ink of the killed program is gone")
+        self.gromit = Gromit(self.desktop)
+        self.draw((w // 20, h * 5 // 8, w * 19 // 20, h * 5 // 8))
+        self.save("5-new-program")
+        time.sleep(0.5)
+        ended = time.monotonic()
+        frames = [frame for frame in recorder.stop() if begun < frame.time < ended]
+        self.quillfade.command("toggle")
+        first = next((index for index, frame in enumerate(frames) if frame.inside == 0), len(frames))
+        covered = frames[first:]
+        inked = [frame for frame in covered if frame.inside > 0]
+        for count, frame in enumerate(inked[:3]):
+            self.save(f"FAILED-recorded-{count}", frame.look)
+        require(len(covered) >= 10, f"only {len(covered)} frames were recorded")
+        require(not inked, f"{len(inked)} of {len(covered)} recorded frames show ink inside")
+        numbers = [frame.number for frame in covered]
+        require(sorted(numbers) == numbers and numbers[-1] > numbers[0], f"the recorded content does not go on: {numbers}")
+        self.gromit.kill()
+        return (
+            f"0 of {len(covered)} recorded frames with ink inside, new ink, a killed and a new program included; "
+            f"outside {covered[0].outside} to {covered[-1].outside} pixels, content {numbers[0]} to {numbers[-1]}"
+        )
+
+    def drawn_while_covered_comes_out(self):
+        before = self.begin()
+        self.cover()
+        y = self.x_height // 2
+        self.draw((self.x_width // 20, y, self.x_width * 19 // 20, y))
+        self.quillfade.command("toggle")
+        stroke = pixels.scaled((self.area[0] + 8, y - 2, self.area[2] - 16, 4), self.factor)
+        picture = self.shows(
+            lambda picture: pixels.ink_inside(picture, stroke) >= 0.99 * stroke[2] * stroke[3], "the new stroke is whole"
+        )
+        self.gromit.kill()
+        return f"ink inside {self.inside(before)} pixels before, {self.inside(picture)} afterwards"
+
+    def peek(self):
+        before = self.begin()
+        self.cover()
+        self.quillfade.command("peek", "2")
+        self.until_as(before, "the ink is there during the peek")
+        self.shows(lambda picture: self.inside(picture) == 0, "the ink is gone after the peek")
+        self.uncover(before)
+        return "ink there, then gone, then there"
+
+    def whole_screen(self):
+        before = self.begin()
+        self.quillfade.command("whole-screen")
+        picture = self.shows(lambda picture: not pixels.ink(picture).any(), "no ink anywhere")
+        self.save("6-whole-screen", picture)
+        self.uncover(before)
+        self.quillfade.kill()
+        return f"{pixels.ink(before).sum()} pixels of ink, then 0, then all"
+
+    def solid(self):
+        before = self.begin()
+        self.quillfade.command("style", "solid")
+        self.quillfade.command("toggle")
+
+        middle = pixels.grown(self.inner, -round(2 * max(1, self.factor)))  # without its edge
+
+        def is_solid(picture):
+            part = pixels.part(picture, middle)
+            return bool((part == part[0, 0]).all())
+
+        picture = self.shows(is_solid, "the area has one colour")
+        self.save("7-solid", picture)
+        require(numpy.array_equal(self.outside(before), self.outside(picture)), "the ink outside changed")
+        self.quillfade.command("toggle")
+        self.until_as(before, "all the ink is back")
+        self.quillfade.command("style", "live")
+        return f"one colour, {tuple(map(int, pixels.part(picture, middle)[0, 0]))}"
+
+    def outline(self):
+        self.begin()
+        self.quillfade.command("outline", "on")
+        self.cover()
+        rim = pixels.grown(pixels.scaled(self.area, self.factor), -max(1, round(self.factor)))
+
+        def has_outline(picture):
+            wrong = pixels.differences(picture, self.clean, pixels.scaled(self.area, self.factor))
+            return wrong - pixels.differences(picture, self.clean, rim) >= rim[2]
+
+        picture = self.shows(has_outline, "the outline is seen")
+        self.save("8-outline", picture)
+        self.quillfade.command("outline", "off")
+        self.quillfade.command("toggle")
+        return "a hairline along the edges"
+
+    def killed(self):
+        before = self.begin()
+        self.cover()
+        self.quillfade.kill()
+        at = time.monotonic()
+        self.until_as(before, "all the ink is back")
+        took = time.monotonic() - at
+        wait_for(lambda: not self.desktop.processes("quillfade-guard"), "the guard ends")
+        require(took < 2, f"the ink came back only after {took:.1f} s")
+        return f"all the ink back {took:.1f} s after kill -9, and the guard gone"
+
+    def many(self, times=200):
+        before = self.begin()
+        for time_ in range(times):
+            self.quillfade.command("toggle")
+            if time_ % 20 == 0:
+                self.shows(lambda picture: self.inside(picture) == 0, f"no ink inside the area, time {time_}")
+            self.quillfade.command("toggle")
+        self.until_as(before, "all the ink is back")
+        self.cover()
+        self.uncover(before)
+        return f"{times} covers and uncovers, and the ink is as it was"
+
+    def how_fast(self, times=20):
+        """From the command's start to a picture without ink; a picture takes a while itself."""
+        before = self.begin()
+        took = []
+        for _ in range(times):
+            at = time.monotonic()
+            self.cover()
+            took.append(time.monotonic() - at)
+            self.uncover(before)
+        took.sort()
+        at = time.monotonic()
+        self.desktop.picture()
+        picture = time.monotonic() - at
+        return (
+            f"command to ink gone p50 {took[times // 2] * 1000:.0f} ms, p95 {took[times * 19 // 20] * 1000:.0f} ms, "
+            f"of which a picture is {picture * 1000:.0f} ms"
+        )
+
+    def xwayland_killed(self):
+        self.begin()
+        self.cover()
+        (server,) = self.desktop.processes("Xwayland")
+        self.desktop.kill(server)
+        wait_for(lambda: server not in self.desktop.processes("Xwayland"), "Xwayland is gone")
+        wait_for(lambda: not self.quillfade.is_running(), "Quillfade notices")
+        said = self.quillfade.process.returncode
+        require(said in (0, 1), f"Quillfade ended with {said}")
+        require(self.desktop.compositor.poll() is None, "the compositor went with it")
+        self.gromit.kill()
+        self.desktop.find_display()
+        self.desktop.x_size()
+        before = self.begin()
+        self.cover()
+        self.uncover(before)
+        return f"Quillfade ended with {said}; started again in the new Xwayland, it covers and uncovers"
+
+    def two_outputs(self):
+        before = self.begin()
+        w, h = self.x_width, self.x_height
+        self.draw((w // 2, h // 5, w * 3 // 2, h // 5))
+        before = self.steady("the ink on both screens is whole")
+        left, right = self.screen, (self.screen[2], 0, self.screen[2], self.screen[3])
+        require(pixels.ink_inside(before, right) > 1000, "there is no ink on the second screen")
+        self.quillfade.command("toggle")
+        covered = self.shows(lambda picture: self.inside(picture) == 0, "no ink inside the area")
+        require(numpy.array_equal(self.outside(before), self.outside(covered)), "the ink outside changed")
+        self.save("1-area", covered)
+        self.quillfade.command("toggle")
+        self.until_as(before, "all the ink is back")
+        self.quillfade.command("whole-screen")
+        whole = self.shows(lambda picture: not pixels.ink(picture).any(), "no ink on both screens")
+        self.save("2-whole-screen", whole)
+        self.quillfade.command("toggle")
+        self.until_as(before, "all the ink is back")
+        counts = [pixels.ink_inside(before, each) for each in (left, right)]
+        return f"ink {counts[0]} and {counts[1]} pixels, then 0 on both, then all"
+
+
+MAIN = [
+    ("start", Steps.start),
+    ("cover and uncover", Steps.before_covered_uncovered),
+    ("recorded while covered", Steps.recorded),
+    ("drawn while covered", Steps.drawn_while_covered_comes_out),
+    ("peek", Steps.peek),
+    ("whole screen", Steps.whole_screen),
+    ("solid cover", Steps.solid),
+    ("outline", Steps.outline),
+    ("kill -9", Steps.killed),
+    ("two hundred times", Steps.many),
+    ("how fast", Steps.how_fast),
+    ("Xwayland killed", Steps.xwayland_killed),
+]
+SCALED = [MAIN[0], MAIN[1], MAIN[2], MAIN[5], MAIN[6], MAIN[7]]
+TWO_OUTPUTS = [MAIN[0], MAIN[1], ("two outputs", Steps.two_outputs)]
