@@ -138,6 +138,13 @@ class Desktop:
             size = display.screen().root.get_geometry()
             return size.width, size.height
 
+    def primary_corner(self):
+        """The top-left corner of the X server's primary monitor, or else of its first."""
+        with self.x_display() as display:
+            monitors = display.screen().root.xrandr_get_monitors().monitors
+            chosen = max(monitors, key=lambda monitor: monitor.primary)
+            return chosen.x, chosen.y
+
     @staticmethod
     def sockets(pattern):
         return sorted(path for path in glob.glob(pattern) if not path.endswith((".lock", "_")))

@@ -7,6 +7,7 @@ the picture; `Places` has the same for a whole desktop whose X server counts oth
 import numpy
 
 CELLS = 16  # of the counter: one bit each
+BLACK = 2**CELLS - 1  # what the counter seems to be where everything is black
 CELL_WIDTH = 1 / 80  # of the screen's width
 CELL_HEIGHT = 1 / 40  # of the screen's height
 COUNTER_LEFT = 0.5 - CELLS / 2 * CELL_WIDTH

@@ -60,6 +60,9 @@ def main():
         if what == "start":
             break
         taken.tear_down()
+    said = desktop.runtime / "home" / "Library" / "Logs" / "Quillfade.log"
+    if said.exists():
+        shutil.copy(said, place)
     return 1 if failures else 0
 
 

@@ -41,7 +41,9 @@ class Steps:
         x, width = (self.x_width // 4 // GRAIN * GRAIN, self.x_width // 2 // GRAIN * GRAIN)
         y, height = (self.x_height // 4 // GRAIN * GRAIN, self.x_height // 2 // GRAIN * GRAIN)
         self.area = (x, y, width, height)
-        self.region = f"{{{{{x}, {self.x_height - y - height}}}, {{{width}, {height}}}}}"
+        # In points, y up; the primary screen may be the right one.
+        left = x - self.desktop.primary_corner()[0]
+        self.region = f"{{{{{left}, {self.x_height - y - height}}}, {{{width}, {height}}}}}"
         place = pixels.scaled(self.area, self.factor)
         # A compositor that scales blends the pixels along the edges.
         margin = 0 if self.factor == 1 else 2
@@ -74,6 +76,21 @@ class Steps:
     def outside(self, picture):
         return pixels.ink_outside(picture, self.outer)
 
+    def is_clear(self, picture):
+        """No ink inside, and not the black cover that waits for its first frame."""
+        return self.inside(picture) == 0 and self.number(picture) != pixels.BLACK
+
+    def is_as_if_clean(self, picture):
+        everything = (0, 0, picture.shape[1], picture.shape[0])
+        return pixels.differences(self.still(picture), self.still(self.clean), everything) == 0
+
+    def still(self, picture):
+        """Without what moves."""
+        left, top, width, height = self.screen
+        for output in range(self.desktop.layout.outputs):
+            picture = pixels.without_counter(picture, (left + output * width, top, width, height))
+        return picture
+
     def number(self, picture, top=pixels.INNER_COUNTER_TOP):
         return pixels.counter(picture, self.screen, top)
 
@@ -82,7 +99,7 @@ class Steps:
         previous = [None]
 
         def look(picture):
-            still = pixels.without_counter(picture, self.screen)
+            still = self.still(picture)
             same = previous[0] is not None and numpy.array_equal(still, previous[0])
             previous[0] = still
             return same and condition(picture)
@@ -125,7 +142,7 @@ class Steps:
 
     def cover(self):
         self.quillfade.command("toggle")
-        return self.shows(lambda picture: self.inside(picture) == 0, "no ink inside the area")
+        return self.shows(self.is_clear, "no ink inside the area")
 
     def uncover(self, before):
         """Until the ink is as it was."""
@@ -151,9 +168,8 @@ class Steps:
     def before_covered_uncovered(self):
         before = self.save("1-before", self.begin())
         self.cover()
-        covered = self.save("2-covered", self.steady("the covered screen stands", lambda p: self.inside(p) == 0))
-        still_clean, still_covered = (pixels.without_counter(each, self.screen) for each in (self.clean, covered))
-        wrong = pixels.differences(still_clean, still_covered, self.inner)
+        covered = self.save("2-covered", self.steady("the covered screen stands", self.is_clear))
+        wrong = pixels.differences(self.still(self.clean), self.still(covered), self.inner)
         require(wrong == 0, f"{wrong} pixels inside are not what lies beneath")
         require(numpy.array_equal(self.outside(before), self.outside(covered)), "the ink outside changed")
         require(self.number(covered) > self.number(before), "the content inside is not newer")
@@ -194,11 +210,14 @@ class Steps:
             self.save(f"FAILED-recorded-{count}", frame.look)
         require(len(covered) >= 10, f"only {len(covered)} frames were recorded")
         require(not inked, f"{len(inked)} of {len(covered)} recorded frames show ink inside")
-        numbers = [frame.number for frame in covered]
+        # Until the first live frame, the cover is black and says that it waits.
+        live = next((index for index, frame in enumerate(covered) if frame.number != pixels.BLACK), 0)
+        numbers = [frame.number for frame in covered[live:]]
+        require(pixels.BLACK not in numbers, "the live cover turned black")
         require(sorted(numbers) == numbers and numbers[-1] > numbers[0], f"the recorded content does not go on: {numbers}")
         self.gromit.kill()
         return (
-            f"0 of {len(covered)} recorded frames with ink inside, new ink, a killed and a new program included; "
+            f"0 of {len(covered)} recorded frames with ink inside, {live} of them before the live cover, new ink, a killed and a new program included; "
             f"outside {covered[0].outside} to {covered[-1].outside} pixels, content {numbers[0]} to {numbers[-1]}"
         )
 
@@ -220,14 +239,14 @@ class Steps:
         self.cover()
         self.quillfade.command("peek", "2")
         self.until_as(before, "the ink is there during the peek")
-        self.shows(lambda picture: self.inside(picture) == 0, "the ink is gone after the peek")
+        self.shows(self.is_clear, "the ink is gone after the peek")
         self.uncover(before)
         return "ink there, then gone, then there"
 
     def whole_screen(self):
         before = self.begin()
         self.quillfade.command("whole-screen")
-        picture = self.shows(lambda picture: not pixels.ink(picture).any(), "no ink anywhere")
+        picture = self.shows(self.is_as_if_clean, "no ink anywhere, and what lies beneath")
         self.save("6-whole-screen", picture)
         self.uncover(before)
         self.quillfade.kill()
@@ -284,7 +303,7 @@ class Steps:
         for time_ in range(times):
             self.quillfade.command("toggle")
             if time_ % 20 == 0:
-                self.shows(lambda picture: self.inside(picture) == 0, f"no ink inside the area, time {time_}")
+                self.shows(self.is_clear, f"no ink inside the area, time {time_}")
             self.quillfade.command("toggle")
         self.until_as(before, "all the ink is back")
         self.cover()
@@ -335,13 +354,13 @@ class Steps:
         left, right = self.screen, (self.screen[2], 0, self.screen[2], self.screen[3])
         require(pixels.ink_inside(before, right) > 1000, "there is no ink on the second screen")
         self.quillfade.command("toggle")
-        covered = self.shows(lambda picture: self.inside(picture) == 0, "no ink inside the area")
+        covered = self.shows(self.is_clear, "no ink inside the area")
         require(numpy.array_equal(self.outside(before), self.outside(covered)), "the ink outside changed")
         self.save("1-area", covered)
         self.quillfade.command("toggle")
         self.until_as(before, "all the ink is back")
         self.quillfade.command("whole-screen")
-        whole = self.shows(lambda picture: not pixels.ink(picture).any(), "no ink on both screens")
+        whole = self.shows(self.is_as_if_clean, "no ink on both screens, and what lies beneath")
         self.save("2-whole-screen", whole)
         self.quillfade.command("toggle")
         self.until_as(before, "all the ink is back")
