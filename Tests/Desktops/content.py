@@ -1,6 +1,7 @@
 """The moving content beneath the ink: a full-screen Wayland window with a number on it that counts up.
 
 usage: content.py MONITOR PICTURES_A_SECOND
+Prints its size in points, whenever it has another one.
 """
 
 import sys
@@ -19,6 +20,9 @@ BARS = [(0.16, 0.50, 0.62), (0.25, 0.65, 0.59), (0.42, 0.55, 0.77)]  # nothing r
 
 class Content(Gtk.DrawingArea):
     number = 0
+
+    def tell_size(self, _, size):
+        print(f"{size.width} x {size.height}", flush=True)
 
     def paint(self, _, context):
         width, height = self.get_allocated_width(), self.get_allocated_height()
@@ -49,6 +53,7 @@ class Content(Gtk.DrawingArea):
 window = Gtk.Window(title="Moving content")
 content = Content()
 content.connect("draw", content.paint)
+content.connect("size-allocate", content.tell_size)
 window.add(content)
 window.connect("destroy", Gtk.main_quit)
 window.fullscreen_on_monitor(Gdk.Screen.get_default(), int(sys.argv[1]))

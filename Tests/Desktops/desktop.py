@@ -14,6 +14,7 @@ import time
 from dataclasses import dataclass
 
 import Xlib.display
+import Xlib.error
 import Xlib.X
 
 
@@ -127,13 +128,20 @@ class Desktop:
 
     def owns_selection(self, name):
         """Whether some X client owns it."""
-        with self.x_display() as display:
-            return display.get_selection_owner(display.intern_atom(name)) != Xlib.X.NONE
+        try:
+            with self.x_display() as display:
+                return display.get_selection_owner(display.intern_atom(name)) != Xlib.X.NONE
+        except (Xlib.error.DisplayConnectionError, Xlib.error.ConnectionClosedError):
+            return False  # the server is about to start
 
     def x_size(self):
         """The size of the X server's screen, once the compositor manages it."""
         # Programs ask whether somebody composites before they choose how to be seen through.
-        wait_for(lambda: self.owns_selection("_NET_WM_CM_S0"), "the X windows are composited")
+        def is_composited():
+            self.find_display()
+            return self.owns_selection("_NET_WM_CM_S0")
+
+        wait_for(is_composited, "the X windows are composited")
         with self.x_display() as display:
             size = display.screen().root.get_geometry()
             return size.width, size.height

@@ -10,7 +10,10 @@ from sway import Sway
 class Kwin(Sway):
     name = "kwin"
     wayland_sockets = "kwin-?"
-    options = ["xwayland disable", 'for_window [app_id=".*"] fullscreen enable']
+    options = ["xwayland disable"] + [
+        f'for_window [title="Compositor WL-{number} "] move container to output HEADLESS-{number + 1}, fullscreen enable'
+        for number in range(2)
+    ]
     host_scale = 1
 
     def launch(self):

@@ -3,14 +3,13 @@
 import os
 import queue
 
-import dbus
 import gi
 import numpy
 
 gi.require_version("Gst", "1.0")
-from gi.repository import GLib, Gst  # noqa: E402
+from gi.repository import Gio, GLib, Gst  # noqa: E402
 
-SERVICE = "org.gnome.Mutter.ScreenCast"
+SERVICE, PATH = "org.gnome.Mutter.ScreenCast", "/org/gnome/Mutter/ScreenCast"
 PATIENCE = 15  # seconds
 
 
@@ -18,28 +17,27 @@ class Recording:
     def __init__(self, desktop):
         os.environ["XDG_RUNTIME_DIR"] = desktop.environment["XDG_RUNTIME_DIR"]
         Gst.init(None)
-        self.pictures = queue.Queue(200)
-        bus = desktop.bus
-        root = dbus.Interface(bus.get_object(SERVICE, "/org/gnome/Mutter/ScreenCast"), SERVICE)
-        path = root.CreateSession(dbus.Dictionary(signature="sv"))
-        self.session = dbus.Interface(bus.get_object(SERVICE, path), SERVICE + ".Session")
-        options = dbus.Dictionary({"cursor-mode": dbus.UInt32(0)}, signature="sv")
-        stream = self.session.RecordMonitor("Meta-0", options)
-        node = self.node_of(desktop, stream)
+        self.pictures = queue.Queue()
+        flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+        address = desktop.environment["DBUS_SESSION_BUS_ADDRESS"]
+        self.bus = Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
         self.pipeline = Gst.parse_launch(
-            f"pipewiresrc path={node} do-timestamp=true always-copy=true ! videoconvert ! video/x-raw,format=BGRx ! "
-            "appsink name=sink sync=false emit-signals=true max-buffers=200"
+            f"pipewiresrc path={self.start()} do-timestamp=true always-copy=true ! videoconvert ! "
+            "video/x-raw,format=BGRx ! appsink name=sink sync=false emit-signals=true"
         )
         self.pipeline.get_by_name("sink").connect("new-sample", self.take)
         self.pipeline.set_state(Gst.State.PLAYING)
 
-    def node_of(self, desktop, stream):
-        """The PipeWire node; the stream tells it when the session starts."""
-        from gi.repository import Gio
+    def call(self, path, interface, method, arguments=None):
+        return self.bus.call_sync(SERVICE, path, interface, method, arguments, None, 0, -1, None)
 
-        address = desktop.environment["DBUS_SESSION_BUS_ADDRESS"]
-        flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
-        listener = Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
+    def start(self):
+        """The PipeWire node; the stream tells it when the session starts."""
+        session = SERVICE + ".Session"
+        (self.session,) = self.call(PATH, SERVICE, "CreateSession", GLib.Variant("(a{sv})", ({},)))
+        without_pointer = {"cursor-mode": GLib.Variant("u", 0)}
+        monitor = GLib.Variant("(sa{sv})", ("Meta-0", without_pointer))
+        (stream,) = self.call(self.session, session, "RecordMonitor", monitor)
         nodes = []
         loop = GLib.MainLoop()
 
@@ -47,11 +45,9 @@ class Recording:
             nodes.append(arguments[5][0])
             loop.quit()
 
-        interface = SERVICE + ".Stream"
-        listener.signal_subscribe(
-            SERVICE, interface, "PipeWireStreamAdded", stream, None, Gio.DBusSignalFlags.NONE, added
-        )
-        self.session.Start()
+        signal = (SERVICE, SERVICE + ".Stream", "PipeWireStreamAdded", stream, None, 0, added)
+        self.bus.signal_subscribe(*signal)
+        self.call(self.session, session, "Start")
         GLib.timeout_add_seconds(PATIENCE, loop.quit)
         loop.run()
         return nodes[0]
@@ -72,5 +68,5 @@ class Recording:
 
     def stop(self):
         self.pipeline.set_state(Gst.State.NULL)
-        self.session.Stop()
+        self.call(self.session, SERVICE + ".Session", "Stop")
         self.pictures.put(None)

@@ -163,7 +163,11 @@ class Steps:
         self.shows(lambda picture: self.number(first) < self.number(picture) < 1000, "the content moves")
         self.clean = self.steady("the content is whole")
         self.begin()
-        return said
+        layout = self.desktop.layout
+        points = f"{round(layout.width / layout.scale)} x {round(layout.height / layout.scale)}"
+        size = (self.desktop.logs / "content0.log").read_text().split("\n")[-2]
+        require(size == points, f"the screen has {size} points, not {points}")
+        return f"{said}, Wayland programs {size} for each screen"
 
     def before_covered_uncovered(self):
         before = self.save("1-before", self.begin())
@@ -339,7 +343,6 @@ class Steps:
         require(said in (0, 1), f"Quillfade ended with {said}")
         require(self.desktop.compositor.poll() is None, "the compositor went with it")
         self.gromit.kill()
-        self.desktop.find_display()
         self.desktop.x_size()
         before = self.begin()
         self.cover()
@@ -347,12 +350,11 @@ class Steps:
         return f"Quillfade ended with {said}; started again in the new Xwayland, it covers and uncovers"
 
     def two_outputs(self):
-        before = self.begin()
+        self.begin()
         w, h = self.x_width, self.x_height
-        self.draw((w // 2, h // 5, w * 3 // 2, h // 5))
-        before = self.steady("the ink on both screens is whole")
         left, right = self.screen, (self.screen[2], 0, self.screen[2], self.screen[3])
-        require(pixels.ink_inside(before, right) > 1000, "there is no ink on the second screen")
+        self.draw((w // 2, h // 5, w * 3 // 2, h // 5))
+        before = self.steady("the ink is on both screens", lambda picture: pixels.ink_inside(picture, right) > 1000)
         self.quillfade.command("toggle")
         covered = self.shows(self.is_clear, "no ink inside the area")
         require(numpy.array_equal(self.outside(before), self.outside(covered)), "the ink outside changed")
