@@ -6,8 +6,8 @@ SECONDS ?= 60
 MINUTES ?= 10
 SUITES ?= bookworm trixie testing
 
-.PHONY: build install deb check-deb check-debian test bench coverage fuzz mutate soak asan tsan format lint check-mac \
-        check-mac-target test-mac test-mac-here test-mac-tsan coverage-mac mutate-mac app clean help
+.PHONY: build install deb check-deb check-debian check-desktops test bench coverage fuzz mutate soak asan tsan format \
+        lint check-mac check-mac-target test-mac test-mac-here test-mac-tsan coverage-mac mutate-mac app clean help
 
 build: ## the program, optimised: build/quillfade
 	cmake --preset release
@@ -34,6 +34,10 @@ test: ## every test, the static checks included
 
 check-debian: ## ./run and ./test in bare roots of Debian 12, 13 and testing; needs root; KEEP=DIRECTORY keeps them
 	status=0; for suite in $(SUITES); do Scripts/try-debian $(if $(KEEP),--keep $(KEEP)) $$suite || status=1; done; exit $$status
+
+check-desktops: ## with ink on sway, labwc, KWin and GNOME of Debian 13 and testing; needs root; KEEP=DIRECTORY; DESKTOPS=sway
+	status=0; for suite in $(filter-out bookworm,$(SUITES)); do \
+	  Scripts/try-desktops $(if $(KEEP),--keep $(KEEP)) $$suite $(DESKTOPS) || status=1; done; exit $$status
 
 bench: ## compares with other programs in forty minutes; QUICK=1: in a few; ONLY=typing: only that part
 	./setup bench

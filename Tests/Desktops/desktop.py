@@ -62,6 +62,7 @@ class Frames:
 class Desktop:
     name = ""
     wayland_sockets = "wayland-?"
+    left_out = {}  # steps that cannot be taken here, and why
 
     def __init__(self, layout, runtime, logs):
         self.layout = layout

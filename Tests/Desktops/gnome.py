@@ -30,6 +30,7 @@ TEMPORARY = 1
 
 class Gnome(Desktop):
     name = "gnome"
+    left_out = {"Xwayland killed": "mutter ends together with its X server, unless systemd manages the session"}
 
     def launch(self):
         self.environment |= {"XDG_CURRENT_DESKTOP": "GNOME", "GSETTINGS_BACKEND": "keyfile"}

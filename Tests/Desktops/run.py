@@ -12,7 +12,7 @@ import sys
 HERE = pathlib.Path(__file__).resolve().parent
 DESKTOPS = ["sway", "labwc", "kwin", "gnome"]
 SESSIONS = ["one", "scale-1.25", "scale-2", "two"]
-LONGEST = 900  # seconds for a session
+LONGEST = 600  # seconds for a session
 
 
 def run(desktop, session):

@@ -54,6 +54,9 @@ def main():
     if not attempt("session", lambda: desktop.start() or desktop.version()):
         return 1
     for what, step in todo:
+        if what in desktop.left_out:
+            print(f"{name} {session}: {what}: left out: {desktop.left_out[what]}", flush=True)
+            continue
         if attempt(what, lambda step=step: step(taken)):
             continue
         failures += 1
