@@ -62,7 +62,7 @@ class Frames:
 class Desktop:
     name = ""
     wayland_sockets = "wayland-?"
-    left_out = {}  # steps that cannot be taken here, and why
+    left_out = {}  # steps that cannot be taken here, or "scale", and why
 
     def __init__(self, layout, runtime, logs):
         self.layout = layout
@@ -191,6 +191,11 @@ class Desktop:
             if comm == name[:15] and state[0] not in "ZX":
                 found.append(int(pid))
         return found
+
+    def processor_time(self, pid):
+        """What the process has used so far, in seconds."""
+        fields = pathlib.Path(f"/proc/{pid}/stat").read_text().rsplit(") ", 1)[1].split()
+        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
 
     def kill(self, pid):
         os.kill(pid, signal.SIGKILL)

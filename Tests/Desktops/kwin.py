@@ -11,10 +11,10 @@ class Kwin(Sway):
     name = "kwin"
     wayland_sockets = "kwin-?"
     options = ["xwayland disable"] + [
-        f'for_window [title="Compositor WL-{number} "] move container to output HEADLESS-{number + 1}, fullscreen enable'
+        f'for_window [title="WL-{number} "] move container to output HEADLESS-{number + 1}, fullscreen enable'
         for number in range(2)
     ]
-    host_scale = 1
+    left_out = {"scale": "KWin in a window of another compositor, without OpenGL, does not scale what it draws"}
 
     def launch(self):
         super().launch()
@@ -22,10 +22,8 @@ class Kwin(Sway):
         self.host = {"WAYLAND_DISPLAY": host}
         layout = self.layout
         command = ["kwin_wayland", "--wayland-display", host, "--socket", "kwin-0"]
-        command += ["--width", str(round(layout.width / layout.scale))]
-        command += ["--height", str(round(layout.height / layout.scale))]
-        command += ["--scale", str(layout.scale), "--output-count", str(layout.outputs)]
-        command += ["--xwayland", "--no-lockscreen"]
+        command += ["--width", str(layout.width), "--height", str(layout.height)]
+        command += ["--output-count", str(layout.outputs), "--xwayland", "--no-lockscreen"]
         self.compositor = self.spawn(command, "kwin", QT_QPA_PLATFORM="wayland")
 
     def version(self):

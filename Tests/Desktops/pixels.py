@@ -1,7 +1,7 @@
 """What a picture shows. Pure functions.
 
-A picture is an array of rows of (red, green, blue) bytes. Rectangles are (x, y, width, height), y down, in the pixels of
-the picture; `Places` has the same for a whole desktop whose X server counts other pixels than its pictures do.
+A picture is an array of rows of (red, green, blue) bytes. Rectangles are (x, y, width, height), y down, in the pixels
+of the picture.
 """
 
 import numpy

@@ -2,6 +2,7 @@
 
 import json
 import pathlib
+import signal
 import subprocess
 import sys
 
@@ -27,6 +28,12 @@ class Content(Program):
     def __init__(self, desktop, monitor, pictures_a_second=10):
         command = [sys.executable, str(HERE / "content.py"), str(monitor), str(pictures_a_second)]
         super().__init__(desktop.spawn(command, f"content{monitor}", GDK_BACKEND="wayland"))
+
+    def pause(self):
+        self.process.send_signal(signal.SIGSTOP)
+
+    def resume(self):
+        self.process.send_signal(signal.SIGCONT)
 
 
 class Gromit(Program):

@@ -218,10 +218,12 @@ class Steps:
         live = next((index for index, frame in enumerate(covered) if frame.number != pixels.BLACK), 0)
         numbers = [frame.number for frame in covered[live:]]
         require(pixels.BLACK not in numbers, "the live cover turned black")
-        require(sorted(numbers) == numbers and numbers[-1] > numbers[0], f"the recorded content does not go on: {numbers}")
+        goes_on = sorted(numbers) == numbers and numbers[-1] > numbers[0]
+        require(goes_on, f"the recorded content does not go on: {numbers}")
         self.gromit.kill()
         return (
-            f"0 of {len(covered)} recorded frames with ink inside, {live} of them before the live cover, new ink, a killed and a new program included; "
+            f"0 of {len(covered)} recorded frames with ink inside ({live} of them before the live cover), new ink, a killed "
+            "and a new program included; "
             f"outside {covered[0].outside} to {covered[-1].outside} pixels, content {numbers[0]} to {numbers[-1]}"
         )
 
@@ -232,9 +234,8 @@ class Steps:
         self.draw((self.x_width // 20, y, self.x_width * 19 // 20, y))
         self.quillfade.command("toggle")
         stroke = pixels.scaled((self.area[0] + 8, y - 2, self.area[2] - 16, 4), self.factor)
-        picture = self.shows(
-            lambda picture: pixels.ink_inside(picture, stroke) >= 0.99 * stroke[2] * stroke[3], "the new stroke is whole"
-        )
+        whole = 0.99 * stroke[2] * stroke[3]
+        picture = self.shows(lambda picture: pixels.ink_inside(picture, stroke) >= whole, "the new stroke is whole")
         self.gromit.kill()
         return f"ink inside {self.inside(before)} pixels before, {self.inside(picture)} afterwards"
 
@@ -270,10 +271,17 @@ class Steps:
         picture = self.shows(is_solid, "the area has one colour")
         self.save("7-solid", picture)
         require(numpy.array_equal(self.outside(before), self.outside(picture)), "the ink outside changed")
+        # A full-screen window that opens later, and whose number begins anew.
+        last = self.number(picture, pixels.OUTER_COUNTER_TOP)
+        self.contents[0].kill()
+        self.contents[0] = Content(self.desktop, 0)
+        self.shows(lambda picture: 0 < self.number(picture, pixels.OUTER_COUNTER_TOP) < last, "a later window is there")
+        require(is_solid(self.steady("the cover with a later window")), "a later window is above the cover")
         self.quillfade.command("toggle")
         self.until_as(before, "all the ink is back")
         self.quillfade.command("style", "live")
-        return f"one colour, {tuple(map(int, pixels.part(picture, middle)[0, 0]))}"
+        color = tuple(map(int, pixels.part(picture, middle)[0, 0]))
+        return f"one colour, {color}, above a later full-screen window, too"
 
     def outline(self):
         self.begin()
@@ -332,6 +340,27 @@ class Steps:
             f"of which a picture is {picture * 1000:.0f} ms"
         )
 
+    def cost(self, seconds=10):
+        """Processor time, with something to show ten times a second and with nothing that changes."""
+        self.begin()
+        said = []
+        for what in ("ten pictures a second", "idle"):
+            if what == "idle":
+                self.contents[0].pause()
+            without = self.load(seconds)
+            self.cover()
+            covered = self.load(seconds)
+            self.quillfade.command("toggle")
+            self.contents[0].resume()
+            said.append(f"{what}: {without:.1f} % of a core without, {covered:.1f} % with the cover")
+        return "compositor, Xwayland and Quillfade, " + "; ".join(said)
+
+    def load(self, seconds):
+        pids = [self.desktop.compositor.pid, self.quillfade.process.pid, *self.desktop.processes("Xwayland")]
+        begin, at = sum(map(self.desktop.processor_time, pids)), time.monotonic()
+        time.sleep(seconds)
+        return (sum(map(self.desktop.processor_time, pids)) - begin) / (time.monotonic() - at) * 100
+
     def xwayland_killed(self):
         self.begin()
         self.cover()
@@ -382,6 +411,7 @@ MAIN = [
     ("kill -9", Steps.killed),
     ("two hundred times", Steps.many),
     ("how fast", Steps.how_fast),
+    ("processor time", Steps.cost),
     ("Xwayland killed", Steps.xwayland_killed),
 ]
 SCALED = [MAIN[0], MAIN[1], MAIN[2], MAIN[5], MAIN[6], MAIN[7]]

@@ -9,13 +9,12 @@ class Sway(Wlroots):
 
     def launch(self):
         layout = self.layout
-        scale = self.host_scale or layout.scale
         lines = list(self.options)
         x = 0
         for output in self.outputs():
             mode = f"mode --custom {layout.width}x{layout.height}"
-            lines.append(f"output {output} {mode} scale {scale} position {x} 0 background #406080 solid_color")
-            x += round(layout.width / scale)
+            lines.append(f"output {output} {mode} scale {layout.scale} position {x} 0 background #406080 solid_color")
+            x += round(layout.width / layout.scale)
         config = self.runtime / "sway.conf"
         config.write_text("\n".join(lines) + "\n")
         self.compositor = self.spawn(["sway", "--config", str(config)], "sway", XDG_CURRENT_DESKTOP="sway")

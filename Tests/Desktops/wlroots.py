@@ -38,7 +38,6 @@ class Recording:
 
 
 class Wlroots(Desktop):
-    host_scale = None  # if it is not the layout's
     host = {}  # what is different in the environment of those who look at the screen
 
     def __init__(self, layout, runtime, logs):
