@@ -22,7 +22,7 @@ DESKTOPS = {desktop.name: desktop for desktop in (Sway, Labwc, Kwin, Gnome)}
 SESSIONS = {
     "one": (Layout(), steps.MAIN),
     "scale-1.25": (Layout(scale=1.25), steps.SCALED),
-    "scale-2": (Layout(scale=2), steps.SCALED),
+    "scale-2": (Layout(scale=2, width=1920, height=1080), steps.SCALED),
     "two": (Layout(outputs=2), steps.TWO_OUTPUTS),
 }
 

@@ -222,8 +222,8 @@ class Steps:
         require(goes_on, f"the recorded content does not go on: {numbers}")
         self.gromit.kill()
         return (
-            f"0 of {len(covered)} recorded frames with ink inside ({live} of them before the live cover), new ink, a killed "
-            "and a new program included; "
+            f"0 of {len(covered)} recorded frames with ink inside ({live} of them before the live cover), new ink, a "
+            "killed and a new program included; "
             f"outside {covered[0].outside} to {covered[-1].outside} pixels, content {numbers[0]} to {numbers[-1]}"
         )
 
