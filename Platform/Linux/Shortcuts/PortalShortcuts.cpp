@@ -29,7 +29,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShortcut& s
   argument.beginStructure();
   argument >> shortcut.name >> shortcut.properties;
   argument.endStructure();
-  return argument;
+  return argument;  // NOLINT(bugprone-return-const-ref-from-parameter): the bus library wants it so
 }
 
 }  // namespace platform::linux::shortcuts

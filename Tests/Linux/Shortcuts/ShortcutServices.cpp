@@ -33,7 +33,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, Keys& keys) {
   argument.beginStructure();
   argument >> keys.keys;
   argument.endStructure();
-  return argument;
+  return argument;  // NOLINT(bugprone-return-const-ref-from-parameter): the bus library wants it so
 }
 
 struct Described {
@@ -52,7 +52,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, Described& descri
   argument.beginStructure();
   argument >> described.name >> described.values;
   argument.endStructure();
-  return argument;
+  return argument;  // NOLINT(bugprone-return-const-ref-from-parameter): the bus library wants it so
 }
 
 }  // namespace qt
