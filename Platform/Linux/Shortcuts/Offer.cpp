@@ -10,7 +10,7 @@
 namespace platform::linux::shortcuts {
 
 bool desktopGivesKeys() {
-  constexpr int patience = 3000;  // milliseconds
+  constexpr int longestWait = 3000;  // milliseconds
   const QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return false;
   const auto isThere = [&](const char* name) {
@@ -21,7 +21,7 @@ bool desktopGivesKeys() {
       QDBusMessage::createMethodCall(QString::fromLatin1(portalName), QString::fromLatin1(portalPath),
                                      QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
   question << QString::fromLatin1(portalShortcutsInterface) << QStringLiteral("version");
-  return bus.call(question, QDBus::Block, patience).type() == QDBusMessage::ReplyMessage;
+  return bus.call(question, QDBus::Block, longestWait).type() == QDBusMessage::ReplyMessage;
 }
 
 }  // namespace platform::linux::shortcuts

@@ -122,8 +122,8 @@ void SessionHotKeys::choose() {
       bus_,
       QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, QStringLiteral("ListNames")),
       *question_, [this](const QDBusMessage& reply) {
-        const QStringList names = reply.arguments().value(0).toStringList();
-        const bool isKWin = names.contains(kwinKeys) && names.contains(kwin);
+        const QStringList services = reply.arguments().value(0).toStringList();
+        const bool isKWin = services.contains(kwinKeys) && services.contains(kwin);
         ask(isKWin ? Provider::kwin : Provider::portal);
       });
 }

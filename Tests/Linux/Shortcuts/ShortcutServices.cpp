@@ -160,7 +160,7 @@ class KWinKeys::Service final : public Object {
   std::optional<std::string> serve(const QDBusMessage& message, const QDBusConnection& connection) override {
     if (message.path() != kwinPath || message.interface() != kwinInterface) return std::nullopt;
     const QStringList action = message.arguments().value(0).toStringList();
-    const std::string words = action.join(QStringLiteral(", ")).toStdString();
+    std::string words = action.join(QStringLiteral(", ")).toStdString();
     if (message.member() == QLatin1String("doRegister")) {
       connection.send(message.createReply());
       return words;
@@ -273,7 +273,7 @@ class Portal::Service final : public Object {
     accept(message, options, connection);
     const uint declined = user_ == User::declines ? 1 : 0;
     const QVariantMap results{{QStringLiteral("shortcuts"), QVariant::fromValue(given)}};
-    answer = [this, message, options, connection, declined, results] {
+    answer = [message, options, connection, declined, results] {
       respond(message, options, connection, declined, declined == 0 ? results : QVariantMap{});
     };
     if (user_ != User::waits) answer();
