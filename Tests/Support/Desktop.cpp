@@ -48,11 +48,15 @@ WindowManager::WindowManager(const std::string& display, Kind kind) {
   }
   process_.emplace(command(kind), environment);
   XClient client(display);
-  const bool ready = waitUntil([&] {
-    const auto check = client.numbers(client.root(), "_NET_SUPPORTING_WM_CHECK");
-    return check.size() == 1 && client.numbers(check[0], "_NET_SUPPORTING_WM_CHECK") == check &&
-           !client.numbers(client.root(), "_NET_NUMBER_OF_DESKTOPS").empty();
-  });
+  // A newer xfwm4 has other processes load its pictures, which takes long on a busy machine.
+  constexpr std::chrono::seconds patience{30};
+  const bool ready = waitUntil(
+      [&] {
+        const auto check = client.numbers(client.root(), "_NET_SUPPORTING_WM_CHECK");
+        return check.size() == 1 && client.numbers(check[0], "_NET_SUPPORTING_WM_CHECK") == check &&
+               !client.numbers(client.root(), "_NET_NUMBER_OF_DESKTOPS").empty();
+      },
+      patience);
   if (!ready) throw std::runtime_error("The window manager did not come up: " + process_->output());
 }
 
