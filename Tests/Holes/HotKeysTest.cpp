@@ -104,6 +104,7 @@ TEST_F(WaylandKeys, WhereTheDesktopGivesNoneTheCommandsToBindAreNamed) {
 TEST_F(WaylandKeys, WithoutARunningInstanceTheDoctorDoesNotTryTheKeysOfTheXServer) {
   const qt::Portal portal(bus_.address());
   start();
+  ASSERT_TRUE(support::waitUntil([&] { return portal.requests("BindShortcuts").size() == 1; }));
   program_.reset();
   EXPECT_THAT(run("doctor"), ContainsRegex("ok +Control.Alt.Super.D +toggle: the desktop gives keys"));
   EXPECT_EQ(portal.requests("BindShortcuts").size(), 1U) << "It must not ask the user.";
