@@ -91,9 +91,10 @@ MenuItem StatusMenu::commandItem(std::string_view title, Command command) {
           }};
 }
 
-MenuItem StatusMenu::hotKeyItem(std::string_view title, HotKeyCommand command) {
+MenuItem StatusMenu::hotKeyItem(HotKeyCommand command) {
   const auto key = std::ranges::find(hotKeys_, command, &HotKey::command);
-  return withHotKey(commandItem(title, [command](Commands& commands) { commands.perform(command); }), key->combination);
+  return withHotKey(commandItem(key->title, [command](Commands& commands) { commands.perform(command); }),
+                    key->combination);
 }
 
 MenuItem StatusMenu::styleMenuItem() {
@@ -119,8 +120,8 @@ void StatusMenu::fillMenu(platform::Menu& menu, const std::string& areaLabel) {
   const bool on = overlay_.isEnabled();
   const bool atLogin = platform_.loginItem().status() == platform::LoginItemStatus::enabled;
 
-  auto hide = hotKeyItem("Hide Annotations", HotKeyCommand::toggle);
-  auto peekItem = hotKeyItem("Peek for 5 Seconds", HotKeyCommand::peek);
+  auto hide = hotKeyItem(HotKeyCommand::toggle);
+  auto peekItem = hotKeyItem(HotKeyCommand::peek);
   peekItem.isEnabled = on;
 
   menu.removeAllItems();
@@ -129,8 +130,8 @@ void StatusMenu::fillMenu(platform::Menu& menu, const std::string& areaLabel) {
   menu.addItem(withState(std::move(hide), on));
   menu.addItem(std::move(peekItem));
   menu.addItem(separator());
-  menu.addItem(hotKeyItem("Whole Screen", HotKeyCommand::wholeScreen));
-  menu.addItem(hotKeyItem("Select Area…", HotKeyCommand::selectArea));
+  menu.addItem(hotKeyItem(HotKeyCommand::wholeScreen));
+  menu.addItem(hotKeyItem(HotKeyCommand::selectArea));
   menu.addItem(information(areaLabel));
   menu.addItem(separator());
   menu.addItem(styleMenuItem());

@@ -39,7 +39,7 @@ class StatusMenu {
   void fillMenu(platform::Menu& menu, const std::string& areaLabel);
   [[nodiscard]] platform::MenuItem commandItem(std::string_view title, Command command);
   // With the key that the command has now.
-  [[nodiscard]] platform::MenuItem hotKeyItem(std::string_view title, HotKeyCommand command);
+  [[nodiscard]] platform::MenuItem hotKeyItem(HotKeyCommand command);
   [[nodiscard]] platform::MenuItem styleMenuItem();
   [[nodiscard]] std::string translated(std::string_view english) const;
 
