@@ -49,15 +49,20 @@ std::vector<support::Stroke> CoveredDesktop::crossingStrokes() { return {{100, 1
 void CoveredDesktop::drawInk() {
   gromit_.emplace(server_.display());
   gromit_->draw(crossingStrokes());
-  const PixelRect below{0, area.bottom(), wholeScreen.width, wholeScreen.height - area.bottom()};
-  // The picture arrives in parts, and only silence tells that it is complete.
+  const auto isBegun = [](const Picture& screen, const support::Stroke& stroke) {
+    return ink(screen, {stroke.fromX - 6, stroke.fromY - 6, 12, 12}) > 20;
+  };
+  // The picture arrives in parts. A stroke is whole once the next one is begun, and the last one after a silence. Where
+  // there are two screens, the strokes end at the edge of the first.
   constexpr int looksAlike = 20;
   int alike = 0;
   Picture last{1, 1, 0U};
   const bool isThere = shows([&](const Picture& screen) {
     alike = screen == last ? alike + 1 : 0;
     last = screen;
-    return alike >= looksAlike && ink(screen, below) > 1000;
+    return alike >= looksAlike && std::ranges::all_of(crossingStrokes(), [&](const support::Stroke& stroke) {
+             return isBegun(screen, stroke);
+           });
   });
   ASSERT_TRUE(isThere) << "No ink came to the screen.";
 }
