@@ -94,15 +94,16 @@ class Steps:
     def number(self, picture, top=pixels.INNER_COUNTER_TOP):
         return pixels.counter(picture, self.screen, top)
 
-    def steady(self, what, condition=lambda picture: True):
-        """A picture that stays as it is, but for the counters."""
-        previous = [None]
+    def steady(self, what, condition=lambda picture: True, looks=4):
+        """A picture that stays as it is, but for the counters. Ink may arrive in parts."""
+        previous, alike = None, 0
 
         def look(picture):
+            nonlocal previous, alike
             still = self.still(picture)
-            same = previous[0] is not None and numpy.array_equal(still, previous[0])
-            previous[0] = still
-            return same and condition(picture)
+            alike = alike + 1 if previous is not None and numpy.array_equal(still, previous) else 1
+            previous = still
+            return alike >= looks and condition(picture)
 
         return self.shows(look, what)
 
@@ -151,7 +152,11 @@ class Steps:
 
     def until_as(self, before, what, deadline=15.0):
         want = pixels.ink(before)
-        return self.shows(lambda picture: numpy.array_equal(pixels.ink(picture), want), what, deadline)
+        try:
+            return self.shows(lambda picture: numpy.array_equal(pixels.ink(picture), want), what, deadline)
+        except Failure:
+            self.save(f"FAILED-{self.step.replace(' ', '-')}-as-before", before)
+            raise
 
     # The steps.
 

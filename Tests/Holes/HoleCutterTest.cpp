@@ -269,6 +269,28 @@ TEST_F(HoleCutterTest, WhatWasHalfClosedWhenItsProcessDiedIsClosed) {
   EXPECT_FALSE(shape(ink));
 }
 
+TEST_F(HoleCutterTest, WhatWasHalfMadeWhenItsProcessDiedIsUndone) {
+  const auto written = makeInk({0, 0, 400, 120});
+  const auto cleared = makeInk({0, 150, 400, 120});
+  client.sync();
+  const Picture before = client.screenshot();
+  for (const auto ink : {written, cleared}) {
+    const auto values = holes::written({.own = std::nullopt, .areas = {area}}, token);
+    client.setNumbers(ink, holeProperty, "CARDINAL", {values.begin(), values.end()});
+    client.fill(ink, {area.x, area.y, area.width, area.height}, 0);
+  }
+  // A shaped window is whole while it is cleared.
+  const std::vector<xcb_rectangle_t> whole{xcb::toRectangle(largestShape)};
+  client.setBoundingShape(cleared, whole);
+  client.sync();
+  ASSERT_NE(client.screenshot(), before);
+  closeLeftHoles(*connection, token);
+  EXPECT_EQ(client.screenshot(), before) << "their owners were not asked to draw again";
+  EXPECT_FALSE(shape(written));
+  EXPECT_FALSE(shape(cleared));
+  EXPECT_THAT(holedWindows(*connection), IsEmpty());
+}
+
 TEST_F(HoleCutterTest, NonsenseWhereAHoleWouldBeWrittenIsLeftAlone) {
   const auto ink = makeInk();
   client.setNumbers(ink, holeProperty, "CARDINAL", {1, 2, 3, 0xFFFFFFF});

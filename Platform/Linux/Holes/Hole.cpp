@@ -38,7 +38,9 @@ PixelSet pierced(const Hole& hole) { return without(hole.own ? *hole.own : Pixel
 bool stands(const Hole& hole, const BoundingShape& now) { return now && holdSame(*now, pierced(hole)); }
 
 BoundingShape ownShape(const BoundingShape& now, const std::optional<Hole>& before) {
-  return before && stands(*before, now) ? before->own : now;
+  if (!before) return now;
+  const Hole closed{.own = before->own, .areas = {}};
+  return stands(*before, now) || stands(closed, now) ? before->own : now;
 }
 
 std::vector<std::uint32_t> written(const Hole& hole, std::uint32_t token) {

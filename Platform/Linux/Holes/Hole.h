@@ -32,7 +32,7 @@ struct Hole {
 // Whether the window still has the shape that it was given for the hole.
 [[nodiscard]] bool stands(const Hole& hole, const BoundingShape& now);
 // The owner's shape of a window that has this shape now, and was given a hole before or not: what differs from what it
-// was given is the owner's.
+// was given for the hole, or for the moments without it, is the owner's.
 [[nodiscard]] BoundingShape ownShape(const BoundingShape& now, const std::optional<Hole>& before);
 
 // As the value of a property. The token tells by which process the hole was made.

@@ -223,8 +223,11 @@ void closeLeftHoles(xcb::Connection& connection, const std::optional<std::uint32
   std::vector<std::pair<xcb_window_t, Hole>> halfway;
   for (const auto& [window, written] : holedWindows(connection)) {
     if (token && written.token != *token) continue;
-    if (auto rest = HoleCutter(connection, written.token).mend(window, written.hole))
-      halfway.emplace_back(window, std::move(*rest));
+    HoleCutter cutter(connection, written.token);
+    // A hole that was not made to its end may have been cleared already: only what comes back is drawn again.
+    const auto hole = cutter.cut(written.hole, {.window = window, .areas = written.hole.areas, .isForReshaped = true});
+    if (!hole || !*hole) continue;
+    if (auto rest = cutter.mend(window, **hole)) halfway.emplace_back(window, std::move(*rest));
   }
   if (!halfway.empty()) std::this_thread::sleep_for(timeForCompositors);
   for (const auto& [window, hole] : halfway) HoleCutter(connection, 0).finish(window, hole);
