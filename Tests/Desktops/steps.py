@@ -135,6 +135,13 @@ class Steps:
         self.gromit.draw(*strokes)
         self.shows(lambda picture: pixels.ink_inside(picture, spot) > 4, "the new ink is seen outside")
 
+    def restart_content(self, pictures_a_second=10):
+        """A full-screen window that opens later, and whose number begins anew."""
+        last = self.number(self.desktop.picture(), pixels.OUTER_COUNTER_TOP)
+        self.contents[0].kill()
+        self.contents[0] = Content(self.desktop, 0, pictures_a_second)
+        self.shows(lambda picture: 0 < self.number(picture, pixels.OUTER_COUNTER_TOP) < last, "a later window is there")
+
     def tear_down(self):
         for program in (self.quillfade, self.gromit):
             if program and program.is_running():
@@ -276,11 +283,7 @@ class Steps:
         picture = self.shows(is_solid, "the area has one colour")
         self.save("7-solid", picture)
         require(numpy.array_equal(self.outside(before), self.outside(picture)), "the ink outside changed")
-        # A full-screen window that opens later, and whose number begins anew.
-        last = self.number(picture, pixels.OUTER_COUNTER_TOP)
-        self.contents[0].kill()
-        self.contents[0] = Content(self.desktop, 0)
-        self.shows(lambda picture: 0 < self.number(picture, pixels.OUTER_COUNTER_TOP) < last, "a later window is there")
+        self.restart_content()
         require(is_solid(self.steady("the cover with a later window")), "a later window is above the cover")
         self.quillfade.command("toggle")
         self.until_as(before, "all the ink is back")
@@ -346,10 +349,11 @@ class Steps:
         )
 
     def cost(self, seconds=10):
-        """Processor time, with something to show ten times a second and with nothing that changes."""
+        """Processor time, with something to show thirty times a second and with nothing that changes."""
         self.begin()
+        self.restart_content(30)
         said = []
-        for what in ("ten pictures a second", "idle"):
+        for what in ("thirty pictures a second", "idle"):
             if what == "idle":
                 self.contents[0].pause()
             without = self.load(seconds)
@@ -358,6 +362,7 @@ class Steps:
             self.quillfade.command("toggle")
             self.contents[0].resume()
             said.append(f"{what}: {without:.1f} % of a core without, {covered:.1f} % with the cover")
+        self.restart_content()
         return "compositor, Xwayland and Quillfade, " + "; ".join(said)
 
     def load(self, seconds):
