@@ -17,7 +17,8 @@ namespace platform::linux {
 
 class DesktopWindows final : public Windows {
  public:
-  explicit DesktopWindows(const cover::ClickThroughWindow::Surroundings& surroundings) : surroundings_(surroundings) {}
+  DesktopWindows(const cover::ClickThroughWindow::Surroundings& surroundings, input::KeyboardFocus::Manner keyboard)
+      : surroundings_(surroundings), focus_(keyboard) {}
 
   std::unique_ptr<Window> makeWindow(const WindowAttributes& attributes) override;
   // X11 has no levels: windows at this one are kept on top by raising them.

@@ -1,9 +1,36 @@
 #include "Platform/Linux/Input/KeyboardFocus.h"
 
+#include <QTimer>
+#include <chrono>
+
 #include "Platform/Linux/Toolkit/QtX11.h"
 #include "Platform/Linux/Xcb/Replies.h"
 
 namespace platform::linux::input {
+
+namespace {
+
+// Until they know a window that is new.
+constexpr std::chrono::milliseconds timeForCompositors{200};
+
+// No window manager stands in between, so the server has mapped the window by the time it reads this. Qt would wait
+// for the map's event, and then the window mapped last would win, not the one requested last.
+void focus(const QWidget& window) {
+  xcb_connection_t* connection = toolkit::qtConnection();
+  xcb_set_input_focus(connection, XCB_INPUT_FOCUS_PARENT, static_cast<xcb_window_t>(window.winId()), XCB_CURRENT_TIME);
+  xcb_flush(connection);
+}
+
+// Another program may have done so already: the pointer is enough then.
+void grab(const QWidget& window) {
+  xcb_connection_t* connection = toolkit::qtConnection();
+  const auto cookie = xcb_grab_keyboard(connection, 0, static_cast<xcb_window_t>(window.winId()), XCB_CURRENT_TIME,
+                                        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+  xcb_discard_reply(connection, cookie.sequence);
+  xcb_flush(connection);
+}
+
+}  // namespace
 
 class FocusLoan {
  public:
@@ -41,16 +68,16 @@ std::shared_ptr<FocusLoan> KeyboardFocus::borrow() {
   return loan;
 }
 
-void KeyboardFocus::give(QWidget& window) {
-  xcb_connection_t* connection = toolkit::qtConnection();
-  if (!connection) {
+void KeyboardFocus::give(QWidget& window) const {
+  if (!toolkit::qtConnection()) {
     window.activateWindow();
     return;
   }
-  // No window manager stands in between, so the server has mapped the window by the time it reads this. Qt would wait
-  // for the map's event, and then the window mapped last would win, not the one requested last.
-  xcb_set_input_focus(connection, XCB_INPUT_FOCUS_PARENT, static_cast<xcb_window_t>(window.winId()), XCB_CURRENT_TIME);
-  xcb_flush(connection);
+  if (manner_ == Manner::byFocus) return focus(window);
+  grab(window);
+  QTimer::singleShot(timeForCompositors, &window, [&window] {
+    if (window.isVisible()) focus(window);
+  });
 }
 
 }  // namespace platform::linux::input

@@ -83,7 +83,7 @@ void WidgetWindow::makeKeyAndOrderFront() {
 void WidgetWindow::makeKey() {
   if (!attributes_.canBecomeKey || !surface_->isVisible()) return;
   loan_ = focus_.borrow();
-  input::KeyboardFocus::give(*surface_);
+  focus_.give(*surface_);
 }
 
 void WidgetWindow::makeFirstResponder(View& view) {

@@ -241,6 +241,25 @@ TEST_F(WidgetWindowTest, TheKeyboardIsNotTakenFromAProgramThatTookItMeanwhile) {
   EXPECT_EQ(focused(), second);
 }
 
+TEST_F(WidgetWindowTest, WithAGrabItHasTheKeysThoughTheFocusIsTakenBack) {
+  focus = input::KeyboardFocus(input::KeyboardFocus::Manner::byGrabAndFocus);
+  const auto other = client.createWindow({.frame = {600, 600, 50, 50}});
+  client.sync();
+  show();
+  ASSERT_TRUE(qt::runUntil([&] { return focused() == window->windowId(); }));
+  xcb_set_input_focus(client.connection(), XCB_INPUT_FOCUS_POINTER_ROOT, other, XCB_CURRENT_TIME);
+  client.sync();
+  qt::runPending();
+  input.press(XK_Escape);
+  EXPECT_TRUE(qt::runUntil([&] { return responder->cancels == 1; }));
+  window->orderOut();
+  qt::runPending();
+  const auto grab = support::waitForReply(
+      client.connection(), xcb_grab_keyboard_reply,
+      xcb_grab_keyboard(client.connection(), 0, other, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+  EXPECT_EQ(grab->status, XCB_GRAB_STATUS_SUCCESS);
+}
+
 TEST_F(WidgetWindowTest, TheWindowCoversItsFrameAndNoWindowManagerTouchesIt) {
   const support::WindowManager manager(qt::display());
   show();
