@@ -10,6 +10,7 @@ from sway import Sway
 class Kwin(Sway):
     name = "kwin"
     wayland_sockets = "kwin-?"
+    keys = "as KWin's service for shortcuts gives it"
     options = ["xwayland disable"] + [
         f'for_window [title="WL-{number} "] move container to output HEADLESS-{number + 1}, fullscreen enable'
         for number in range(2)

@@ -7,10 +7,14 @@ class Labwc(Wlroots):
     name = "labwc"
 
     def launch(self):
+        action = '<action name="Execute" command="quillfade toggle"/>'
+        binding = f'<keyboard><default/><keybind key="C-A-W-d">{action}</keybind></keyboard>'
+        (self.runtime / "rc.xml").write_text(f"<labwc_config>{binding}</labwc_config>\n")
         self.environment["XDG_CURRENT_DESKTOP"] = "labwc:wlroots"
         self.compositor = self.spawn(["labwc", "--config-dir", str(self.runtime)], "labwc")
 
     def arrange(self):
+        super().arrange()
         layout = self.layout
         x = 0
         for output in self.outputs():

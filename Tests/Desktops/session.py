@@ -36,6 +36,7 @@ def main():
     shutil.rmtree(place, ignore_errors=True)
     place.mkdir(parents=True)
     desktop = DESKTOPS[name](layout, "/tmp/session", place)
+    desktop.environment["PATH"] = f"{pathlib.Path(executable).parent}:{desktop.environment['PATH']}"
     if layout.scale != 1 and "scale" in desktop.left_out:
         print(f"{name} {session}: left out: {desktop.left_out['scale']}", flush=True)
         return 0

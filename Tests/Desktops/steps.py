@@ -307,6 +307,62 @@ class Steps:
         self.quillfade.command("toggle")
         return "a hairline along the edges"
 
+    def area_selected(self):
+        """Dragged from near the top-left corner of the screen, and given up once before."""
+        before = self.begin()
+        self.quillfade.command("select-area")
+        light = before.mean()
+        dark = self.shows(lambda picture: picture.mean() < 0.8 * light, "the screen is dimmed")
+        self.save("9-selection", dark)
+        presses = self.give_up(before)
+        self.quillfade.command("select-area")
+        self.shows(lambda picture: picture.mean() < 0.8 * light, "the screen is dimmed once more")
+        right, bottom = self.x_width // 2 // GRAIN * GRAIN, self.x_height // 2 // GRAIN * GRAIN
+        self.desktop.drag((GRAIN, GRAIN), (right, bottom))
+        place = pixels.scaled((GRAIN, GRAIN, right - GRAIN, bottom - GRAIN), self.factor)
+        margin = 0 if self.factor == 1 else 2
+        inner, outer = pixels.grown(place, -margin), pixels.grown(place, margin)
+
+        def is_covered(picture):
+            as_before = numpy.array_equal(pixels.ink_outside(picture, outer), pixels.ink_outside(before, outer))
+            wrong = pixels.differences(self.still(self.clean), self.still(picture), inner)
+            return as_before and wrong == 0
+
+        self.save("10-selected", self.shows(is_covered, "the dragged area shows what lies beneath, and no other"))
+        gone = pixels.ink_inside(before, inner)
+        require(gone > 1000, "there was no ink in that area")
+        self.quillfade.command("toggle")
+        self.until_as(before, "all the ink is back")
+        self.quillfade.kill()
+        return (
+            f"given up with Escape, pressed {presses} times; then {right - GRAIN} x {bottom - GRAIN} pixels: {gone} "
+            "pixels of ink, then 0"
+        )
+
+    def give_up(self, before):
+        """Presses Escape as somebody would: again if nothing happens for a second. How often it was pressed."""
+        presses, pressed = 0, -1.0
+        want = pixels.ink(before)
+
+        def is_given_up(picture):
+            nonlocal presses, pressed
+            if time.monotonic() > pressed + 1:
+                self.desktop.press_escape()
+                presses, pressed = presses + 1, time.monotonic()
+            return numpy.array_equal(pixels.ink(picture), want)
+
+        self.shows(is_given_up, "the selection is given up")
+        return presses
+
+    def hot_key(self):
+        before = self.begin()
+        said = self.quillfade.command("keys")
+        self.desktop.press_toggle()
+        self.shows(self.is_clear, f"no ink inside the area; the keys: {said}")
+        self.desktop.press_toggle()
+        self.until_as(before, "all the ink is back")
+        return f"pressed twice, {self.desktop.keys}"
+
     def killed(self):
         before = self.begin()
         self.cover()
@@ -417,11 +473,13 @@ MAIN = [
     ("whole screen", Steps.whole_screen),
     ("solid cover", Steps.solid),
     ("outline", Steps.outline),
+    ("area selection", Steps.area_selected),
+    ("hot key", Steps.hot_key),
     ("kill -9", Steps.killed),
     ("two hundred times", Steps.many),
     ("how fast", Steps.how_fast),
     ("processor time", Steps.cost),
     ("Xwayland killed", Steps.xwayland_killed),
 ]
-SCALED = [MAIN[0], MAIN[1], MAIN[2], MAIN[5], MAIN[6], MAIN[7]]
+SCALED = [MAIN[0], MAIN[1], MAIN[2], MAIN[5], MAIN[6], MAIN[7], MAIN[8]]
 TWO_OUTPUTS = [MAIN[0], MAIN[1], ("two outputs", Steps.two_outputs)]

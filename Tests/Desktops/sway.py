@@ -5,7 +5,7 @@ from wlroots import Wlroots
 
 class Sway(Wlroots):
     name = "sway"
-    options = ["xwayland force", "default_border none"]
+    options = ["xwayland force", "default_border none", "bindsym Ctrl+Mod1+Mod4+d exec quillfade toggle"]
 
     def launch(self):
         layout = self.layout

@@ -5,6 +5,7 @@ import subprocess
 
 import numpy
 
+import keyboard
 from desktop import Desktop
 
 
@@ -61,3 +62,14 @@ class Wlroots(Desktop):
 
     def frames(self):
         return Recording(self)
+
+    def arrange(self):
+        # Of the compositor that shows everything. There is no other.
+        name = (self.environment | self.host)["WAYLAND_DISPLAY"]
+        self.keyboard = keyboard.Keyboard(str(self.runtime / name))
+
+    def press_escape(self):
+        self.keyboard.press(keyboard.ESCAPE)
+
+    def press_toggle(self):
+        self.keyboard.press(keyboard.CONTROL, keyboard.ALT, keyboard.SUPER, keyboard.D)

@@ -1,0 +1,78 @@
+"""A keyboard for compositors with the protocol virtual-keyboard-unstable-v1: keys by position, as on a real one."""
+
+import array
+import os
+import socket
+import struct
+import time
+
+from desktop import Failure
+
+KEYMAP = b"""xkb_keymap {
+  xkb_keycodes { include "evdev+aliases(qwerty)" };
+  xkb_types { include "complete" };
+  xkb_compat { include "complete" };
+  xkb_symbols { include "pc+us+inet(evdev)" };
+};\0"""
+MODIFIERS = {29: 1 << 2, 56: 1 << 3, 125: 1 << 6}  # Control, Alt and Super on the left, by their bits in that map
+CONTROL, ALT, SUPER, D, ESCAPE = 29, 56, 125, 32, 1  # as the kernel numbers keys
+PAUSE = 0.05
+
+# Objects, in the order in which they are made: the protocol wants no gaps.
+DISPLAY, REGISTRY, CALLBACK, SEAT, MANAGER, KEYBOARD = range(1, 7)
+WANTED = {b"wl_seat": SEAT, b"zwp_virtual_keyboard_manager_v1": MANAGER}
+
+
+def string(text):
+    data = text + b"\0"
+    return struct.pack("I", len(data)) + data + bytes(-len(data) % 4)
+
+
+class Keyboard:
+    def __init__(self, path):
+        self.socket = socket.socket(socket.AF_UNIX)
+        self.socket.settimeout(10)
+        self.socket.connect(path)
+        self.request(DISPLAY, 1, struct.pack("I", REGISTRY))
+        numbers = self.globals()
+        for interface, wanted in WANTED.items():
+            bound = struct.pack("I", numbers[interface]) + string(interface) + struct.pack("II", 1, wanted)
+            self.request(REGISTRY, 0, bound)
+        self.request(MANAGER, 0, struct.pack("II", SEAT, KEYBOARD))
+        keymap = os.memfd_create("keymap")
+        os.write(keymap, KEYMAP)
+        self.request(KEYBOARD, 0, struct.pack("II", 1, len(KEYMAP)), [keymap])
+        os.close(keymap)
+
+    def request(self, target, opcode, arguments=b"", descriptors=()):
+        message = struct.pack("IHH", target, opcode, 8 + len(arguments)) + arguments
+        passed = [(socket.SOL_SOCKET, socket.SCM_RIGHTS, array.array("i", descriptors))] if descriptors else []
+        self.socket.sendmsg([message], passed)
+
+    def globals(self):
+        """The numbers of the interfaces that the compositor has."""
+        self.request(DISPLAY, 0, struct.pack("I", CALLBACK))
+        data, found = b"", {}
+        while True:
+            received = self.socket.recv(65536)
+            if not received:
+                raise Failure("the compositor has closed the connection")
+            data += received
+            while len(data) >= 8 and len(data) >= struct.unpack_from("IHH", data)[2]:
+                target, _, size = struct.unpack_from("IHH", data)
+                if target == CALLBACK:
+                    return found
+                if target == REGISTRY:
+                    name, length = struct.unpack_from("II", data, 8)
+                    found[data[16 : 15 + length]] = name
+                data = data[size:]
+
+    def press(self, *keys):
+        """Presses the keys one after the other, and releases them in the opposite order."""
+        held = 0
+        for is_pressed in (1, 0):
+            for key in keys if is_pressed else reversed(keys):
+                self.request(KEYBOARD, 1, struct.pack("III", time.monotonic_ns() // 10**6 % 2**32, key, is_pressed))
+                held ^= MODIFIERS.get(key, 0)
+                self.request(KEYBOARD, 2, struct.pack("IIII", held, 0, 0, 0))
+                time.sleep(PAUSE)
