@@ -20,7 +20,7 @@ install: ## installs the program under PREFIX (/usr/local), staged in DESTDIR
 	cmake --install build/release
 
 deb: ## the Debian package, in build/release
-	./setup
+	./setup deb
 	cmake --preset release
 	cmake --build --preset release --target quillfade
 	cd build/release && cpack

@@ -10,7 +10,8 @@ overlays of annotation programs left out, at a key stroke and without\n\
 freezing anything. Clicks go to what lies beneath, and the drawings are still\n\
 there afterwards.\n\
 .\n\
-Lives in the tray of an X11 desktop; answers hot keys and a command line.")
+Lives in the tray of an X11 desktop, or of a Wayland desktop with Xwayland;\n\
+answers hot keys and a command line.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
