@@ -374,6 +374,22 @@ class Steps:
         require(took < 2, f"the ink came back only after {took:.1f} s")
         return f"all the ink back {took:.1f} s after kill -9, and the guard gone"
 
+    def run_demo(self):
+        """As a new user starts it, from the tree."""
+        before = self.begin()
+        self.quillfade.command("quit")
+        self.quillfade.process.wait(10)
+        run = ["bash", "-c", f"cd {pathlib.Path(__file__).resolve().parents[2]} && exec ./run"]
+        self.quillfade.process = self.desktop.spawn(run, "run", QUILLFADE_DEMO="1")
+        wait_for(self.quillfade.answers, "Quillfade answers", 60)
+        everything = pixels.ink(before).sum()
+        picture = self.shows(lambda picture: 0 < pixels.ink(picture).sum() < everything, "some of the ink is gone")
+        self.save("11-demo", self.steady("the demonstration stands"))
+        self.quillfade.command("quit")
+        self.until_as(before, "all the ink is back")
+        self.quillfade.process.wait(10)
+        return f"{everything} pixels of ink, then {pixels.ink(picture).sum()}, then all"
+
     def many(self, times=200):
         before = self.begin()
         for time_ in range(times):
@@ -476,6 +492,7 @@ MAIN = [
     ("area selection", Steps.area_selected),
     ("hot key", Steps.hot_key),
     ("kill -9", Steps.killed),
+    ("run", Steps.run_demo),
     ("two hundred times", Steps.many),
     ("how fast", Steps.how_fast),
     ("processor time", Steps.cost),
