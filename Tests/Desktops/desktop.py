@@ -16,8 +16,6 @@ from dataclasses import dataclass
 import Xlib.display
 import Xlib.error
 import Xlib.X
-import Xlib.XK
-import Xlib.ext.xtest
 
 
 class Failure(Exception):
@@ -104,8 +102,15 @@ class Desktop:
         """What a recording of the first screen gets."""
         return Frames(self.picture)
 
+    def press_escape(self):
+        raise NotImplementedError
+
     def press_toggle(self):
         """Presses and releases Ctrl+Alt+Super+D."""
+        raise NotImplementedError
+
+    def drag(self, start, end):
+        """With the first button, in the pixels of the X server."""
         raise NotImplementedError
 
     def arrange(self):
@@ -153,24 +158,6 @@ class Desktop:
         with self.x_display() as display:
             size = display.screen().root.get_geometry()
             return size.width, size.height
-
-    def drag(self, start, end):
-        """With the first button of the X server's pointer, in its pixels."""
-        middle = ((start[0] + end[0]) // 2, (start[1] + end[1]) // 2)
-        events = [(Xlib.X.MotionNotify, 0, start), (Xlib.X.ButtonPress, 1, start), (Xlib.X.MotionNotify, 0, middle)]
-        events += [(Xlib.X.MotionNotify, 0, end), (Xlib.X.ButtonRelease, 1, end)]
-        with self.x_display() as display:
-            for kind, detail, (x, y) in events:
-                Xlib.ext.xtest.fake_input(display, kind, detail, x=x, y=y)
-                display.sync()
-
-    def press_escape(self):
-        """As the X server's keyboard does."""
-        with self.x_display() as display:
-            key = display.keysym_to_keycode(Xlib.XK.XK_Escape)
-            for kind in (Xlib.X.KeyPress, Xlib.X.KeyRelease):
-                Xlib.ext.xtest.fake_input(display, kind, key)
-                display.sync()
 
     def primary_corner(self):
         """The top-left corner of the X server's primary monitor, or else of its first."""

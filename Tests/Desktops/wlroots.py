@@ -5,7 +5,7 @@ import subprocess
 
 import numpy
 
-import keyboard
+import hands
 from desktop import Desktop
 
 
@@ -66,10 +66,14 @@ class Wlroots(Desktop):
     def arrange(self):
         # Of the compositor that shows everything. There is no other.
         name = (self.environment | self.host)["WAYLAND_DISPLAY"]
-        self.keyboard = keyboard.Keyboard(str(self.runtime / name))
+        self.hands = hands.Hands(str(self.runtime / name))
+        self.hands.point_away()
 
     def press_escape(self):
-        self.keyboard.press(keyboard.ESCAPE)
+        self.hands.press(hands.ESCAPE)
 
     def press_toggle(self):
-        self.keyboard.press(keyboard.CONTROL, keyboard.ALT, keyboard.SUPER, keyboard.D)
+        self.hands.press(hands.CONTROL, hands.ALT, hands.SUPER, hands.D)
+
+    def drag(self, start, end):
+        self.hands.drag(start, end, self.x_size())

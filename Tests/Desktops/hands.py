@@ -1,4 +1,5 @@
-"""A keyboard for compositors with the protocol virtual-keyboard-unstable-v1: keys by position, as on a real one."""
+"""A keyboard and a pointer for the compositors that have virtual-keyboard-unstable-v1 and
+wlr-virtual-pointer-unstable-v1. Keys go by position, as on a real keyboard."""
 
 import array
 import os
@@ -16,11 +17,16 @@ KEYMAP = b"""xkb_keymap {
 };\0"""
 MODIFIERS = {29: 1 << 2, 56: 1 << 3, 125: 1 << 6}  # Control, Alt and Super on the left, by their bits in that map
 CONTROL, ALT, SUPER, D, ESCAPE = 29, 56, 125, 32, 1  # as the kernel numbers keys
+LEFT_BUTTON = 0x110
 PAUSE = 0.05
 
 # Objects, in the order in which they are made: the protocol wants no gaps.
-DISPLAY, REGISTRY, CALLBACK, SEAT, MANAGER, KEYBOARD = range(1, 7)
-WANTED = {b"wl_seat": SEAT, b"zwp_virtual_keyboard_manager_v1": MANAGER}
+DISPLAY, REGISTRY, CALLBACK, SEAT, KEYBOARDS, POINTERS, KEYBOARD, POINTER = range(1, 9)
+WANTED = {
+    b"wl_seat": SEAT,
+    b"zwp_virtual_keyboard_manager_v1": KEYBOARDS,
+    b"zwlr_virtual_pointer_manager_v1": POINTERS,
+}
 
 
 def string(text):
@@ -28,7 +34,11 @@ def string(text):
     return struct.pack("I", len(data)) + data + bytes(-len(data) % 4)
 
 
-class Keyboard:
+def now():
+    return time.monotonic_ns() // 10**6 % 2**32
+
+
+class Hands:
     def __init__(self, path):
         self.socket = socket.socket(socket.AF_UNIX)
         self.socket.settimeout(10)
@@ -38,7 +48,8 @@ class Keyboard:
         for interface, wanted in WANTED.items():
             bound = struct.pack("I", numbers[interface]) + string(interface) + struct.pack("II", 1, wanted)
             self.request(REGISTRY, 0, bound)
-        self.request(MANAGER, 0, struct.pack("II", SEAT, KEYBOARD))
+        self.request(KEYBOARDS, 0, struct.pack("II", SEAT, KEYBOARD))
+        self.request(POINTERS, 0, struct.pack("II", SEAT, POINTER))
         keymap = os.memfd_create("keymap")
         os.write(keymap, KEYMAP)
         self.request(KEYBOARD, 0, struct.pack("II", 1, len(KEYMAP)), [keymap])
@@ -72,7 +83,33 @@ class Keyboard:
         held = 0
         for is_pressed in (1, 0):
             for key in keys if is_pressed else reversed(keys):
-                self.request(KEYBOARD, 1, struct.pack("III", time.monotonic_ns() // 10**6 % 2**32, key, is_pressed))
+                self.request(KEYBOARD, 1, struct.pack("III", now(), key, is_pressed))
                 held ^= MODIFIERS.get(key, 0)
                 self.request(KEYBOARD, 2, struct.pack("IIII", held, 0, 0, 0))
                 time.sleep(PAUSE)
+
+    def drag(self, start, end, size):
+        """With the first button. The places are in pixels of a desktop of that size."""
+        middle = ((start[0] + end[0]) // 2, (start[1] + end[1]) // 2)
+        self.point(start, size)
+        self.button(1)
+        self.point(middle, size)
+        self.point(end, size)
+        self.button(0)
+        self.point_away()
+
+    def point_away(self):
+        """To the bottom-right corner, where the pointer hides nothing in the pictures."""
+        self.point((1, 1), (1, 1))
+
+    def point(self, place, size):
+        self.request(POINTER, 1, struct.pack("5I", now(), *place, *size))
+        self.end_of_frame()
+
+    def button(self, is_pressed):
+        self.request(POINTER, 2, struct.pack("III", now(), LEFT_BUTTON, is_pressed))
+        self.end_of_frame()
+
+    def end_of_frame(self):
+        self.request(POINTER, 4)
+        time.sleep(PAUSE)
