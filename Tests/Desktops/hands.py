@@ -91,7 +91,9 @@ class Hands:
     def drag(self, start, end, size):
         """With the first button. The places are in pixels of a desktop of that size."""
         middle = ((start[0] + end[0]) // 2, (start[1] + end[1]) // 2)
-        self.point(start, size)
+        # Not by a single leap: the program beneath may hear only of the next movement.
+        for step in (2, 1, 0):
+            self.point((start[0] + step, start[1] + step), size)
         self.button(1)
         self.point(middle, size)
         self.point(end, size)
