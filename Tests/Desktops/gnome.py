@@ -122,6 +122,7 @@ class Gnome(Desktop):
 
     def move_pointer(self, place):
         """Step by step: the X server knows where the pointer is only while it is over one of its windows."""
+        points = self.layout.outputs * self.layout.width / self.layout.scale / self.x_size()[0]
         with self.x_display() as display:
             root = display.screen().root
 
@@ -130,7 +131,7 @@ class Gnome(Desktop):
                 missing = (place[0] - now.root_x, place[1] - now.root_y)
                 if missing == (0, 0):
                     return True
-                self.remote.NotifyPointerMotionRelative(*map(float, missing))
+                self.remote.NotifyPointerMotionRelative(*(points * each for each in missing))
                 time.sleep(0.2)
                 return False
 

@@ -44,11 +44,15 @@ class Steps:
         # In points, y up; the primary screen may be the right one.
         left = x - self.desktop.primary_corner()[0]
         self.region = f"{{{{{left}, {self.x_height - y - height}}}, {{{width}, {height}}}}}"
-        place = pixels.scaled(self.area, self.factor)
-        # A compositor that scales blends the pixels along the edges.
-        margin = 0 if self.factor == 1 else 2
-        self.inner, self.outer = pixels.grown(place, -margin), pixels.grown(place, margin)
+        self.inner, self.outer = self.within_and_around(self.area)
         return f"{picture.shape[1]} x {picture.shape[0]} pixels, X counts {x_size[0]} x {self.x_height}"
+
+    def within_and_around(self, area):
+        """The pixels that the area surely has, and those that it may touch."""
+        place = pixels.scaled(area, self.factor)
+        # A compositor that scales blends the pixels along the edges.
+        margin = 0 if self.desktop.layout.scale == 1 else 2
+        return pixels.grown(place, -margin), pixels.grown(place, margin)
 
     def save(self, name, picture=None):
         picture = self.desktop.picture() if picture is None else picture
@@ -319,9 +323,7 @@ class Steps:
         self.shows(lambda picture: picture.mean() < 0.8 * light, "the screen is dimmed once more")
         right, bottom = self.x_width // 2 // GRAIN * GRAIN, self.x_height // 2 // GRAIN * GRAIN
         self.desktop.drag((GRAIN, GRAIN), (right, bottom))
-        place = pixels.scaled((GRAIN, GRAIN, right - GRAIN, bottom - GRAIN), self.factor)
-        margin = 0 if self.factor == 1 else 2
-        inner, outer = pixels.grown(place, -margin), pixels.grown(place, margin)
+        inner, outer = self.within_and_around((GRAIN, GRAIN, right - GRAIN, bottom - GRAIN))
 
         def is_covered(picture):
             as_before = numpy.array_equal(pixels.ink_outside(picture, outer), pixels.ink_outside(before, outer))
