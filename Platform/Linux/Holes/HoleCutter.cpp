@@ -169,6 +169,15 @@ void HoleCutter::clear(const Hole& hole, xcb_window_t window, const Look& now) {
   fill(window, now, XCB_RENDER_PICT_OP_SRC, common(hole.areas, now.bounds));
 }
 
+void HoleCutter::cutAgain(xcb_window_t window, const Hole& hole) {
+  const ServerGrab grab(connection_);
+  const auto now = look(window);
+  if (!now || !stands(hole, now->shape)) return;
+  clear(hole, window, *now);
+  setShape(window, pierced(hole));
+  nudge(window, *now);
+}
+
 std::optional<Hole> HoleCutter::mend(xcb_window_t window, const Hole& hole) {
   const ServerGrab grab(connection_);
   const auto now = look(window);

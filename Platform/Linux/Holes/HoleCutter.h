@@ -39,6 +39,8 @@ class HoleCutter {
   // every compositor looks at shapes. Absent when the window is gone; an error when the server does not do it.
   [[nodiscard]] std::expected<std::optional<Hole>, Error> cut(const std::optional<Hole>& before,
                                                               const HoleBook::Step& step);
+  // Makes the hole that stands there once more, for a compositor that overlooked it.
+  void cutAgain(xcb_window_t window, const Hole& hole);
   // Gives the window back what was its own, unless its owner has done so, but for two things that take a moment, and
   // that `finish` does. A window without a shape has its rectangle as one until then, since compositors overlook a step
   // from a shape to none; and a program may not draw again what was cleared. Absent when there is nothing to finish.
