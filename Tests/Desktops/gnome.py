@@ -11,6 +11,7 @@ import numpy
 from PIL import Image
 
 from desktop import Desktop, Failure, wait_for
+from hands import LEFT_BUTTON
 from screencast import Recording
 
 SYSTEM_BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
@@ -30,7 +31,6 @@ show-banners=false
 DISPLAYS = "org.gnome.Mutter.DisplayConfig"
 TEMPORARY = 1
 REMOTE = "org.gnome.Mutter.RemoteDesktop"
-LEFT_BUTTON = 0x110  # as the kernel numbers it
 ESCAPE = 0xFF1B
 
 

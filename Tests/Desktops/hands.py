@@ -15,8 +15,9 @@ KEYMAP = b"""xkb_keymap {
   xkb_compat { include "complete" };
   xkb_symbols { include "pc+us+inet(evdev)" };
 };\0"""
-MODIFIERS = {29: 1 << 2, 56: 1 << 3, 125: 1 << 6}  # Control, Alt and Super on the left, by their bits in that map
-CONTROL, ALT, SUPER, D, ESCAPE = 29, 56, 125, 32, 1  # as the kernel numbers keys
+# As the kernel numbers keys and buttons; the modifiers are those on the left, with their bits in that map.
+CONTROL, ALT, SUPER, D, ESCAPE = 29, 56, 125, 32, 1
+MODIFIERS = {CONTROL: 1 << 2, ALT: 1 << 3, SUPER: 1 << 6}
 LEFT_BUTTON = 0x110
 PAUSE = 0.05
 

@@ -312,13 +312,13 @@ class Steps:
         return "a hairline along the edges"
 
     def area_selected(self):
-        """Dragged from near the top-left corner of the screen, and given up once before."""
+        """Dragged from near the top-left corner of the screen, and cancelled once before."""
         before = self.begin()
         self.quillfade.command("select-area")
         light = before.mean()
         dark = self.shows(lambda picture: picture.mean() < 0.8 * light, "the screen is dimmed")
         self.save("9-selection", dark)
-        presses = self.give_up(before)
+        presses = self.cancel_selection(before)
         self.quillfade.command("select-area")
         self.shows(lambda picture: picture.mean() < 0.8 * light, "the screen is dimmed once more")
         right, bottom = self.x_width // 2 // GRAIN * GRAIN, self.x_height // 2 // GRAIN * GRAIN
@@ -337,23 +337,23 @@ class Steps:
         self.until_as(before, "all the ink is back")
         self.quillfade.kill()
         return (
-            f"given up with Escape, pressed {presses} times; then {right - GRAIN} x {bottom - GRAIN} pixels: {gone} "
+            f"cancelled with Escape, pressed {presses} times; then {right - GRAIN} x {bottom - GRAIN} pixels: {gone} "
             "pixels of ink, then 0"
         )
 
-    def give_up(self, before):
+    def cancel_selection(self, before):
         """Presses Escape as somebody would: again if nothing happens for a second. How often it was pressed."""
         presses, pressed = 0, -1.0
         want = pixels.ink(before)
 
-        def is_given_up(picture):
+        def is_cancelled(picture):
             nonlocal presses, pressed
             if time.monotonic() > pressed + 1:
                 self.desktop.press_escape()
                 presses, pressed = presses + 1, time.monotonic()
             return numpy.array_equal(pixels.ink(picture), want)
 
-        self.shows(is_given_up, "the selection is given up")
+        self.shows(is_cancelled, "the selection is cancelled")
         return presses
 
     def hot_key(self):

@@ -10,8 +10,8 @@ namespace platform::linux::input {
 
 namespace {
 
-// Until they know a window that is new.
-constexpr std::chrono::milliseconds timeForCompositors{200};
+// Until a compositor knows a window that is new.
+constexpr std::chrono::milliseconds timeToBeKnown{200};
 
 // No window manager stands in between, so the server has mapped the window by the time it reads this. Qt would wait
 // for the map's event, and then the window mapped last would win, not the one requested last.
@@ -75,7 +75,7 @@ void KeyboardFocus::give(QWidget& window) const {
   }
   if (manner_ == Manner::byFocus) return focus(window);
   grab(window);
-  QTimer::singleShot(timeForCompositors, &window, [&window] {
+  QTimer::singleShot(timeToBeKnown, &window, [&window] {
     if (window.isVisible()) focus(window);
   });
 }
