@@ -61,6 +61,12 @@ TEST_F(PortalHotKeys, AUserWhoDeclinesIsNotAskedAgain) {
       qt::runUntil([&] { return portal_->requests("BindShortcuts").size() > 1; }, std::chrono::milliseconds(1500)));
 }
 
+TEST_F(PortalHotKeys, KeysThatAreGivenCountEvenIfTheResponseSaysThatTheRequestFailed) {
+  startPortal(qt::Portal::User::agreesQuietly);
+  registerKeys();
+  EXPECT_TRUE(allAre(Kind::held));
+}
+
 TEST_F(PortalHotKeys, AUserMayAgreeToSomeOfThem) {
   startPortal(qt::Portal::User::agreesToOne);
   registerKeys();

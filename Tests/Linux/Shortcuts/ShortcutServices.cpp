@@ -75,6 +75,10 @@ const std::string portalName = "org.freedesktop.portal.Desktop";
 const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString shortcutsInterface = QStringLiteral("org.freedesktop.portal.GlobalShortcuts");
 const QString sessionInterface = QStringLiteral("org.freedesktop.portal.Session");
+// Codes of responses.
+constexpr uint granted = 0;
+constexpr uint cancelled = 1;
+constexpr uint failed = 2;
 
 }  // namespace
 
@@ -251,7 +255,7 @@ class Portal::Service final : public Object {
     session = portalPath + QStringLiteral("/session/") + senderOf(message) + '/' +
               options.value(QStringLiteral("session_handle_token")).toString();
     accept(message, options, connection);
-    respond(message, options, connection, 0, {{QStringLiteral("session_handle"), session}});
+    respond(message, options, connection, granted, {{QStringLiteral("session_handle"), session}});
     return {};
   }
 
@@ -271,11 +275,10 @@ class Portal::Service final : public Object {
                       user_ == User::choosesNoKeys ? QString{} : QStringLiteral("Press ") + trigger}}});
     }
     accept(message, options, connection);
-    const uint declined = user_ == User::declines ? 1 : 0;
-    const QVariantMap results{{QStringLiteral("shortcuts"), QVariant::fromValue(given)}};
-    answer = [message, options, connection, declined, results] {
-      respond(message, options, connection, declined, declined == 0 ? results : QVariantMap{});
-    };
+    QVariantMap results{{QStringLiteral("shortcuts"), QVariant::fromValue(given)}};
+    if (user_ == User::declines) results.clear();
+    const uint code = user_ == User::declines ? cancelled : user_ == User::agreesQuietly ? failed : granted;
+    answer = [message, options, connection, code, results] { respond(message, options, connection, code, results); };
     if (user_ != User::waits) answer();
     return text;
   }
@@ -289,10 +292,10 @@ class Portal::Service final : public Object {
     connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(handleOf(message, options)))));
   }
   static void respond(const QDBusMessage& message, const QVariantMap& options, const QDBusConnection& connection,
-                      uint response, const QVariantMap& results) {
+                      uint code, const QVariantMap& results) {
     QDBusMessage signal = QDBusMessage::createSignal(
         handleOf(message, options), QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"));
-    signal << response << results;
+    signal << code << results;
     connection.send(signal);
   }
 

@@ -70,7 +70,9 @@ class KWinKeys final : public ShortcutBus {
 // "org.freedesktop.portal.Desktop" with the portal of shortcuts, or without it.
 class Portal final : public ShortcutBus {
  public:
-  enum class User { agrees, declines, agreesToOne, choosesNoKeys, waits };
+  // With the user who agrees quietly, the keys are given, but the response's code says that the request has failed, as
+  // GNOME's does.
+  enum class User { agrees, agreesQuietly, declines, agreesToOne, choosesNoKeys, waits };
   explicit Portal(const std::string& busAddress, User user = User::agrees, bool hasShortcuts = true);
 
   void press(const std::string& shortcut);
