@@ -64,6 +64,7 @@ class Desktop:
     wayland_sockets = "wayland-?"
     left_out = {}  # steps that cannot be taken here, or "scale", and why
     keys = "as bound in the desktop's settings"  # how the desktop gives hot keys
+    asks_for_keys = False  # whether it asks the user first
 
     def __init__(self, layout, runtime, logs):
         self.layout = layout
@@ -116,10 +117,13 @@ class Desktop:
     def arrange(self):
         """After the start: sets what the command line of the compositor cannot."""
 
-    # The same everywhere.
+    # The same everywhere, or nearly.
+
+    def start_bus(self):
+        self.spawn(["dbus-daemon", "--session", "--nofork", f"--address=unix:path={self.runtime}/bus"], "bus")
 
     def start(self):
-        self.spawn(["dbus-daemon", "--session", "--nofork", f"--address=unix:path={self.runtime}/bus"], "bus")
+        self.start_bus()
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={self.runtime}/bus"
         wait_for((self.runtime / "bus").exists, "the session bus")
         self.launch()

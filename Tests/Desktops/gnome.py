@@ -1,5 +1,7 @@
-"""GNOME Shell on virtual monitors, with a stand-in for the login manager."""
+"""GNOME Shell on virtual monitors, managed by systemd as in a user's session, with a stand-in for the login manager."""
 
+import itertools
+import json
 import os
 import pathlib
 import sys
@@ -10,8 +12,8 @@ import dbus.bus
 import numpy
 from PIL import Image
 
+import hands
 from desktop import Desktop, Failure, wait_for
-from hands import LEFT_BUTTON
 from screencast import Recording
 
 SYSTEM_BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
@@ -22,24 +24,57 @@ SYSTEM_BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Config
 SETTINGS = """[org/gnome/mutter]
 experimental-features=['scale-monitor-framebuffer']
 [org/gnome/shell]
+enabled-extensions=['ubuntu-appindicators@ubuntu.com']
 welcome-dialog-last-shown-version='99'
 [org/gnome/desktop/interface]
 enable-animations=false
+enable-hot-corners=false
 [org/gnome/desktop/notifications]
 show-banners=false
 """
+# GNOME's portal starts only in a graphical session, and that target is not to be started by itself.
+SESSION_TARGET = "[Unit]\nBindsTo=graphical-session.target\n"
+# By their control groups, the shell knows that systemd manages it, and portals know a program's name.
+# What is to be seen of the tray icon and its menu, for `evaluate`: texts and rectangles, in points.
+TRAY = """(() => {
+  const seen = (text, actor) => [text, ...actor.get_transformed_position(), ...actor.get_transformed_size()];
+  const icons = Object.entries(Main.panel.statusArea).filter(([name]) => name.startsWith("appindicator"));
+  const icon = icons.map(([name, each]) => each).find(each => each.accessible_name?.includes("Quillfade"));
+  if (!icon) return [];
+  const lines = icon.menu.isOpen ? icon.menu._getMenuItems().filter(line => line.label?.text) : [];
+  return [seen("", icon), ...lines.map(line => seen(line.label.text, line))];
+})()"""
+UNITS = {
+    "gnome-shell": ("session", "gnome-shell-{}.scope"),
+    "application": ("app", "app-gnome-org.quillfade.Quillfade-{}.scope"),
+}
 DISPLAYS = "org.gnome.Mutter.DisplayConfig"
 TEMPORARY = 1
 REMOTE = "org.gnome.Mutter.RemoteDesktop"
-ESCAPE = 0xFF1B
+BUTTON_COLOR = (53, 132, 228)  # of the button that agrees, in dialogs
 
 
 class Gnome(Desktop):
     name = "gnome"
-    left_out = {
-        "Xwayland killed": "mutter ends together with its X server, unless systemd manages the session",
-        "hot key": "the portal asks the user first, and knows programs by the units of systemd",
-    }
+    keys = "as the portal gives it, once the user has agreed"
+    asks_for_keys = True
+
+    def start_bus(self):
+        own = pathlib.Path("/sys/fs/cgroup/user.slice/user-0.slice/user@0.service/init.scope")
+        own.mkdir(parents=True)
+        (pathlib.Path(self.environment["HOME"]) / ".config" / "systemd" / "user").mkdir(parents=True)
+        target = pathlib.Path(self.environment["HOME"]) / ".config" / "systemd" / "user" / "desktop.target"
+        target.write_text(SESSION_TARGET)
+        inside = ["bash", "-c", f"echo $$ > {own}/cgroup.procs && exec /lib/systemd/systemd --user"]
+        self.spawn(inside, "systemd")
+        self.units = itertools.count(1)
+
+    def spawn(self, command, name, **environment):
+        if name in UNITS:
+            slice_, unit = UNITS[name]
+            scope = ["systemd-run", "--user", "--scope", "--quiet", f"--slice={slice_}"]
+            command = [*scope, f"--unit={unit.format(next(self.units))}", "--", *command]
+        return super().spawn(command, name, **environment)
 
     def launch(self):
         self.environment |= {"XDG_CURRENT_DESKTOP": "GNOME", "GSETTINGS_BACKEND": "keyfile"}
@@ -66,12 +101,15 @@ class Gnome(Desktop):
         return self.ask(["gnome-shell", "--version"]).decode().strip()
 
     def arrange(self):
+        names = [name for name in self.environment if name != "DBUS_SESSION_BUS_ADDRESS"]
+        self.ask(["dbus-update-activation-environment", "--systemd", *names])
+        self.ask(["systemctl", "--user", "start", "desktop.target"])
         self.bus = dbus.bus.BusConnection(self.environment["DBUS_SESSION_BUS_ADDRESS"])
         wait_for(lambda: self.bus.name_has_owner("org.gnome.Shell.Screenshot"), "the shell", 60)
         # It begins with the overview.
-        shell = dbus.Interface(self.bus.get_object("org.gnome.Shell", "/org/gnome/Shell"), "org.gnome.Shell")
-        wait_for(lambda: shell.Eval("Main.layoutManager._startingUp")[1] == "false", "the shell has started", 60)
-        shell.Eval("Main.overview.hide()")
+        self.shell = dbus.Interface(self.bus.get_object("org.gnome.Shell", "/org/gnome/Shell"), "org.gnome.Shell")
+        wait_for(lambda: self.evaluate("Main.layoutManager._startingUp") is False, "the shell has started", 60)
+        self.shell.Eval("Main.overview.hide()")
         self.remote = self.connect_remote()
         if self.layout.scale != 1:
             self.set_scale()
@@ -112,13 +150,73 @@ class Gnome(Desktop):
     def frames(self):
         return Recording(self)
 
+    def agree(self, place=None):
+        """Clicks the button that agrees until the dialog is gone; before, what is to be chosen at that place."""
+        has_clicked = False
+
+        def is_gone():
+            nonlocal has_clicked
+            is_button = (numpy.abs(self.picture().astype(int) - BUTTON_COLOR).max(axis=2) < 3).nonzero()
+            is_shown = is_button[0].size > 300
+            if is_shown:
+                self.click([int(numpy.median(each)) for each in reversed(is_button)])
+                has_clicked = True
+            elif place and not has_clicked:
+                self.click(place)
+            time.sleep(0.5)
+            return has_clicked and not is_shown
+
+        wait_for(is_gone, "a dialog that asks, and goes")
+
+    def choose(self, line, look):
+        """In the menu of the tray icon; calls `look` while it is open."""
+        (icon,) = wait_for(lambda: self.evaluate(TRAY), "the tray icon")
+        self.click_middle(icon)
+        menu = wait_for(lambda: self.evaluate(TRAY)[1:], "the menu")
+        time.sleep(0.5)  # it grows
+        menu = self.evaluate(TRAY)[1:]
+        look()
+        self.click_middle(next(each for each in menu if each[0] == line))
+        return [each[0] for each in menu]
+
+    def click_middle(self, seen):
+        _, x, y, width, height = seen
+        self.click([value * self.layout.scale for value in (x + width / 2, y + height / 2)])
+
+    def click(self, place):
+        """In pixels of the picture."""
+        goal = [round(value / self.layout.scale) for value in place]
+
+        def is_there():
+            missing = [to - at for to, at in zip(goal, self.evaluate("global.get_pointer()")[:2], strict=True)]
+            if missing == [0, 0]:
+                return True
+            self.move(*missing)
+            return False
+
+        wait_for(is_there, f"the pointer is at {place}")
+        for is_pressed in (True, False):
+            self.remote.NotifyPointerButton(hands.LEFT_BUTTON, is_pressed)
+            time.sleep(hands.PAUSE)
+
+    def move(self, x, y):
+        self.remote.NotifyPointerMotionRelative(float(x), float(y))
+        time.sleep(4 * hands.PAUSE)
+
+    def evaluate(self, script):
+        """In the shell's own language."""
+        done, result = self.shell.Eval(script)
+        if not done:
+            raise Failure(f"the shell does not know what {script} is: {result}")
+        return json.loads(result)
+
     def drag(self, start, end):
         middle = ((start[0] + end[0]) // 2, (start[1] + end[1]) // 2)
         self.move_pointer(start)
-        self.remote.NotifyPointerButton(LEFT_BUTTON, True)
+        self.remote.NotifyPointerButton(hands.LEFT_BUTTON, True)
         self.move_pointer(middle)
         self.move_pointer(end)
-        self.remote.NotifyPointerButton(LEFT_BUTTON, False)
+        self.remote.NotifyPointerButton(hands.LEFT_BUTTON, False)
 
     def move_pointer(self, place):
         """Step by step: the X server knows where the pointer is only while it is over one of its windows."""
@@ -131,12 +229,20 @@ class Gnome(Desktop):
                 missing = (place[0] - now.root_x, place[1] - now.root_y)
                 if missing == (0, 0):
                     return True
-                self.remote.NotifyPointerMotionRelative(*(points * each for each in missing))
-                time.sleep(0.2)
+                self.move(*(points * each for each in missing))
                 return False
 
             wait_for(is_there, f"the pointer is at {place}")
 
     def press_escape(self):
+        self.press(hands.ESCAPE)
+
+    def press_toggle(self):
+        self.press(hands.CONTROL, hands.ALT, hands.SUPER, hands.D)
+
+    def press(self, *keys):
+        """Presses the keys one after the other, and releases them in the opposite order."""
         for is_pressed in (True, False):
-            self.remote.NotifyKeyboardKeysym(dbus.UInt32(ESCAPE), is_pressed)
+            for key in keys if is_pressed else reversed(keys):
+                self.remote.NotifyKeyboardKeycode(dbus.UInt32(key), is_pressed)
+                time.sleep(hands.PAUSE)

@@ -56,15 +56,15 @@ class Gromit(Program):
 
 
 class Quillfade(Program):
-    def __init__(self, desktop, executable, region, enabled=False, **settings):
+    def __init__(self, desktop, executable, region, name="quillfade"):
         self.desktop = desktop
         self.executable = executable
         home = pathlib.Path(desktop.environment["HOME"])
         (home / ".config" / "quillfade").mkdir(parents=True, exist_ok=True)
         (home / "Library" / "Logs").mkdir(parents=True, exist_ok=True)
-        values = {"enabled": enabled, "style": 0, "outline": False, "region": region} | settings
+        values = {"enabled": False, "style": 0, "outline": False, "region": region}
         (home / ".config" / "quillfade" / "settings.json").write_text(json.dumps(values))
-        super().__init__(desktop.spawn([executable], "quillfade"))
+        super().__init__(desktop.spawn([executable], name))
         wait_for(lambda: not self.is_running() or self.answers(), "Quillfade answers")
         if not self.is_running():
             raise Failure(f"Quillfade ended with {self.process.returncode}")

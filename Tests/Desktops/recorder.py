@@ -15,7 +15,7 @@ class Frame:
     inside: int  # pixels of ink
     outside: int
     number: int  # that the content shows inside
-    look: numpy.ndarray | None  # the frame itself, where there is ink inside
+    look: numpy.ndarray | None  # the frame itself, where there is ink inside, or where it is black
 
 
 class Recorder:
@@ -31,7 +31,8 @@ class Recorder:
             inside = pixels.ink_inside(picture, self.inner)
             outside = int(pixels.ink_outside(picture, self.outer).sum())
             number = pixels.counter(picture, self.screen)
-            self.frames.append(Frame(time.monotonic(), inside, outside, number, picture.copy() if inside else None))
+            look = picture.copy() if inside or number == pixels.BLACK else None
+            self.frames.append(Frame(time.monotonic(), inside, outside, number, look))
 
     def stop(self):
         self.source.stop()

@@ -18,11 +18,7 @@ LONGEST = 600  # seconds for a session
 def run(desktop, session):
     results = HERE.parents[1] / "build" / "desktops"
     executable = HERE.parents[1] / "build" / "release" / "Platform" / "Linux" / "quillfade"
-    # GNOME Shell asks for its control group before it lets X programs in.
-    mounts = "mount -t proc proc /proc && mount -t sysfs sysfs /sys && mount -t cgroup2 cgroup2 /sys/fs/cgroup"
-    inside = f'{mounts} && mount -t tmpfs tmpfs /tmp && mkdir -m 1777 /tmp/.X11-unix && exec "$@"'
-    command = ["unshare", "--mount", "--propagation", "unchanged", "--net", "--pid", "--fork", "--kill-child"]
-    command += ["bash", "-c", inside, "session", sys.executable, "-B", str(HERE / "session.py")]
+    command = [str(HERE / "apart"), sys.executable, "-B", str(HERE / "session.py")]
     command += [desktop, session, str(executable), str(results)]
     try:
         return subprocess.run(command, timeout=LONGEST, check=False).returncode == 0

@@ -1,4 +1,4 @@
-"""A screen cast of mutter's, as the audience of a video call gets it: frames by PipeWire."""
+"""A screen cast by the desktop portal, as the audience of a video call gets it: frames by PipeWire."""
 
 import os
 import queue
@@ -6,51 +6,79 @@ import queue
 import gi
 import numpy
 
+from desktop import Failure
+
 gi.require_version("Gst", "1.0")
 from gi.repository import Gio, GLib, Gst  # noqa: E402
 
-SERVICE, PATH = "org.gnome.Mutter.ScreenCast", "/org/gnome/Mutter/ScreenCast"
+SERVICE, PATH = "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop"
+CASTS = "org.freedesktop.portal.ScreenCast"
+MONITOR, WITHOUT_POINTER = 1, 1  # what to cast, and how
 PATIENCE = 15  # seconds
 
 
 class Recording:
     def __init__(self, desktop):
+        self.desktop = desktop
         os.environ["XDG_RUNTIME_DIR"] = desktop.environment["XDG_RUNTIME_DIR"]
         Gst.init(None)
         self.pictures = queue.Queue()
         flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
         address = desktop.environment["DBUS_SESSION_BUS_ADDRESS"]
         self.bus = Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
+        self.tokens = 0
+        node = self.start()
+        reply, descriptors = self.bus.call_with_unix_fd_list_sync(
+            *self.method("OpenPipeWireRemote", "(oa{sv})", (self.session, {})), None, 0, -1, None, None
+        )
         self.pipeline = Gst.parse_launch(
-            f"pipewiresrc path={self.start()} do-timestamp=true always-copy=true ! videoconvert ! "
-            "video/x-raw,format=BGRx ! appsink name=sink sync=false emit-signals=true"
+            f"pipewiresrc fd={descriptors.get(reply.unpack()[0])} path={node} do-timestamp=true always-copy=true ! "
+            "videoconvert ! video/x-raw,format=BGRx ! appsink name=sink sync=false emit-signals=true"
         )
         self.pipeline.get_by_name("sink").connect("new-sample", self.take)
         self.pipeline.set_state(Gst.State.PLAYING)
 
-    def call(self, path, interface, method, arguments=None):
-        return self.bus.call_sync(SERVICE, path, interface, method, arguments, None, 0, -1, None)
+    @staticmethod
+    def method(name, signature, arguments):
+        return SERVICE, PATH, CASTS, name, GLib.Variant(signature, arguments)
 
     def start(self):
-        """The PipeWire node; the stream tells it when the session starts."""
-        session = SERVICE + ".Session"
-        (self.session,) = self.call(PATH, SERVICE, "CreateSession", GLib.Variant("(a{sv})", ({},)))
-        without_pointer = {"cursor-mode": GLib.Variant("u", 0)}
-        monitor = GLib.Variant("(sa{sv})", ("Meta-0", without_pointer))
-        (stream,) = self.call(self.session, session, "RecordMonitor", monitor)
-        nodes = []
+        """The PipeWire node of the first screen, once the user has agreed."""
+        created = self.request("CreateSession", "", (), {"session_handle_token": GLib.Variant("s", "cast")})
+        self.session = created["session_handle"]
+        wanted = {"types": GLib.Variant("u", MONITOR), "cursor_mode": GLib.Variant("u", WITHOUT_POINTER)}
+        self.request("SelectSources", "o", (self.session,), wanted)
+        started = self.request("Start", "os", (self.session, ""), {}, self.agree)
+        return started["streams"][0][0]
+
+    def agree(self):
+        # The dialog has one screen to choose, in its middle.
+        layout = self.desktop.layout
+        self.desktop.agree((layout.width // 2, layout.height // 2))
+
+    def request(self, name, signature, arguments, options, meanwhile=None):
+        """What the portal answers."""
+        self.tokens += 1
+        token = f"cast{self.tokens}"
+        caller = self.bus.get_unique_name()[1:].replace(".", "_")
+        answers = []
         loop = GLib.MainLoop()
 
-        def added(*arguments):
-            nodes.append(arguments[5][0])
+        def answered(*signal):
+            answers.append(signal[5].unpack())
             loop.quit()
 
-        signal = (SERVICE, SERVICE + ".Stream", "PipeWireStreamAdded", stream, None, 0, added)
-        self.bus.signal_subscribe(*signal)
-        self.call(self.session, session, "Start")
+        path = f"{PATH}/request/{caller}/{token}"
+        self.bus.signal_subscribe(SERVICE, "org.freedesktop.portal.Request", "Response", path, None, 0, answered)
+        options = options | {"handle_token": GLib.Variant("s", token)}
+        self.bus.call_sync(*self.method(name, f"({signature}a{{sv}})", (*arguments, options)), None, 0, -1, None)
+        if meanwhile:
+            meanwhile()
         GLib.timeout_add_seconds(PATIENCE, loop.quit)
         loop.run()
-        return nodes[0]
+        if not answers or answers[0][0] != 0:
+            raise Failure(f"the portal answers {name} with {answers}")
+        return answers[0][1]
 
     def take(self, sink):
         sample = sink.emit("pull-sample")
@@ -68,5 +96,6 @@ class Recording:
 
     def stop(self):
         self.pipeline.set_state(Gst.State.NULL)
-        self.call(self.session, SERVICE + ".Session", "Stop")
+        closed = (SERVICE, self.session, "org.freedesktop.portal.Session", "Close")
+        self.bus.call_sync(*closed, None, None, 0, -1, None)
         self.pictures.put(None)

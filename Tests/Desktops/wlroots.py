@@ -39,6 +39,7 @@ class Recording:
 
 
 class Wlroots(Desktop):
+    left_out = {"tray menu": "no program of the session shows tray icons"}
     host = {}  # what is different in the environment of those who look at the screen
 
     def __init__(self, layout, runtime, logs):
