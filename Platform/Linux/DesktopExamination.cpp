@@ -6,6 +6,7 @@
 #include <QDBusVariant>
 
 #include "Platform/Linux/Input/HotKeys.h"
+#include "Platform/Linux/Posix/DesktopNames.h"
 #include "Platform/Linux/Posix/UserDirectories.h"
 #include "Platform/Linux/Session/Session.h"
 #include "Platform/Linux/Settings/SettingsFile.h"
@@ -51,14 +52,9 @@ bool hasTrayOnBus() {
          reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
 }
 
-bool isGnome() {
-  const std::string desktops = ':' + posix::environmentVariable("XDG_CURRENT_DESKTOP").value_or("") + ':';
-  return desktops.contains(":GNOME:");
-}
-
 std::string trayFix() {
   const std::string without = " Hot keys and commands work without.";
-  if (isGnome()) {
+  if (posix::isDesktop("GNOME")) {
     return "Install the extension \"AppIndicator and KStatusNotifierItem Support\" (on Debian the package "
            "gnome-shell-extension-appindicator), log in again, and switch it on in the program Extensions." +
            without;

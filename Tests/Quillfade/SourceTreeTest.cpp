@@ -135,7 +135,7 @@ const std::vector<Room> linuxRooms = {
     {"Widgets", {"Toolkit", "Views", "Input"}},
     {"Session", {"Posix", "Xcb", "Scene", "Toolkit"}},
     {"Shortcuts", {"Posix", "Xcb", "Input", "Session"}},
-    {"Tray", {"Xcb", "Scene", "Toolkit", "Session"}},
+    {"Tray", {"Posix", "Xcb", "Scene", "Toolkit", "Session"}},
     {"Settings", {"Posix"}},
     {"Protocol", {}},
     {"Lens", {"Posix", "Xcb", "Scene", "Compositor", "Protocol"}},

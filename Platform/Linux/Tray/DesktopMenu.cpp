@@ -14,7 +14,7 @@ DesktopMenu::DesktopMenu(RunLoop& runLoop, HostMenus& hostMenus)
             if (const auto delegate = delegate_.lock()) delegate->menuDidClose(*this);
           }) {
   QObject::connect(&menu_, &QMenu::aboutToShow, &menu_, [this] {
-    session_.open(popsUpHere_ ? MenuSession::Closing::reported : MenuSession::Closing::perhapsUnreported);
+    if (!session_.open(popsUpHere_ ? MenuSession::Closing::reported : MenuSession::Closing::perhapsUnreported)) list();
   });
   QObject::connect(&menu_, &QMenu::aboutToHide, &menu_, [this] { session_.closeUnlessChosen(); });
 }

@@ -30,7 +30,8 @@ class DesktopMenu : public Menu {
   void list();
   // Opens it at the pointer, in this process.
   void popUpAtPointer();
-  // Call it when the program that showed the menu has gone.
+  // Call it when a program gets to know the menu, and when the one that showed it has gone.
+  void hostLoads() { session_.hostLoads(); }
   void hostVanished() { session_.close(); }
 
  private:

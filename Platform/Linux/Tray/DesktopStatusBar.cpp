@@ -11,6 +11,9 @@ std::shared_ptr<StatusItem> DesktopStatusBar::makeStatusItem(double /*length*/) 
   hosts_.whenAvailable([weak = std::weak_ptr(item)] {
     if (const auto living = weak.lock()) living->show();
   });
+  hosts_.whenHostComes([weak = std::weak_ptr(item)] {
+    if (const auto living = weak.lock()) living->hostCame();
+  });
   hosts_.whenHostVanishes([weak = std::weak_ptr(item)] {
     if (const auto living = weak.lock()) living->hostVanished();
   });

@@ -6,6 +6,8 @@
 #include <QPalette>
 #include <utility>
 
+#include "Platform/Linux/Posix/DesktopNames.h"
+
 namespace platform::linux::tray {
 
 DesktopStatusItem::~DesktopStatusItem() {
@@ -16,7 +18,9 @@ void DesktopStatusItem::setMenu(std::shared_ptr<platform::Menu> menu) {
   menu_ = std::dynamic_pointer_cast<DesktopMenu>(std::move(menu));
   if (!menu_) qFatal("This menu belongs to another desktop.");
   menu_->list();
-  if (icon_) icon_->setContextMenu(&menu_->qtMenu());
+  if (!icon_) return;
+  hostCame();
+  icon_->setContextMenu(&menu_->qtMenu());
 }
 
 // The toolkit looks for a tray on the bus that it joined first, so on another bus a new icon would be of the older
@@ -29,6 +33,7 @@ void DesktopStatusItem::showAgain() {
 }
 
 void DesktopStatusItem::show() {
+  hostCame();
   if (icon_) return showAgain();
   icon_.emplace();
   // Trays open the context menu themselves. A plain click is left to us, and opening the menu is all that it can mean.
@@ -39,6 +44,11 @@ void DesktopStatusItem::show() {
   icon_->setToolTip(QString::fromStdString(toolTip_));
   draw();
   icon_->show();
+}
+
+void DesktopStatusItem::hostCame() {
+  // Other hosts announce no openings while they load a menu, so theirs count from the start.
+  if (menu_ && posix::isDesktop("GNOME")) menu_->hostLoads();
 }
 
 void DesktopStatusItem::hostVanished() {

@@ -28,6 +28,7 @@ class DesktopStatusItem : public StatusItem, private StatusButton {
 
   // Call it once a tray is there, not earlier.
   void show();
+  void hostCame();
   void hostVanished();
   [[nodiscard]] const QSystemTrayIcon* trayIcon() const { return icon_ ? &*icon_ : nullptr; }
 

@@ -12,9 +12,18 @@ MenuSession::MenuSession(RunLoop& runLoop, HostMenus& hostMenus, std::function<b
       willOpen_(std::move(willOpen)),
       didClose_(std::move(didClose)) {}
 
-MenuSession::~MenuSession() { close(); }
+MenuSession::~MenuSession() {
+  if (loading_) loading_->cancel();
+  close();
+}
 
-void MenuSession::open(Closing closing) {
+void MenuSession::hostLoads() {
+  if (loading_) loading_->cancel();
+  loading_ = runLoop_.after(longestLoading, [this] { loading_ = nullptr; });
+}
+
+bool MenuSession::open(Closing closing) {
+  if (loading_ && closing == Closing::perhapsUnreported) return false;
   close();
   isOpen_ = true;
   if (closing == Closing::perhapsUnreported) {
@@ -24,6 +33,7 @@ void MenuSession::open(Closing closing) {
     hostMenus_.whenClosed([this] { closeUnlessChosen(); });
   }
   willOpen_();
+  return true;
 }
 
 void MenuSession::closeUnlessChosen() {

@@ -22,6 +22,10 @@ class MenuSession {
   // Much longer than a message takes from one program to another, yet no long wait for the cover.
   static constexpr double longestWaitForChoice = 0.1;
 
+  // GNOME's host announces openings while it loads the menu of an icon that is new to it. That takes less, even on a
+  // busy machine, and hardly anybody opens the menu so soon.
+  static constexpr double longestLoading = 3;
+
   // `isShownHere`: whether this process has the menu on screen, whichever program asked for it.
   MenuSession(RunLoop& runLoop, HostMenus& hostMenus, std::function<bool()> isShownHere, std::function<void()> willOpen,
               std::function<void()> didClose);
@@ -33,7 +37,10 @@ class MenuSession {
   // A visible menu, here or on the screen, may stay open as long as the user likes: its end is noticed. A new opening
   // ends the current one first, whose closing was not reported: the new one needs fresh content.
   enum class Closing { reported, perhapsUnreported };
-  void open(Closing closing);
+  // False if this is none, but a host that loads the menu.
+  bool open(Closing closing);
+  // Call it when a host that announces openings while it loads a menu gets to know this one.
+  void hostLoads();
   // Harmless when nothing is open.
   void close();
   // The menu has left the screen. Hosts report that before or after the choice; a choice that is on its way ends the
@@ -47,6 +54,7 @@ class MenuSession {
   std::function<bool()> isShownHere_;
   std::function<void()> willOpen_;
   std::function<void()> didClose_;
+  std::shared_ptr<DelayedTask> loading_;
   std::shared_ptr<DelayedTask> limit_;
   std::shared_ptr<DelayedTask> ending_;
   bool isOpen_ = false;

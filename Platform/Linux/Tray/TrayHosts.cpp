@@ -34,13 +34,13 @@ TrayHosts::TrayHosts() : bus_(QDBusConnection::sessionBus()) {
     timer->setSingleShot(true);
     timer->setInterval(0);
   }
-  QObject::connect(&hostCame_, &QTimer::timeout, &context_, [this] { query(); });
+  QObject::connect(&hostCame_, &QTimer::timeout, &context_, [this] { notifyCame(); });
   QObject::connect(&hostWent_, &QTimer::timeout, &context_, [this] { notifyVanished(); });
   QCoreApplication::instance()->installNativeEventFilter(this);
   QObject::connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, &context_,
                    [this](const QString&, const QString& oldOwner, const QString& newOwner) {
                      if (!oldOwner.isEmpty()) notifyVanished();
-                     if (!newOwner.isEmpty()) query();
+                     if (!newOwner.isEmpty()) notifyCame();
                    });
   listenToBus();
   query();
@@ -113,6 +113,11 @@ void TrayHosts::found() {
     told_.push_back(callback);
     callback();
   }
+}
+
+void TrayHosts::notifyCame() {
+  for (const auto& callback : std::vector(came_)) callback();
+  query();
 }
 
 void TrayHosts::notifyVanished() {

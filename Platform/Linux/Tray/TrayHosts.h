@@ -23,7 +23,8 @@ class TrayHosts : private QAbstractNativeEventFilter {
   // Called when there is a tray of either kind, which may be soon, late or never; and when one is there after the
   // session bus has died and come back, since the toolkit shows an icon on the bus on which it was made.
   void whenAvailable(std::function<void()> callback);
-  // Called whenever a host on the bus, or the bus's list of hosts, has gone.
+  // Called whenever a host on the bus, or the bus's list of hosts, has come or gone.
+  void whenHostComes(std::function<void()> callback) { came_.push_back(std::move(callback)); }
   void whenHostVanishes(std::function<void()> callback) { vanished_.push_back(std::move(callback)); }
 
  private:
@@ -33,6 +34,7 @@ class TrayHosts : private QAbstractNativeEventFilter {
   void query();
   void queryX11Tray();
   void found();
+  void notifyCame();
   void notifyVanished();
 
   QObject context_;
@@ -43,6 +45,7 @@ class TrayHosts : private QAbstractNativeEventFilter {
   QDBusConnection bus_;
   std::vector<std::function<void()>> waiting_;
   std::vector<std::function<void()>> told_;
+  std::vector<std::function<void()>> came_;
   std::vector<std::function<void()>> vanished_;
   bool isAvailable_ = false;
   session::SessionBusReturn busReturn_{[this](const QDBusConnection& bus) { busReturned(bus); }};

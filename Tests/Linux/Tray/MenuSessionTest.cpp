@@ -54,6 +54,30 @@ TEST_F(MenuSessionTest, AnOpeningHasOneEndHoweverOftenItIsReported) {
   EXPECT_EQ(calls, "open close ");
 }
 
+TEST_F(MenuSessionTest, WhatALoadingHostAnnouncesIsNoOpening) {
+  session->hostLoads();
+  EXPECT_FALSE(session->open(Closing::perhapsUnreported));
+  EXPECT_FALSE(session->open(Closing::perhapsUnreported));
+  EXPECT_EQ(calls, "");
+}
+
+TEST_F(MenuSessionTest, AnOpeningHereCountsWhateverTheHostDoes) {
+  session->hostLoads();
+  session->open(Closing::reported);
+  EXPECT_EQ(calls, "open ");
+}
+
+TEST_F(MenuSessionTest, AfterAWhileWhatAHostAnnouncesCounts) {
+  session->hostLoads();
+  runLoop.advance(1);
+  session->hostLoads();
+  runLoop.advance(MenuSession::longestLoading - 1);
+  EXPECT_FALSE(session->open(Closing::perhapsUnreported));
+  runLoop.advance(1);
+  EXPECT_TRUE(session->open(Closing::perhapsUnreported));
+  EXPECT_EQ(calls, "open ");
+}
+
 TEST_F(MenuSessionTest, AClosingWithoutAnOpeningIsIgnored) {
   session->close();
   EXPECT_EQ(calls, "");

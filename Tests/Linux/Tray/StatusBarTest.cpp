@@ -21,6 +21,7 @@
 #include "Tests/Linux/Toolkit/QtEnvironment.h"
 #include "Tests/Linux/Tray/TrayHost.h"
 #include "Tests/Support/Input.h"
+#include "Tests/Support/Variable.h"
 
 using namespace platform;
 using namespace platform::linux;
@@ -249,6 +250,23 @@ TEST_F(StatusBarTest, AHostThatReadsTheMenuBeforeItOpensItFindsTheLinesAndOpensN
   showItem();
   EXPECT_EQ(calls(), "list ");
   EXPECT_EQ(tray->items().size(), 4U);
+}
+
+TEST_F(StatusBarTest, GnomesHostOpensNothingWhenItAnnouncesAnOpeningWhileItLoadsTheMenu) {
+  const support::Variable desktop("XDG_CURRENT_DESKTOP", "ubuntu:GNOME");
+  showItem();
+  tray->aboutToShow();
+  EXPECT_EQ(calls(), "list list ");
+}
+
+TEST_F(StatusBarTest, GnomesHostMayLoadTheMenuOnceMore) {
+  const support::Variable desktop("XDG_CURRENT_DESKTOP", "GNOME");
+  showQuietItem();
+  tray.reset();
+  tray.emplace();
+  ASSERT_TRUE(qt::runUntil([&] { return tray->hasItem(); }));
+  tray->aboutToShow();
+  EXPECT_EQ(calls(), "list ");
 }
 
 TEST_F(StatusBarTest, TheMenuIsRefilledWhenItOpensAndEveryItemLooksAsRequested) {
