@@ -1,4 +1,5 @@
-"""GNOME Shell on virtual monitors, managed by systemd as in a user's session, with a stand-in for the login manager."""
+"""GNOME Shell on virtual monitors, managed by systemd as in a user's session, with stand-ins for the login
+manager and for the display manager, without which the shell does not lock the screen."""
 
 import itertools
 import json
@@ -29,6 +30,8 @@ welcome-dialog-last-shown-version='99'
 [org/gnome/desktop/interface]
 enable-animations=false
 enable-hot-corners=false
+[org/gnome/desktop/session]
+idle-delay=uint32 0
 [org/gnome/desktop/notifications]
 show-banners=false
 """
@@ -89,6 +92,12 @@ class Gnome(Desktop):
         self.spawn([sys.executable, "-m", "dbusmock", "--system", "--template", "logind"], "logind")
         buses = dbus.bus.BusConnection(self.environment["DBUS_SYSTEM_BUS_ADDRESS"])
         wait_for(lambda: buses.name_has_owner("org.freedesktop.login1"), "the login manager's stand-in")
+        manager = ["org.gnome.DisplayManager", "/org/gnome/DisplayManager/Manager", "org.gnome.DisplayManager.Manager"]
+        self.spawn([sys.executable, "-m", "dbusmock", "--system", *manager], "display-manager")
+        wait_for(lambda: buses.name_has_owner(manager[0]), "the display manager's stand-in")
+        stand_in = dbus.Interface(buses.get_object(*manager[:2]), "org.freedesktop.DBus.Mock")
+        stand_in.AddProperty(manager[2], "Version", "48.0")
+        pathlib.Path("/run/systemd/seats").mkdir()
         for name in ("pipewire", "wireplumber"):
             self.spawn([name], name)
         layout = self.layout
@@ -167,6 +176,18 @@ class Gnome(Desktop):
             return has_clicked and not is_shown
 
         wait_for(is_gone, "a dialog that asks, and goes")
+
+    def lock(self):
+        self.savers().Lock()
+        wait_for(lambda: self.savers().GetActive(), "the screen is locked")
+
+    def unlock(self):
+        self.shell.Eval("Main.screenShield.deactivate(false)")
+        wait_for(lambda: not self.savers().GetActive(), "the screen is unlocked")
+
+    def savers(self):
+        name = "org.gnome.ScreenSaver"
+        return dbus.Interface(self.bus.get_object(name, "/org/gnome/ScreenSaver"), name)
 
     def choose(self, line, look):
         """In the menu of the tray icon; calls `look` while it is open."""

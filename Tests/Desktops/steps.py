@@ -412,6 +412,24 @@ class Steps:
         self.until_as(before, "all the ink is back")
         return f"its lines: {', '.join(lines)}; the first chosen twice"
 
+    def locked(self):
+        """Commands in between change what comes afterwards."""
+        before = self.begin()
+        self.cover()
+        self.desktop.lock()
+        everything = pixels.ink(before).sum()
+        picture = self.shows(lambda picture: pixels.ink(picture).sum() < everything / 10, "the locked screen")
+        self.save("14-locked", picture)
+        refused = self.quillfade.run("select-area")
+        require(refused.returncode == 1, "an area was selected on the locked screen")
+        self.desktop.unlock()
+        self.shows(self.is_clear, "no ink inside the area")
+        self.desktop.lock()
+        self.quillfade.command("toggle")
+        self.desktop.unlock()
+        self.until_as(before, "all the ink is back")
+        return f"the cover is back afterwards, or not if it was switched off; selecting: {refused.stderr.decode().strip()}"
+
     def killed(self):
         before = self.begin()
         self.cover()
@@ -541,6 +559,7 @@ MAIN = [
     ("area selection", Steps.area_selected),
     ("hot key", Steps.hot_key),
     ("tray menu", Steps.menu),
+    ("locked", Steps.locked),
     ("kill -9", Steps.killed),
     ("run", Steps.run_demo),
     ("two hundred times", Steps.many),

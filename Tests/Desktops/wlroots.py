@@ -39,7 +39,10 @@ class Recording:
 
 
 class Wlroots(Desktop):
-    left_out = {"tray menu": "no program of the session shows tray icons"}
+    left_out = {
+        "tray menu": "no program of the session shows tray icons",
+        "locked": "no login manager tells of it here",
+    }
     host = {}  # what is different in the environment of those who look at the screen
 
     def __init__(self, layout, runtime, logs):
