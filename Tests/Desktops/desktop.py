@@ -22,8 +22,12 @@ class Failure(Exception):
     """Something is not as it should be; the text says what."""
 
 
+PATIENCE = float(os.environ.get("QUILLFADE_TEST_PATIENCE", "1"))  # more than 1 on a slow machine
+
+
 def wait_for(condition, what, deadline=15.0):
     """The first true value of the condition."""
+    deadline *= PATIENCE
     end = time.monotonic() + deadline
     while True:
         value = condition()
@@ -188,7 +192,7 @@ class Desktop:
             env=self.environment | environment,
             stdin=subprocess.DEVNULL,
             capture_output=True,
-            timeout=deadline,
+            timeout=deadline * PATIENCE,
             check=False,
         )
         if done.returncode != 0:

@@ -161,19 +161,21 @@ class Gnome(Desktop):
 
     def agree(self, place=None):
         """Clicks the button that agrees until the dialog is gone; before, what is to be chosen at that place."""
-        has_clicked = False
+        button = None
 
         def is_gone():
-            nonlocal has_clicked
-            is_button = (numpy.abs(self.picture().astype(int) - BUTTON_COLOR).max(axis=2) < 3).nonzero()
-            is_shown = is_button[0].size > 300
-            if is_shown:
-                self.click([int(numpy.median(each)) for each in reversed(is_button)])
-                has_clicked = True
-            elif place and not has_clicked:
-                self.click(place)
+            nonlocal button
+            picture = self.picture()
+            # Before the dialog is there, a click would raise what lies under it. Only dialogs are white.
+            is_open = (picture.min(axis=2) > 245).mean() > 0.1
+            blue = numpy.argwhere(numpy.abs(picture.astype(int) - BUTTON_COLOR).max(axis=2) < 3)
+            if is_open and len(blue) > 300:
+                # The button is at the top. What is chosen has the same colour around it.
+                button = numpy.median(blue[blue[:, 0] < blue[0, 0] + 30 * self.layout.scale], axis=0)[::-1]
+            if is_open and (button is not None or place):
+                self.click(place if button is None else button)
             time.sleep(0.5)
-            return has_clicked and not is_shown
+            return button is not None and not is_open
 
         wait_for(is_gone, "a dialog that asks, and goes")
 

@@ -6,7 +6,7 @@ import signal
 import subprocess
 import sys
 
-from desktop import Failure, wait_for
+from desktop import PATIENCE, Failure, wait_for
 
 HERE = pathlib.Path(__file__).parent
 WIDTH_OF_STROKES = 8
@@ -73,8 +73,10 @@ class Quillfade(Program):
         return self.run("status").returncode == 0
 
     def run(self, *words):
+        command = [self.executable, *words]
+        patience = 30 * PATIENCE
         return subprocess.run(
-            [self.executable, *words], env=self.desktop.environment, capture_output=True, timeout=30, check=False
+            command, env=self.desktop.environment, capture_output=True, timeout=patience, check=False
         )
 
     def command(self, *words):

@@ -15,10 +15,11 @@ import steps
 from desktop import Failure, Layout
 from gnome import Gnome
 from kwin import Kwin
+from kwin_gl import KwinGl
 from labwc import Labwc
 from sway import Sway
 
-DESKTOPS = {desktop.name: desktop for desktop in (Sway, Labwc, Kwin, Gnome)}
+DESKTOPS = {desktop.name: desktop for desktop in (Sway, Labwc, Kwin, KwinGl, Gnome)}
 SESSIONS = {
     "one": (Layout(), steps.MAIN),
     "scale-1.25": (Layout(scale=1.25), steps.SCALED),
