@@ -37,7 +37,6 @@ show-banners=false
 """
 # GNOME's portal starts only in a graphical session, and that target is not to be started by itself.
 SESSION_TARGET = "[Unit]\nBindsTo=graphical-session.target\n"
-# By their control groups, the shell knows that systemd manages it, and portals know a program's name.
 # What is to be seen of the tray icon and its menu, for `evaluate`: texts and rectangles, in points.
 TRAY = """(() => {
   const seen = (text, actor) => [text, ...actor.get_transformed_position(), ...actor.get_transformed_size()];
@@ -47,6 +46,7 @@ TRAY = """(() => {
   const lines = icon.menu.isOpen ? icon.menu._getMenuItems().filter(line => line.label?.text) : [];
   return [seen("", icon), ...lines.map(line => seen(line.label.text, line))];
 })()"""
+# By their control groups, the shell knows that systemd manages it, and portals know a program's name.
 UNITS = {
     "gnome-shell": ("session", "gnome-shell-{}.scope"),
     "application": ("app", "app-gnome-org.quillfade.Quillfade-{}.scope"),
@@ -65,9 +65,9 @@ class Gnome(Desktop):
     def start_bus(self):
         own = pathlib.Path("/sys/fs/cgroup/user.slice/user-0.slice/user@0.service/init.scope")
         own.mkdir(parents=True)
-        (pathlib.Path(self.environment["HOME"]) / ".config" / "systemd" / "user").mkdir(parents=True)
-        target = pathlib.Path(self.environment["HOME"]) / ".config" / "systemd" / "user" / "desktop.target"
-        target.write_text(SESSION_TARGET)
+        units = pathlib.Path(self.environment["HOME"]) / ".config" / "systemd" / "user"
+        units.mkdir(parents=True)
+        (units / "desktop.target").write_text(SESSION_TARGET)
         inside = ["bash", "-c", f"echo $$ > {own}/cgroup.procs && exec /lib/systemd/systemd --user"]
         self.spawn(inside, "systemd")
         self.units = itertools.count(1)

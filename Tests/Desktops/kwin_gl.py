@@ -70,6 +70,10 @@ class KwinRecording(Stream):
 
 class KwinGl(Desktop):
     name = "kwin-gl"
+    left_out = {
+        "tray menu": "no program of the session shows tray icons",
+        "locked": "no login manager tells of it here",
+    }
     keys = "as KWin's service for shortcuts gives it"
 
     def launch(self):

@@ -11,7 +11,7 @@ from desktop import Failure, wait_for
 from programs import Content, Gromit, Quillfade
 from recorder import Recorder
 
-PATIENCE = 5  # seconds, before something is done once more
+RETRY_AFTER = 5  # seconds
 GRAIN = 16  # the area's edges are multiples of it, so that they are whole pixels at every scale
 
 
@@ -146,12 +146,12 @@ class Steps:
     def draw(self, *strokes):
         """Until the last of them is seen outside the area."""
         spot = pixels.grown(pixels.scaled((*strokes[-1][:2], 0, 0), self.factor), max(2, round(3 * self.factor)))
-        since = -PATIENCE
+        since = -RETRY_AFTER
 
         def is_seen(picture):
             nonlocal since
             # Once more after a while: a program that has just started may begin anew when its window gets its size.
-            if time.monotonic() > since + PATIENCE:
+            if time.monotonic() > since + RETRY_AFTER:
                 self.gromit.draw(*strokes)
                 since = time.monotonic()
             return pixels.ink_inside(picture, spot) > 4
