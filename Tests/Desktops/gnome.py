@@ -218,6 +218,9 @@ class Gnome(Desktop):
             return False
 
         wait_for(is_there, f"the pointer is at {place}")
+        # A program beneath may not hear of a leap, but only of the next movement.
+        self.move(1, 1)
+        self.move(-1, -1)
         for is_pressed in (True, False):
             self.remote.NotifyPointerButton(hands.LEFT_BUTTON, is_pressed)
             time.sleep(hands.PAUSE)
