@@ -21,6 +21,9 @@ class HolesEnds : public HolesDesktop {
     for (const auto& process : fs::directory_iterator("/proc")) {
       if (process.path().filename().string().find_first_not_of("0123456789") != std::string::npos) continue;
       if (support::readFile(process.path() / "comm") != "quillfade-guard\n") continue;
+      // In another network namespace, the number is another server's.
+      std::error_code hasGone;
+      if (fs::read_symlink(process.path() / "ns/net", hasGone) != fs::read_symlink("/proc/self/ns/net")) continue;
       const std::string variables = '\0' + support::readFile(process.path() / "environ");
       if (variables.contains('\0' + std::string("DISPLAY=") + server_.display() + '\0'))
         found.push_back(static_cast<pid_t>(std::stol(process.path().filename().string())));
