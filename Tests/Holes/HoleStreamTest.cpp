@@ -1,7 +1,6 @@
 // Streams that take ink away, against a real X server: what the port promises, and what happens to the windows.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <xcb/composite.h>
 #include <xcb/shape.h>
 
 #include <mutex>
@@ -134,29 +133,6 @@ class HoleStreamTest : public ::testing::Test {
   stream::CaptureStreamSettings settings;
   xcb_window_t ink = XCB_NONE;
 };
-
-TEST_F(HoleStreamTest, AMomentLaterTheInkIsTakenAwayOnceMore) {
-  xcb_composite_redirect_window(client.connection(), ink, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
-  const xcb_pixmap_t pixels = xcb_generate_id(client.connection());
-  xcb_composite_name_window_pixmap(client.connection(), ink, pixels);
-  const auto stream = startStream();
-  const auto inkLeft = [&] { return client.contents(pixels, area).count(0xff00ff); };
-  ASSERT_EQ(inkLeft(), 0U);
-  const auto stain = [&] {
-    client.fill(pixels, area, inkColor);
-    client.sync();
-    ASSERT_EQ(inkLeft(), areaSize);
-  };
-  stain();
-  runLoop.advance();
-  catchUp();
-  EXPECT_EQ(inkLeft(), 0U);
-  EXPECT_EQ(inkPixels(area), 0U);
-  stain();
-  runLoop.advance();
-  catchUp();
-  EXPECT_EQ(inkLeft(), areaSize) << "once, and not for ever";
-}
 
 TEST_F(HoleStreamTest, TheHoleStandsBeforeTheStartCompletesAndTheFrameComesAfterIt) {
   const auto stream = makeStream();

@@ -15,7 +15,7 @@ namespace {
 
 constexpr xcb_render_color_t transparent{};
 
-// No other client is served meanwhile.
+// No other client is served meanwhile; Xwayland serves them all the same.
 class ServerGrab {
  public:
   explicit ServerGrab(xcb::Connection& connection) : connection_(connection) { xcb_grab_server(connection_.get()); }
@@ -29,12 +29,6 @@ class ServerGrab {
  private:
   xcb::Connection& connection_;
 };
-
-std::vector<xcb_rectangle_t> toRectangles(const PixelSet& set) {
-  std::vector<xcb_rectangle_t> rectangles;
-  for (const xcb::PixelRect& rect : set) rectangles.push_back(xcb::toRectangle(rect));
-  return rectangles;
-}
 
 PixelSet toPixelSet(const xcb_shape_get_rectangles_reply_t& reply) {
   const std::span rectangles(xcb_shape_get_rectangles_rectangles(&reply),
@@ -110,23 +104,17 @@ void HoleCutter::erase(xcb_window_t window) {
   connection_.ignoreErrors(xcb_delete_property(connection_.get(), window, connection_.atom(holeProperty)));
 }
 
-// What lies inside the window is meant, too.
-void HoleCutter::fill(xcb_window_t window, const Look& look, std::uint8_t operation, const PixelSet& areas) {
+// Changes no pixel but announces a change, so that a compositor looks again.
+void HoleCutter::nudge(xcb_window_t window, const Look& look) {
   if (look.format == 0) return;
   xcb_connection_t* c = connection_.get();
   const xcb_render_picture_t picture = connection_.newId();
   const std::uint32_t inferiors = XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS;
-  const auto rectangles = toRectangles(areas);
+  const xcb_rectangle_t all = xcb::toRectangle(look.bounds);
   connection_.ignoreErrors(
       xcb_render_create_picture(c, picture, window, look.format, XCB_RENDER_CP_SUBWINDOW_MODE, &inferiors));
-  connection_.ignoreErrors(xcb_render_fill_rectangles(
-      c, operation, picture, transparent, static_cast<std::uint32_t>(rectangles.size()), rectangles.data()));
+  connection_.ignoreErrors(xcb_render_fill_rectangles(c, XCB_RENDER_PICT_OP_OVER, picture, transparent, 1, &all));
   connection_.ignoreErrors(xcb_render_free_picture(c, picture));
-}
-
-// Changes no pixel but announces a change, so that a compositor looks again.
-void HoleCutter::nudge(xcb_window_t window, const Look& look) {
-  fill(window, look, XCB_RENDER_PICT_OP_OVER, {look.bounds});
 }
 
 std::expected<std::optional<Hole>, Error> HoleCutter::cut(const std::optional<Hole>& before,
@@ -140,7 +128,7 @@ std::expected<std::optional<Hole>, Error> HoleCutter::cut(const std::optional<Ho
     if (step.isForReshaped && before && stands(*before, now->shape)) return before;
     hole = {.own = ownShape(now->shape, before), .areas = step.areas};
     write(step.window, hole);
-    if (step.clears) clear(hole, step.window, *now);
+    const auto patch = step.clears ? clear(hole, step.window, *now) : nullptr;
     setShape(step.window, pierced(hole));
     nudge(step.window, *now);
     cookie = askForRectangles(connection_, step.window);
@@ -157,25 +145,18 @@ std::expected<std::optional<Hole>, Error> HoleCutter::lostOrGone() const {
   return std::nullopt;
 }
 
-// Nothing can be painted where the window is not: so it is whole again for that long. Without an alpha channel there is
-// no colour to see through.
-void HoleCutter::clear(const Hole& hole, xcb_window_t window, const Look& now) {
-  if (!now.hasAlpha) return;
+// Nothing can be painted where the window is not: so it is whole again for that long. Its program is told of that and
+// may draw at once, but not where the patch lies. Without an alpha channel there is no colour to see through.
+std::unique_ptr<Patch> HoleCutter::clear(const Hole& hole, xcb_window_t window, const Look& now) {
+  const PixelSet areas = common(hole.areas, now.size);
+  if (!now.hasAlpha || areas.empty()) return nullptr;
   // The copy is made before anything is cleared, and what was cleared once is in it.
   auto& copy = copies_[window];
   if (!copy || !copy->fits(now.size)) copy = std::make_unique<InkCopy>(connection_, window, now.depth, now.size);
   copy->unwatch();
+  auto patch = std::make_unique<Patch>(connection_, window, now.size, areas);
   if (now.shape) setShape(window, hole.own.value_or(PixelSet{largestShape}));
-  fill(window, now, XCB_RENDER_PICT_OP_SRC, common(hole.areas, now.bounds));
-}
-
-void HoleCutter::cutAgain(xcb_window_t window, const Hole& hole) {
-  const ServerGrab grab(connection_);
-  const auto now = look(window);
-  if (!now || !stands(hole, now->shape)) return;
-  clear(hole, window, *now);
-  setShape(window, pierced(hole));
-  nudge(window, *now);
+  return patch;
 }
 
 std::optional<Hole> HoleCutter::mend(xcb_window_t window, const Hole& hole) {

@@ -23,6 +23,7 @@
 #include "Platform/Linux/Holes/Hole.h"
 #include "Platform/Linux/Holes/HoleBook.h"
 #include "Platform/Linux/Holes/InkCopy.h"
+#include "Platform/Linux/Holes/Patch.h"
 #include "Platform/Linux/Xcb/Connection.h"
 
 namespace platform::linux::holes {
@@ -39,8 +40,6 @@ class HoleCutter {
   // every compositor looks at shapes. Absent when the window is gone; an error when the server does not do it.
   [[nodiscard]] std::expected<std::optional<Hole>, Error> cut(const std::optional<Hole>& before,
                                                               const HoleBook::Step& step);
-  // Makes the hole that stands there once more, for a compositor that overlooked it.
-  void cutAgain(xcb_window_t window, const Hole& hole);
   // Gives the window back what was its own, unless its owner has done so, but for two things that take a moment, and
   // that `finish` does. A window without a shape has its rectangle as one until then, since compositors overlook a step
   // from a shape to none; and a program may not draw again what was cleared. Absent when there is nothing to finish.
@@ -61,11 +60,11 @@ class HoleCutter {
 
   [[nodiscard]] std::optional<Look> look(xcb_window_t window);
   [[nodiscard]] std::expected<std::optional<Hole>, Error> lostOrGone() const;
-  void clear(const Hole& hole, xcb_window_t window, const Look& now);
+  // Until it is gone, nothing is seen or drawn there.
+  [[nodiscard]] std::unique_ptr<Patch> clear(const Hole& hole, xcb_window_t window, const Look& now);
   void setShape(xcb_window_t window, const PixelSet& shape);
   void write(xcb_window_t window, const Hole& hole);
   void erase(xcb_window_t window);
-  void fill(xcb_window_t window, const Look& look, std::uint8_t operation, const PixelSet& areas);
   void nudge(xcb_window_t window, const Look& look);
 
   xcb::Connection& connection_;

@@ -106,29 +106,13 @@ std::expected<void, Error> HoleEngine::carryOut(const HoleBook::Step& step) {
     return {};
   }
   const auto open = holes_.find(step.window);
-  const auto before = open == holes_.end() ? std::nullopt : std::optional(open->second.hole);
-  const auto cut = cutter_.cut(before, step);
+  const auto cut = cutter_.cut(open == holes_.end() ? std::nullopt : std::optional(open->second.hole), step);
   if (!cut) return std::unexpected(cut.error());
-  if (*cut) {
+  if (*cut)
     holes_.insert_or_assign(step.window, Open{.hole = **cut, .closing = std::nullopt});
-    const bool isNew = !step.isForReshaped || *cut != before;
-    if (step.clears && isNew) cutAgainLater(step.window);
-  } else {
+  else
     forget(step.window);
-  }
   return {};
-}
-
-// Older compositors may go on showing the ink on one of two screens if a hole grows just after it was made.
-void HoleEngine::cutAgainLater(xcb_window_t window) {
-  const std::chrono::duration<double> time = timeForCompositors;
-  runLoop_.after(time.count(), [weakEngine = weak_from_this(), window, hole = holes_.at(window).hole] {
-    const auto engine = weakEngine.lock();
-    if (!engine) return;
-    const auto open = engine->holes_.find(window);
-    if (open == engine->holes_.end() || open->second.closing || open->second.hole != hole) return;
-    engine->cutter_.cutAgain(window, hole);
-  });
 }
 
 void HoleEngine::mend(xcb_window_t window) {

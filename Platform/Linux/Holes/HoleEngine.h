@@ -66,7 +66,6 @@ class HoleEngine final : public scene::SceneListener, public std::enable_shared_
   [[nodiscard]] bool isOwn(xcb_window_t window) const;
   [[nodiscard]] std::expected<void, Error> carryOut();
   [[nodiscard]] std::expected<void, Error> carryOut(const HoleBook::Step& step);
-  void cutAgainLater(xcb_window_t window);
   void mend(xcb_window_t window);
   void forget(xcb_window_t window);
   void finish(xcb_window_t window);

@@ -22,6 +22,10 @@ class Copying {
   Copying(const Copying&) = delete;
   Copying& operator=(const Copying&) = delete;
 
+  void blank(xcb_drawable_t drawable, const xcb::PixelRect& part) {
+    const xcb_rectangle_t rect = xcb::toRectangle(part);
+    connection_.ignoreErrors(xcb_poly_fill_rectangle(connection_.get(), drawable, context_, 1, &rect));
+  }
   void copy(xcb_drawable_t from, xcb_drawable_t to, const xcb::PixelRect& part) {
     const xcb_rectangle_t rect = xcb::toRectangle(part);
     connection_.ignoreErrors(
@@ -40,7 +44,10 @@ InkCopy::InkCopy(xcb::Connection& connection, xcb_window_t window, std::uint8_t 
   connection_.ignoreErrors(xcb_create_pixmap(connection_.get(), depth, pixels_, window,
                                              static_cast<std::uint16_t>(size.width),
                                              static_cast<std::uint16_t>(size.height)));
-  Copying(connection_, window).copy(window, pixels_, size);
+  // Where the window has a hole already, nothing is copied.
+  Copying copying(connection_, window);
+  copying.blank(pixels_, size);
+  copying.copy(window, pixels_, size);
 }
 
 InkCopy::~InkCopy() {

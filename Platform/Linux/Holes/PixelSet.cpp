@@ -49,4 +49,10 @@ bool holdSame(std::span<const xcb::PixelRect> a, std::span<const xcb::PixelRect>
   return without({a.begin(), a.end()}, b).empty() && without({b.begin(), b.end()}, a).empty();
 }
 
+std::vector<xcb_rectangle_t> toRectangles(std::span<const xcb::PixelRect> set) {
+  std::vector<xcb_rectangle_t> rectangles;
+  for (const xcb::PixelRect& rect : set) rectangles.push_back(xcb::toRectangle(rect));
+  return rectangles;
+}
+
 }  // namespace platform::linux::holes

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "Platform/Linux/Xcb/Coordinates.h"
+#include "Platform/Linux/Xcb/Region.h"
 
 namespace platform::linux::holes {
 
@@ -18,5 +18,6 @@ using PixelSet = std::vector<xcb::PixelRect>;
 [[nodiscard]] PixelSet moved(std::span<const xcb::PixelRect> set, std::int32_t x, std::int32_t y);
 // Whether both hold the same pixels, however they are cut into rectangles.
 [[nodiscard]] bool holdSame(std::span<const xcb::PixelRect> a, std::span<const xcb::PixelRect> b);
+[[nodiscard]] std::vector<xcb_rectangle_t> toRectangles(std::span<const xcb::PixelRect> set);
 
 }  // namespace platform::linux::holes
