@@ -239,6 +239,24 @@ TEST_F(HoleCutterTest, ItsProgramIsNotAskedToDrawWhereTheInkIsTakenAway) {
   EXPECT_EQ(exposures(), 0U) << "Xwayland may let it draw before the hole is there";
 }
 
+TEST_F(HoleCutterTest, UnderAPatchItsProgramCanDrawNothing) {
+  const auto ink = makeInk();
+  const xcb_pixmap_t pixels = pixelsOf(ink);
+  const auto drawn = [&] {
+    client.fill(ink, {0, 0, 400, 300}, inkColor);
+    client.sync();
+    return client.contents(pixels, {0, 0, 400, 300}).count(0xff00ff);
+  };
+  ASSERT_EQ(drawn(), std::size_t{400} * 300);
+  {
+    const Patch patch(*connection, ink, {0, 0, 400, 300}, {area});
+    ASSERT_TRUE(connection->synchronize(10'000));
+    EXPECT_EQ(drawn(), std::size_t{400} * 300 - 120 * 90);
+  }
+  ASSERT_TRUE(connection->synchronize(10'000));
+  EXPECT_EQ(drawn(), std::size_t{400} * 300);
+}
+
 TEST_F(HoleCutterTest, AWindowThatIsGoneIsPassedOver) {
   const auto ink = makeInk();
   const Hole hole = cut(ink, {area});

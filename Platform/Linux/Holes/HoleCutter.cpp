@@ -15,7 +15,7 @@ namespace {
 
 constexpr xcb_render_color_t transparent{};
 
-// No other client is served meanwhile; Xwayland serves them all the same.
+// Keeps other clients waiting, but not under Xwayland, which serves them all the same.
 class ServerGrab {
  public:
   explicit ServerGrab(xcb::Connection& connection) : connection_(connection) { xcb_grab_server(connection_.get()); }

@@ -60,7 +60,7 @@ class HoleCutter {
 
   [[nodiscard]] std::optional<Look> look(xcb_window_t window);
   [[nodiscard]] std::expected<std::optional<Hole>, Error> lostOrGone() const;
-  // Until it is gone, nothing is seen or drawn there.
+  // Nothing is seen or drawn in the areas until the patch is gone.
   [[nodiscard]] std::unique_ptr<Patch> clear(const Hole& hole, xcb_window_t window, const Look& now);
   void setShape(xcb_window_t window, const PixelSet& shape);
   void write(xcb_window_t window, const Hole& hole);

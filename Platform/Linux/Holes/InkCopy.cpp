@@ -44,7 +44,7 @@ InkCopy::InkCopy(xcb::Connection& connection, xcb_window_t window, std::uint8_t 
   connection_.ignoreErrors(xcb_create_pixmap(connection_.get(), depth, pixels_, window,
                                              static_cast<std::uint16_t>(size.width),
                                              static_cast<std::uint16_t>(size.height)));
-  // Where the window has a hole already, nothing is copied.
+  // Nothing is copied where the window has a hole already, and a new pixmap may hold anything.
   Copying copying(connection_, window);
   copying.blank(pixels_, size);
   copying.copy(window, pixels_, size);

@@ -1,10 +1,10 @@
-// A see-through window of our own inside a window of somebody else: where it lies, that window shows nothing, and its
+// A see-through window of our own inside a window of another program: where it lies, that window shows nothing, and the
 // program can draw nothing.
 //
 // Threads: that of the connection; nothing here waits for the server.
 // Units and axes: device pixels in the other window's own coordinates, y down.
 // Ownership: RAII; the connection outlives it. The server ends it, too, when the connection breaks.
-// Failure: of a window that is gone, there is nothing to patch.
+// Failure: nothing happens if the window is gone.
 #pragma once
 
 #include <xcb/xcb.h>
