@@ -11,6 +11,7 @@
 #include "Platform/Linux/Session/Session.h"
 #include "Platform/Linux/Settings/SettingsFile.h"
 #include "Platform/Linux/Shortcuts/Offer.h"
+#include "Platform/Linux/Toolkit/CompositingManager.h"
 #include "Platform/Linux/Toolkit/QtX11.h"
 
 namespace platform::linux {
@@ -18,21 +19,6 @@ namespace platform::linux {
 namespace {
 
 constexpr int busPatience = 2000;  // milliseconds
-
-std::string textProperty(xcb::Connection& connection, xcb_window_t window, const char* name) {
-  constexpr std::uint32_t longest = 64;  // of four bytes each
-  const auto cookie =
-      xcb_get_property(connection.get(), 0, window, connection.atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, longest);
-  const auto reply = xcb::awaitReply(connection.get(), xcb_get_property_reply, cookie);
-  if (!reply || reply->format != 8) return {};
-  return {static_cast<const char*>(xcb_get_property_value(reply.get())),
-          static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
-}
-
-std::string windowName(xcb::Connection& connection, xcb_window_t window) {
-  const std::string name = textProperty(connection, window, "_NET_WM_NAME");
-  return name.empty() ? textProperty(connection, window, "WM_NAME") : name;
-}
 
 std::string ofScreen(const char* selection, const xcb::Connection& connection) {
   return selection + std::to_string(connection.screenNumber());
@@ -111,12 +97,9 @@ std::vector<Finding> extensionFindings(const xcb::Connection& connection) {
 }
 
 Finding compositingFinding(xcb::Connection& connection) {
-  const xcb_window_t owner = toolkit::selectionOwner(connection.get(), ofScreen("_NET_WM_CM_S", connection).c_str());
-  if (owner == XCB_NONE) {
-    return {.subject = "Compositing", .detail = "no compositing manager, and none is needed"};
-  }
-  const std::string name = windowName(connection, owner);
-  return {.subject = "Compositing", .detail = name.empty() ? "an unnamed compositing manager" : name};
+  const auto name = toolkit::compositingManager(connection);
+  if (!name) return {.subject = "Compositing", .detail = "no compositing manager, and none is needed"};
+  return {.subject = "Compositing", .detail = name->empty() ? "an unnamed compositing manager" : *name};
 }
 
 Finding busFinding() {

@@ -1,7 +1,7 @@
 """The moving content beneath the ink: a full-screen Wayland window with a number on it that counts up.
 
 usage: content.py MONITOR PICTURES_A_SECOND
-Prints its size in points, whenever it has another one.
+Prints its size in points, whenever it has another one, and "key" for each key that is pressed.
 """
 
 import sys
@@ -56,6 +56,7 @@ content.connect("draw", content.paint)
 content.connect("size-allocate", content.tell_size)
 window.add(content)
 window.connect("destroy", Gtk.main_quit)
+window.connect("key-press-event", lambda *_: print("key", flush=True))
 window.fullscreen_on_monitor(Gdk.Screen.get_default(), int(sys.argv[1]))
 window.show_all()
 GLib.timeout_add(1000 // int(sys.argv[2]), content.count)

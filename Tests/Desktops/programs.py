@@ -27,7 +27,12 @@ class Program:
 class Content(Program):
     def __init__(self, desktop, monitor, pictures_a_second=10):
         command = [sys.executable, str(HERE / "content.py"), str(monitor), str(pictures_a_second)]
-        super().__init__(desktop.spawn(command, f"content{monitor}", GDK_BACKEND="wayland"))
+        self.log = desktop.logs / f"content{monitor}.log"
+        super().__init__(desktop.spawn(command, self.log.stem, GDK_BACKEND="wayland"))
+
+    def keys(self):
+        """How many were pressed in all windows of the kind so far."""
+        return self.log.read_text().split("\n").count("key")
 
     def pause(self):
         self.process.send_signal(signal.SIGSTOP)

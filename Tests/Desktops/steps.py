@@ -139,6 +139,17 @@ class Steps:
         self.gromit = Gromit(self.desktop)
         self.draw_base()
 
+    def start_ink(self):
+        """Before Quillfade runs; says whether it took a second start."""
+        try:
+            self.restart_ink()
+        except Failure:
+            # On GNOME, gromit-mpx sometimes takes its orders and draws nothing.
+            self.gromit.kill()
+            self.restart_ink()
+            return ", gromit-mpx started twice, since it drew nothing at first"
+        return ""
+
     def draw_base(self):
         w, h = self.x_width, self.x_height
         self.draw((w // 10, h // 8, w * 9 // 10, h * 7 // 8), (w // 10, h * 7 // 8, w * 9 // 10, h // 8))
@@ -197,12 +208,13 @@ class Steps:
         first = self.shows(lambda picture: 0 < self.number(picture) < 1000, "the content is there", 30)
         self.shows(lambda picture: self.number(first) < self.number(picture) < 1000, "the content moves")
         self.clean = self.steady("the content is whole")
+        ink = self.start_ink()
         self.begin()
         layout = self.desktop.layout
         points = f"{round(layout.width / layout.scale)} x {round(layout.height / layout.scale)}"
         size = (self.desktop.logs / "content0.log").read_text().split("\n")[-2]
         require(size == points, f"the screen has {size} points, not {points}")
-        return f"{said}, Wayland programs {size} for each screen"
+        return f"{said}, Wayland programs {size} for each screen{ink}"
 
     def before_covered_uncovered(self):
         before = self.save("1-before", self.begin())
@@ -377,6 +389,21 @@ class Steps:
 
         self.shows(is_cancelled, "the selection is cancelled")
         return presses
+
+    def keyboard(self):
+        """What is pressed while the screen is covered reaches the program beneath."""
+        before = self.begin()
+        self.restart_content()  # a window that has just opened has the keyboard
+        for style in ("live", "solid"):
+            self.quillfade.command("style", style)
+            self.quillfade.command("toggle")
+            self.shows(lambda picture: self.inside(picture) == 0, "no ink inside the area")
+            pressed = self.contents[0].keys()
+            self.desktop.press_escape()
+            wait_for(lambda pressed=pressed: self.contents[0].keys() == pressed + 1, f"a key, with the {style} cover")
+            self.uncover(before)
+        self.quillfade.command("style", "live")
+        return "the program beneath has it, with either cover"
 
     def hot_key(self):
         before = self.begin()
@@ -566,6 +593,7 @@ MAIN = [
     ("solid cover", Steps.solid),
     ("outline", Steps.outline),
     ("area selection", Steps.area_selected),
+    ("keyboard", Steps.keyboard),
     ("hot key", Steps.hot_key),
     ("tray menu", Steps.menu),
     ("locked", Steps.locked),

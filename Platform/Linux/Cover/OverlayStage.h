@@ -7,10 +7,13 @@
 #include <xcb/xcb.h>
 
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <vector>
 
+#include "Platform/Linux/Cover/ManagerEcho.h"
 #include "Platform/Linux/Cover/OverlayWindow.h"
 #include "Platform/Linux/Scene/Scene.h"
 #include "Platform/Linux/Scene/StackKeeper.h"
@@ -46,6 +49,8 @@ class OverlayStage {
 
  private:
   void keepOnTop();
+  [[nodiscard]] bool managerMissesFirstPictures();
+  void releaseOnceKnown(OverlayWindow& window);
 
   xcb::Connection& connection_;
   const scene::Scene& scene_;
@@ -54,6 +59,11 @@ class OverlayStage {
   scene::StackKeeper keeper_;
   std::vector<OverlayWindow*> windows_;
   std::set<xcb_window_t> awaited_;
+  std::optional<bool> managerMissesFirstPictures_;  // absent while nobody says
+  ManagerEcho echo_;
+  // The windows that are held back, and the number of the question whose answer releases each.
+  std::map<xcb_window_t, std::uint64_t> heldBack_;
+  std::uint64_t questions_ = 0;
   bool mayHaveChanged_ = false;
   std::shared_ptr<DelayedTask> again_;
 };

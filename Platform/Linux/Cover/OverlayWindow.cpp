@@ -71,18 +71,18 @@ OverlayWindow::~OverlayWindow() {
 void OverlayWindow::setProperties() {
   using namespace std::string_view_literals;
   connection_.internAtoms({"WM_CLASS", "WM_NAME", "_NET_WM_NAME", "UTF8_STRING", "WM_CLIENT_MACHINE", "_NET_WM_PID",
-                           "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_DOCK", "_COMPTON_SHADOW",
-                           "_NET_WM_BYPASS_COMPOSITOR"});
+                           "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_DOCK", "_NET_WM_WINDOW_TYPE_NOTIFICATION",
+                           "_COMPTON_SHADOW", "_NET_WM_BYPASS_COMPOSITOR"});
   setText("WM_CLASS", "STRING", "quillfade\0Quillfade\0"sv);
   setText("WM_NAME", "STRING", "Quillfade");
   setText("_NET_WM_NAME", "UTF8_STRING", "Quillfade");
   setText("WM_CLIENT_MACHINE", "STRING", posix::hostName());
-  setNumber("_NET_WM_PID", XCB_ATOM_CARDINAL, static_cast<std::uint32_t>(getpid()));
+  setNumbers("_NET_WM_PID", XCB_ATOM_CARDINAL, {static_cast<std::uint32_t>(getpid())});
   // As a rule, compositing managers keep their decorations (shadows, round corners, dimming, blur) off docks.
-  setNumber("_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, connection_.atom("_NET_WM_WINDOW_TYPE_DOCK"));
-  setNumber("_COMPTON_SHADOW", XCB_ATOM_CARDINAL, 0);
+  setNumbers("_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, {connection_.atom("_NET_WM_WINDOW_TYPE_DOCK")});
+  setNumbers("_COMPTON_SHADOW", XCB_ATOM_CARDINAL, {0});
   constexpr std::uint32_t neverBypass = 2;
-  setNumber("_NET_WM_BYPASS_COMPOSITOR", XCB_ATOM_CARDINAL, neverBypass);
+  setNumbers("_NET_WM_BYPASS_COMPOSITOR", XCB_ATOM_CARDINAL, {neverBypass});
 }
 
 void OverlayWindow::setText(const char* property, const char* type, std::string_view text) {
@@ -90,9 +90,9 @@ void OverlayWindow::setText(const char* property, const char* type, std::string_
                       connection_.atom(type), 8, static_cast<std::uint32_t>(text.size()), text.data());
 }
 
-void OverlayWindow::setNumber(const char* property, xcb_atom_t type, std::uint32_t value) {
-  xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window_, connection_.atom(property), type, 32, 1,
-                      &value);
+void OverlayWindow::setNumbers(const char* property, xcb_atom_t type, const std::vector<std::uint32_t>& values) {
+  xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window_, connection_.atom(property), type, 32,
+                      static_cast<std::uint32_t>(values.size()), values.data());
 }
 
 void OverlayWindow::setFrame(const xcb::PixelRect& frame) {
@@ -165,6 +165,18 @@ void OverlayWindow::orderOut() {
   xcb_unmap_window(connection_.get(), window_);
 }
 
+void OverlayWindow::holdBack() {
+  if (!connection_.has(xcb::Extension::shape)) return;
+  isHeldBack_ = true;
+  shape({});
+}
+
+void OverlayWindow::release() {
+  if (!std::exchange(isHeldBack_, false)) return;
+  unshape();
+  restore();
+}
+
 bool OverlayWindow::presentFrame(std::shared_ptr<const stream::Frame> frame) {
   if (!mayShow(*frame)) return false;
   if (!lastFrame_ || lastFrame_->streamSerial() != frame->streamSerial()) {
@@ -207,15 +219,21 @@ bool OverlayWindow::showThrough() {
 
 // Some compositors look at the window's pixels alone, and some at its shape; nothing can be painted outside of that.
 void OverlayWindow::paintSeenThrough() {
+  if (isHeldBack_) return;
   unshape();
   painter_->paintAll();
   std::vector<xcb_rectangle_t> parts;
   for (const xcb::PixelRect& part : painter_->shownParts()) parts.push_back(xcb::toRectangle(part));
+  shape(parts);
+}
+
+void OverlayWindow::shape(const std::vector<xcb_rectangle_t>& parts) {
   xcb_shape_rectangles(connection_.get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_UNSORTED, window_,
                        0, 0, static_cast<std::uint32_t>(parts.size()), parts.data());
 }
 
 void OverlayWindow::unshape() {
+  if (isHeldBack_) return;
   xcb_shape_mask(connection_.get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, window_, 0, 0, XCB_PIXMAP_NONE);
 }
 

@@ -36,6 +36,8 @@ class OverlayWindow {
   [[nodiscard]] xcb_window_t id() const { return window_; }
   [[nodiscard]] const xcb::PixelRect& frame() const { return frame_; }
   [[nodiscard]] bool isShown() const { return isShown_; }
+  // In a Wayland session.
+  [[nodiscard]] bool canBeSeenThrough() const { return canBeSeenThrough_; }
 
   void setFrame(const xcb::PixelRect& frame);
   void setAppearance(const OverlayAppearance& appearance);
@@ -43,6 +45,10 @@ class OverlayWindow {
   // On top of everything, or directly below the given window (a screen locker) if it still exists.
   void orderFront(std::optional<xcb_window_t> below);
   void orderOut();
+
+  // Until `release`, nothing of the window is painted or seen, even when it is ordered to the front.
+  void holdBack();
+  void release();
 
   // Shows what the frame changes. The newest stream that still runs has the window: a frame of an older one is dropped,
   // and so is a partial frame of a stream other than the one shown. False when dropped.
@@ -58,11 +64,12 @@ class OverlayWindow {
   void create(xcb_visualid_t visual);
   void setProperties();
   void setText(const char* property, const char* type, std::string_view text);
-  void setNumber(const char* property, xcb_atom_t type, std::uint32_t value);
+  void setNumbers(const char* property, xcb_atom_t type, const std::vector<std::uint32_t>& values);
   void endLive();
   void restore();
   void exposed(const xcb::PixelRect& part);
   void paintSeenThrough();
+  void shape(const std::vector<xcb_rectangle_t>& parts);
   void unshape();
   [[nodiscard]] bool mayShow(const stream::Frame& frame) const;
   void remember(const std::shared_ptr<const stream::Frame>& frame);
@@ -72,6 +79,7 @@ class OverlayWindow {
   xcb_colormap_t colors_ = XCB_NONE;  // for a visual other than the root window's
   xcb::PixelRect frame_;
   bool isShown_ = false;
+  bool isHeldBack_ = false;
   bool canBeSeenThrough_;
   bool isSeenThrough_ = false;
   std::optional<OverlayPainter> painter_;

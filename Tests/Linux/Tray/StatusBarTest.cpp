@@ -33,9 +33,9 @@ namespace {
 constexpr std::uint32_t allModifiers = modifierflags::control | modifierflags::option | modifierflags::command;
 
 // Refills the menu at each opening, as the application does.
-class Delegate : public MenuDelegate {
+class MenuReader : public MenuDelegate {
  public:
-  Delegate() {
+  MenuReader() {
     MenuItem separator;
     separator.isSeparator = true;
     MenuItem command = choosable("Hide Annotations");
@@ -116,7 +116,7 @@ class StatusBarTest : public qt::Test {
   std::optional<qt::TrayHost> tray;
   NoHostMenus hostMenus;
   DesktopStatusBar bar{runLoop, hostMenus};
-  std::shared_ptr<Delegate> delegate = std::make_shared<Delegate>();
+  std::shared_ptr<MenuReader> delegate = std::make_shared<MenuReader>();
   std::shared_ptr<StatusItem> item;
 };
 
