@@ -79,7 +79,10 @@ void OverlayWindow::setProperties() {
   setText("WM_CLIENT_MACHINE", "STRING", posix::hostName());
   setNumbers("_NET_WM_PID", XCB_ATOM_CARDINAL, {static_cast<std::uint32_t>(getpid())});
   // As a rule, compositing managers keep their decorations (shadows, round corners, dimming, blur) off docks.
-  setNumbers("_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, {connection_.atom("_NET_WM_WINDOW_TYPE_DOCK")});
+  std::vector<std::uint32_t> types{connection_.atom("_NET_WM_WINDOW_TYPE_DOCK")};
+  // Sway and labwc give the keyboard even to docks, but not to what is a notification, too.
+  if (canBeSeenThrough_) types.push_back(connection_.atom("_NET_WM_WINDOW_TYPE_NOTIFICATION"));
+  setNumbers("_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, types);
   setNumbers("_COMPTON_SHADOW", XCB_ATOM_CARDINAL, {0});
   constexpr std::uint32_t neverBypass = 2;
   setNumbers("_NET_WM_BYPASS_COMPOSITOR", XCB_ATOM_CARDINAL, {neverBypass});

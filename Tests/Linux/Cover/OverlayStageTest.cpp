@@ -176,5 +176,13 @@ TEST_F(OverlayStageOnX, AWindowThatGoesMeanwhileIsForgotten) {
   EXPECT_EQ(seen(), 0U);
 }
 
+TEST_F(OverlayStageOnX, InAWaylandSessionItIsANotificationTooWhichGetsNoKeys) {
+  makeWindow();
+  handleEvents();
+  EXPECT_EQ(client_.numbers(window_->id(), "_NET_WM_WINDOW_TYPE"),
+            (std::vector<std::uint32_t>{client_.atom("_NET_WM_WINDOW_TYPE_DOCK"),
+                                        client_.atom("_NET_WM_WINDOW_TYPE_NOTIFICATION")}));
+}
+
 }  // namespace
 }  // namespace platform::linux::cover
