@@ -70,10 +70,27 @@ class Steps:
 
         try:
             wait_for(look, what, deadline)
-        except Failure:
+        except Failure as failure:
             self.save("FAILED-" + self.step.replace(" ", "-"), last[0])
-            raise
+            raise Failure(f"{failure}{self.what_stands_still()}") from None
         return last[0]
+
+    def what_stands_still(self):
+        """The screens whose content does not go on, for a message."""
+        if len(self.contents) < self.desktop.layout.outputs:
+            return ""
+        early = self.numbers_outside()
+        time.sleep(1)
+        late = self.numbers_outside()
+        still = [str(screen + 1) for screen, number in enumerate(late) if number == early[screen]]
+        return f"; nothing moves on screen {' and '.join(still)}" if still else ""
+
+    def numbers_outside(self):
+        """One for each screen."""
+        picture = self.desktop.picture()
+        left, top, width, height = self.screen
+        screens = [(left + output * width, top, width, height) for output in range(self.desktop.layout.outputs)]
+        return [pixels.counter(picture, screen, pixels.OUTER_COUNTER_TOP) for screen in screens]
 
     def inside(self, picture):
         return pixels.ink_inside(picture, self.inner)

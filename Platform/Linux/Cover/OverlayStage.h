@@ -39,8 +39,8 @@ class OverlayStage {
   void setMayOverlap(std::function<bool(const CaptureWindow&)> mayOverlap);
   void reconsider();
 
-  // Whether the scene still lacks a window that was ordered to the front.
-  [[nodiscard]] bool awaitsWindows() const { return !awaited_.empty(); }
+  // Whether the scene still lacks a window that was ordered to the front, or such a window is not painted yet.
+  [[nodiscard]] bool awaitsWindows() const { return !awaited_.empty() || !heldBack_.empty(); }
 
   // Call it after the scene and the window list have seen the event.
   void handle(const xcb_generic_event_t& event);

@@ -109,12 +109,14 @@ TEST_F(OverlayStageOnX, NothingIsPaintedBeforeWlrootsKnowsTheWindow) {
   show();
   EXPECT_TRUE(client_.isViewable(window_->id()));
   EXPECT_EQ(seen(), 0U);
+  EXPECT_TRUE(stage_.awaitsWindows());
   window_->setAppearance({.background = 0xFF00FF00, .picture = inside, .label = {}, .border = {}});
   EXPECT_EQ(seen(), 0U);
   window_->setAppearance(mirrorAppearance());
   answer();
   handleEvents();
   EXPECT_EQ(seen(), whole);
+  EXPECT_FALSE(stage_.awaitsWindows());
   runLoop_.advance();
   EXPECT_EQ(seen(), whole);
 }
