@@ -8,6 +8,7 @@
 #include "Platform/Linux/Holes/HoleEngine.h"
 #include "Platform/Linux/Holes/SeeThroughFrame.h"
 #include "Tests/Holes/HolesSupport.h"
+#include "Tests/Support/ManualRunLoop.h"
 #include "Tests/Support/XClient.h"
 #include "Tests/Support/XServer.h"
 
@@ -125,7 +126,7 @@ class HoleStreamTest : public ::testing::Test {
   support::XClient client{server.display()};
   std::unique_ptr<xcb::Connection> connection = connectTo(server.display());
   scene::Scene scene{*connection};
-  ManualRunLoop runLoop;
+  support::ManualRunLoop runLoop;
   std::shared_ptr<HoleEngine> engine =
       std::make_shared<HoleEngine>(*connection, scene, runLoop, std::vector{connection->resourceBase()}, 4711);
   std::shared_ptr<Witness> witness = std::make_shared<Witness>();

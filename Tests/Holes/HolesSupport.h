@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <xcb/shape.h>
 
-#include <deque>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -14,7 +13,6 @@
 
 #include "Platform/Linux/Xcb/Connection.h"
 #include "Platform/Linux/Xcb/Replies.h"
-#include "Platform/RunLoop.h"
 #include "Tests/Support/Picture.h"
 
 namespace platform::linux::holes {
@@ -48,42 +46,5 @@ inline std::optional<std::vector<support::PixelRect>> shapeOf(xcb_connection_t* 
 inline std::size_t sizeOf(const support::PixelRect& rect) {
   return std::size_t{static_cast<unsigned>(rect.width)} * static_cast<unsigned>(rect.height);
 }
-
-// Does what it is given when the test says so.
-class ManualRunLoop final : public RunLoop {
- public:
-  void post(Job job) override { posted_.push_back(std::move(job)); }
-  std::shared_ptr<DelayedTask> after(double /*seconds*/, Job job) override {
-    delayed_.push_back(std::move(job));
-    return std::make_shared<Task>();
-  }
-  std::shared_ptr<Timer> every(double /*seconds*/, Job /*job*/) override { throw std::logic_error("Nobody repeats."); }
-  void addToCommonModes(Timer& /*timer*/) override {}
-  std::shared_ptr<SerialQueue> makeSerialQueue(const std::string& /*label*/, QualityOfService /*quality*/) override {
-    throw std::logic_error("Nobody needs a queue.");
-  }
-
-  void run() {
-    while (!posted_.empty()) {
-      const Job job = std::move(posted_.front());
-      posted_.pop_front();
-      job();
-    }
-  }
-  // What was delayed is due.
-  void advance() {
-    for (const Job& job : std::exchange(delayed_, {})) job();
-    run();
-  }
-
- private:
-  class Task final : public DelayedTask {
-   public:
-    void cancel() override { throw std::logic_error("Nobody cancels."); }
-  };
-
-  std::deque<Job> posted_;
-  std::vector<Job> delayed_;
-};
 
 }  // namespace platform::linux::holes

@@ -14,6 +14,7 @@
 #include "Tests/Linux/Stream/FrameArrivals.h"
 #include "Tests/Linux/Toolkit/QtEnvironment.h"
 #include "Tests/Support/InlineQueue.h"
+#include "Tests/Support/ManualRunLoop.h"
 #include "Tests/Support/Wait.h"
 #include "Tests/Support/XClient.h"
 
@@ -23,27 +24,6 @@ namespace {
 constexpr Rect windowPlace{{200, 300}, {400, 300}};
 constexpr xcb::PixelRect pixels{200, 200, 400, 300};
 constexpr std::uint32_t beneath = 0x205030;
-
-// Posted jobs run when the test says so; delayed ones never run.
-class PostingRunLoop : public RunLoop {
- public:
-  void post(Job job) override { jobs_.push_back(std::move(job)); }
-  std::shared_ptr<DelayedTask> after(double, Job) override { return std::make_shared<NeverRun>(); }
-  std::shared_ptr<Timer> every(double, Job) override { return nullptr; }
-  void addToCommonModes(Timer&) override {}
-  std::shared_ptr<SerialQueue> makeSerialQueue(const std::string&, QualityOfService) override { return nullptr; }
-
-  void runPosted() {
-    while (!jobs_.empty())
-      for (const Job& job : std::exchange(jobs_, {})) job();
-  }
-
- private:
-  struct NeverRun : DelayedTask {
-    void cancel() override {}
-  };
-  std::vector<Job> jobs_;
-};
 
 class ClickThroughWindowTest : public qt::Test {
  protected:
@@ -71,7 +51,7 @@ class ClickThroughWindowTest : public qt::Test {
 
   // One turn of the main loop.
   void settle() {
-    runLoop_.runPosted();
+    runLoop_.run();
     ASSERT_TRUE(connection_->synchronize(5000));
     while (const xcb::Event event = connection_->nextEvent()) {
       scene_.handle(*event);
@@ -107,7 +87,7 @@ class ClickThroughWindowTest : public qt::Test {
   std::unique_ptr<xcb::Connection> connection_ = connectTo(qt::display());
   scene::Scene scene_{*connection_};
   scene::WindowList windowList_{*connection_, scene_, {connection_->resourceBase()}};
-  PostingRunLoop runLoop_;
+  support::ManualRunLoop runLoop_;
   OverlayStage stage_{*connection_, scene_, windowList_, runLoop_};
   toolkit::DesktopScreens screens_;
   views::DesktopViews views_;

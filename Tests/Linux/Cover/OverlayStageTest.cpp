@@ -3,51 +3,19 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <functional>
+#include <cstdint>
 #include <memory>
-#include <utility>
+#include <string>
 #include <vector>
 
 #include "Platform/Linux/Holes/SeeThroughVisual.h"
 #include "Platform/Linux/Scene/Scene.h"
 #include "Platform/Linux/Scene/WindowList.h"
 #include "Tests/Linux/Cover/OverlayWindowFixture.h"
+#include "Tests/Support/ManualRunLoop.h"
 
 namespace platform::linux::cover {
 namespace {
-
-// What was delayed runs when the test says so, unless it was cancelled.
-class DelayingRunLoop final : public RunLoop {
- public:
-  void post(Job job) override { job(); }
-  std::shared_ptr<DelayedTask> after(double /*seconds*/, Job job) override {
-    delayed_.push_back(std::make_shared<Task>(std::move(job)));
-    return delayed_.back();
-  }
-  std::shared_ptr<Timer> every(double /*seconds*/, Job /*job*/) override { return nullptr; }
-  void addToCommonModes(Timer& /*timer*/) override {}
-  std::shared_ptr<SerialQueue> makeSerialQueue(const std::string&, QualityOfService) override { return nullptr; }
-
-  void advance() {
-    for (const auto& task : std::exchange(delayed_, {})) task->run();
-  }
-
- private:
-  class Task final : public DelayedTask {
-   public:
-    explicit Task(Job job) : job_(std::move(job)) {}
-    void cancel() override { isCancelled_ = true; }
-    void run() {
-      if (!isCancelled_) job_();
-    }
-
-   private:
-    Job job_;
-    bool isCancelled_ = false;
-  };
-  std::vector<std::shared_ptr<Task>> delayed_;
-};
 
 class OverlayStageOnX : public OverlayWindowOnX {
  protected:
@@ -99,7 +67,7 @@ class OverlayStageOnX : public OverlayWindowOnX {
   static constexpr std::size_t whole = std::size_t{400} * 300;
   scene::Scene scene_{*connection_};
   scene::WindowList windowList_{*connection_, scene_, {connection_->resourceBase()}};
-  DelayingRunLoop runLoop_;
+  support::ManualRunLoop runLoop_;
   OverlayStage stage_{*connection_, scene_, windowList_, runLoop_};
 };
 
@@ -110,8 +78,9 @@ TEST_F(OverlayStageOnX, NothingIsPaintedBeforeWlrootsKnowsTheWindow) {
   EXPECT_TRUE(client_.isViewable(window_->id()));
   EXPECT_EQ(seen(), 0U);
   EXPECT_TRUE(stage_.awaitsWindows());
-  window_->setAppearance({.background = 0xFF00FF00, .picture = inside, .label = {}, .border = {}});
-  EXPECT_EQ(seen(), 0U);
+  window_->setAppearance({.background = green, .picture = inside, .label = {}, .border = {}});
+  handleEvents();
+  EXPECT_EQ(client_.screenshot(place).count(greenPixel), 0U);
   window_->setAppearance(mirrorAppearance());
   answer();
   handleEvents();
