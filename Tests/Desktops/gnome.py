@@ -14,6 +14,7 @@ import numpy
 from PIL import Image
 
 import hands
+import pipewire
 from desktop import Desktop, Failure, wait_for
 from screencast import Recording
 
@@ -98,8 +99,7 @@ class Gnome(Desktop):
         stand_in = dbus.Interface(buses.get_object(*manager[:2]), "org.freedesktop.DBus.Mock")
         stand_in.AddProperty(manager[2], "Version", "48.0")
         pathlib.Path("/run/systemd/seats").mkdir()
-        for name in ("pipewire", "wireplumber"):
-            self.spawn([name], name)
+        pipewire.start_services(self)
         layout = self.layout
         command = ["gnome-shell", "--headless", "--wayland", "--unsafe-mode"]
         for _ in range(layout.outputs):

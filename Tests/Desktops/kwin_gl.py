@@ -14,8 +14,8 @@ import dbus.types
 import numpy
 
 import hands
+import pipewire
 from desktop import PATIENCE, Desktop, Failure, wait_for
-from pipewire import Stream
 from wire import Connection, fixed, string
 
 KWIN, PICTURES = "org.kde.KWin", "org.kde.KWin.ScreenShot2"
@@ -50,7 +50,7 @@ class KwinHands:
                 self.request(10, struct.pack("II", key, is_pressed))
 
 
-class KwinRecording(Stream):
+class KwinRecording(pipewire.Stream):
     """A screen cast of KWin's, of the first screen."""
 
     def start(self):
@@ -79,8 +79,7 @@ class KwinGl(Desktop):
     def launch(self):
         if not glob.glob("/dev/dri/*"):
             raise Failure("there is no graphics device")
-        for name in ("pipewire", "wireplumber"):
-            self.spawn([name], name)
+        pipewire.start_services(self)
         layout = self.layout
         command = ["kwin_wayland", "--virtual", "--xwayland", "--no-lockscreen"]
         command += ["--width", str(layout.width), "--height", str(layout.height)]

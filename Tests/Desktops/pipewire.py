@@ -1,4 +1,4 @@
-"""The frames of a PipeWire stream, as they come."""
+"""PipeWire, and the frames of a stream as they come."""
 
 import os
 import queue
@@ -6,10 +6,17 @@ import queue
 import gi
 import numpy
 
-from desktop import PATIENCE
+from desktop import PATIENCE, wait_for
 
 gi.require_version("Gst", "1.0")
 from gi.repository import Gst  # noqa: E402
+
+
+def start_services(desktop):
+    """PipeWire, and the manager of its sessions, which gives up if nobody listens yet."""
+    desktop.spawn(["pipewire"], "pipewire")
+    wait_for((desktop.runtime / "pipewire-0").exists, "PipeWire listens")
+    desktop.spawn(["wireplumber"], "wireplumber")
 
 
 class Stream:
