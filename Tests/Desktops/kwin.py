@@ -20,6 +20,9 @@ class Kwin(Sway):
     }
 
     def launch(self):
+        # KWin waits for news of each picture, also of one in which nothing changed. Without this, the host does not
+        # draw that one and sends none, and the screen stands still for good.
+        self.environment["WLR_SCENE_DEBUG_DAMAGE"] = "rerender"
         super().launch()
         (host,) = wait_for(lambda: self.sockets(f"{self.runtime}/wayland-?"), "the host")
         self.host = {"WAYLAND_DISPLAY": host}
