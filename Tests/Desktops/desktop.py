@@ -69,6 +69,7 @@ class Desktop:
     left_out = {}  # steps that cannot be taken here, or "scale", and why
     keys = "as bound in the desktop's settings"  # how the desktop gives hot keys
     asks_for_keys = False  # whether it asks the user first
+    tells_of_lock = False  # whether programs hear that the screen is locked
 
     def __init__(self, layout, runtime, logs):
         self.layout = layout
@@ -116,6 +117,17 @@ class Desktop:
 
     def drag(self, start, end):
         """With the first button, in the pixels of the X server."""
+        raise NotImplementedError
+
+    def lock(self):
+        """Locks the screen."""
+        raise NotImplementedError
+
+    def unlock(self):
+        raise NotImplementedError
+
+    def tray(self):
+        """A context whose value can `choose` a line of the tray icon's menu, and calls a function while it is open."""
         raise NotImplementedError
 
     def arrange(self):

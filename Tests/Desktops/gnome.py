@@ -1,6 +1,7 @@
 """GNOME Shell on virtual monitors, managed by systemd as in a user's session, with stand-ins for the login
 manager and for the display manager, without which the shell does not lock the screen."""
 
+import contextlib
 import itertools
 import json
 import os
@@ -62,6 +63,7 @@ class Gnome(Desktop):
     name = "gnome"
     keys = "as the portal gives it, once the user has agreed"
     asks_for_keys = True
+    tells_of_lock = True
 
     def start_bus(self):
         own = pathlib.Path("/sys/fs/cgroup/user.slice/user-0.slice/user@0.service/init.scope")
@@ -191,8 +193,10 @@ class Gnome(Desktop):
         name = "org.gnome.ScreenSaver"
         return dbus.Interface(self.bus.get_object(name, "/org/gnome/ScreenSaver"), name)
 
+    def tray(self):
+        return contextlib.nullcontext(self)
+
     def choose(self, line, look):
-        """In the menu of the tray icon; calls `look` while it is open."""
         (icon,) = wait_for(lambda: self.evaluate(TRAY), "the tray icon")
         self.click_middle(icon)
         menu = wait_for(lambda: self.evaluate(TRAY)[1:], "the menu")

@@ -16,7 +16,7 @@ KEYMAP = b"""xkb_keymap {
 # As the kernel numbers keys and buttons; the modifiers are those on the left, with their bits in that map.
 CONTROL, ALT, SUPER, D, ESCAPE = 29, 56, 125, 32, 1
 MODIFIERS = {CONTROL: 1 << 2, ALT: 1 << 3, SUPER: 1 << 6}
-LEFT_BUTTON = 0x110
+LEFT_BUTTON, RIGHT_BUTTON = 0x110, 0x111
 PAUSE = 0.05
 
 
@@ -54,10 +54,17 @@ class Hands:
         # Not by a single leap: the program beneath may hear only of the next movement.
         for step in (2, 1, 0):
             self.point((start[0] + step, start[1] + step), size)
-        self.button(1)
+        self.button(LEFT_BUTTON, 1)
         self.point(middle, size)
         self.point(end, size)
-        self.button(0)
+        self.button(LEFT_BUTTON, 0)
+        self.point_away()
+
+    def click(self, place, size, button=LEFT_BUTTON):
+        for step in (1, 0):
+            self.point((place[0] + step, place[1]), size)
+        for is_pressed in (1, 0):
+            self.button(button, is_pressed)
         self.point_away()
 
     def point_away(self):
@@ -68,8 +75,8 @@ class Hands:
         self.wire.request(self.pointer, 1, struct.pack("5I", now(), *place, *size))
         self.end_of_frame()
 
-    def button(self, is_pressed):
-        self.wire.request(self.pointer, 2, struct.pack("III", now(), LEFT_BUTTON, is_pressed))
+    def button(self, button, is_pressed):
+        self.wire.request(self.pointer, 2, struct.pack("III", now(), button, is_pressed))
         self.end_of_frame()
 
     def end_of_frame(self):

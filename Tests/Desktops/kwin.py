@@ -15,8 +15,9 @@ class Kwin(Sway):
         f'for_window [title="WL-{number} "] move container to output HEADLESS-{number + 1}, fullscreen enable'
         for number in range(2)
     ]
-    left_out = Sway.left_out | {
-        "scale": "KWin in a window of another compositor, without OpenGL, does not scale what it draws"
+    left_out = {
+        "scale": "KWin in a window of another compositor, without OpenGL, does not scale what it draws",
+        "locked": "no login manager tells of it here",
     }
 
     def launch(self):

@@ -79,15 +79,14 @@ class Steps:
         """The screens whose content does not go on, for a message."""
         if len(self.contents) < self.desktop.layout.outputs:
             return ""
-        early = self.numbers_outside()
+        early = self.numbers(self.desktop.picture())
         time.sleep(1)
-        late = self.numbers_outside()
+        late = self.numbers(self.desktop.picture())
         still = [str(screen + 1) for screen, number in enumerate(late) if number == early[screen]]
         return f"; nothing moves on screen {' and '.join(still)}" if still else ""
 
-    def numbers_outside(self):
-        """One for each screen."""
-        picture = self.desktop.picture()
+    def numbers(self, picture):
+        """Those that the contents of the screens show outside the area."""
         left, top, width, height = self.screen
         screens = [(left + output * width, top, width, height) for output in range(self.desktop.layout.outputs)]
         return [pixels.counter(picture, screen, pixels.OUTER_COUNTER_TOP) for screen in screens]
@@ -144,6 +143,7 @@ class Steps:
         """Quillfade covers nothing, and the two strokes are there."""
         for monitor in range(len(self.contents), self.desktop.layout.outputs):
             self.contents.append(Content(self.desktop, monitor))
+        self.shows(lambda picture: all(0 < number < 1000 for number in self.numbers(picture)), "the content is there")
         if not self.gromit or not self.gromit.is_running():
             self.restart_ink()
         if not self.quillfade or not self.quillfade.is_running():
@@ -451,18 +451,19 @@ class Steps:
         for content in self.contents:
             content.kill()
         self.contents = []
-        before = self.steady("the desktop with ink")
 
         def has_ink(picture):
             return self.inside(picture) > 1000
 
-        lines = self.desktop.choose("Hide Annotations", lambda: self.save("12-menu"))
-        self.shows(lambda picture: self.inside(picture) == 0, "no ink inside the area")
-        # While the menu is open, the cover is down.
-        self.desktop.choose(
-            "Hide Annotations", lambda: self.save("13-menu-while-covered", self.shows(has_ink, "the ink is back"))
-        )
-        self.until_as(before, "all the ink is back")
+        with self.desktop.tray() as tray:
+            before = self.steady("the desktop with ink")
+            lines = tray.choose("Hide Annotations", lambda: self.save("12-menu"))
+            self.shows(lambda picture: self.inside(picture) == 0, "no ink inside the area")
+            # While the menu is open, the cover is down.
+            tray.choose(
+                "Hide Annotations", lambda: self.save("13-menu-while-covered", self.shows(has_ink, "the ink is back"))
+            )
+            self.until_as(before, "all the ink is back")
         return f"its lines: {', '.join(lines)}; the first chosen twice"
 
     def locked(self):
@@ -471,17 +472,24 @@ class Steps:
         self.cover()
         self.desktop.lock()
         everything = pixels.ink(before).sum()
-        picture = self.shows(lambda picture: pixels.ink(picture).sum() < everything / 10, "the locked screen")
-        self.save("14-locked", picture)
-        refused = self.quillfade.run("select-area")
-        require(refused.returncode == 1, "an area was selected on the locked screen")
+
+        def is_locked(picture):
+            return pixels.ink(picture).sum() < everything / 10
+
+        self.save("14-locked", self.shows(is_locked, "the locked screen"))
+        said = "the desktop does not tell programs of it"
+        if self.desktop.tells_of_lock:
+            refused = self.quillfade.run("select-area")
+            require(refused.returncode == 1, "an area was selected on the locked screen")
+            said = f"selecting: {refused.stderr.decode().strip()}"
         self.desktop.unlock()
         self.shows(self.is_clear, "no ink inside the area")
         self.desktop.lock()
+        self.shows(is_locked, "the locked screen once more")
         self.quillfade.command("toggle")
         self.desktop.unlock()
         self.until_as(before, "all the ink is back")
-        return f"the cover is back afterwards, or not if it was switched off; selecting: {refused.stderr.decode().strip()}"
+        return f"the cover is back afterwards, or not if it was switched off; {said}"
 
     def killed(self):
         before = self.begin()

@@ -1,12 +1,15 @@
 """What sway and labwc have in common."""
 
+import contextlib
 import os
+import signal
 import subprocess
 
 import numpy
 
 import hands
 from desktop import Desktop
+from waybar import Waybar
 
 
 class Recording:
@@ -39,10 +42,6 @@ class Recording:
 
 
 class Wlroots(Desktop):
-    left_out = {
-        "tray menu": "no program of the session shows tray icons",
-        "locked": "no login manager tells of it here",
-    }
     host = {}  # what is different in the environment of those who look at the screen
 
     def __init__(self, layout, runtime, logs):
@@ -72,6 +71,16 @@ class Wlroots(Desktop):
         name = (self.environment | self.host)["WAYLAND_DISPLAY"]
         self.hands = hands.Hands(str(self.runtime / name))
         self.hands.point_away()
+
+    def tray(self):
+        return contextlib.closing(Waybar(self))
+
+    def lock(self):
+        self.locker = self.spawn(["swaylock", "--color", "202020"], "swaylock")
+
+    def unlock(self):
+        self.locker.send_signal(signal.SIGUSR1)
+        self.locker.wait(10)
 
     def press_escape(self):
         self.hands.press(hands.ESCAPE)
