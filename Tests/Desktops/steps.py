@@ -142,8 +142,7 @@ class Steps:
     def begin(self):
         """Quillfade covers nothing, and the two strokes are there."""
         for monitor in range(len(self.contents), self.desktop.layout.outputs):
-            self.contents.append(Content(self.desktop, monitor))
-        self.shows(lambda picture: all(0 < number < 1000 for number in self.numbers(picture)), "the content is there")
+            self.open_content(monitor)
         if not self.gromit or not self.gromit.is_running():
             self.restart_ink()
         if not self.quillfade or not self.quillfade.is_running():
@@ -151,6 +150,11 @@ class Steps:
         if '"enabled": true' in self.quillfade.command("status", "--json"):
             self.quillfade.command("toggle")
         return self.steady("the ink is whole", lambda picture: self.inside(picture) > 1000)
+
+    def open_content(self, monitor):
+        self.contents.append(Content(self.desktop, monitor))
+        # The desktop without the window may look like any number.
+        self.shows(lambda picture: 0 < self.numbers(picture)[monitor] < 1000, "the content is there", 30)
 
     def restart_ink(self):
         self.gromit = Gromit(self.desktop)
