@@ -7,7 +7,7 @@ import numpy
 from PIL import Image
 
 import pixels
-from desktop import Failure, wait_for
+from desktop import PATIENCE, Failure, wait_for
 from programs import Content, Gromit, Quillfade
 from recorder import Recorder
 
@@ -397,13 +397,13 @@ class Steps:
         )
 
     def cancel_selection(self, before):
-        """Presses Escape as somebody would: again if nothing happens for a second. How often it was pressed."""
-        presses, pressed = 0, -1.0
+        """Presses Escape as somebody would: again if nothing happens for a while. How often it was pressed."""
+        presses, pressed = 0, -PATIENCE
         want = pixels.ink(before)
 
         def is_cancelled(picture):
             nonlocal presses, pressed
-            if time.monotonic() > pressed + 1:
+            if time.monotonic() > pressed + PATIENCE:
                 self.desktop.press_escape()
                 presses, pressed = presses + 1, time.monotonic()
             return numpy.array_equal(pixels.ink(picture), want)
