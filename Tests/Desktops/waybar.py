@@ -12,7 +12,7 @@ from hands import RIGHT_BUTTON
 
 HEIGHT = 30
 PAPER = (255, 255, 192)  # the menu's background
-STYLE = "window { background: white; } menu { background: rgb(255, 255, 192); } menu * { color: black; }\n"
+STYLE = f"window {{ background: white; }} menu {{ background: rgb{PAPER}; }} menu * {{ color: black; }}\n"
 MARGIN = 8  # of the menu, without text
 DARK = 150  # text is, and ink that may lie above it is not
 LEAST_TEXT = 5  # rows of pixels; what separates lines has fewer
