@@ -17,7 +17,7 @@ class Kwin(Sway):
     ]
     left_out = {
         "scale": "KWin in a window of another compositor, without OpenGL, does not scale what it draws",
-        "locked": "no login manager tells of it here",
+        "locked": "KWin runs without its lock here",
     }
 
     def launch(self):

@@ -72,7 +72,7 @@ class KwinGl(Desktop):
     name = "kwin-gl"
     left_out = {
         "tray menu": "no program of the session shows tray icons",
-        "locked": "no login manager tells of it here",
+        "locked": "KWin runs without its lock here",
     }
     keys = "as KWin's service for shortcuts gives it"
 
