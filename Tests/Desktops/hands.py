@@ -14,7 +14,7 @@ KEYMAP = b"""xkb_keymap {
   xkb_symbols { include "pc+us+inet(evdev)" };
 };\0"""
 # As the kernel numbers keys and buttons; the modifiers are those on the left, with their bits in that map.
-CONTROL, ALT, SUPER, D, ESCAPE = 29, 56, 125, 32, 1
+CONTROL, ALT, SUPER, D, ESCAPE, ENTER = 29, 56, 125, 32, 1, 28
 MODIFIERS = {CONTROL: 1 << 2, ALT: 1 << 3, SUPER: 1 << 6}
 LEFT_BUTTON, RIGHT_BUTTON = 0x110, 0x111
 PAUSE = 0.05

@@ -3,8 +3,18 @@
 On virtual screens of its own, and without a graphics device, it takes no pictures.
 """
 
+import time
+
+import dbus
+import dbus.bus
+
+import hands
 from desktop import wait_for
 from sway import Sway
+
+SAVER = "org.freedesktop.ScreenSaver"
+RETRY_AFTER = 6  # seconds; after a wrong one, it makes the user wait
+PASSWORD = [hands.D] * 4  # as `prepare` sets it
 
 
 class Kwin(Sway):
@@ -17,8 +27,8 @@ class Kwin(Sway):
     ]
     left_out = {
         "scale": "KWin in a window of another compositor, without OpenGL, does not scale what it draws",
-        "locked": "KWin runs without its lock here",
     }
+    tells_of_lock = True
 
     def launch(self):
         # KWin waits for news of each picture, also of one in which nothing changed. Without this, the host does not
@@ -30,8 +40,33 @@ class Kwin(Sway):
         layout = self.layout
         command = ["kwin_wayland", "--wayland-display", host, "--socket", "kwin-0"]
         command += ["--width", str(layout.width), "--height", str(layout.height)]
-        command += ["--output-count", str(layout.outputs), "--xwayland", "--no-lockscreen"]
-        self.compositor = self.spawn(command, "kwin", QT_QPA_PLATFORM="wayland")
+        command += ["--output-count", str(layout.outputs), "--xwayland"]
+        # Its lock screen draws without OpenGL, too.
+        self.compositor = self.spawn(command, "kwin", QT_QPA_PLATFORM="wayland", QT_QUICK_BACKEND="software")
 
     def version(self):
         return self.ask(["kwin_wayland", "--version"]).decode().strip()
+
+    def saver(self):
+        bus = dbus.bus.BusConnection(self.environment["DBUS_SESSION_BUS_ADDRESS"])
+        return dbus.Interface(bus.get_object(SAVER, "/" + SAVER.replace(".", "/")), SAVER)
+
+    def lock(self):
+        self.saver().Lock()
+        wait_for(self.saver().GetActive, "the screen is locked")
+
+    def unlock(self):
+        """With the password. The lock screen asks for it when a key is pressed."""
+        pressed = 0
+
+        def is_unlocked():
+            nonlocal pressed
+            if time.monotonic() > pressed + RETRY_AFTER:
+                self.hands.press(hands.CONTROL)
+                time.sleep(1)  # its field comes gently
+                for key in [*PASSWORD, hands.ENTER]:
+                    self.hands.press(key)
+                pressed = time.monotonic()
+            return not self.saver().GetActive()
+
+        wait_for(is_unlocked, "the screen is unlocked", 30)

@@ -22,7 +22,6 @@ KWIN, PICTURES = "org.kde.KWin", "org.kde.KWin.ScreenShot2"
 BGR, RGB = (4, 5, 6), (16, 17, 18)  # layouts of pixels, as Qt numbers them
 WITHOUT_POINTER = 1
 CREATED = 1  # the event of a stream
-APPLIED = 0  # the event of a configuration
 
 
 class KwinHands:
@@ -102,16 +101,8 @@ class KwinGl(Desktop):
 
     def set_scale(self):
         """As the system settings do. KWin does not keep the one of its command line: its settings of screens hold."""
-        wire = Connection(self.wayland_path())
-        manager, screen = wire.bind(b"kde_output_management_v2", 1), wire.bind(b"kde_output_device_v2", 1)
-        configuration = wire.new()
-        wire.request(manager, 0, struct.pack("I", configuration))
-        wire.request(configuration, 4, struct.pack("I", screen) + fixed(self.layout.scale))
-        wire.request(configuration, 5)
-        while (event := wire.event())[0] != configuration:
-            pass
-        if event[1] != APPLIED:
-            raise Failure("KWin does not take the scale")
+        command = ["kscreen-doctor", f"output.1.scale.{self.layout.scale}"]
+        self.ask(command, 60, QT_QPA_PLATFORM="wayland")
 
     def picture(self):
         kwin = self.bus.get_object(PICTURES, "/" + PICTURES.replace(".", "/"), introspect=False)

@@ -156,13 +156,13 @@ TEST_F(WindowEffectsTest, OpacityOutlivesTheCompositingManagerThatHonouredItFirs
 
 TEST_F(WindowEffectsTest, WhatLiesBeneathATranslucentWindowIsStillFollowed) {
   claimToComposite();
-  const auto beneath = client.createWindow({.frame = {0, 0, 400, 300}, .color = 0x000000});
+  const auto bottom = client.createWindow({.frame = {0, 0, 400, 300}, .color = 0x000000});
   const auto pane = client.createWindow({.frame = {0, 0, 400, 300}, .color = 0xffffff});
   client.setNumbers(pane, "_NET_WM_WINDOW_OPACITY", "CARDINAL", {half});
   client.sync();
   composition.emplace(server.display(), fullScreen);
   ASSERT_TRUE(isNear(pixel(50, 50), 0x808080));
-  client.fill(beneath, {40, 40, 20, 20}, 0xff0000);
+  client.fill(bottom, {40, 40, 20, 20}, 0xff0000);
   client.sync();
   EXPECT_TRUE(isNear(pixel(50, 50), 0xff8080)) << std::hex << pixel(50, 50);
 }
