@@ -13,7 +13,7 @@ from desktop import wait_for
 from sway import Sway
 
 SAVER = "org.freedesktop.ScreenSaver"
-RETRY_AFTER = 6  # seconds; after a wrong one, it makes the user wait
+RETRY_AFTER = 6  # seconds; after a wrong password, the lock screen makes the user wait
 PASSWORD = [hands.D] * 4  # as `prepare` sets it
 
 
@@ -52,21 +52,22 @@ class Kwin(Sway):
         return dbus.Interface(bus.get_object(SAVER, "/" + SAVER.replace(".", "/")), SAVER)
 
     def lock(self):
-        self.saver().Lock()
-        wait_for(self.saver().GetActive, "the screen is locked")
+        saver = self.saver()
+        saver.Lock()
+        wait_for(saver.GetActive, "the screen is locked")
 
     def unlock(self):
         """With the password. The lock screen asks for it when a key is pressed."""
-        pressed = 0
+        saver, pressed = self.saver(), 0
 
         def is_unlocked():
             nonlocal pressed
             if time.monotonic() > pressed + RETRY_AFTER:
                 self.hands.press(hands.CONTROL)
-                time.sleep(1)  # its field comes gently
+                time.sleep(1)  # the field fades in
                 for key in [*PASSWORD, hands.ENTER]:
                     self.hands.press(key)
                 pressed = time.monotonic()
-            return not self.saver().GetActive()
+            return not saver.GetActive()
 
         wait_for(is_unlocked, "the screen is unlocked", 30)
