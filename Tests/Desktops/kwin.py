@@ -53,8 +53,12 @@ class Kwin(Sway):
 
     def lock(self):
         saver = self.saver()
-        saver.Lock()
-        wait_for(saver.GetActive, "the screen is locked")
+
+        def is_locked():
+            saver.Lock()  # again while it is not: one request led to nothing
+            return saver.GetActive()
+
+        wait_for(is_locked, "the screen is locked")
 
     def unlock(self):
         """With the password. The lock screen asks for it when a key is pressed."""
